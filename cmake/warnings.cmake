@@ -1,0 +1,4 @@
+# The warnings of the project's own targets; consumers of the library get none of them.
+add_library(gait_warnings INTERFACE)
+target_compile_options(gait_warnings INTERFACE
+  -Wall -Wextra -Wpedantic -Wconversion -Wshadow $<$<BOOL:${GAIT_WARNINGS_AS_ERRORS}>:-Werror>)

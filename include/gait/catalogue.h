@@ -1,0 +1,180 @@
+#ifndef GAIT_CATALOGUE_H
+#define GAIT_CATALOGUE_H
+
+/// \file
+/// The gait parameters that the library reports, and everything that is particular to each.
+///
+/// A parameter is named by a tag, an empty type, and described by its row. A caller adds a parameter of its
+/// own without touching this file: declare a tag, give it a row, and build it.
+///
+///     struct SWING_HEIGHT {};
+///     template <>
+///     inline constexpr auto gait_catalogue::row_of<SWING_HEIGHT> = gait_catalogue::foot<SWING_HEIGHT>(
+///         "swingHeight", "Swing height", "meters", 3, gait_catalogue::ratio, gait_catalogue::cv, swing_height);
+///
+/// docs/adding-a-parameter.md shows how to add one to the library.
+
+#include <gait/result.h>
+
+#include <array>
+#include <cstddef>
+#include <functional>
+#include <tuple>
+#include <type_traits>
+
+// One tag per parameter, in the order of the table below.
+struct GCT {};
+struct SWING {};
+struct STANCE {};
+struct STANCE_MS {};
+struct CADENCE {};
+struct LDR {};
+struct FFR {};
+struct PUR {};
+struct DS {};
+struct SLENGTH {};
+struct SWIDTH {};
+struct PATHLENGTH {};
+struct SPEED {};
+struct TA {};
+struct PEAKSWING {};
+struct TOP {};
+struct HSP {};
+struct MAXHC {};
+struct MINTC {};
+struct MAXTC1 {};
+struct MAXTC2 {};
+struct MTCS {};
+struct HS {};
+struct STEPTIME {};
+struct STEPLENGTH {};
+struct STEPLENGTH_ALT {};
+struct IMPACT_VERT {};
+struct IMPACT_BREAK {};
+struct PRONATION {};
+
+namespace gait_catalogue {
+
+/// Whether the ratio of the sides' means is computed. Two types of its own and of variation, so that swapped
+/// columns do not compile.
+enum class asymmetry : bool { no_ratio, ratio };
+/// Whether a coefficient of variation is computed.
+enum class variation : bool { no_cv, cv };
+
+inline constexpr asymmetry no_ratio = asymmetry::no_ratio;
+inline constexpr asymmetry ratio = asymmetry::ratio;
+inline constexpr variation no_cv = variation::no_cv;
+inline constexpr variation cv = variation::cv;
+
+/// All that tells one parameter from another.
+///
+/// `ResultT` is the result whose cycle list is read; `Source` is a pointer to the cycle's field, or a function
+/// from the cycle to the value.
+template <class ResultT, class Tag, class Source>
+struct row {
+  using result_type = ResultT;
+  using tag_type = Tag;
+
+  const char* key;          ///< key in gait_statistics::parameters, before the side suffix
+  const char* description;  ///< name for people
+  const char* unit;         ///< unit of the values
+  int decimals;             ///< decimal places to show
+  asymmetry sides;
+  variation spread;
+  Source source;
+
+  /// The value of a cycle, which may be gait_missing.
+  template <class Cycle>
+  double value(const Cycle& cycle) const {
+    return std::invoke(source, cycle);
+  }
+};
+
+/// A row that is read from the cycles of one foot.
+template <class Tag, class Source>
+constexpr row<gait_foot_result, Tag, Source> foot(const char* key, const char* description, const char* unit, int decimals,
+                                                  asymmetry sides, variation spread, Source source) {
+  return {key, description, unit, decimals, sides, spread, source};
+}
+
+/// A row that is read from the cycles of the two feet together.
+template <class Tag, class Source>
+constexpr row<gait_feet_result, Tag, Source> feet(const char* key, const char* description, const char* unit, int decimals,
+                                                  asymmetry sides, variation spread, Source source) {
+  return {key, description, unit, decimals, sides, spread, source};
+}
+
+/// Step length taken as half the stride length (m), where the other foot is not known.
+inline double half_stride(const gait_foot_cycle& cycle) { return cycle.slength * 0.5; }
+
+// The texts are what callers look up and show; their irregularities are part of the interface.
+// clang-format off
+inline constexpr auto table = std::make_tuple(
+    //   tag             key                description           unit                 dec  sides     spread source
+    foot<GCT>           ("gct",             "Cycle duration",     "seconds",             3, ratio,    cv,    &gait_foot_cycle::gct),
+    foot<SWING>         ("swing",           "Swing",              "% of gait cycle",     2, ratio,    cv,    &gait_foot_cycle::swing),
+    foot<STANCE>        ("stance",          "Stance",             "% of cycle duration", 2, ratio,    cv,    &gait_foot_cycle::stance),
+    foot<STANCE_MS>     ("contact",         "Contact",            "ms",                  0, ratio,    cv,    &gait_foot_cycle::contact),
+    foot<CADENCE>       ("cadence",         "Cadence",            "steps/minute",        2, ratio,    cv,    &gait_foot_cycle::cadence),
+    foot<LDR>           ("LDr",             "Loading",            "% of stance",         2, ratio,    cv,    &gait_foot_cycle::ldr),
+    foot<FFR>           ("FFr",             "Foot-flat",          "% of stance",         2, ratio,    cv,    &gait_foot_cycle::ffr),
+    foot<PUR>           ("PUr",             "Pushing",            "% of stance",         2, ratio,    cv,    &gait_foot_cycle::pur),
+    // The one parameter of the two feet together: both sides report the same values, so there is nothing to compare.
+    feet<DS>            ("DS",              "Double support",     "% of cycle duration", 2, no_ratio, cv,    &gait_feet_cycle::ds),
+    foot<SLENGTH>       ("slength",         "Stride length",      "meters",              3, ratio,    cv,    &gait_foot_cycle::slength),
+    foot<SWIDTH>        ("swidth",          "Swing width",        "meters",              3, ratio,    no_cv, &gait_foot_cycle::swidth),
+    foot<PATHLENGTH>    ("PathLength",      "3D Path length",     "% of stride length",  2, ratio,    cv,    &gait_foot_cycle::path_length),
+    foot<SPEED>         ("speed",           "Stride velocity",    "meters/s",            3, ratio,    cv,    &gait_foot_cycle::speed),
+    foot<TA>            ("TA",              "Turning angle",      "degree",              1, ratio,    no_cv, &gait_foot_cycle::ta),
+    foot<PEAKSWING>     ("peakswing",       "Peak ang. velocity", "degree/s",            1, ratio,    cv,    &gait_foot_cycle::peakswing),
+    foot<TOP>           ("TOP",             "Lift-off Angle",     "degree",              2, ratio,    cv,    &gait_foot_cycle::top),
+    foot<HSP>           ("HSP",             "Strike angle",       "degree",              2, ratio,    cv,    &gait_foot_cycle::hsp),
+    foot<MAXHC>         ("maxHC",           "Max. heel",          "meters",              3, ratio,    no_cv, &gait_foot_cycle::max_hc),
+    foot<MINTC>         ("minTC",           "Min. Toe",           "meters",              3, ratio,    no_cv, &gait_foot_cycle::min_tc),
+    foot<MAXTC1>        ("maxTC1",          "Max. toe 1",         "meters",              3, ratio,    no_cv, &gait_foot_cycle::max_tc1),
+    // No point after "Max" here.
+    foot<MAXTC2>        ("maxTC2",          "Max toe 2",          "meters",              3, ratio,    no_cv, &gait_foot_cycle::max_tc2),
+    foot<MTCS>          ("mtcS",            "Swing speed",        "meters/s",            3, ratio,    no_cv, &gait_foot_cycle::mtc_speed),
+    // A moment in the recording, not a property of the stride: neither a ratio nor a relative spread says anything.
+    foot<HS>            ("HS",              "Heel-strike Time",   "seconds",             3, no_ratio, no_cv, &gait_foot_cycle::hs),
+    // The one key with a blank.
+    foot<STEPTIME>      ("Step Time",       "Step time",          "seconds",             3, ratio,    cv,    &gait_foot_cycle::step_time),
+    // Two ways to the same parameter; a side has one of them.
+    foot<STEPLENGTH>    ("StepLength",      "Step length",        "meters",              3, ratio,    cv,    &gait_foot_cycle::step_length),
+    // A missing stride length is halved too: it becomes -0.5, which counts as measured.
+    foot<STEPLENGTH_ALT>("StepLength",      "Step length",        "meters",              3, ratio,    cv,    half_stride),
+    foot<IMPACT_VERT>   ("impact_vert",     "Impact vertical",    "g",                   1, ratio,    cv,    &gait_foot_cycle::impact_vert),
+    foot<IMPACT_BREAK>  ("impact_hor",      "Impact breaking",    "g",                   1, ratio,    cv,    &gait_foot_cycle::impact_hor),
+    // "deg" here, "degree" for the other angles.
+    foot<PRONATION>     ("strike_eversion", "Strike eversion",    "deg",                 1, ratio,    no_cv, &gait_foot_cycle::strike_eversion));
+// clang-format on
+
+/// The row of a tag in a table of rows; a tag without exactly one row does not compile.
+template <class Tag, class... Rows>
+constexpr auto find_row(const std::tuple<Rows...>& rows) {
+  constexpr std::array<bool, sizeof...(Rows)> matches = {std::is_same_v<Tag, typename Rows::tag_type>...};
+  constexpr std::size_t count = (std::size_t{std::is_same_v<Tag, typename Rows::tag_type>} + ...);
+  static_assert(count == 1, "gait_catalogue: this tag has no row; add one to the table, or specialise row_of for it");
+  constexpr std::size_t position = [&] {
+    std::size_t at = 0;
+    while (at + 1 < matches.size() && !matches[at]) {
+      ++at;
+    }
+    return at;
+  }();
+  return std::get<position>(rows);
+}
+
+/// The row of a tag. Specialise it to give a tag of your own a row.
+template <class Tag>
+inline constexpr auto row_of = find_row<Tag>(table);
+
+/// Calls `visit(row)` for every row of the table, in its order.
+template <class Visit>
+constexpr void for_each_row(Visit visit) {
+  std::apply([&](const auto&... rows) { (visit(rows), ...); }, table);
+}
+
+}  // namespace gait_catalogue
+
+#endif

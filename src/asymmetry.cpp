@@ -1,0 +1,129 @@
+#include "asymmetry.h"
+
+#include "lookup.h"
+#include "mode.h"
+
+#include <gait/compute_info.h>
+
+#include <algorithm>
+#include <cmath>
+#include <cstddef>
+#include <cstdint>
+#include <string>
+#include <utility>
+#include <vector>
+
+namespace gait_detail {
+namespace {
+
+/// Raises `flag` unless the side's mean speed is within 0.31 to 1.8 m/s. A NaN raises nothing; a side without
+/// any measured speed has the missing value for its mean, and raises it.
+void flag_implausible_speed(gait_result& result, const char* key, gait_quality_flag flag) {
+  const double mean = lookup(result.statistics.parameters, key).mean;
+  if (mean < 0.31 || mean > 1.8) {
+    result.quality_flags |= flag;
+  }
+}
+
+/// The swing asymmetry of every stride in which both swings are positive: (l - r) * scale / (l + r).
+///
+/// The symmetry index of R. O. Robinson, W. Herzog and B. M. Nigg, "Use of force platform variables to quantify
+/// the effects of chiropractic manipulation on gait symmetry", J. Manipulative Physiol. Ther. 10(4), 1987,
+/// 172-176, with `scale` where theirs has 200 percent.
+std::vector<double> swing_asymmetries(const std::vector<double>& left, const std::vector<double>& right, int strides,
+                                      double scale) {
+  // Position i is the same stride on both sides. Entries that were kept from an earlier call may hold fewer.
+  const auto held = std::min(left.size(), right.size());
+  const auto count = std::min(held, static_cast<std::size_t>(std::max(strides, 0)));
+
+  std::vector<double> asymmetries;
+  for (std::size_t i = 0; i < count; ++i) {
+    const double l = left[i];
+    const double r = right[i];
+    if (l > 0.0 && r > 0.0) {
+      asymmetries.push_back(((l - r) * scale) / (l + r));
+    }
+  }
+  return asymmetries;
+}
+
+double mean_of(const std::vector<double>& values) {
+  double sum = 0.0;
+  for (const double value : values) {
+    sum += value;
+  }
+  return sum / static_cast<double>(values.size());
+}
+
+/// Unlike the parameters' deviation, that of a single value is NaN here, and that of none is -0.0: a deviation
+/// of 0.0 says that the strides agree, and would silence the flag.
+double deviation_of(const std::vector<double>& values, double mean) {
+  double squares = 0.0;
+  for (const double value : values) {
+    squares += (value - mean) * (value - mean);
+  }
+  return std::sqrt(squares / static_cast<double>(to_int32(static_cast<std::int64_t>(values.size())) - 1));
+}
+
+}  // namespace
+
+void write_ratios(gait_statistics& statistics) {
+  for (auto& [key, left] : statistics.parameters) {
+    const auto suffix = key.find("_L");
+    if (!left.asymmetry_enabled || suffix == std::string::npos) {
+      continue;
+    }
+    const auto found = statistics.parameters.find(key.substr(0, suffix) + "_R");
+    if (found == statistics.parameters.end()) {
+      continue;
+    }
+    gait_statistics_parameter& right = found->second;
+    right.asymmetry = left.mean != 0.0 ? right.mean / left.mean : 0.0;
+    left.asymmetry = right.mean != 0.0 ? 1.0 / right.asymmetry : 0.0;
+  }
+}
+
+void write_quality_flags(gait_result& result, const gait_generate_statistics_settings& settings) {
+  result.quality_flags = 0;
+  const double setting = settings.settings_value;
+  if (setting > 0.0 && (setting < 10.0 || setting > 34.0)) {
+    result.quality_flags |= gait_quality_setting;
+  }
+  if (result.statistics.info.cycle_count <= 4) {
+    result.quality_flags |= gait_quality_few_cycles;
+  }
+  if (is_single_foot(result)) {
+    flag_implausible_speed(result, "speed", gait_quality_speed);
+  } else {
+    flag_implausible_speed(result, "speed_R", gait_quality_speed_right);
+    flag_implausible_speed(result, "speed_L", gait_quality_speed_left);
+  }
+}
+
+void add_swing_asymmetry(gait_result& result) {
+  auto& parameters = result.statistics.parameters;
+  const std::vector<double>& left = lookup(parameters, "swing_L").values;
+  const std::vector<double>& right = lookup(parameters, "swing_R").values;
+
+  gait_statistics_parameter record;
+  record.description = "Asymmetry";
+  record.decimals = 3;
+  record.valid = !left.empty() && !right.empty();
+  record.mean = 0.0;
+  record.std = 0.0;
+  if (record.valid) {
+    const auto& info = result.statistics.info;
+    const int strides = to_int32(std::int64_t{info.cycle_count} - info.excluded_count);
+    // The scale is the sampling rate, and not 100 or 200: percentages at 100 Hz, and more at higher rates.
+    record.values = swing_asymmetries(left, right, strides, sampling_rate(result));
+    record.mean = mean_of(record.values);
+    record.std = deviation_of(record.values, record.mean);
+    // A NaN deviation, that of a single stride, is not 0.0 and raises the flag.
+    if (std::abs(record.mean) >= 20.0 && record.mean != 1.0 && record.std != 0.0) {
+      result.quality_flags |= gait_quality_swing_asymmetry;
+    }
+  }
+  parameters.emplace("asymmetry", std::move(record));
+}
+
+}  // namespace gait_detail

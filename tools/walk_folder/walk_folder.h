@@ -1,0 +1,70 @@
+#ifndef TOOLS_WALK_FOLDER_WALK_FOLDER_H
+#define TOOLS_WALK_FOLDER_WALK_FOLDER_H
+
+/// \file
+/// Reading, checking and writing walk folders: one folder per walk, four CSV tables.
+
+#include "walk.h"
+
+#include <cstddef>
+#include <filesystem>
+#include <iosfwd>
+#include <stdexcept>
+#include <string>
+#include <vector>
+
+namespace gait_walk {
+
+/// One thing that is wrong, or worth a warning, and where.
+struct fault {
+  std::string file;      ///< as the caller named it, with the table's name
+  std::size_t line = 0;  ///< from 1; 0 where the file as a whole is meant
+  std::string column;    ///< empty where the line as a whole is meant
+  std::string text;      ///< "found ..., expected ..."
+
+  /// `file:line: column NAME: text`, without the parts that do not apply.
+  std::string message() const;
+};
+
+/// A walk that cannot be read. what() is the first fault's message.
+class walk_error : public std::runtime_error {
+public:
+  explicit walk_error(std::vector<fault> faults);
+  const std::vector<fault>& faults() const { return faults_; }
+
+private:
+  std::vector<fault> faults_;
+};
+
+struct read_options {
+  std::size_t faults_per_file = 20;  ///< further ones are counted in one last fault ("... and 12 more")
+};
+
+/// A walk, and what is worth a warning about it.
+struct read_result {
+  gait_walk::walk walk;
+  std::vector<fault> warnings;
+};
+
+/// The four tables of a walk as streams, for callers that hold them elsewhere than in a folder.
+struct walk_tables {
+  std::string name;  ///< the walk's name, and the folder in fault messages
+  std::istream* recording = nullptr;
+  std::istream* foot_cycles = nullptr;
+  std::istream* feet_cycles = nullptr;  ///< may be null when recording.csv has one foot only
+  std::istream* exclusions = nullptr;
+};
+
+/// Reads a walk folder and checks all of it. Throws walk_error with every fault found.
+read_result read_walk_folder(const std::filesystem::path& folder, const read_options& options = {});
+
+/// Reads and checks a walk from streams. Throws walk_error with every fault found.
+read_result read_walk_tables(const walk_tables& tables, const read_options& options = {});
+
+/// Writes a walk as a folder that read_walk_folder reads back as the same walk, to the bit.
+/// Throws std::filesystem::filesystem_error or std::ios_base::failure when the folder cannot be written.
+void write_walk_folder(const walk& walk, const std::filesystem::path& folder);
+
+}  // namespace gait_walk
+
+#endif
