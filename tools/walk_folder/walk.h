@@ -7,6 +7,7 @@
 #include <gait/result.h>
 
 #include <cstddef>
+#include <cstdint>
 #include <list>
 #include <optional>
 #include <string>
@@ -61,6 +62,9 @@ struct analysis {
   std::list<sensor_recording> recordings;
 
   analysis() = default;
+  ~analysis() = default;
+  analysis(const analysis&) = delete;
+  analysis& operator=(const analysis&) = delete;
   analysis(analysis&&) = default;
   analysis& operator=(analysis&&) = default;
 };

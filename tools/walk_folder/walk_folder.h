@@ -9,6 +9,7 @@
 #include <cstddef>
 #include <filesystem>
 #include <iosfwd>
+#include <optional>
 #include <stdexcept>
 #include <string>
 #include <vector>
@@ -61,8 +62,18 @@ read_result read_walk_folder(const std::filesystem::path& folder, const read_opt
 /// Reads and checks a walk from streams. Throws walk_error with every fault found.
 read_result read_walk_tables(const walk_tables& tables, const read_options& options = {});
 
+/// What keeps a walk from being analysed: the foot that is asked for is not there, or no cycle is left to include.
+///
+/// `only` is as for make_analysis(), `folder` the folder in the faults' file names. What is excluded from other
+/// analyses of the walk is of no concern.
+std::vector<fault> check_analysis(const walk& walk, std::optional<side> only, const std::string& folder);
+
 /// Writes a walk as a folder that read_walk_folder reads back as the same walk, to the bit.
-/// Throws std::filesystem::filesystem_error or std::ios_base::failure when the folder cannot be written.
+///
+/// The folder is made when it is not there, and tables in it are replaced once all four are written. The walk
+/// must be one that could be read: each foot with cycles whose indices run from 0, links to cycles that are there.
+/// Throws std::invalid_argument for a walk with a value that no table can hold (infinity, NaN, a reason that is not
+/// UTF-8), std::filesystem::filesystem_error or std::ios_base::failure when the folder cannot be written.
 void write_walk_folder(const walk& walk, const std::filesystem::path& folder);
 
 }  // namespace gait_walk

@@ -1,0 +1,136 @@
+#include "columns.h"
+#include "walk.h"
+#include "walk_folder.h"
+
+#include <algorithm>
+#include <stdexcept>
+#include <string>
+#include <utility>
+#include <vector>
+
+namespace gait_walk {
+
+namespace {
+
+const std::optional<foot>& foot_of(const walk& walk, side side) { return side == side::left ? walk.left : walk.right; }
+
+bool analyses_both_feet(const walk& walk, std::optional<side> only) { return !only && walk.left && walk.right; }
+
+side analysed_foot(const walk& walk, std::optional<side> only) { return only.value_or(walk.left ? side::left : side::right); }
+
+analysed_cycles cycles_of(const walk& walk, std::optional<side> only) {
+  if (analyses_both_feet(walk, only)) {
+    return analysed_cycles::feet;
+  }
+  return analysed_foot(walk, only) == side::left ? analysed_cycles::left : analysed_cycles::right;
+}
+
+sensor_recording recording_of(const foot& foot) {
+  sensor_recording recording;
+  recording.sampling_rate = foot.sampling_rate;
+  recording.signals[1].sample_count = foot.signal_1_samples;
+  recording.signals[2].sample_count = foot.signal_2_samples;
+  return recording;
+}
+
+void add_foot(const foot& foot, analysis& analysis) {
+  analysis.recordings.push_back(recording_of(foot));
+  analysis.result.foot_results.push_back({foot.cycles, &analysis.recordings.back()});
+}
+
+/// The cycles of a foot by index. A list is walked once for all links, not once for each.
+std::vector<gait_foot_cycle*> by_index(gait_foot_result& foot) {
+  std::vector<gait_foot_cycle*> cycles;
+  cycles.reserve(foot.cycles.size());
+  for (gait_foot_cycle& cycle : foot.cycles) {
+    cycles.push_back(&cycle);
+  }
+  return cycles;
+}
+
+gait_foot_cycle* linked(const std::vector<gait_foot_cycle*>& cycles, std::optional<int> index) {
+  return index ? cycles.at(static_cast<std::size_t>(*index)) : nullptr;
+}
+
+void link_feet(const walk& walk, gait_result& result) {
+  result.left_foot = &result.foot_results.front();
+  result.right_foot = &result.foot_results.back();
+  const auto left = by_index(*result.left_foot);
+  const auto right = by_index(*result.right_foot);
+  for (const feet_cycle& cycle : walk.feet) {
+    result.feet_result.cycles.push_back(
+        {cycle.gct, cycle.ds, linked(right, cycle.right_index), linked(left, cycle.left_index)});
+  }
+}
+
+std::list<int>& list_of(gait_result& result, exclusion_list list) {
+  switch (list) {
+    case exclusion_list::excluded_1_fallback:
+      return result.excluded_1_fallback;
+    case exclusion_list::excluded_2:
+      return result.excluded_2;
+    case exclusion_list::excluded_2_fallback:
+      return result.excluded_2_fallback;
+    default:
+      return result.excluded_1;
+  }
+}
+
+bool takes_out(exclusion_list list) { return list == exclusion_list::excluded_1 || list == exclusion_list::excluded_2; }
+
+/// Whether an analysis keeps at least one of `count` cycles.
+bool keeps_any(const walk& walk, analysed_cycles cycles, std::size_t count) {
+  std::vector<bool> excluded(count, false);
+  for (const exclusion& exclusion : walk.exclusions) {
+    const auto index = static_cast<std::size_t>(exclusion.index);
+    if (exclusion.cycles == cycles && takes_out(exclusion.list) && exclusion.index >= 0 && index < count) {
+      excluded[index] = true;
+    }
+  }
+  return std::find(excluded.begin(), excluded.end(), false) != excluded.end();
+}
+
+std::string in_folder(const std::string& folder, std::string_view table) {
+  return folder.empty() || folder.back() == '/' ? folder + std::string(table) : folder + "/" + std::string(table);
+}
+
+}  // namespace
+
+analysis make_analysis(const walk& walk, std::optional<side> only) {
+  if (!foot_of(walk, analysed_foot(walk, only))) {
+    throw std::invalid_argument("the walk has no " + std::string(name_of(analysed_foot(walk, only))) + " foot");
+  }
+  analysis analysis;
+  if (analyses_both_feet(walk, only)) {
+    // The result's pointers to its feet stay good because both are there before the first is pointed to.
+    add_foot(*walk.left, analysis);
+    add_foot(*walk.right, analysis);
+    link_feet(walk, analysis.result);
+  } else {
+    add_foot(*foot_of(walk, analysed_foot(walk, only)), analysis);
+  }
+  for (const exclusion& exclusion : walk.exclusions) {
+    if (exclusion.cycles == cycles_of(walk, only)) {
+      list_of(analysis.result, exclusion.list).push_back(exclusion.index);
+    }
+  }
+  return analysis;
+}
+
+std::vector<fault> check_analysis(const walk& walk, std::optional<side> only, const std::string& folder) {
+  const side foot = analysed_foot(walk, only);
+  if (!foot_of(walk, foot)) {
+    return {{in_folder(folder, table_name<recording_row>), 0, "foot",
+             "found no " + std::string(name_of(foot)) + " foot, expected the foot that is to be analysed"}};
+  }
+  const analysed_cycles cycles = cycles_of(walk, only);
+  const std::size_t count = cycles == analysed_cycles::feet ? walk.feet.size() : foot_of(walk, foot)->cycles.size();
+  if (!keeps_any(walk, cycles, count)) {
+    return {{in_folder(folder, table_name<exclusion_row>), 0, "",
+             "found all " + std::to_string(count) + " cycles of \"" + std::string(name_of(cycles)) +
+                 "\" excluded, expected at least one to be left"}};
+  }
+  return {};
+}
+
+}  // namespace gait_walk

@@ -1,0 +1,158 @@
+#include "cell.h"
+
+#include "csv_table.h"
+#include "utf8.h"
+
+#include <algorithm>
+#include <array>
+#include <charconv>
+#include <cmath>
+#include <limits>
+#include <stdexcept>
+#include <system_error>
+
+namespace gait_walk {
+
+namespace {
+
+/// std::from_chars on the whole cell, which may begin with a plus sign; a cell with anything behind the number is
+/// std::errc::invalid_argument.
+template <class Number>
+std::errc parse(std::string_view cell, Number& value) {
+  if (cell.size() > 1 && cell[0] == '+' && cell[1] != '-') {
+    cell.remove_prefix(1);
+  }
+  const char* const end = cell.data() + cell.size();
+  const auto [last, error] = std::from_chars(cell.data(), end, value);
+  return last == end ? error : std::errc::invalid_argument;
+}
+
+/// parse() that takes no form of "nan" for a number.
+std::errc parse_measured(std::string_view cell, double& value) {
+  const std::errc error = parse(cell, value);
+  return error == std::errc() && std::isnan(value) ? std::errc::invalid_argument : error;
+}
+
+bool has_decimal_comma(std::string_view cell) {
+  std::string with_point(cell);
+  std::replace(with_point.begin(), with_point.end(), ',', '.');
+  double ignored = 0;
+  return with_point != cell && parse_measured(with_point, ignored) == std::errc();
+}
+
+template <class Whole>
+std::string read_whole(std::string_view cell, Whole lowest, Whole& value) {
+  Whole number = 0;
+  const std::errc error = parse(cell, number);
+  if (error == std::errc() && number >= lowest) {
+    value = number;
+    return {};
+  }
+  // A minus sign is no part of an unsigned number: "-5" is told apart from "abc" by reading it as a signed one.
+  std::intmax_t negative = 0;
+  if (error != std::errc::invalid_argument || parse(cell, negative) != std::errc::invalid_argument) {
+    return found(cell) + ", expected a whole number from " + std::to_string(lowest) + " to " +
+           std::to_string(std::numeric_limits<Whole>::max());
+  }
+  double fraction = 0;
+  if ((parse_measured(cell, fraction) == std::errc() && std::isfinite(fraction)) || has_decimal_comma(cell)) {
+    return found(cell) + ", expected a whole number without decimals";
+  }
+  return found(cell) + ", expected a whole number";
+}
+
+template <class Number>
+std::string digits_of(Number value) {
+  std::array<char, 32> digits{};
+  const auto result = std::to_chars(digits.data(), digits.data() + digits.size(), value);
+  return {digits.data(), result.ptr};
+}
+
+}  // namespace
+
+bool is_not_measured(std::string_view cell) {
+  constexpr std::array<std::string_view, 4> words = {"", "na", "nan", "n/a"};
+  if (cell.size() > 3) {
+    return false;
+  }
+  std::string lower(cell);
+  // std::tolower would ask the locale.
+  std::transform(lower.begin(), lower.end(), lower.begin(),
+                 [](char c) { return c >= 'A' && c <= 'Z' ? static_cast<char>(c - 'A' + 'a') : c; });
+  return std::find(words.begin(), words.end(), lower) != words.end();
+}
+
+std::string read_cell(std::string_view cell, const whole_limits& /*limits*/, double& value) {
+  if (is_not_measured(cell)) {
+    value = gait_missing;
+    return {};
+  }
+  double number = 0;
+  const std::errc error = parse_measured(cell, number);
+  if (error == std::errc() && std::isfinite(number)) {
+    value = number;
+    return {};
+  }
+  if (error == std::errc()) {
+    return found(cell) + ", expected a finite number or an empty cell";
+  }
+  if (error == std::errc::result_out_of_range) {
+    return found(cell) + ", expected a number that is neither too large nor too small to compute with";
+  }
+  if (has_decimal_comma(cell)) {
+    return found(cell) + " with a decimal comma, expected a decimal point";
+  }
+  return found(cell) + ", expected a number or an empty cell";
+}
+
+std::string read_cell(std::string_view cell, const whole_limits& limits, int& value) {
+  return read_whole(cell, limits.lowest, value);
+}
+
+std::string read_cell(std::string_view cell, const whole_limits& /*limits*/, std::uint64_t& value) {
+  return read_whole(cell, std::uint64_t{0}, value);
+}
+
+std::string read_cell(std::string_view cell, const whole_limits& limits, std::optional<int>& value) {
+  value.reset();
+  if (is_not_measured(cell)) {
+    return {};
+  }
+  int index = 0;
+  std::string complaint = read_whole(cell, limits.lowest, index);
+  if (complaint.empty()) {
+    value = index;
+  }
+  return complaint;
+}
+
+std::string read_cell(std::string_view cell, const whole_limits& /*limits*/, std::string& value) {
+  value = cell;
+  return {};
+}
+
+std::string to_cell(double value) {
+  if (value == gait_missing) {
+    return {};
+  }
+  if (!std::isfinite(value)) {
+    throw std::invalid_argument("a walk folder cannot hold infinities or NaN");
+  }
+  return digits_of(value);
+}
+
+std::string to_cell(int value) { return digits_of(value); }
+std::string to_cell(std::uint64_t value) { return digits_of(value); }
+std::string to_cell(const std::optional<int>& value) { return value ? digits_of(*value) : std::string(); }
+
+std::string to_cell(const std::string& value) {
+  utf8_check utf8;
+  const bool is_text =
+      std::all_of(value.begin(), value.end(), [&](char c) { return c != '\0' && utf8.accept(static_cast<unsigned char>(c)); });
+  if (!is_text || !utf8.complete()) {
+    throw std::invalid_argument("a walk folder cannot hold a text that is not UTF-8");
+  }
+  return csv_cell(value);
+}
+
+}  // namespace gait_walk

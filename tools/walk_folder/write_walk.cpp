@@ -1,0 +1,113 @@
+#include "cell.h"
+#include "columns.h"
+#include "walk_folder.h"
+
+#include <fstream>
+#include <functional>
+#include <ios>
+#include <utility>
+
+namespace gait_walk {
+
+namespace {
+
+namespace fs = std::filesystem;
+
+/// Tables that take the place of those in a folder together, or not at all.
+class new_tables {
+public:
+  explicit new_tables(fs::path folder) : folder_(std::move(folder)) {}
+  ~new_tables() {
+    for (const auto& [part, table] : written_) {
+      std::error_code ignored;
+      fs::remove(part, ignored);
+    }
+  }
+  new_tables(const new_tables&) = delete;
+  new_tables& operator=(const new_tables&) = delete;
+  new_tables(new_tables&&) = delete;
+  new_tables& operator=(new_tables&&) = delete;
+
+  /// Writes a table beside its place. `write` is given a function that writes one row.
+  template <class Row>
+  void write(const std::function<void(const std::function<void(const Row&)>&)>& write_rows) {
+    const fs::path table = folder_ / table_name<Row>;
+    written_.emplace_back(fs::path(table) += ".part", table);
+    std::ofstream text;
+    text.exceptions(std::ios::failbit | std::ios::badbit);
+    text.open(written_.back().first, std::ios::binary);
+    const char* separator = "";
+    for (const auto& column : columns<Row>) {
+      text << separator << column.name;
+      separator = ",";
+    }
+    text << '\n';
+    write_rows([&](const Row& row) { write_row(text, row); });
+    text.close();
+  }
+
+  void put_in_place() {
+    for (const auto& [part, table] : written_) {
+      fs::rename(part, table);
+    }
+    written_.clear();
+  }
+
+private:
+  template <class Row>
+  static void write_row(std::ostream& text, const Row& row) {
+    const char* separator = "";
+    for (const auto& column : columns<Row>) {
+      text << separator << std::visit([&](auto member) { return to_cell(row.*member); }, column.member);
+      separator = ",";
+    }
+    text << '\n';
+  }
+
+  fs::path folder_;
+  std::vector<std::pair<fs::path, fs::path>> written_;
+};
+
+template <class Use>
+void for_each_foot(const walk& walk, Use use) {
+  if (walk.left) {
+    use(side::left, *walk.left);
+  }
+  if (walk.right) {
+    use(side::right, *walk.right);
+  }
+}
+
+}  // namespace
+
+void write_walk_folder(const walk& walk, const fs::path& folder) {
+  fs::create_directories(folder);
+  new_tables tables(folder);
+  tables.write<recording_row>([&](const auto& write_row) {
+    for_each_foot(walk, [&](side side, const foot& foot) {
+      write_row({side, foot.sampling_rate, foot.signal_1_samples, foot.signal_2_samples});
+    });
+  });
+  tables.write<foot_cycle_row>([&](const auto& write_row) {
+    for_each_foot(walk, [&](side side, const foot& foot) {
+      for (const gait_foot_cycle& cycle : foot.cycles) {
+        write_row({cycle, side});
+      }
+    });
+  });
+  tables.write<feet_cycle_row>([&](const auto& write_row) {
+    int index = 0;
+    for (const feet_cycle& cycle : walk.feet) {
+      write_row({cycle, index});
+      ++index;
+    }
+  });
+  tables.write<exclusion_row>([&](const auto& write_row) {
+    for (const exclusion& exclusion : walk.exclusions) {
+      write_row(exclusion);
+    }
+  });
+  tables.put_in_place();
+}
+
+}  // namespace gait_walk
