@@ -1,0 +1,153 @@
+#include "walk_folder_tables.h"
+
+#include <gait/generate_statistics.h>
+
+#include <gtest/gtest.h>
+
+#include <iterator>
+#include <list>
+#include <optional>
+#include <stdexcept>
+#include <string>
+#include <utility>
+
+namespace {
+
+using namespace walk_folder_tests;
+using gait_walk::analysis;
+using gait_walk::check_analysis;
+using gait_walk::make_analysis;
+using gait_walk::side;
+using gait_walk::walk;
+
+walk walk_of(const tables& text) { return read(text).walk; }
+
+walk walk_with_exclusions(const std::string& rows) {
+  tables text;
+  text.exclusions = exclusions_header + "\n" + rows;
+  return walk_of(text);
+}
+
+TEST(Analysis, OfAWalkOfTwoFeetHoldsLeftBeforeRight) {
+  const analysis analysis = make_analysis(walk_of({}));
+  const gait_result& result = analysis.result;
+  ASSERT_EQ(result.foot_results.size(), 2U);
+  EXPECT_EQ(result.left_foot, &result.foot_results.front());
+  EXPECT_EQ(result.right_foot, &result.foot_results.back());
+  EXPECT_EQ(result.left_foot->cycles.front().first_sample, 0);
+  EXPECT_EQ(result.right_foot->cycles.front().first_sample, 50);
+}
+
+TEST(Analysis, LinksTheCyclesOfBothFeet) {
+  tables text;
+  change(text.feet_cycles, "1,1.5,26.5,1,1", "1,1.5,26.5,,0");
+  const analysis analysis = make_analysis(walk_of(text));
+  const gait_result& result = analysis.result;
+  ASSERT_EQ(result.feet_result.cycles.size(), 2U);
+  const gait_feet_cycle& first = result.feet_result.cycles.front();
+  EXPECT_EQ(first.gct, 1.25);
+  EXPECT_EQ(first.ds, 25.5);
+  EXPECT_EQ(first.right_cycle, &result.right_foot->cycles.front());
+  EXPECT_EQ(first.left_cycle, &result.left_foot->cycles.front());
+  const gait_feet_cycle& second = result.feet_result.cycles.back();
+  EXPECT_EQ(second.right_cycle, nullptr);
+  EXPECT_EQ(second.left_cycle, &result.left_foot->cycles.front());
+}
+
+TEST(Analysis, GivesEachFootItsRecording) {
+  tables text;
+  change(text.recording, "left,100,1000,1000", "left,100,1001,1002");
+  const analysis analysis = make_analysis(walk_of(text));
+  const sensor_recording& left = *analysis.result.left_foot->recording;
+  EXPECT_EQ(left.sampling_rate, 100);
+  EXPECT_EQ(left.signals.at(1).sample_count, 1001U);
+  EXPECT_EQ(left.signals.at(2).sample_count, 1002U);
+  EXPECT_EQ(analysis.result.right_foot->recording->signals.at(1).sample_count, 1000U);
+}
+
+TEST(Analysis, OfOneFootHoldsThatFootAlone) {
+  const analysis analysis = make_analysis(walk_of({}), side::right);
+  ASSERT_EQ(analysis.result.foot_results.size(), 1U);
+  EXPECT_EQ(analysis.result.foot_results[0].cycles.front().first_sample, 50);
+  EXPECT_EQ(analysis.result.foot_results[0].recording, &analysis.recordings.front());
+  EXPECT_EQ(analysis.result.left_foot, nullptr);
+  EXPECT_EQ(analysis.result.right_foot, nullptr);
+  EXPECT_TRUE(analysis.result.feet_result.cycles.empty());
+}
+
+TEST(Analysis, TakesTheOnlyFootThereIs) {
+  const analysis analysis = make_analysis(walk_of(left_foot_only()));
+  ASSERT_EQ(analysis.result.foot_results.size(), 1U);
+  EXPECT_EQ(analysis.result.foot_results[0].cycles.size(), 2U);
+}
+
+TEST(Analysis, RefusesAFootThatTheWalkLacks) {
+  const walk walk = walk_of(left_foot_only());
+  EXPECT_THROW(make_analysis(walk, side::right), std::invalid_argument);
+  EXPECT_THROW(make_analysis({}), std::invalid_argument);
+}
+
+const char* const exclusions_of_all_kinds =
+    "feet,excluded_2,9,a\nleft,excluded_1,1,b\nfeet,excluded_1,1,c\nfeet,excluded_1,-4,d\nfeet,excluded_1,1,e\n"
+    "feet,excluded_1_fallback,0,f\nfeet,excluded_2_fallback,7,g\nright,excluded_2,0,h\n";
+
+TEST(Analysis, KeepsTheListsOfItsOwnModeInOrder) {
+  const analysis analysis = make_analysis(walk_with_exclusions(exclusions_of_all_kinds));
+  EXPECT_EQ(analysis.result.excluded_1, (std::list<int>{1, -4, 1}));
+  EXPECT_EQ(analysis.result.excluded_1_fallback, (std::list<int>{0}));
+  EXPECT_EQ(analysis.result.excluded_2, (std::list<int>{9}));
+  EXPECT_EQ(analysis.result.excluded_2_fallback, (std::list<int>{7}));
+}
+
+TEST(Analysis, LeavesTheListsOfOtherModesOut) {
+  const walk walk = walk_with_exclusions(exclusions_of_all_kinds);
+  EXPECT_EQ(make_analysis(walk, side::left).result.excluded_1, (std::list<int>{1}));
+  EXPECT_TRUE(make_analysis(walk, side::left).result.excluded_2.empty());
+  EXPECT_EQ(make_analysis(walk, side::right).result.excluded_2, (std::list<int>{0}));
+}
+
+TEST(Analysis, StaysWholeWhenItIsMoved) {
+  analysis first = make_analysis(walk_of({}));
+  const analysis moved(std::move(first));
+  EXPECT_EQ(moved.result.left_foot, &moved.result.foot_results.front());
+  EXPECT_EQ(moved.result.left_foot->recording, &moved.recordings.front());
+  analysis assigned;
+  assigned = make_analysis(walk_of({}));
+  EXPECT_EQ(assigned.result.feet_result.cycles.front().left_cycle, &assigned.result.left_foot->cycles.front());
+  EXPECT_TRUE(gait_generate_statistics(assigned.result, {}));
+  EXPECT_EQ(assigned.result.statistics.parameters.at("gct_L").mean, 1.25);
+}
+
+TEST(CheckAnalysis, HasNothingToSayAboutAWalkWithIncludedCycles) {
+  EXPECT_EQ(messages_of(check_analysis(walk_of({}), std::nullopt, "w")), messages{});
+  EXPECT_EQ(messages_of(check_analysis(walk_of(left_foot_only()), std::nullopt, "w")), messages{});
+}
+
+TEST(CheckAnalysis, ReportsThatNoCycleIsLeft) {
+  const walk walk = walk_with_exclusions("feet,excluded_1,1,\nfeet,excluded_2,0,\n");
+  EXPECT_EQ(messages_of(check_analysis(walk, std::nullopt, "some/w")),
+            (messages{"some/w/exclusions.csv: found all 2 cycles of \"feet\" excluded, expected at least one to be left"}));
+  EXPECT_EQ(messages_of(check_analysis(walk, side::left, "w")), messages{});
+}
+
+TEST(CheckAnalysis, ReportsThatNoCycleOfTheOneFootIsLeft) {
+  const walk walk = walk_with_exclusions("left,excluded_1,0,\nleft,excluded_1,1,\n");
+  EXPECT_EQ(messages_of(check_analysis(walk, side::left, "w/")),
+            (messages{"w/exclusions.csv: found all 2 cycles of \"left\" excluded, expected at least one to be left"}));
+  EXPECT_EQ(messages_of(check_analysis(walk, std::nullopt, "w")), messages{});
+  EXPECT_EQ(messages_of(check_analysis(walk, side::right, "w")), messages{});
+}
+
+TEST(CheckAnalysis, DoesNotCountFallbackListsOrIndicesOutOfRange) {
+  const walk walk = walk_with_exclusions(
+      "feet,excluded_1,0,\nfeet,excluded_1,2,\nfeet,excluded_1,-1,\nfeet,excluded_1_fallback,1,\n"
+      "feet,excluded_2_fallback,1,\n");
+  EXPECT_EQ(messages_of(check_analysis(walk, std::nullopt, "w")), messages{});
+}
+
+TEST(CheckAnalysis, ReportsAFootThatTheWalkLacks) {
+  EXPECT_EQ(messages_of(check_analysis(walk_of(left_foot_only()), side::right, "w")),
+            (messages{"w/recording.csv: column foot: found no right foot, expected the foot that is to be analysed"}));
+}
+
+}  // namespace

@@ -1,0 +1,37 @@
+#include "options.h"
+#include "output.h"
+#include "report.h"
+
+#include <exception>
+#include <iostream>
+#include <optional>
+#include <variant>
+
+namespace {
+
+using namespace gait_program;
+
+int say(const reply& reply) {
+  if (reply.exit_code == exit_fine) {
+    output(std::nullopt).write(reply.text);
+  } else {
+    std::cerr << reply.text;
+  }
+  return reply.exit_code;
+}
+
+int run(const options& options) { return options.list_parameters ? report_parameter_list(options) : report_walks(options); }
+
+}  // namespace
+
+int main(int argc, char** argv) {
+  prepare_standard_streams();
+  try {
+    const auto parsed = parse_command_line(argc, argv);
+    const auto* instead = std::get_if<reply>(&parsed);
+    return instead != nullptr ? say(*instead) : run(std::get<options>(parsed));
+  } catch (const std::exception& error) {
+    std::cerr << "gait-statistics: " << error.what() << "\n";
+    return exit_bad_input;
+  }
+}

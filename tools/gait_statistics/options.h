@@ -1,0 +1,44 @@
+#ifndef TOOLS_GAIT_STATISTICS_OPTIONS_H
+#define TOOLS_GAIT_STATISTICS_OPTIONS_H
+
+/// \file
+/// The command line.
+
+#include "walk.h"
+
+#include <cstddef>
+#include <filesystem>
+#include <optional>
+#include <string>
+#include <variant>
+#include <vector>
+
+namespace gait_program {
+
+inline constexpr int exit_fine = 0;
+inline constexpr int exit_bad_input = 1;
+inline constexpr int exit_bad_usage = 2;
+
+enum class output_format { table, csv, json };
+
+struct options {
+  std::vector<std::filesystem::path> walks;
+  std::optional<gait_walk::side> foot;  ///< the foot to analyse alone; both where there is none
+  float settings_value = 0.0F;
+  output_format format = output_format::table;
+  std::optional<std::filesystem::path> output;  ///< the standard output where there is none
+  std::optional<std::size_t> width;             ///< of the text report
+  bool list_parameters = false;
+};
+
+/// What is said instead of running: the help, the version, or what is wrong with the command line.
+struct reply {
+  int exit_code;
+  std::string text;
+};
+
+std::variant<options, reply> parse_command_line(int argc, const char* const* argv);
+
+}  // namespace gait_program
+
+#endif

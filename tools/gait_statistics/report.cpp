@@ -1,0 +1,122 @@
+#include "report.h"
+
+#include "csv_output.h"
+#include "json_output.h"
+#include "output.h"
+#include "parameter_list.h"
+#include "run_walk.h"
+#include "terminal.h"
+#include "text_report.h"
+
+#include "walk_folder.h"
+
+#include <nlohmann/json.hpp>
+
+#include <exception>
+#include <filesystem>
+#include <iostream>
+#include <new>
+#include <optional>
+#include <string>
+#include <utility>
+#include <vector>
+
+namespace gait_program {
+namespace {
+
+text_style style_of(const options& options) {
+  text_style style = options.output ? pipe_style : standard_output_style();
+  style.width = options.width.value_or(style.width);
+  return style;
+}
+
+/// Writes the walks of a run in one format.
+class report_writer {
+public:
+  report_writer(output_format format, const text_style& style, output& out) : format_(format), style_(style), out_(out) {}
+
+  void add(const walk_statistics& walk) {
+    const bool is_first = !wrote_any_;
+    wrote_any_ = true;
+    switch (format_) {
+      case output_format::table:
+        out_.write((is_first ? "" : "\n") + text_report(walk, style_));
+        break;
+      case output_format::csv:
+        out_.write((is_first ? csv_header() : "") + csv_rows(walk));
+        break;
+      case output_format::json:
+        json_walks_.push_back(json_walk(walk));
+        break;
+    }
+  }
+
+  /// Nothing is written, not even an empty file, when there was no walk.
+  void finish() {
+    if (!wrote_any_) {
+      return;
+    }
+    if (format_ == output_format::json) {
+      out_.write(json_document(std::move(json_walks_)));
+    }
+    out_.finish();
+  }
+
+private:
+  output_format format_;
+  text_style style_;
+  output& out_;
+  bool wrote_any_ = false;
+  std::vector<nlohmann::ordered_json> json_walks_;
+};
+
+void print_message(const std::string& message) { std::cerr << printable(message) << "\n"; }
+
+/// A walk's statistics; nullopt, with its faults on the standard error, when there are none.
+std::optional<walk_statistics> read_and_run(const std::filesystem::path& folder, const options& options) {
+  try {
+    const gait_walk::read_result read = gait_walk::read_walk_folder(folder);
+    for (const auto& warning : read.warnings) {
+      print_message("warning: " + warning.message());
+    }
+    if (auto faults = gait_walk::check_analysis(read.walk, options.foot, folder.string()); !faults.empty()) {
+      throw gait_walk::walk_error(std::move(faults));
+    }
+    return run_walk(read.walk, options.foot, options.settings_value);
+  } catch (const gait_walk::walk_error& error) {
+    for (const auto& fault : error.faults()) {
+      print_message(fault.message());
+    }
+  } catch (const std::bad_alloc&) {
+    print_message(folder.string() + ": not enough memory");
+  } catch (const std::exception& error) {
+    print_message(folder.string() + ": " + error.what());
+  }
+  return std::nullopt;
+}
+
+}  // namespace
+
+int report_walks(const options& options) {
+  output out(options.output);
+  report_writer writer(options.format, style_of(options), out);
+  int exit_code = exit_fine;
+  for (const auto& folder : options.walks) {
+    if (const auto statistics = read_and_run(folder, options)) {
+      writer.add(*statistics);
+    } else {
+      exit_code = exit_bad_input;
+    }
+  }
+  writer.finish();
+  return exit_code;
+}
+
+int report_parameter_list(const options& options) {
+  output out(options.output);
+  out.write(print_parameter_list(options.format, style_of(options)));
+  out.finish();
+  return exit_fine;
+}
+
+}  // namespace gait_program

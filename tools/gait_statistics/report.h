@@ -1,0 +1,22 @@
+#ifndef TOOLS_GAIT_STATISTICS_REPORT_H
+#define TOOLS_GAIT_STATISTICS_REPORT_H
+
+/// \file
+/// Walks, one after the other, in the form and to the place that the options ask for.
+
+#include "options.h"
+
+namespace gait_program {
+
+/// Reads, analyses and reports every walk of the options; what is wrong with one goes to the standard error, and
+/// the rest goes on. Returns exit_fine, or exit_bad_input when a walk was left out.
+///
+/// Throws std::system_error when the output cannot be written.
+int report_walks(const options& options);
+
+/// Prints the catalogue. Returns exit_fine, and throws as report_walks() does.
+int report_parameter_list(const options& options);
+
+}  // namespace gait_program
+
+#endif

@@ -1,0 +1,207 @@
+#include "run_walk.h"
+
+#include "number.h"
+
+#include <gait/catalogue.h>
+#include <gait/generate_statistics.h>
+
+#include <algorithm>
+#include <cstddef>
+#include <list>
+#include <optional>
+#include <string>
+#include <utility>
+#include <vector>
+
+namespace gait_program {
+namespace {
+
+using gait_detail::is_missing;
+using gait_walk::exclusion_list;
+
+gait_walk::analysed_cycles analysed_cycles_of(bool both_feet, gait_walk::side side) {
+  if (both_feet) {
+    return gait_walk::analysed_cycles::feet;
+  }
+  return side == gait_walk::side::left ? gait_walk::analysed_cycles::left : gait_walk::analysed_cycles::right;
+}
+
+counted_reasons reasons_of(const gait_walk::walk& walk, gait_walk::analysed_cycles cycles, exclusion_list list) {
+  counted_reasons reasons;
+  for (const auto& exclusion : walk.exclusions) {
+    if (exclusion.cycles != cycles || exclusion.list != list || exclusion.reason.empty()) {
+      continue;
+    }
+    const auto found = std::find_if(reasons.begin(), reasons.end(), [&](const auto& r) { return r.first == exclusion.reason; });
+    if (found == reasons.end()) {
+      reasons.emplace_back(exclusion.reason, 1);
+    } else {
+      ++found->second;
+    }
+  }
+  return reasons;
+}
+
+/// The stride length that the distance takes of each analysed cycle.
+std::vector<double> summed_stride_lengths(const gait_result& result, bool both_feet) {
+  std::vector<double> lengths;
+  if (both_feet) {
+    for (const auto& cycle : result.feet_result.cycles) {
+      lengths.push_back(cycle.right_cycle != nullptr ? cycle.right_cycle->slength : gait_missing);
+    }
+  } else {
+    for (const auto& cycle : result.foot_results.front().cycles) {
+      lengths.push_back(cycle.slength);
+    }
+  }
+  return lengths;
+}
+
+stride_length_gaps find_stride_length_gaps(const gait_result& result, bool both_feet) {
+  const std::vector<double> lengths = summed_stride_lengths(result, both_feet);
+  const std::list<int>& included = result.statistics.info.cycles;
+  stride_length_gaps gaps;
+  gaps.cycles = lengths.size();
+  gaps.without = static_cast<std::size_t>(std::count_if(lengths.begin(), lengths.end(), is_missing));
+  gaps.included = included.size();
+  gaps.included_without = static_cast<std::size_t>(std::count_if(
+      included.begin(), included.end(), [&](int index) { return is_missing(lengths.at(static_cast<std::size_t>(index))); }));
+  return gaps;
+}
+
+reported_foot report_foot(const std::string& name, const gait_walk::foot& foot) { return {name, foot.cycles.size()}; }
+
+void describe_feet(walk_statistics& statistics, const gait_walk::walk& walk, gait_walk::side only) {
+  if (statistics.both_feet) {
+    statistics.sides = {{"right", "_R"}, {"left", "_L"}};
+    statistics.feet = {report_foot("right", *walk.right), report_foot("left", *walk.left)};
+  } else if (only == gait_walk::side::left) {
+    statistics.sides = {{"left", ""}};
+    statistics.feet = {report_foot("left", *walk.left)};
+  } else {
+    statistics.sides = {{"right", ""}};
+    statistics.feet = {report_foot("right", *walk.right)};
+  }
+}
+
+std::optional<double> number_if(bool computed, double value) { return computed ? std::optional(value) : std::nullopt; }
+
+/// What the record holds, told apart from gait_missing by `valid`: a mean may well be -1.
+computed_statistics statistics_of(const gait_statistics_parameter& record) {
+  computed_statistics statistics;
+  statistics.n =
+      record.values.size() - static_cast<std::size_t>(std::count_if(record.values.begin(), record.values.end(), is_missing));
+  statistics.mean = number_if(record.valid, record.mean);
+  statistics.median = number_if(record.valid, record.median);
+  statistics.std = number_if(record.valid, record.std);
+  statistics.iqr = number_if(record.valid, record.iqr);
+  statistics.min = number_if(record.valid, record.min);
+  statistics.max = number_if(record.valid, record.max);
+  statistics.cv = number_if(record.valid && !is_missing(record.cv), record.cv);
+  return statistics;
+}
+
+/// Fills in the ratios of both sides. The library divides by a missing mean as by any other; such a quotient
+/// compares nothing.
+void compute_ratios(computed_parameter& parameter) {
+  const bool all_measured =
+      std::all_of(parameter.sides.begin(), parameter.sides.end(), [](const auto& side) { return side.record->valid; });
+  for (auto& side : parameter.sides) {
+    side.statistics.ratio = number_if(all_measured && side.record->asymmetry_enabled, side.record->asymmetry);
+  }
+}
+
+std::string speed_in_words(const walk_statistics& walk, const std::string& side, const std::string& suffix) {
+  const auto& speed = walk.result().statistics.parameters.at(gait_catalogue::row_of<SPEED>.key + suffix);
+  const std::string subject = "The stride velocity of the " + side + " foot ";
+  return subject + (speed.valid ? "is not plausible: its mean is outside 0.31 to 1.8 m/s." : "was not measured.");
+}
+
+}  // namespace
+
+walk_statistics run_walk(const gait_walk::walk& walk, std::optional<gait_walk::side> foot, float settings_value) {
+  walk_statistics statistics;
+  statistics.name = walk.name;
+  statistics.settings_value = settings_value;
+  statistics.analysis = gait_walk::make_analysis(walk, foot);
+
+  gait_result& result = statistics.analysis.result;
+  gait_generate_statistics(result, {settings_value});
+
+  statistics.both_feet = result.foot_results.size() > 1;
+  statistics.sampling_rate = result.foot_results.front().recording->sampling_rate;
+  const auto only = foot.value_or(walk.left ? gait_walk::side::left : gait_walk::side::right);
+  describe_feet(statistics, walk, only);
+  statistics.stride_lengths = find_stride_length_gaps(result, statistics.both_feet);
+  const auto cycles = analysed_cycles_of(statistics.both_feet, only);
+  statistics.excluded_1_reasons =
+      reasons_of(walk, cycles, result.excluded_1.empty() ? exclusion_list::excluded_1_fallback : exclusion_list::excluded_1);
+  statistics.excluded_2_reasons =
+      reasons_of(walk, cycles, result.excluded_2.empty() ? exclusion_list::excluded_2_fallback : exclusion_list::excluded_2);
+  return statistics;
+}
+
+bool computed_parameter::has_values() const {
+  return std::any_of(sides.begin(), sides.end(), [](const auto& side) { return side.record->valid; });
+}
+
+std::vector<computed_parameter> parameters_of(const walk_statistics& walk) {
+  std::vector<computed_parameter> parameters;
+  for (auto& row : list_parameters_of(walk.both_feet)) {
+    computed_parameter parameter;
+    for (const auto& side : walk.sides) {
+      std::string key = row.key + side.suffix;
+      const gait_statistics_parameter& record = walk.result().statistics.parameters.at(key);
+      parameter.sides.push_back({&side, std::move(key), &record, statistics_of(record)});
+    }
+    if (walk.both_feet) {
+      compute_ratios(parameter);
+    }
+    parameter.row = std::move(row);
+    parameters.push_back(std::move(parameter));
+  }
+  return parameters;
+}
+
+const gait_statistics_parameter* swing_asymmetry_record(const walk_statistics& walk) {
+  return walk.both_feet ? &walk.result().statistics.parameters.at(swing_asymmetry_key) : nullptr;
+}
+
+computed_statistics swing_asymmetry_of(const gait_statistics_parameter& record) {
+  computed_statistics statistics;
+  // Every value was computed; one that is -1 is not missing.
+  statistics.n = record.values.size();
+  statistics.mean = number_if(record.valid, record.mean);
+  statistics.std = number_if(record.valid, record.std);
+  return statistics;
+}
+
+std::vector<std::string> quality_flags_in_words(const walk_statistics& walk) {
+  const auto raised = [&](gait_quality_flag flag) { return (walk.result().quality_flags & flag) != 0; };
+  std::vector<std::string> words;
+  if (raised(gait_quality_setting)) {
+    words.push_back("The settings value, " + shortest(walk.settings_value) + ", is not within 10 to 34.");
+  }
+  if (raised(gait_quality_few_cycles)) {
+    words.emplace_back("The walk has 4 cycles or fewer.");
+  }
+  if (raised(gait_quality_speed)) {
+    words.push_back(speed_in_words(walk, walk.sides.front().name, ""));
+  }
+  if (raised(gait_quality_speed_right)) {
+    words.push_back(speed_in_words(walk, "right", "_R"));
+  }
+  if (raised(gait_quality_speed_left)) {
+    words.push_back(speed_in_words(walk, "left", "_L"));
+  }
+  if (raised(gait_quality_swing_asymmetry)) {
+    words.emplace_back("The swing asymmetry is large: its mean is 20 or more, or -20 or less.");
+  }
+  return words;
+}
+
+std::size_t halved_missing_stride_lengths(const walk_statistics& walk) {
+  return walk.both_feet ? 0 : walk.stride_lengths.included_without;
+}
+
+}  // namespace gait_program

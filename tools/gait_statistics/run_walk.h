@@ -1,0 +1,109 @@
+#ifndef TOOLS_GAIT_STATISTICS_RUN_WALK_H
+#define TOOLS_GAIT_STATISTICS_RUN_WALK_H
+
+/// \file
+/// From a walk to its statistics, in the form in which every output reads them.
+
+#include "parameter_list.h"
+#include "walk.h"
+
+#include <gait/result.h>
+#include <gait/statistics.h>
+
+#include <cstddef>
+#include <optional>
+#include <string>
+#include <utility>
+#include <vector>
+
+namespace gait_program {
+
+/// One side of the parameters: "right", under keys that end in "_R".
+struct reported_side {
+  std::string name;    ///< "right" or "left"
+  std::string suffix;  ///< of the keys; empty when one foot is analysed alone
+};
+
+/// One foot as it was recorded.
+struct reported_foot {
+  std::string name;  ///< "right" or "left"
+  std::size_t cycles = 0;
+};
+
+/// The cycles whose stride length is summed, and those among them that have none. A two-feet cycle has the
+/// stride length of its right foot.
+struct stride_length_gaps {
+  std::size_t cycles = 0;
+  std::size_t without = 0;
+  std::size_t included = 0;
+  std::size_t included_without = 0;
+};
+
+/// Reasons for an exclusion with the number of cycles that give it, in the order of their first one.
+using counted_reasons = std::vector<std::pair<std::string, std::size_t>>;
+
+/// A walk with its statistics.
+struct walk_statistics {
+  std::string name;
+  bool both_feet = false;
+  std::vector<reported_side> sides;  ///< right before left
+  std::vector<reported_foot> feet;   ///< of `sides`, in their order
+  int sampling_rate = 0;             ///< (Hz); the library takes that of one foot for both
+  float settings_value = 0.0F;
+  stride_length_gaps stride_lengths;
+  counted_reasons excluded_1_reasons;  ///< of the list that is accounted for: the primary one, else the fallback
+  counted_reasons excluded_2_reasons;
+  gait_walk::analysis analysis;
+
+  const gait_result& result() const { return analysis.result; }
+  const gait_statistics_info& info() const { return result().statistics.info; }
+};
+
+/// Analyses both feet of a walk, or one. Throws std::invalid_argument when the walk does not have that foot.
+walk_statistics run_walk(const gait_walk::walk& walk, std::optional<gait_walk::side> foot, float settings_value);
+
+/// The statistics of one parameter on one side; nullopt where one could not be computed.
+struct computed_statistics {
+  std::size_t n = 0;  ///< number of values that were measured
+  std::optional<double> mean, median, std, iqr, min, max;
+  std::optional<double> cv;
+  std::optional<double> ratio;  ///< this side's mean / the other side's
+};
+
+/// One parameter on one side.
+struct side_of_parameter {
+  const reported_side* side = nullptr;
+  std::string key;  ///< with the suffix
+  const gait_statistics_parameter* record = nullptr;
+  computed_statistics statistics;
+};
+
+/// One parameter: its row of the catalogue, and its sides in the walk's order.
+struct computed_parameter {
+  listed_parameter row;
+  std::vector<side_of_parameter> sides;
+
+  bool has_values() const;
+};
+
+/// Every parameter of the walk in the catalogue's order. The records are the walk's.
+std::vector<computed_parameter> parameters_of(const walk_statistics& walk);
+
+/// The key of the swing asymmetry.
+inline constexpr const char* swing_asymmetry_key = "asymmetry";
+
+/// The swing asymmetry's record; null when one foot was analysed alone.
+const gait_statistics_parameter* swing_asymmetry_record(const walk_statistics& walk);
+
+/// The swing asymmetry's statistics: n, mean and std.
+computed_statistics swing_asymmetry_of(const gait_statistics_parameter& record);
+
+/// Each quality flag that is raised, as a sentence.
+std::vector<std::string> quality_flags_in_words(const walk_statistics& walk);
+
+/// The number of included cycles whose missing stride length was halved, and entered the step length as -0.5 m.
+std::size_t halved_missing_stride_lengths(const walk_statistics& walk);
+
+}  // namespace gait_program
+
+#endif

@@ -1,0 +1,19 @@
+#ifndef TOOLS_GAIT_STATISTICS_TEXT_REPORT_H
+#define TOOLS_GAIT_STATISTICS_TEXT_REPORT_H
+
+/// \file
+/// The statistics of a walk as a report for people.
+
+#include "run_walk.h"
+#include "text_layout.h"
+
+#include <string>
+
+namespace gait_program {
+
+/// What the walk is, the cycle accounting, the parameters, the swing asymmetry and the quality flags.
+std::string text_report(const walk_statistics& walk, const text_style& style);
+
+}  // namespace gait_program
+
+#endif
