@@ -4,6 +4,7 @@
 
 #include <cstdio>
 #include <list>
+#include <vector>
 
 namespace {
 
@@ -40,7 +41,7 @@ gait_statistics_info account(const exclusions& lists) {
 }  // namespace
 
 int main() {
-  const exclusions cases[] = {
+  const std::vector<exclusions> cases = {
       {"nothing listed", {}, {}, {}, {}},
       {"1 {4,5}  2 {0,9}", {4, 5}, {}, {0, 9}, {}},
       {"1 fallback {4,5,6}", {}, {4, 5, 6}, {}, {}},
