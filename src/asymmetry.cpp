@@ -29,7 +29,7 @@ void flag_implausible_speed(gait_result& result, const char* key, gait_quality_f
 ///
 /// The symmetry index of R. O. Robinson, W. Herzog and B. M. Nigg, "Use of force platform variables to quantify
 /// the effects of chiropractic manipulation on gait symmetry", J. Manipulative Physiol. Ther. 10(4), 1987,
-/// 172-176, with `scale` where theirs has 200 percent.
+/// 172-176, with left before right, and with `scale` where theirs has 200 percent.
 std::vector<double> swing_asymmetries(const std::vector<double>& left, const std::vector<double>& right, int strides,
                                       double scale) {
   // Position i is the same stride on both sides. Entries that were kept from an earlier call may hold fewer.
@@ -118,7 +118,8 @@ void add_swing_asymmetry(gait_result& result) {
     record.values = swing_asymmetries(left, right, strides, sampling_rate(result));
     record.mean = mean_of(record.values);
     record.std = deviation_of(record.values, record.mean);
-    // A NaN deviation, that of a single stride, is not 0.0 and raises the flag.
+    // A NaN deviation, that of a single stride, is not 0.0 and raises the flag. That the mean is not 1.0 belongs
+    // to the rule as it is told, and decides nothing at 20.0 and above.
     if (std::abs(record.mean) >= 20.0 && record.mean != 1.0 && record.std != 0.0) {
       result.quality_flags |= gait_quality_swing_asymmetry;
     }

@@ -36,9 +36,9 @@ public:
   /// Takes out the cycles of both primary exclusion lists; the fallback lists never take anything out.
   void exclude(const gait_result& result) {
     cycles_.remove_if(IsIncludedIn(result.excluded_1));
-    const auto left_by_kind_1 = cycles_.size();
+    const auto remaining_after_kind_1 = cycles_.size();
     cycles_.remove_if(IsIncludedIn(result.excluded_2));
-    kind_2_took_any_ = cycles_.size() != left_by_kind_1;
+    kind_2_took_any_ = cycles_.size() != remaining_after_kind_1;
   }
 
   const std::list<int>& cycles() const { return cycles_; }
@@ -52,35 +52,33 @@ private:
   bool kind_2_took_any_ = false;
 };
 
-/// What is read of the feet's recordings and outermost cycles.
+/// The samples of the recordings that the walk takes up.
 struct walk_span {
-  std::uint64_t sample_count;  ///< samples that every signal has
   int first_sample;
   int last_sample;  ///< inclusive
 };
 
-walk_span span_of(const gait_foot_result& foot) {
+walk_span span_of(const gait_foot_result& foot) { return {foot.cycles.front().first_sample, foot.cycles.back().last_sample}; }
+
+/// The number of samples that both signals of a foot have.
+std::uint64_t sample_count_of(const gait_foot_result& foot) {
   const auto& signals = foot.recording->signals;
   const std::uint64_t signal_1 = lookup(signals, 1).sample_count;
   const std::uint64_t signal_2 = lookup(signals, 2).sample_count;
-  return {std::min(signal_1, signal_2), foot.cycles.front().first_sample, foot.cycles.back().last_sample};
+  return std::min(signal_1, signal_2);
 }
 
-/// The span that both feet share of the recordings, and that either covers of the walk.
-walk_span join(const walk_span& a, const walk_span& b) {
-  return {std::min(a.sample_count, b.sample_count), std::min(a.first_sample, b.first_sample),
-          std::max(a.last_sample, b.last_sample)};
-}
-
-struct walk_distances {
-  double total;     ///< (m)
-  double included;  ///< (m)
+/// What the accounting needs of the walk as a whole.
+struct walk_extent {
+  std::uint64_t sample_count;  ///< samples that every signal has
+  walk_span span;
+  double total_distance;     ///< (m)
+  double included_distance;  ///< (m)
 };
 
 /// Writes the accounting of the walk, the same in both modes but for the result whose cycles are analysed.
 template <class ResultT>
-void write_info(gait_result& result, const ResultT& analysed, const cycle_selection& selection, const walk_span& span,
-                const walk_distances& distances) {
+void write_info(gait_result& result, const ResultT& analysed, const cycle_selection& selection, const walk_extent& walk) {
   const auto duration_sum = [&](const std::list<int>& indices) {
     return index_sum(analysed.cycles, indices, gait_detail::summed_field<ResultT, GCT>);
   };
@@ -90,17 +88,17 @@ void write_info(gait_result& result, const ResultT& analysed, const cycle_select
   const double excluded_1_fallback_sum = duration_sum(result.excluded_1_fallback);
   const double included_sum = duration_sum(selection.cycles());
   const double rate = gait_detail::sampling_rate(result);
-  const int sample_span = to_int32(std::int64_t{span.last_sample} - span.first_sample);
+  const int sample_span = to_int32(std::int64_t{walk.span.last_sample} - walk.span.first_sample);
   std::list<int> included = selection.cycles();
 
   gait_statistics_info& info = result.statistics.info;
-  info.recording_duration = static_cast<double>(span.sample_count) / rate;
+  info.recording_duration = static_cast<double>(walk.sample_count) / rate;
   info.duration = (sample_span + 1.0) / rate;
   info.excluded_1_fallback_gct_sum = excluded_1_fallback_sum;
   info.excluded_2_gct_sum = excluded_2_sum;
   info.included_gct_sum = included_sum;
-  info.included_distance = distances.included;
-  info.total_distance = distances.total;
+  info.included_distance = walk.included_distance;
+  info.total_distance = walk.total_distance;
   info.cycle_count = selection.cycle_count();
   info.excluded_count = selection.excluded_count();
   info.cycles = std::move(included);
@@ -109,14 +107,14 @@ void write_info(gait_result& result, const ResultT& analysed, const cycle_select
 
 void analyse_single_foot(gait_result& result) {
   const gait_foot_result& foot = result.foot_results.front();
-  const walk_span span = span_of(foot);
+  const std::uint64_t sample_count = sample_count_of(foot);
 
   cycle_selection selection(foot.cycles.size());
   const auto distance = [&] { return index_sum(foot.cycles, selection.cycles(), &gait_foot_cycle::slength); };
   const double total_distance = distance();
   selection.exclude(result);
 
-  write_info(result, foot, selection, span, {total_distance, distance()});
+  write_info(result, foot, selection, {sample_count, span_of(foot), total_distance, distance()});
   gait_statistics_build_parameters(result.statistics, foot, selection.cycles(), "", nullptr, nullptr);
 }
 
@@ -135,8 +133,12 @@ void analyse_two_feet(gait_result& result) {
   const gait_foot_result& left = *result.left_foot;
   const gait_foot_result& right = *result.right_foot;
   gait_feet_result& feet = result.feet_result;
+  const std::uint64_t left_count = sample_count_of(left);
+  const std::uint64_t sample_count = std::min(left_count, sample_count_of(right));
   const walk_span left_span = span_of(left);
-  const walk_span span = join(left_span, span_of(right));
+  const walk_span right_span = span_of(right);
+  const walk_span span = {std::min(left_span.first_sample, right_span.first_sample),
+                          std::max(left_span.last_sample, right_span.last_sample)};
 
   cycle_selection selection(feet.cycles.size());
   // The right foot alone measures the walk, and only by the cycles that some two-feet cycle points to.
@@ -148,7 +150,7 @@ void analyse_two_feet(gait_result& result) {
 
   const std::list<int> right_cycles = matching_cycles(feet, selection.cycles(), &gait_feet_cycle::right_cycle);
   const std::list<int> left_cycles = matching_cycles(feet, selection.cycles(), &gait_feet_cycle::left_cycle);
-  write_info(result, feet, selection, span, {total_distance, distance(right_cycles)});
+  write_info(result, feet, selection, {sample_count, span, total_distance, distance(right_cycles)});
   gait_statistics_build_parameters(result.statistics, right, right_cycles, "_R", &feet, &selection.cycles());
   gait_statistics_build_parameters(result.statistics, left, left_cycles, "_L", &feet, &selection.cycles());
 }

@@ -23,8 +23,8 @@ struct precentile_return_type {
 /// Statistician 50(4), 1996, 361-365: definition 5; "hazen" in numpy, type 5 in R).
 ///
 /// The vector must not be empty. With a NaN in it, or in the request, the results are unspecified. Copies the
-/// vector (one allocation, std::bad_alloc when it fails; none for a single value) and sorts the copy: O(n log n)
-/// on average. The vector itself is not changed.
+/// vector and sorts the copy: O(n log n) on average. The copy is the one allocation, besides those of a request or
+/// an expression of dynamic size; std::bad_alloc when it fails. The vector itself is not changed.
 template <typename Request>
 typename precentile_return_type<Request>::type percentile(const DenseBase<Request>& p) const {
   EIGEN_STATIC_ASSERT_VECTOR_ONLY(Derived)
@@ -36,15 +36,18 @@ typename precentile_return_type<Request>::type percentile(const DenseBase<Reques
     // The evaluator reads any expression, a matrix product too.
     return Result::Constant(p.rows(), p.cols(), internal::evaluator<Derived>(derived()).coeff(0, 0));
   }
-  Array<Scalar, Dynamic, 1> sorted(derived());
+  // Not aligned by Eigen: see gait/sample.h.
+  Array<Scalar, Dynamic, 1, DontAlign> sorted(derived());
   _kalvio_eigen_quicksort(sorted.data(), Index(0), n - 1);
   const Array<double, Result::RowsAtCompileTime, Result::ColsAtCompileTime> percentages(p.derived().template cast<double>());
   return percentiles_of_sorted(sorted, percentages);
 }
 
+private:
 /// The percentiles of at least two values in ascending order, by definition 5: `percentile` without the sort.
 template <int Rows, int Cols>
-static Array<Scalar, Rows, Cols> percentiles_of_sorted(const Array<Scalar, Dynamic, 1>& s, const Array<double, Rows, Cols>& p) {
+static Array<Scalar, Rows, Cols> percentiles_of_sorted(const Array<Scalar, Dynamic, 1, DontAlign>& s,
+                                                       const Array<double, Rows, Cols>& p) {
   const Index half = s.size() / 2;
   const double n = double(s.size());
   const double med = s.size() % 2 != 0 ? s[half] : (s[half] + s[half - 1]) * 0.5;
@@ -85,3 +88,5 @@ static Array<Scalar, Rows, Cols> percentiles_of_sorted(const Array<Scalar, Dynam
     return Scalar(s[below] + (s[below + 1] - s[below]) * f);
   });
 }
+
+public:

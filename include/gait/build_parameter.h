@@ -8,15 +8,14 @@
 
 #include <gait/catalogue.h>
 #include <gait/cycle_access.h>
+#include <gait/sample.h>
 #include <gait/statistics.h>
 
 #include <algorithm>
 #include <cmath>
 #include <cstddef>
-#include <cstdint>
 #include <limits>
 #include <list>
-#include <new>
 #include <numeric>
 #include <string>
 #include <type_traits>
@@ -27,81 +26,68 @@ namespace gait_detail {
 
 /// The values of one parameter over a cycle index list, and the sample: those of them that are not missing.
 struct gathered_values {
-  Eigen::VectorXd sample;
+  gait_detail::sample sample;
   std::vector<double> values;
 };
-
-/// The capacity for as many values as a list has elements: a signed 32-bit count.
-///
-/// Throws std::bad_alloc for a list that such a count cannot hold.
-inline Eigen::Index sample_capacity(std::size_t list_size) {
-  const auto capacity = static_cast<std::int32_t>(list_size);
-  if (capacity < 0) {
-    throw std::bad_alloc();
-  }
-  return capacity;
-}
 
 /// Reads the parameter of every indexed cycle; an index out of range leaves its position missing.
 template <class Row, class ResultT>
 gathered_values gather(const Row& row, const ResultT& result, const std::list<int>& cycles) {
   const Eigen::Index capacity = sample_capacity(cycles.size());
-  gathered_values gathered{Eigen::VectorXd(capacity), {}};
-  gathered.values.assign(static_cast<std::size_t>(capacity), gait_missing);
-
-  Eigen::Index n = 0;
+  gathered_values gathered{sample(capacity), std::vector<double>(static_cast<std::size_t>(capacity), gait_missing)};
   for_each_cycle(result.cycles, cycles, [&](std::size_t position, const auto& cycle) {
     const double value = row.value(cycle);
     gathered.values[position] = value;
     if (!is_missing(value)) {
-      gathered.sample[n] = value;
-      ++n;
+      gathered.sample.push_back(value);
     }
   });
-  gathered.sample.conservativeResize(n);
+  gathered.sample.shrink();
   return gathered;
 }
 
-/// 100 * std / mean (percent), with the signed mean; missing for a short sample, and for a mean too near 0.
+/// 100 * deviation / mean (percent), with the signed mean; missing for a short sample, and for a mean too near 0.
 ///
 /// The relative spread of a handful of strides says little, so that fewer than ten values get none.
-inline double coefficient_of_variation(Eigen::Index n, double mean, double std) {
+inline double coefficient_of_variation(Eigen::Index n, double mean, double deviation) {
   constexpr Eigen::Index fewest_values = 10;
   // A NaN mean is not above the threshold either.
   if (n >= fewest_values && std::abs(mean) > std::numeric_limits<double>::epsilon()) {
-    return 100.0 * std / mean;
+    return 100.0 * deviation / mean;
   }
   return gait_missing;
 }
 
+/// The standard deviation of at least one value about their mean, with divisor n - 1; 0.0 for a single value.
+inline double standard_deviation(const sample& sample, double mean) {
+  if (sample.size() < 2) {
+    return 0.0;
+  }
+  const double squares =
+      std::accumulate(sample.begin(), sample.end(), 0.0, [&](double sum, double x) { return sum + (x - mean) * (x - mean); });
+  return std::sqrt(squares / (static_cast<double>(sample.size()) - 1.0));
+}
+
 /// Writes the statistics of a sample into a record; an empty sample leaves them missing.
 ///
-/// The sums run in sample order, so that every compiler gives the same bits. In a sample that holds a NaN the
-/// mean and the deviation are NaN, and the median, the interquartile range and the extremes are unspecified.
-inline void describe(const Eigen::VectorXd& sample, gait_catalogue::variation spread, gait_statistics_parameter& record) {
-  const Eigen::Index n = sample.size();
-  record.valid = n != 0;
+/// The sums run in sample order, so that every compiler gives the same bits. Among two or more values, a NaN
+/// makes the mean and the deviation NaN, and leaves the median, the interquartile range and the extremes
+/// unspecified; a single NaN is its own mean, median and extremes, with a deviation of 0.0.
+inline void describe(const sample& sample, gait_catalogue::variation spread, gait_statistics_parameter& record) {
+  record.valid = sample.size() != 0;
   if (!record.valid) {
     return;
   }
-  const Eigen::Array2d quartiles = sample.percentile(Eigen::Array2d(25.0, 75.0));
+  const Eigen::Array2d quartiles = sample.vector().percentile(Eigen::Array2d(25.0, 75.0));
   record.iqr = quartiles[1] - quartiles[0];
-  record.median = sample.percentile(Eigen::Array<double, 1, 1>::Constant(50.0))[0];
-
-  const auto count = static_cast<double>(n);
-  const double mean = std::accumulate(sample.begin(), sample.end(), 0.0) / count;
-  record.mean = mean;
-  record.std = 0.0;
-  if (n >= 2) {
-    const double squares =
-        std::accumulate(sample.begin(), sample.end(), 0.0, [&](double sum, double x) { return sum + (x - mean) * (x - mean); });
-    record.std = std::sqrt(squares / (count - 1.0));
-  }
+  record.median = sample.vector().percentile(Eigen::Array<double, 1, 1>::Constant(50.0))[0];
+  record.mean = std::accumulate(sample.begin(), sample.end(), 0.0) / static_cast<double>(sample.size());
+  record.std = standard_deviation(sample, record.mean);
   const auto [min, max] = std::minmax_element(sample.begin(), sample.end());
   record.min = *min;
   record.max = *max;
   if (spread == gait_catalogue::cv) {
-    record.cv = coefficient_of_variation(n, record.mean, record.std);
+    record.cv = coefficient_of_variation(sample.size(), record.mean, record.std);
   }
 }
 

@@ -52,7 +52,8 @@ exclusion account_exclusion(const ResultT& result, const std::list<int>& primary
 
 /// Fills `excluded_2_fallback_count` to `included_duration` of `info`; the fields before them are not touched.
 ///
-/// For each kind, the primary list counts if it is not empty, else the fallback list does. A cycle that both
+/// For each kind, the primary list counts if it is not empty, else the fallback list does: that of kind 1 with
+/// its length, that of kind 2 as two cycles, however many it holds. A cycle that both
 /// kinds list is taken off twice, and an index out of range is counted but adds no time, so that
 /// `included_count` may be below the number of included cycles, and negative. It wraps around at 32 bits.
 ///

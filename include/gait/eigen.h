@@ -11,13 +11,12 @@
 ///     #include <eigen_plugins/dense_base_percentile.h>
 ///     ... your own members ...
 ///
-/// What your own compiler flags may change in the functions that these headers bring: with fused multiply-add
-/// (g++ contracts by default where the processor has it, as with -march=haswell or -march=native; compile with
-/// -ffp-contract=off) an interpolated percentile or a standard deviation may differ in its last bits from the
-/// compiled library's. A static library shares such functions with your program, so that your flags decide
-/// there for gait_generate_statistics() too; a shared one keeps its own. Flags that set Eigen's alignment
-/// (-mavx and above) belong to a whole program, as with any code that uses Eigen. NaN must be respected:
-/// -ffast-math does not compile.
+/// What your own compiler flags may change in the functions that these headers bring: where the processor has
+/// fused multiply-add (-mfma, -march=haswell, -march=native), g++ and clang++ use it by default, and an
+/// interpolated percentile, a standard deviation and what follows from it may differ in their last bits from the
+/// compiled library's; -ffp-contract=off keeps them the same. A static library shares inline functions with your
+/// program, so that your flags may decide for gait_generate_statistics() too; the shared library keeps its own.
+/// NaN must be respected: -ffast-math does not compile.
 
 #include <eigen_plugins/quicksort.h>
 

@@ -16,6 +16,7 @@
 #include <gait/cycle_access.h>
 #include <gait/generate_statistics.h>
 #include <gait/result.h>
+#include <gait/sample.h>
 #include <gait/statistics.h>
 #include <gait/version.h>
 

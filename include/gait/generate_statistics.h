@@ -27,8 +27,13 @@
 /// - `statistics.info`: every field;
 /// - `statistics.parameters`: one foot: 27 parameters, keys without suffix, step length taken as half the
 ///   stride length. Two feet: 28 parameters a side, first the right side ("gct_R"), then the left ("gct_L"),
-///   with "DS" the same under both, and "asymmetry", the swing asymmetry index of every stride, scaled by the
-///   sampling rate. The map is not cleared, and an entry that is present is kept: start with an empty one;
+///   with "DS" the same under both. The map is not cleared, and an entry that is present is kept: start with an
+///   empty one;
+/// - two feet: `asymmetry` of every pair of entries, those that were kept too: in the right one the right mean /
+///   the left mean, in the left one its reciprocal, and 0.0 for a quotient by a mean of 0.0;
+/// - two feet: "asymmetry", the swing asymmetry (left - right) * sampling rate / (left + right) of every included
+///   stride whose swings are both above 0, with their mean and deviation. Here the deviation of a single value is
+///   NaN, -1.0 is a value like any other, and the record is valid, with a NaN mean, when no stride has both swings;
 /// - `quality_flags`: rewritten, a set of gait_quality_flag bits.
 /// Nothing else is changed. Both distances are the right foot's in two-feet mode: the stride lengths of the
 /// right-foot cycles that the two-feet cycles point to.
@@ -42,12 +47,14 @@
 /// `right_foot`, and the recording of each, not null, and both cycle lists not empty. Samples and indices are
 /// 32 bits wide, and their differences wrap around as in two's complement.
 ///
-/// Throws std::out_of_range ("unordered_map::at: key not found") when signal 1 or 2 of a recording that is
-/// used is absent; nothing is written then. Throws std::bad_alloc, or the containers' std::length_error, when
-/// memory runs out; `statistics` may then be partly written: every parameter that is there is complete.
+/// Throws std::out_of_range ("unordered_map::at: key not found") when signal 1 or 2 is absent from the recording
+/// of an analysed foot; nothing is written then. Throws std::bad_alloc, or the containers' std::length_error, when
+/// memory runs out. The output may then be written in part: `info` is the old or the new one, an entry that is
+/// there is complete but for its `asymmetry`, and `quality_flags` may be old, new or without its last bit.
 ///
-/// Cost. Every index is reached by a walk from the front of its list: O(n * k) steps for k indices over n
-/// cycles, once for each parameter and sum. Memory is O(k) beside the results; none is kept after the call.
+/// Cost. Every index is reached by a walk from the front of its list: O(n * k) steps for k indices over n cycles,
+/// once for each parameter and sum; taking out m excluded indices is O(n * m). Memory is O(n) beside the results;
+/// none is kept after the call.
 ///
 /// Threads. The call runs on the caller's thread and has no global state. Calls on different objects may run
 /// at the same time, also when their pointers reach the same recordings and foot cycles, which are only read.

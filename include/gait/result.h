@@ -68,7 +68,7 @@ struct sensor_signal {
 /// The recorded sensor data of one foot.
 struct sensor_recording {
   int sampling_rate = 0;  ///< samples per second (Hz); must not be 0
-  /// By signal identifier. Signals 1 and 2 must be there; the shorter of them is the recording's length.
+  /// By signal identifier. Signals 1 and 2 must be there; the shortest of all feet is the length of the recording.
   std::unordered_map<int, sensor_signal> signals;
 };
 
@@ -112,13 +112,13 @@ enum gait_quality_flag : int {
   gait_quality_speed = 4,              ///< mean of "speed" not plausible (single-foot mode)
   gait_quality_speed_right = 8,        ///< mean of "speed_R" not plausible (two-feet mode)
   gait_quality_speed_left = 16,        ///< mean of "speed_L" not plausible (two-feet mode)
-  gait_quality_swing_asymmetry = 128,  ///< the swing asymmetry is 20 or more, with a spread (two-feet mode)
+  gait_quality_swing_asymmetry = 128,  ///< |mean| of "asymmetry" is 20 or more, and its deviation not 0 (two-feet mode)
 };
 
 /// The settings of gait_generate_statistics().
 struct gait_generate_statistics_settings {
-  /// A setting of the analysis that made the records. It enters no computation: a value above 0 that is not
-  /// within 10 to 34 raises a quality flag, and 0 or less says that there is none.
+  /// What it stands for is the caller's choice. It enters no computation: a value above 0 that is not within 10 to
+  /// 34 raises a quality flag.
   float settings_value = 0.0F;
 };
 

@@ -35,7 +35,8 @@ constexpr bool is_missing(double value) { return value == gait_missing; }
 /// The descriptive statistics of one gait parameter on one side, over the cycles that count.
 ///
 /// The sample is the list of `values` that are not missing; its size n is not stored. When it is empty,
-/// `valid` is false and every statistic is gait_missing.
+/// `valid` is false and every statistic is gait_missing. The entry "asymmetry" differs: see
+/// gait_generate_statistics().
 struct gait_statistics_parameter {
   bool valid = false;       ///< true when at least one value entered the statistics
   std::string description;  ///< name of the parameter, for people ("Cycle duration")
@@ -54,13 +55,15 @@ struct gait_statistics_parameter {
   /// fewer than 10 values, and when |mean| is not above the double epsilon.
   double cv = gait_missing;
   bool asymmetry_enabled = false;   ///< whether a left/right ratio is computed for this parameter
-  double asymmetry = gait_missing;  ///< this side's mean / the other side's mean (no unit), in two-feet mode
+  double asymmetry = gait_missing;  ///< this side's mean / the other side's mean (no unit); two-feet mode, see there
 };
 
 /// The cycle accounting of the walk: durations, distances, and what each kind of exclusion took out.
 ///
-/// What the two kinds stand for (turns, starts, outliers, ...) is the caller's choice. An excluded index that
-/// is out of range, or whose cycle has no duration, is counted but adds no time.
+/// What the two kinds stand for (turns, starts, outliers, ...) is the caller's choice. The fallback list of a kind
+/// counts where its primary list is empty: that of kind 1 with its length, that of kind 2 as two cycles, however
+/// many it holds. An excluded index that is out of range, or whose cycle has no duration, is counted but adds no
+/// time.
 struct gait_statistics_info {
   double recording_duration = 0.0;              ///< length of the recording (s): the shortest signal counts
   double duration = 0.0;                        ///< first sample of the first to last sample of the last cycle (s)
@@ -88,7 +91,7 @@ struct gait_statistics_info {
 struct gait_statistics {
   gait_statistics_info info;
   /// Keyed by the parameter key and the side suffix: "gct" for one foot, "gct_R" and "gct_L" for two. The
-  /// library never clears the map, and an entry that is present stays as it is.
+  /// library never clears the map and never replaces an entry; of one that is present it rewrites `asymmetry` only.
   std::unordered_map<std::string, gait_statistics_parameter> parameters;
 };
 
