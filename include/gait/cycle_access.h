@@ -6,11 +6,82 @@
 
 #include <gait/statistics.h>
 
+#include <algorithm>
+#include <array>
 #include <cstddef>
 #include <iterator>
 #include <list>
+#include <utility>
 
 namespace gait_detail {
+
+/// A group of walks along one list, each from the front to its own index.
+///
+/// A walk waits at every step for the node that it has just asked for. Walks to different indices do not wait
+/// for one another: side by side, a group of them takes little longer than its longest walk alone.
+template <class Iterator>
+class walk_group {
+public:
+  explicit walk_group(Iterator front) : front_(front) {}
+
+  bool is_empty() const { return count_ == 0; }
+  bool is_full() const { return count_ == size; }
+
+  /// Adds a walk to `index`, asked for by the element of the index list at `position`.
+  void add(std::size_t position, int index) {
+    positions_[count_] = position;
+    ends_[count_] = {index, count_};
+    ++count_;
+  }
+
+  /// Walks, visits what was reached in the order in which it was added, and starts over. Not for an empty group.
+  template <class Visit>
+  void walk_and_visit(Visit& visit) {
+    // The walks that a last group lacks go along with its last one.
+    std::fill(ends_.begin() + count_, ends_.end(), ends_[count_ - 1]);
+    const auto nearer = [](const walk_end& a, const walk_end& b) { return a.index < b.index; };
+    if (!std::is_sorted(ends_.begin(), ends_.end(), nearer)) {
+      std::sort(ends_.begin(), ends_.end(), nearer);
+    }
+    start(std::make_index_sequence<size>{});
+    for (std::size_t i = 0; i < count_; ++i) {
+      visit(positions_[i], *reached_[i]);
+    }
+    count_ = 0;
+  }
+
+private:
+  struct walk_end {
+    int index;
+    std::size_t order;  ///< which walk of the group it is, as they were added
+  };
+
+  template <std::size_t... Walk>
+  void start(std::index_sequence<Walk...> /*walks*/) {
+    advance(ends_.data(), 0, ((void)Walk, front_)...);
+  }
+
+  /// Advances walks that stand `done` steps from the front until the nearest end, and goes on with the others. They
+  /// are arguments, and the function inlined into itself, to keep as many as can be in registers.
+  template <class... Others>
+  [[gnu::always_inline]] void advance(const walk_end* nearest, int done, Iterator walk, Others... others) {
+    for (int steps = nearest->index - done; steps > 0; --steps) {
+      ++walk;
+      (++others, ...);
+    }
+    reached_[nearest->order] = walk;
+    if constexpr (sizeof...(others) > 0) {
+      advance(nearest + 1, nearest->index, others...);
+    }
+  }
+
+  static constexpr std::size_t size = 16;
+  Iterator front_;
+  std::size_t count_ = 0;
+  std::array<walk_end, size> ends_;
+  std::array<std::size_t, size> positions_;
+  std::array<Iterator, size> reached_;
+};
 
 /// Calls `visit(position, cycle)` for every index of `indices` that lies within `cycles`, in list order.
 ///
@@ -19,15 +90,30 @@ namespace gait_detail {
 ///
 /// Every cycle is reached afresh from the front of its list: no table is built and no position is carried
 /// from one index to the next, so that indices may come in any order. O(n * k) steps for k indices over n
-/// cycles; no allocation; throws only what `visit` throws.
+/// cycles, a group of walks at a time; no allocation; throws only what `visit` throws.
 template <class Cycle, class Visit>
 void for_each_cycle(const std::list<Cycle>& cycles, const std::list<int>& indices, Visit visit) {
+  // On a shorter list the processor overlaps the walks by itself.
+  constexpr std::size_t shortest_worth_a_group = 48;
+  const bool in_groups = cycles.size() >= shortest_worth_a_group;
+
+  walk_group<typename std::list<Cycle>::const_iterator> group(cycles.begin());
   std::size_t position = 0;
   for (const int index : indices) {
     if (index >= 0 && static_cast<std::size_t>(index) < cycles.size()) {
-      visit(position, *std::next(cycles.begin(), index));
+      if (in_groups) {
+        group.add(position, index);
+      } else {
+        visit(position, *std::next(cycles.begin(), index));
+      }
+      if (group.is_full()) {
+        group.walk_and_visit(visit);
+      }
     }
     ++position;
+  }
+  if (!group.is_empty()) {
+    group.walk_and_visit(visit);
   }
 }
 
