@@ -1,0 +1,5 @@
+#ifdef FAULT
+#include <Eigen/Dense>
+#endif
+
+#include <gait/gait.h>

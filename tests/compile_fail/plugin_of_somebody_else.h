@@ -1,0 +1,1 @@
+Scalar first_coefficient() const { return derived()(0); }

@@ -1,0 +1,1 @@
+#include <gait/generate_statistics.h>

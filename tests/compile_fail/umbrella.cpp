@@ -1,0 +1,1 @@
+#include <gait/gait.h>

@@ -1,0 +1,567 @@
+#include "bits.h"
+#include "builders.h"
+#include "text_of.h"
+
+#include <gait/generate_statistics.h>
+#include <gait/result.h>
+
+#include <array>
+#include <cstddef>
+#include <cstdint>
+#include <limits>
+#include <list>
+#include <set>
+#include <stdexcept>
+#include <string>
+#include <thread>
+#include <vector>
+
+#include <gmock/gmock.h>
+#include <gtest/gtest.h>
+
+namespace {
+
+using namespace gait_test;
+using gait_test::nan;
+using testing::ElementsAre;
+using testing::SizeIs;
+
+constexpr int int_max = std::numeric_limits<int>::max();
+constexpr int int_min = std::numeric_limits<int>::min();
+
+gait_statistics_info info_of(walk w) { return w.analyse().statistics.info; }
+
+/// Marks in every output, to see whether they stay.
+void mark(gait_result& result) {
+  gait_statistics_parameter parameter;
+  parameter.description = "left by the caller";
+  parameter.values = {1.0, -0.0, nan};
+  parameter.mean = 3.5;
+  result.statistics.parameters["gct"] = parameter;
+  result.statistics.parameters["kept"] = parameter;
+  result.statistics.info.cycles = {3, 1, 4};
+  result.statistics.info.duration = 2.5;
+  result.statistics.info.included_count = -7;
+  result.quality_flags = 0x7F;
+}
+
+// Modes
+
+TEST(GenerateStatistics, WithoutAnyFootTouchesNothing) {
+  gait_result result;
+  mark(result);
+  result.excluded_1 = {0};
+  const std::string output = text_of_output(result);
+  const std::string input = text_of_input(result);
+  EXPECT_TRUE(gait_generate_statistics(result, {40.0F}));
+  EXPECT_EQ(difference(text_of_output(result), output), "");
+  EXPECT_EQ(difference(text_of_input(result), input), "");
+}
+
+TEST(GenerateStatistics, ReturnsTrueInBothModes) {
+  walk one = one_foot(foot().cycles(1));
+  EXPECT_TRUE(gait_generate_statistics(one.result(), {}));
+  walk two = two_feet(foot().cycles(1));
+  EXPECT_TRUE(gait_generate_statistics(two.result(), {}));
+}
+
+std::set<std::string> keys_of(walk w) {
+  std::set<std::string> keys;
+  for (const auto& entry : w.analyse().statistics.parameters) {
+    keys.insert(entry.first);
+  }
+  return keys;
+}
+
+constexpr std::array foot_keys = {
+    "gct",    "swing",      "stance", "contact", "cadence",   "LDr",        "FFr",         "PUr",        "slength",
+    "swidth", "PathLength", "speed",  "TA",      "peakswing", "TOP",        "HSP",         "maxHC",      "minTC",
+    "maxTC1", "maxTC2",     "mtcS",   "HS",      "Step Time", "StepLength", "impact_vert", "impact_hor", "strike_eversion"};
+
+TEST(GenerateStatistics, GivesOneFootKeysWithoutSuffixAndNoTwoFeetParameter) {
+  const auto keys = keys_of(one_foot(foot().cycles(2)));
+  EXPECT_THAT(keys, testing::UnorderedElementsAreArray(foot_keys));
+}
+
+TEST(GenerateStatistics, GivesTwoFeetEveryKeyWithBothSuffixesAndTheAsymmetry) {
+  std::set<std::string> expected = {"DS_R", "DS_L", "asymmetry"};
+  for (const std::string key : foot_keys) {
+    expected.insert({key + "_R", key + "_L"});
+  }
+  EXPECT_EQ(keys_of(two_feet(foot().cycles(2))), expected);
+}
+
+TEST(GenerateStatistics, GivesTheTwoFeetParameterUnderBothSuffixesWithTheSameValues) {
+  walk w = two_feet(foot().ramp(3, 1.0, 1.0), foot().ramp(3, 5.0, 2.0)).ds({20.0, 22.0, 27.0}).excluded_1({1});
+  const auto& parameters = w.analyse().statistics.parameters;
+  EXPECT_EQ(difference(text_of(parameters.at("DS_R")), text_of(parameters.at("DS_L"))), "");
+  EXPECT_THAT(parameters.at("DS_R").values, SameBitsEach({20.0, 27.0}));
+}
+
+TEST(GenerateStatistics, ReadsEachSideFromItsFoot) {
+  walk w = two_feet(foot().gct({1.0, 2.0}), foot().gct({10.0, 20.0})).gct({100.0, 200.0});
+  const auto& parameters = w.analyse().statistics.parameters;
+  EXPECT_THAT(parameters.at("gct_L").values, SameBitsEach({1.0, 2.0}));
+  EXPECT_THAT(parameters.at("gct_R").values, SameBitsEach({10.0, 20.0}));
+}
+
+TEST(GenerateStatistics, TakesTheStepLengthOfTwoFeetAsMeasuredAndOfOneAsHalfAStride) {
+  const foot f = foot().slength({1.5, -1.0}).with(&gait_foot_cycle::step_length, {0.625, -1.0});
+  walk one = one_foot(f);
+  EXPECT_THAT(one.analyse().statistics.parameters.at("StepLength").values, SameBitsEach({0.75, -0.5}));
+  walk two = two_feet(f);
+  EXPECT_THAT(two.analyse().statistics.parameters.at("StepLength_L").values, SameBitsEach({0.625, -1.0}));
+}
+
+/// The walk's feet, reached from a result whose entries hold nothing but the first one's sampling rate.
+struct feet_elsewhere {
+  feet_elsewhere(walk& w, std::size_t entries)
+      : result(w.result()), left(*result.left_foot), right(*result.right_foot), only_a_rate{left.recording->sampling_rate, {}} {
+    result.left_foot = &left;
+    result.right_foot = &right;
+    result.foot_results.assign(entries, gait_foot_result());
+    result.foot_results.front().recording = &only_a_rate;
+  }
+
+  gait_result result;
+  gait_foot_result left;
+  gait_foot_result right;
+  sensor_recording only_a_rate;
+};
+
+TEST(GenerateStatistics, OfTwoFeetReadsNoEntryBeyondTheSamplingRateOfTheFirst) {
+  for (const std::size_t entries : {std::size_t{2}, std::size_t{3}, std::size_t{5}}) {
+    walk w = two_feet(foot().ramp(4, 1.0, 0.5), foot().ramp(4, 2.0, 0.25)).gct({1.0, 2.0, 3.0, 4.0}).excluded_1({1});
+    feet_elsewhere elsewhere(w, entries);
+    EXPECT_TRUE(gait_generate_statistics(elsewhere.result, {}));
+    EXPECT_EQ(difference(text_of_output(elsewhere.result), text_of_output(w.analyse())), "");
+  }
+}
+
+TEST(GenerateStatistics, RunsThreeEntriesAsTwoFeet) {
+  walk w = two_feet(foot().ramp(4, 1.0, 0.5), foot().ramp(4, 2.0, 0.25)).gct({1.0, 2.0, 3.0, 4.0});
+  const std::string of_two = text_of_output(w.analyse());
+  gait_result three = w.result();
+  three.foot_results.emplace_back();
+  gait_generate_statistics(three, {});
+  EXPECT_EQ(difference(text_of_output(three), of_two), "");
+}
+
+// Sampling rate, durations
+
+TEST(GenerateStatistics, TakesTheSamplingRateFromTheFirstEntry) {
+  walk w = two_feet(foot().swing({40.0}).rate(50), foot().swing({60.0}).rate(200));
+  gait_result& result = w.result();
+  sensor_recording first;
+  first.sampling_rate = 400;
+  gait_foot_result left = *result.left_foot;
+  gait_foot_result right = *result.right_foot;
+  result.left_foot = &left;
+  result.right_foot = &right;
+  result.foot_results.front().recording = &first;
+  gait_generate_statistics(result, {});
+  EXPECT_THAT(result.statistics.info.recording_duration, SameBits(1000.0 / 400.0));
+  EXPECT_THAT(result.statistics.info.duration, SameBits(100.0 / 400.0));
+  EXPECT_THAT(result.statistics.parameters.at("asymmetry").mean, SameBits(-80.0));
+}
+
+TEST(GenerateStatistics, TakesTheRecordingDurationFromTheShorterSignal) {
+  EXPECT_THAT(info_of(one_foot(foot().cycles(1).sample_counts(1000, 998))).recording_duration, SameBits(9.98));
+  EXPECT_THAT(info_of(one_foot(foot().cycles(1).sample_counts(998, 1000))).recording_duration, SameBits(9.98));
+}
+
+TEST(GenerateStatistics, TakesTheRecordingDurationFromTheShortestOfFourSignals) {
+  const foot longer = foot().cycles(1).sample_counts(1000, 1000);
+  const foot first_short = foot().cycles(1).sample_counts(700, 1000);
+  const foot second_short = foot().cycles(1).sample_counts(1000, 600);
+  EXPECT_THAT(info_of(two_feet(first_short, longer)).recording_duration, SameBits(7.0));
+  EXPECT_THAT(info_of(two_feet(second_short, longer)).recording_duration, SameBits(6.0));
+  EXPECT_THAT(info_of(two_feet(longer, first_short)).recording_duration, SameBits(7.0));
+  EXPECT_THAT(info_of(two_feet(longer, second_short)).recording_duration, SameBits(6.0));
+  EXPECT_THAT(info_of(two_feet(first_short, second_short)).recording_duration, SameBits(6.0));
+}
+
+TEST(GenerateStatistics, ReadsNoOtherSignalThanOneAndTwo) {
+  walk w = one_foot(foot().cycles(1).sample_counts(1000, 1000));
+  gait_result& result = w.result();
+  result.foot_results.front().recording->signals[0].sample_count = 5;
+  result.foot_results.front().recording->signals[3].sample_count = 5;
+  gait_generate_statistics(result, {});
+  EXPECT_THAT(result.statistics.info.recording_duration, SameBits(10.0));
+}
+
+TEST(GenerateStatistics, ComparesAndConvertsSampleCountsWithoutSign) {
+  constexpr std::uint64_t above_half = (std::uint64_t{1} << 63U) + 2048;
+  constexpr std::uint64_t greatest = std::numeric_limits<std::uint64_t>::max();
+  const auto recorded = [](std::uint64_t a, std::uint64_t b) {
+    return info_of(one_foot(foot().cycles(1).rate(1).sample_counts(a, b))).recording_duration;
+  };
+  EXPECT_THAT(recorded(above_half, 5), SameBits(5.0));
+  EXPECT_THAT(recorded(5, greatest), SameBits(5.0));
+  EXPECT_THAT(recorded(above_half, greatest), SameBits(9223372036854777856.0));
+  EXPECT_THAT(recorded(greatest, greatest), SameBits(18446744073709551616.0));
+  const foot huge = foot().cycles(1).rate(1).sample_counts(greatest, above_half);
+  const foot five = foot().cycles(1).rate(1).sample_counts(greatest, 5);
+  EXPECT_THAT(info_of(two_feet(huge, five)).recording_duration, SameBits(5.0));
+  EXPECT_THAT(info_of(two_feet(huge, huge)).recording_duration, SameBits(9223372036854777856.0));
+}
+
+TEST(GenerateStatistics, CountsBothOutermostSamplesIntoTheDuration) {
+  EXPECT_THAT(info_of(one_foot(foot().cycles(3).samples(0, 99))).duration, SameBits(1.0));
+  EXPECT_THAT(info_of(one_foot(foot().cycles(1).samples(50, 50))).duration, SameBits(0.01));
+}
+
+TEST(GenerateStatistics, TakesTheDurationFromTheFirstAndTheLastCycleOnly) {
+  walk w = one_foot(foot().cycles(3).samples(10, 309));
+  gait_result& result = w.result();
+  gait_foot_cycle& middle = cycle_at(result.foot_results.front().cycles, 1);
+  middle.first_sample = -100000;
+  middle.last_sample = 100000;
+  gait_generate_statistics(result, {});
+  EXPECT_THAT(result.statistics.info.duration, SameBits(3.0));
+}
+
+TEST(GenerateStatistics, DoesNotShortenTheDurationByExclusions) {
+  EXPECT_THAT(info_of(one_foot(foot().cycles(3)).excluded_1({0}).excluded_2({2})).duration, SameBits(3.0));
+}
+
+TEST(GenerateStatistics, SpansTheDurationOverBothFeet) {
+  const auto duration = [](int left_first, int left_last, int right_first, int right_last) {
+    return info_of(two_feet(foot().samples(left_first, left_last), foot().samples(right_first, right_last))).duration;
+  };
+  EXPECT_THAT(duration(0, 499, 50, 599), SameBits(6.0));
+  EXPECT_THAT(duration(50, 599, 0, 499), SameBits(6.0));
+  EXPECT_THAT(duration(0, 599, 50, 499), SameBits(6.0));
+  EXPECT_THAT(duration(50, 499, 0, 599), SameBits(6.0));
+  EXPECT_THAT(duration(-100, 499, 0, 399), SameBits(6.0)) << "samples are signed";
+  EXPECT_THAT(duration(-300, -101, -200, -1), SameBits(3.0));
+}
+
+TEST(GenerateStatistics, WrapsTheSampleSpanAroundAt32Bits) {
+  const auto duration = [](int first, int last) { return info_of(one_foot(foot().samples(first, last))).duration; };
+  EXPECT_THAT(duration(int_min, int_max), SameBits(0.0)) << "a span of -1";
+  EXPECT_THAT(duration(int_max, int_min), SameBits(0.02)) << "a span of 1";
+  EXPECT_THAT(duration(-1, int_max), SameBits(-21474836.47)) << "a span of -2^31";
+  EXPECT_THAT(duration(int_min, 0), SameBits(-21474836.47));
+  EXPECT_THAT(info_of(two_feet(foot().samples(int_min, 0), foot().samples(0, int_max))).duration, SameBits(0.0));
+}
+
+TEST(GenerateStatistics, CountsTheLastSampleOfTheLongestSpan) {
+  EXPECT_THAT(info_of(one_foot(foot().samples(0, int_max))).duration, SameBits(21474836.48));
+}
+
+TEST(GenerateStatistics, GivesInfiniteOrNanDurationsAtASamplingRateOfZero) {
+  const auto info = info_of(one_foot(foot().cycles(1).rate(0).sample_counts(0, 0)));
+  EXPECT_THAT(info.recording_duration, SameBits(nan));
+  EXPECT_THAT(info.duration, SameBits(infinity));
+  EXPECT_THAT(info_of(two_feet(foot().cycles(1).rate(0))).recording_duration, SameBits(infinity));
+}
+
+// Distances
+
+TEST(GenerateStatistics, SumsTheDistanceOfOneFootOverAllAndOverTheIncludedCycles) {
+  const auto info = info_of(one_foot(foot().slength({1.0, 2.0, -1.0, 4.0, 8.0})).excluded_1({0}).excluded_2({3}));
+  EXPECT_THAT(info.total_distance, SameBits(15.0));
+  EXPECT_THAT(info.included_distance, SameBits(10.0));
+}
+
+TEST(GenerateStatistics, MeasuresDistanceByTheRightFootAlone) {
+  const auto info = info_of(two_feet(foot().slength({10.0, 20.0, 40.0}), foot().slength({1.0, 2.0, 4.0})).excluded_1({1}));
+  EXPECT_THAT(info.total_distance, SameBits(7.0));
+  EXPECT_THAT(info.included_distance, SameBits(5.0));
+}
+
+TEST(GenerateStatistics, MeasuresDistanceByTheRightCyclesThatSomeTwoFeetCyclePointsTo) {
+  const foot right = foot().slength({1.0, 2.0, 4.0, 8.0, 16.0});
+  const auto info =
+      info_of(two_feet(foot().cycles(3), right).right_links({4, no_cycle, 1, no_cycle, no_cycle}).excluded_1({2}));
+  EXPECT_THAT(info.total_distance, SameBits(18.0));
+  EXPECT_THAT(info.included_distance, SameBits(16.0));
+}
+
+TEST(GenerateStatistics, MeasuresARightCycleOnceForEveryTwoFeetCycleThatPointsToIt) {
+  const auto info = info_of(two_feet(foot().cycles(2), foot().slength({1.0, 2.0})).right_links({1, 1}));
+  EXPECT_THAT(info.total_distance, SameBits(4.0));
+}
+
+TEST(GenerateStatistics, AddsStrideLengthsInTheOrderOfTheTwoFeetCycles) {
+  const foot right = foot().slength({1e16, 1.0, -1e16});
+  EXPECT_THAT(info_of(two_feet(foot().cycles(3), right)).total_distance, SameBits(0.0));
+  const auto info = info_of(two_feet(foot().cycles(3), right).right_links({0, 2, 1}));
+  EXPECT_THAT(info.total_distance, SameBits(1.0));
+  EXPECT_THAT(info.included_distance, SameBits(1.0));
+}
+
+TEST(GenerateStatistics, AddsStrideLengthsOfOneFootInOrder) {
+  const auto info = info_of(one_foot(foot().slength({1e16, 1.0, 1.0, -1e16})).excluded_1({1}));
+  EXPECT_THAT(info.total_distance, SameBits(0.0));
+  EXPECT_THAT(info.included_distance, SameBits(0.0));
+}
+
+// Links from two-feet cycles to the cycles of a foot
+
+TEST(GenerateStatistics, LeavesAPlaceForATwoFeetCycleWithoutARightCycle) {
+  walk w = two_feet(foot().ramp(3, 2.0, 1.0)).right_links({0, no_cycle, 2}).ds({5.0, 6.0, 7.0});
+  const auto& parameters = w.analyse().statistics.parameters;
+  for (const std::string key : foot_keys) {
+    EXPECT_THAT(parameters.at(key + "_R").values, SameBitsEach({2.0, -1.0, 4.0})) << key;
+    EXPECT_THAT(parameters.at(key + "_L").values, SameBitsEach({2.0, 3.0, 4.0})) << key;
+  }
+  EXPECT_THAT(parameters.at("DS_R").values, SameBitsEach({5.0, 6.0, 7.0}));
+}
+
+TEST(GenerateStatistics, LeavesAPlaceForATwoFeetCycleWithoutALeftCycle) {
+  walk w = two_feet(foot().gct({1.0, 2.0, 3.0}), foot().gct({4.0, 5.0, 6.0}))
+               .left_links({no_cycle, 1, no_cycle})
+               .ds({5.0, 6.0, 7.0});
+  const auto& parameters = w.analyse().statistics.parameters;
+  EXPECT_THAT(parameters.at("gct_L").values, SameBitsEach({-1.0, 2.0, -1.0}));
+  EXPECT_THAT(parameters.at("gct_R").values, SameBitsEach({4.0, 5.0, 6.0}));
+  EXPECT_THAT(parameters.at("DS_L").values, SameBitsEach({5.0, 6.0, 7.0}));
+}
+
+TEST(GenerateStatistics, MatchesTheFeetAnewAfterTheExclusions) {
+  walk w = two_feet(foot().gct({1.0, 2.0, 3.0, 4.0}), foot().gct({10.0, 20.0, 30.0, 40.0}))
+               .left_links({3, 2, 1, 0})
+               .right_links({1, no_cycle, 3, 2})
+               .excluded_1({0});
+  const auto& parameters = w.analyse().statistics.parameters;
+  EXPECT_THAT(parameters.at("gct_L").values, SameBitsEach({3.0, 2.0, 1.0}));
+  EXPECT_THAT(parameters.at("gct_R").values, SameBitsEach({-1.0, 40.0, 30.0}));
+}
+
+TEST(GenerateStatistics, FollowsTheIndexThatALinkedCycleNames) {
+  walk w = two_feet(foot().gct({1.0, 2.0, 3.0}), foot().slength({1.0, 2.0, 4.0}).gct({10.0, 20.0, 30.0}));
+  gait_result& result = w.result();
+  cycle_at(result.right_foot->cycles, 0).index = 2;
+  cycle_at(result.right_foot->cycles, 1).index = 3;
+  cycle_at(result.right_foot->cycles, 2).index = -5;
+  // A record outside the foot's list is read for its index only.
+  gait_foot_cycle outside;
+  outside.index = 1;
+  outside.gct = 99.0;
+  cycle_at(result.feet_result.cycles, 0).left_cycle = &outside;
+  gait_generate_statistics(result, {});
+  EXPECT_THAT(result.statistics.parameters.at("gct_R").values, SameBitsEach({30.0, -1.0, -1.0}));
+  EXPECT_THAT(result.statistics.parameters.at("gct_L").values, SameBitsEach({2.0, 2.0, 3.0}));
+  EXPECT_THAT(result.statistics.info.total_distance, SameBits(4.0));
+}
+
+// Sums of cycle durations, in both modes: the durations of the analysed cycles
+
+walk alone(const std::vector<double>& gct) { return one_foot(foot().gct(gct)); }
+/// The feet's own durations would spoil every sum.
+walk together(const std::vector<double>& gct) { return two_feet(foot().gct(std::vector<double>(gct.size(), 1e6))).gct(gct); }
+
+class DurationSums : public testing::TestWithParam<walk (*)(const std::vector<double>&)> {
+protected:
+  static walk of(const std::vector<double>& gct) { return GetParam()(gct); }
+  static walk of_powers() { return of({1.0, 2.0, 4.0, 8.0, 16.0}); }
+};
+
+INSTANTIATE_TEST_SUITE_P(Modes, DurationSums, testing::Values(alone, together),
+                         [](const auto& tested) { return tested.param == alone ? "OneFoot" : "TwoFeet"; });
+
+TEST_P(DurationSums, OfTheIncludedCyclesLeaveOutBothKinds) {
+  EXPECT_THAT(info_of(of_powers()).included_gct_sum, SameBits(31.0));
+  EXPECT_THAT(info_of(of_powers().excluded_1({0}).excluded_2({3})).included_gct_sum, SameBits(22.0));
+  EXPECT_THAT(info_of(of({1.0, -1.0, 4.0})).included_gct_sum, SameBits(5.0));
+}
+
+TEST_P(DurationSums, OfTheKind1FallbackAreTakenWhateverKind1Holds) {
+  EXPECT_THAT(info_of(of_powers().excluded_1_fallback({1, 2, 2, 5, -1})).excluded_1_fallback_gct_sum, SameBits(10.0));
+  const auto info = info_of(of_powers().excluded_1({0}).excluded_1_fallback({0, 2}));
+  EXPECT_THAT(info.excluded_1_fallback_gct_sum, SameBits(5.0));
+  EXPECT_THAT(info.excluded_1_fallback_duration, SameBits(0.0)) << "the accounting of the exclusions has a rule of its own";
+}
+
+TEST_P(DurationSums, OfKind2AreThoseOfTheFallbackWithoutExclusions) {
+  const auto info = info_of(of_powers().excluded_2_fallback({1, 4}));
+  EXPECT_EQ(info.excluded_count, 0);
+  EXPECT_THAT(info.excluded_2_gct_sum, SameBits(18.0));
+}
+
+TEST_P(DurationSums, OfKind2AreThoseOfAllItsIndicesIfItTookAnyCycleOut) {
+  const auto info = info_of(of_powers().excluded_1({0}).excluded_2({0, 1, 1, 5, -1}).excluded_2_fallback({4}));
+  EXPECT_THAT(info.excluded_2_gct_sum, SameBits(5.0));
+}
+
+TEST_P(DurationSums, AskTwoDifferentQuestionsAboutKind2) {
+  // Kind 1 took both cycles out already: the driver's sum is left to the fallback list, while the accounting
+  // sees that the list of kind 2 is not empty.
+  const auto info = info_of(of_powers().excluded_1({0, 1, 2}).excluded_2({1, 2}).excluded_2_fallback({3}));
+  EXPECT_THAT(info.excluded_2_gct_sum, SameBits(8.0));
+  EXPECT_EQ(info.excluded_2_fallback_count, 0U);
+  EXPECT_EQ(info.excluded_2_count, 2U);
+  EXPECT_THAT(info.excluded_2_fallback_duration, SameBits(0.0));
+  EXPECT_THAT(info.excluded_2_duration, SameBits(6.0));
+  EXPECT_THAT(info.cycles, ElementsAre(3, 4));
+}
+
+TEST_P(DurationSums, AskTwoDifferentQuestionsAboutAKind2ThatIsOutOfRange) {
+  const auto info = info_of(of_powers().excluded_2({5, -1}).excluded_2_fallback({3}));
+  EXPECT_THAT(info.excluded_2_gct_sum, SameBits(8.0));
+  EXPECT_EQ(info.excluded_2_count, 2U);
+  EXPECT_THAT(info.excluded_2_duration, SameBits(0.0));
+  EXPECT_EQ(info.excluded_count, 0);
+}
+
+TEST_P(DurationSums, AddNothingForAnIndexOutOfRange) {
+  const auto info =
+      info_of(of_powers().excluded_1({5, -1}).excluded_1_fallback({5}).excluded_2({0, 5}).excluded_2_fallback({-1}));
+  EXPECT_THAT(info.excluded_1_fallback_gct_sum, SameBits(0.0));
+  EXPECT_THAT(info.excluded_2_gct_sum, SameBits(1.0));
+  EXPECT_THAT(info.excluded_1_duration, SameBits(0.0));
+}
+
+TEST_P(DurationSums, RunInTheOrderOfTheirLists) {
+  const std::vector<double> gct = {1e16, 1.0, -1e16};
+  EXPECT_THAT(info_of(of(gct)).included_gct_sum, SameBits(0.0));
+  EXPECT_THAT(info_of(of(gct).excluded_1_fallback({0, 2, 1})).excluded_1_fallback_gct_sum, SameBits(1.0));
+  EXPECT_THAT(info_of(of(gct).excluded_2_fallback({0, 2, 1})).excluded_2_gct_sum, SameBits(1.0));
+  EXPECT_THAT(info_of(of(gct).excluded_2({0, 1, 2})).excluded_2_gct_sum, SameBits(0.0));
+  EXPECT_THAT(info_of(of(gct).excluded_2({2, 0, 1})).excluded_2_gct_sum, SameBits(1.0));
+}
+
+TEST_P(DurationSums, CountNanAsMeasured) {
+  const auto info = info_of(of({1.0, nan}).excluded_1_fallback({1}));
+  EXPECT_THAT(info.included_gct_sum, SameBits(nan));
+  EXPECT_THAT(info.included_duration, SameBits(nan));
+}
+
+TEST_P(DurationSums, StandBesideAnAccountingOfTheSameWalk) {
+  const auto info = info_of(of_powers().excluded_1({0}).excluded_2({1, 2}));
+  EXPECT_EQ(info.cycle_count, 5);
+  EXPECT_EQ(info.included_count, 5 - 2 - 1);
+  EXPECT_THAT(info.excluded_1_duration, SameBits(1.0));
+  EXPECT_THAT(info.excluded_2_duration, SameBits(6.0));
+  EXPECT_THAT(info.included_duration, SameBits(5.0 - 7.0));
+}
+
+// Failures
+
+struct absence {
+  const char* name;
+  walk (*make)();
+};
+
+foot whole() { return foot().ramp(5, 1.0, 0.5); }
+foot lacking(int signal) { return whole().without_signal(signal); }
+
+class AbsentSignal : public testing::TestWithParam<absence> {};
+
+TEST_P(AbsentSignal, ThrowsAndLeavesTheResultUntouched) {
+  walk w = GetParam().make();
+  gait_result& result = w.excluded_1({1}).excluded_2({2}).result();
+  mark(result);
+  const std::string output = text_of_output(result);
+  const std::string input = text_of_input(result);
+  try {
+    gait_generate_statistics(result, {40.0F});
+    FAIL() << "no exception";
+  } catch (const std::out_of_range& error) {
+    EXPECT_STREQ(error.what(), "unordered_map::at: key not found");
+  }
+  EXPECT_EQ(difference(text_of_output(result), output), "");
+  EXPECT_EQ(difference(text_of_input(result), input), "") << "the lookup adds no signal either";
+}
+
+INSTANTIATE_TEST_SUITE_P(Recordings, AbsentSignal,
+                         testing::Values(absence{"OneFoot1", [] { return one_foot(lacking(1)); }},
+                                         absence{"OneFoot2", [] { return one_foot(lacking(2)); }},
+                                         absence{"OneFootWithoutCycles", [] { return one_foot(foot().without_signal(2)); }},
+                                         absence{"OneFootBoth", [] { return one_foot(lacking(1).without_signal(2)); }},
+                                         absence{"Left1", [] { return two_feet(lacking(1), whole()); }},
+                                         absence{"Left2", [] { return two_feet(lacking(2), whole()); }},
+                                         absence{"Right1", [] { return two_feet(whole(), lacking(1)); }},
+                                         absence{"Right2", [] { return two_feet(whole(), lacking(2)); }},
+                                         absence{"LeftAndRight", [] { return two_feet(lacking(2), lacking(1)); }}),
+                         [](const auto& tested) { return std::string(tested.param.name); });
+
+TEST(GenerateStatistics, NeedsNoSignalInARecordingThatGivesTheSamplingRateOnly) {
+  walk w = two_feet(foot().cycles(2));
+  feet_elsewhere elsewhere(w, 2);
+  EXPECT_THAT(elsewhere.only_a_rate.signals, SizeIs(0));
+  EXPECT_NO_THROW(gait_generate_statistics(elsewhere.result, {}));
+}
+
+// Lifecycle
+
+TEST(GenerateStatistics, KeepsTheFirstEntryUnderAKeyAndAddsTheOthers) {
+  walk w = one_foot(foot().gct({1.0, 2.0}));
+  gait_result& result = w.result();
+  mark(result);
+  const gait_statistics_parameter present = result.statistics.parameters.at("gct");
+  gait_generate_statistics(result, {});
+  EXPECT_EQ(difference(text_of(result.statistics.parameters.at("gct")), text_of(present)), "");
+  EXPECT_EQ(difference(text_of(result.statistics.parameters.at("kept")), text_of(present)), "");
+  EXPECT_THAT(result.statistics.parameters, SizeIs(27 + 1));
+  EXPECT_THAT(result.statistics.info.included_gct_sum, SameBits(3.0));
+}
+
+TEST(GenerateStatistics, KeepsTheParametersOfTheFirstCallButRecomputesTheInfo) {
+  for (walk w : {one_foot(foot().ramp(6, 1.0, 0.5)),
+                 two_feet(foot().ramp(6, 1.0, 0.5), foot().ramp(6, 2.0, 0.25)).gct({1.0, 2.0, 3.0, 4.0, 5.0, 6.0})}) {
+    gait_result& result = w.excluded_1({0, 5}).analyse();
+    gait_statistics first = result.statistics;
+
+    result.excluded_1 = {1};
+    for (auto& foot_result : result.foot_results) {
+      for (auto& cycle : foot_result.cycles) {
+        cycle.gct += 10.0;
+      }
+    }
+    for (auto& cycle : result.feet_result.cycles) {
+      cycle.gct += 10.0;
+    }
+    gait_generate_statistics(result, {});
+    gait_statistics second = result.statistics;
+    EXPECT_THAT(second.info.cycles, ElementsAre(0, 2, 3, 4, 5));
+    EXPECT_EQ(second.info.excluded_count, 1);
+    EXPECT_GT(second.info.included_gct_sum, first.info.included_gct_sum + 50.0);
+
+    first.info = second.info = {};
+    EXPECT_EQ(difference(text_of(second), text_of(first)), "");
+  }
+}
+
+TEST(GenerateStatistics, StartsAfreshFromAnEmptyMap) {
+  walk w = two_feet(foot().ramp(6, 1.0, 0.5), foot().ramp(6, 2.0, 0.25));
+  gait_result& result = w.excluded_1({0}).analyse();
+  result.excluded_1 = {1, 2};
+  result.statistics.parameters.clear();
+  gait_generate_statistics(result, {});
+  const std::string afresh = text_of_output(result);
+  EXPECT_EQ(difference(afresh, text_of_output(w.excluded_1({1, 2}).analyse())), "");
+}
+
+TEST(GenerateStatistics, OfDifferentResultsMayRunAtOnceOnTheSameFeet) {
+  walk w = two_feet(foot().ramp(40, 1.0, 0.03), foot().ramp(40, 1.5, 0.02)).excluded_1({3, 7});
+  gait_result& shared = w.result();
+
+  // Each has lists and two-feet cycles of its own; the feet, their cycles and recordings are shared.
+  std::vector<gait_result> results(8, shared);
+  std::vector<gait_result> one_by_one(8, shared);
+  for (std::size_t i = 0; i < results.size(); ++i) {
+    for (auto* list : {&results, &one_by_one}) {
+      gait_result& own = (*list)[i];
+      own.left_foot = shared.left_foot;
+      own.right_foot = shared.right_foot;
+      own.excluded_2 = {static_cast<int>(i), 20};
+    }
+    gait_generate_statistics(one_by_one[i], {});
+  }
+  std::vector<std::thread> threads;
+  threads.reserve(results.size());
+  for (gait_result& result : results) {
+    threads.emplace_back([&result] { gait_generate_statistics(result, {}); });
+  }
+  for (std::thread& thread : threads) {
+    thread.join();
+  }
+  for (std::size_t i = 0; i < results.size(); ++i) {
+    EXPECT_EQ(difference(text_of_output(results[i]), text_of_output(one_by_one[i])), "");
+  }
+}
+
+}  // namespace
