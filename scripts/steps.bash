@@ -1,0 +1,87 @@
+# Sourced by the scripts that build and test: builds, runs, counts what passed and failed, and says so at the end.
+# shellcheck shell=bash
+
+passed=0
+failed=0
+skipped=0
+failed_steps=()
+
+jobs=$(getconf _NPROCESSORS_ONLN)
+if command -v ccache >/dev/null; then
+  export CMAKE_CXX_COMPILER_LAUNCHER=ccache
+fi
+
+heading() {
+  printf '\n==== %s ====\n' "$1"
+}
+
+# fail_step NAME: remembers the name for the list at the end.
+fail_step() {
+  printf '\n"%s" failed.\n' "$1"
+  failed_steps+=("$1")
+}
+
+# step NAME COMMAND...: runs the command under a heading, and counts it as one thing passed or failed.
+step() {
+  heading "$1"
+  if "${@:2}"; then
+    passed=$((passed + 1))
+  else
+    failed=$((failed + 1))
+    fail_step "$1"
+  fi
+}
+
+# build PRESET [ARGUMENT...]: configures the preset and builds it, or the targets that the arguments name.
+build() {
+  cmake --preset "$1" && cmake --build --preset "$1" --parallel "$jobs" "${@:2}"
+}
+
+# count_tests REPORT: adds the numbers in the first element of ctest's JUnit report, an attribute a line.
+count_tests() {
+  local attribute
+  local -A count
+  for attribute in tests failures disabled skipped; do
+    count[$attribute]=$(grep --max-count=1 "^[[:space:]]*$attribute=\"[0-9]" "$1" | tr -dc 0-9)
+  done
+  passed=$((passed + count[tests] - count[failures] - count[disabled] - count[skipped]))
+  failed=$((failed + count[failures]))
+  skipped=$((skipped + count[disabled] + count[skipped]))
+}
+
+# run_tests PRESET [ARGUMENT...]: runs the preset's tests, or those that ctest's arguments choose, and counts them.
+run_tests() {
+  local report=$PWD/build/$1/tests.xml
+  local status=0
+  rm -f "$report"
+  ctest --preset "$1" --parallel "$jobs" --output-junit "$report" "${@:2}" || status=$?
+  if [[ -f $report ]]; then
+    count_tests "$report"
+  else
+    failed=$((failed + 1))
+  fi
+  return "$status"
+}
+
+# build_and_test NAME PRESET: both under one heading. Each test counts; a build that fails counts as one failure.
+build_and_test() {
+  heading "$1"
+  if ! build "$2"; then
+    failed=$((failed + 1))
+    fail_step "$1"
+  elif ! run_tests "$2"; then
+    fail_step "$1"
+  fi
+}
+
+# finish: names the steps that failed, prints the closing line, and exits accordingly.
+finish() {
+  echo
+  if [[ ${#failed_steps[@]} -gt 0 ]]; then
+    printf 'Failed: %s\n' "${failed_steps[@]}"
+    # A step that fails without a failed test to show for it is a failure all the same.
+    failed=$((failed > 0 ? failed : ${#failed_steps[@]}))
+  fi
+  echo "$passed passed, $failed failed, $skipped skipped"
+  exit $((failed > 0))
+}
