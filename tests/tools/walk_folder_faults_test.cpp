@@ -291,8 +291,11 @@ TEST(Columns, ThatAreNearlyKnown) {
   const std::vector<std::pair<std::string, std::string>> names = {
       {"Index", "index"}, {"idx", "index"}, {"resaon", "reason"}, {"cycle", "cycles"}};
   for (const auto& [name, nearest] : names) {
-    EXPECT_EQ(faults_of_exclusions(exclusions_header + "," + name + "\n"),
-              (messages{":1: column " + name + ": found an unknown column, expected " + nearest}));
+    std::string header = exclusions_header;
+    header.append(",").append(name);
+    std::string fault = ":1: column ";
+    fault.append(name).append(": found an unknown column, expected ").append(nearest);
+    EXPECT_EQ(faults_of_exclusions(header), messages{fault});
   }
 }
 
