@@ -37,7 +37,8 @@ typename precentile_return_type<Request>::type percentile(const DenseBase<Reques
     return Result::Constant(p.rows(), p.cols(), internal::evaluator<Derived>(derived()).coeff(0, 0));
   }
   // Not aligned by Eigen: see gait/sample.h.
-  Array<Scalar, Dynamic, 1, DontAlign> sorted(derived());
+  Array<Scalar, Dynamic, 1, DontAlign> sorted(n);
+  sorted.matrix() = derived().matrix();
   _kalvio_eigen_quicksort(sorted.data(), Index(0), n - 1);
   const Array<double, Result::RowsAtCompileTime, Result::ColsAtCompileTime> percentages(p.derived().template cast<double>());
   return percentiles_of_sorted(sorted, percentages);

@@ -154,7 +154,7 @@ template <class Tag, class... Rows>
 constexpr auto find_row(const std::tuple<Rows...>& rows) {
   constexpr std::array<bool, sizeof...(Rows)> matches = {std::is_same_v<Tag, typename Rows::tag_type>...};
   constexpr std::size_t count = (std::size_t{std::is_same_v<Tag, typename Rows::tag_type>} + ...);
-  static_assert(count == 1, "gait_catalogue: this tag has no row; add one to the table, or specialise row_of for it");
+  static_assert(count == 1, "gait_catalogue: this tag has no row, or two; add one to the table, or specialise row_of for it");
   constexpr std::size_t position = [&] {
     std::size_t at = 0;
     while (at + 1 < matches.size() && !matches[at]) {

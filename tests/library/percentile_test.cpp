@@ -222,6 +222,9 @@ TEST(PercentileReceiver, MayBeAProduct) {
   const Eigen::MatrixXd identity = Eigen::MatrixXd::Identity(5, 5);
   EXPECT_THAT((identity * five).percentile(request), AreBits(1.75, 4.25));
   EXPECT_THAT((identity * five + five).percentile(request), AreBits(3.5, 8.5));
+  EXPECT_THAT(((identity + identity) * five).percentile(request), AreBits(3.5, 8.5));
+  EXPECT_THAT((Eigen::MatrixXd::Identity(5, 5) * five).percentile(request), AreBits(1.75, 4.25));
+  EXPECT_THAT((identity.triangularView<Eigen::Upper>() * five).percentile(request), AreBits(1.75, 4.25));
   EXPECT_THAT((five.transpose() * identity).percentile(request), AreBits(1.75, 4.25));
   EXPECT_THAT((Eigen::RowVector2d(2.0, 3.0) * Eigen::Vector2d(4.0, 5.0)).percentile(request), AreBits(23.0, 23.0));
 }

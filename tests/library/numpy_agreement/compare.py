@@ -2,7 +2,7 @@
 
 usage: compare.py PRINT_STATISTICS
 
-PRINT_STATISTICS is the program of that name in this folder. Both sides get the same seeded samples. They sum and
+PRINT_STATISTICS is the program of that name in this folder. Both sides get the same samples in every run. They sum and
 interpolate in different orders of operations, so that they agree but for the last bits.
 """
 

@@ -1,0 +1,58 @@
+// Reaching the cycles of a list by their indices: the library's function beside one std::next after another.
+
+#include "walks.h"
+
+#include <gait/cycle_access.h>
+
+#include <benchmark/benchmark.h>
+
+#include <cstdint>
+#include <iterator>
+#include <list>
+#include <numeric>
+
+namespace {
+
+double sum_with_std_next(const std::list<gait_foot_cycle>& cycles, const std::list<int>& indices) {
+  double sum = 0.0;
+  for (const int index : indices) {
+    if (index >= 0 && static_cast<std::size_t>(index) < cycles.size()) {
+      const double value = std::next(cycles.begin(), index)->gct;
+      if (!gait_detail::is_missing(value)) {
+        sum += value;
+      }
+    }
+  }
+  return sum;
+}
+
+double sum_with_library(const std::list<gait_foot_cycle>& cycles, const std::list<int>& indices) {
+  return gait_detail::index_sum(cycles, indices, &gait_foot_cycle::gct);
+}
+
+template <double (*Sum)(const std::list<gait_foot_cycle>&, const std::list<int>&), nodes Nodes>
+void access(benchmark::State& state) {
+  std::list<gait_foot_cycle> cycles = modelled_walk(state.range(0)).left->cycles;
+  std::list<int> indices(cycles.size());
+  std::iota(indices.begin(), indices.end(), 0);
+  if (Nodes == nodes::scattered) {
+    scatter(cycles);
+  }
+  for (auto _ : state) {
+    benchmark::DoNotOptimize(Sum(cycles, indices));
+  }
+  const auto steps = static_cast<double>(state.range(0)) * static_cast<double>(state.range(0) - 1) / 2.0;
+  state.counters["steps"] = benchmark::Counter(steps, benchmark::Counter::kIsIterationInvariantRate);
+  state.SetComplexityN(state.range(0));
+}
+
+void sizes(benchmark::internal::Benchmark* benchmark) {
+  benchmark->ArgName("cycles")->ArgsProduct({cycle_counts})->Complexity(benchmark::oNSquared);
+}
+
+BENCHMARK_TEMPLATE(access, sum_with_std_next, nodes::in_order)->Name("access/std_next/in_order")->Apply(sizes);
+BENCHMARK_TEMPLATE(access, sum_with_library, nodes::in_order)->Name("access/library/in_order")->Apply(sizes);
+BENCHMARK_TEMPLATE(access, sum_with_std_next, nodes::scattered)->Name("access/std_next/scattered")->Apply(sizes);
+BENCHMARK_TEMPLATE(access, sum_with_library, nodes::scattered)->Name("access/library/scattered")->Apply(sizes);
+
+}  // namespace

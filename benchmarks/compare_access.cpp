@@ -1,0 +1,107 @@
+// How many times faster the library reaches the indices 0 to n - 1 than one std::next after another does, in one
+// run. A program of its own, without any library, so that it can be compiled in every way that a consumer may.
+
+#include <gait/cycle_access.h>
+#include <gait/result.h>
+
+#include <algorithm>
+#include <chrono>
+#include <cstddef>
+#include <cstdio>
+#include <cstdlib>
+#include <iterator>
+#include <list>
+#include <numeric>
+#include <random>
+#include <vector>
+
+namespace {
+
+using clock_type = std::chrono::steady_clock;
+
+double sum_with_std_next(const std::list<gait_foot_cycle>& cycles, const std::list<int>& indices) {
+  double sum = 0.0;
+  for (const int index : indices) {
+    if (index >= 0 && static_cast<std::size_t>(index) < cycles.size()) {
+      const double value = std::next(cycles.begin(), index)->gct;
+      if (!gait_detail::is_missing(value)) {
+        sum += value;
+      }
+    }
+  }
+  return sum;
+}
+
+double sum_with_library(const std::list<gait_foot_cycle>& cycles, const std::list<int>& indices) {
+  return gait_detail::index_sum(cycles, indices, &gait_foot_cycle::gct);
+}
+
+/// The time of one sum (s), over as many as take some milliseconds. Prints to stderr, and ends, if a sum is wrong.
+template <class Sum>
+double time_of(Sum sum, const std::list<gait_foot_cycle>& cycles, const std::list<int>& indices, double expected) {
+  const std::size_t runs = std::max<std::size_t>(1, 4'000'000 / (cycles.size() * cycles.size()));
+  bool right = true;
+  const auto start = clock_type::now();
+  for (std::size_t run = 0; run < runs; ++run) {
+    right = sum(cycles, indices) == expected && right;
+  }
+  const std::chrono::duration<double> elapsed = clock_type::now() - start;
+  if (!right) {
+    std::fputs("The sums differ.\n", stderr);
+    std::exit(1);
+  }
+  return elapsed.count() / static_cast<double>(runs);
+}
+
+/// Links the nodes in random order; the values are not looked at.
+void scatter(std::list<gait_foot_cycle>& cycles) {
+  std::vector<std::list<gait_foot_cycle>> nodes(cycles.size());
+  for (auto& node : nodes) {
+    node.splice(node.begin(), cycles, cycles.begin());
+  }
+  std::shuffle(nodes.begin(), nodes.end(), std::mt19937_64(1));
+  for (auto& node : nodes) {
+    cycles.splice(cycles.end(), node);
+  }
+}
+
+struct ratios {
+  double least, median, greatest;
+};
+
+ratios compare(std::size_t count, bool scattered) {
+  std::list<gait_foot_cycle> cycles(count);
+  if (scattered) {
+    scatter(cycles);
+  }
+  double value = 1.0;
+  for (gait_foot_cycle& cycle : cycles) {
+    cycle.gct = value += 0.001;
+  }
+  std::list<int> indices(count);
+  std::iota(indices.begin(), indices.end(), 0);
+
+  const double expected = sum_with_std_next(cycles, indices);
+  std::vector<double> found;
+  for (int round = 0; round < 9; ++round) {
+    const double before = time_of(sum_with_std_next, cycles, indices, expected);
+    found.push_back(before / time_of(sum_with_library, cycles, indices, expected));
+  }
+  std::sort(found.begin(), found.end());
+  return {found.front(), found[found.size() / 2], found.back()};
+}
+
+}  // namespace
+
+int main() {
+  std::puts("| cycles | nodes in order | nodes scattered |\n| ---: | ---: | ---: |");
+  for (const std::size_t count : {20, 100, 400, 1000, 4000, 10000}) {
+    std::printf("| %zu |", count);
+    for (const bool scattered : {false, true}) {
+      const ratios found = compare(count, scattered);
+      std::printf(" %.2f (%.2f to %.2f) |", found.median, found.least, found.greatest);
+    }
+    std::puts("");
+    std::fflush(stdout);
+  }
+}

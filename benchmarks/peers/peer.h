@@ -1,0 +1,62 @@
+#ifndef BENCHMARKS_PEERS_PEER_H
+#define BENCHMARKS_PEERS_PEER_H
+
+/// \file
+/// What the C++ peers share: the walk as columns, and the clock.
+
+#include "walk_folder.h"
+
+#include <gait/catalogue.h>
+
+#include <algorithm>
+#include <chrono>
+#include <cstdio>
+#include <type_traits>
+#include <vector>
+
+/// The values of one parameter of one side, gait_missing where there is none.
+using column = std::vector<double>;
+
+/// Both feet's foot parameters, and double support once for each side, as the library reports it.
+inline std::vector<column> columns_of(const gait_walk::walk& walk) {
+  std::vector<column> columns;
+  for (const auto& foot : {walk.right, walk.left}) {
+    gait_catalogue::for_each_row([&](const auto& row) {
+      using result_type = typename std::decay_t<decltype(row)>::result_type;
+      // Half the stride length is what a foot alone has; with both, the step length is measured.
+      if constexpr (std::is_same_v<result_type, gait_foot_result>) {
+        if (!std::is_same_v<typename std::decay_t<decltype(row)>::tag_type, STEPLENGTH_ALT>) {
+          column& values = columns.emplace_back();
+          for (const gait_foot_cycle& cycle : foot->cycles) {
+            values.push_back(row.value(cycle));
+          }
+        }
+      }
+    });
+    column& double_support = columns.emplace_back();
+    for (const auto& cycle : walk.feet) {
+      double_support.push_back(cycle.ds);
+    }
+  }
+  return columns;
+}
+
+/// Runs `pass` for a fifth of a second or more, and prints the median of its times (s).
+template <class Pass>
+void print_time_of(Pass pass) {
+  using clock = std::chrono::steady_clock;
+  std::vector<double> times;
+  const auto end = clock::now() + std::chrono::milliseconds(200);
+  do {
+    const auto start = clock::now();
+    pass();
+    times.push_back(std::chrono::duration<double>(clock::now() - start).count());
+  } while (clock::now() < end || times.size() < 3);
+  std::nth_element(times.begin(), times.begin() + static_cast<std::ptrdiff_t>(times.size() / 2), times.end());
+  std::printf("%.9f\n", times[times.size() / 2]);
+}
+
+/// Keeps a result from being optimised away.
+inline void keep(double value) { asm volatile("" : : "x"(value) : "memory"); }
+
+#endif
