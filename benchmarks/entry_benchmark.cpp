@@ -16,10 +16,9 @@ namespace {
 
 void empty_results(gait_result& result) { result.statistics = gait_statistics{}; }
 
-template <nodes Nodes>
-gait_walk::analysis make_analysis(std::int64_t cycles, std::optional<gait_walk::side> only) {
+gait_walk::analysis make_analysis(std::int64_t cycles, nodes where, std::optional<gait_walk::side> only) {
   gait_walk::analysis analysis = gait_walk::make_analysis(modelled_walk(cycles), only);
-  if (Nodes == nodes::scattered) {
+  if (where == nodes::scattered) {
     for (gait_foot_result& foot : analysis.result.foot_results) {
       scatter(foot.cycles);
     }
@@ -28,9 +27,8 @@ gait_walk::analysis make_analysis(std::int64_t cycles, std::optional<gait_walk::
   return analysis;
 }
 
-template <nodes Nodes>
-void entry(benchmark::State& state, std::optional<gait_walk::side> only) {
-  gait_walk::analysis analysis = make_analysis<Nodes>(state.range(0), only);
+void entry(benchmark::State& state, nodes where, std::optional<gait_walk::side> only) {
+  gait_walk::analysis analysis = make_analysis(state.range(0), where, only);
   gait_result& result = analysis.result;
   const auto call = [&] { gait_generate_statistics(result, {}); };
   for (auto _ : state) {
@@ -48,7 +46,7 @@ void entry(benchmark::State& state, std::optional<gait_walk::side> only) {
 }
 
 void one_parameter(benchmark::State& state) {
-  const gait_walk::analysis analysis = make_analysis<nodes::in_order>(state.range(0), gait_walk::side::left);
+  const gait_walk::analysis analysis = make_analysis(state.range(0), nodes::in_order, gait_walk::side::left);
   const gait_foot_result& foot = analysis.result.foot_results.front();
   std::list<int> indices(foot.cycles.size());
   std::iota(indices.begin(), indices.end(), 0);
@@ -66,10 +64,10 @@ void sizes(benchmark::internal::Benchmark* benchmark) {
   benchmark->ArgName("cycles")->ArgsProduct({cycle_counts})->Complexity(benchmark::oNSquared)->Unit(benchmark::kMicrosecond);
 }
 
-BENCHMARK_CAPTURE(entry<nodes::in_order>, one_foot, gait_walk::side::left)->Name("entry/one_foot/in_order")->Apply(sizes);
-BENCHMARK_CAPTURE(entry<nodes::in_order>, two_feet, std::nullopt)->Name("entry/two_feet/in_order")->Apply(sizes);
-BENCHMARK_CAPTURE(entry<nodes::scattered>, one_foot, gait_walk::side::left)->Name("entry/one_foot/scattered")->Apply(sizes);
-BENCHMARK_CAPTURE(entry<nodes::scattered>, two_feet, std::nullopt)->Name("entry/two_feet/scattered")->Apply(sizes);
+BENCHMARK_CAPTURE(entry, one_foot_in_order, nodes::in_order, gait_walk::side::left)->Apply(sizes);
+BENCHMARK_CAPTURE(entry, two_feet_in_order, nodes::in_order, std::nullopt)->Apply(sizes);
+BENCHMARK_CAPTURE(entry, one_foot_scattered, nodes::scattered, gait_walk::side::left)->Apply(sizes);
+BENCHMARK_CAPTURE(entry, two_feet_scattered, nodes::scattered, std::nullopt)->Apply(sizes);
 BENCHMARK(one_parameter)->Name("parameter")->Apply(sizes);
 
 }  // namespace

@@ -13,8 +13,9 @@
 namespace {
 
 std::vector<double> sample_of(std::int64_t size) {
+  const gait_walk::walk walk = modelled_walk(size);
   std::vector<double> sample;
-  for (const gait_foot_cycle& cycle : modelled_walk(size).left->cycles) {
+  for (const gait_foot_cycle& cycle : walk.left->cycles) {
     sample.push_back(cycle.speed);
   }
   return sample;

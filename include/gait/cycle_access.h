@@ -83,6 +83,18 @@ private:
   std::array<Iterator, size> reached_;
 };
 
+/// Calls `use(position, index)` for every element of `indices` that is an index of a list of `count` cycles.
+template <class Use>
+void for_each_index_within(std::size_t count, const std::list<int>& indices, Use use) {
+  std::size_t position = 0;
+  for (const int index : indices) {
+    if (index >= 0 && static_cast<std::size_t>(index) < count) {
+      use(position, index);
+    }
+    ++position;
+  }
+}
+
 /// Calls `visit(position, cycle)` for every index of `indices` that lies within `cycles`, in list order.
 ///
 /// `position` counts the elements of `indices` from 0, those that are skipped included. An index that is
@@ -95,23 +107,18 @@ template <class Cycle, class Visit>
 void for_each_cycle(const std::list<Cycle>& cycles, const std::list<int>& indices, Visit visit) {
   // On a shorter list the processor overlaps the walks by itself.
   constexpr std::size_t shortest_worth_a_group = 48;
-  const bool in_groups = cycles.size() >= shortest_worth_a_group;
-
-  walk_group<typename std::list<Cycle>::const_iterator> group(cycles.begin());
-  std::size_t position = 0;
-  for (const int index : indices) {
-    if (index >= 0 && static_cast<std::size_t>(index) < cycles.size()) {
-      if (in_groups) {
-        group.add(position, index);
-      } else {
-        visit(position, *std::next(cycles.begin(), index));
-      }
-      if (group.is_full()) {
-        group.walk_and_visit(visit);
-      }
-    }
-    ++position;
+  if (cycles.size() < shortest_worth_a_group) {
+    for_each_index_within(cycles.size(), indices,
+                          [&](std::size_t position, int index) { visit(position, *std::next(cycles.begin(), index)); });
+    return;
   }
+  walk_group<typename std::list<Cycle>::const_iterator> group(cycles.begin());
+  for_each_index_within(cycles.size(), indices, [&](std::size_t position, int index) {
+    group.add(position, index);
+    if (group.is_full()) {
+      group.walk_and_visit(visit);
+    }
+  });
   if (!group.is_empty()) {
     group.walk_and_visit(visit);
   }

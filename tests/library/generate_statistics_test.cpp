@@ -39,9 +39,22 @@ void mark(gait_result& result) {
   parameter.mean = 3.5;
   result.statistics.parameters["gct"] = parameter;
   result.statistics.parameters["kept"] = parameter;
-  result.statistics.info.cycles = {3, 1, 4};
-  result.statistics.info.duration = 2.5;
-  result.statistics.info.included_count = -7;
+  gait_statistics_info& info = result.statistics.info;
+  double value = 0.5;
+  for (double* field :
+       {&info.recording_duration, &info.duration, &info.excluded_1_fallback_gct_sum, &info.excluded_2_gct_sum,
+        &info.included_gct_sum, &info.included_distance, &info.total_distance, &info.excluded_2_fallback_duration,
+        &info.excluded_2_duration, &info.excluded_1_fallback_duration, &info.excluded_1_duration, &info.included_duration}) {
+    *field = value++;
+  }
+  info.cycle_count = 101;
+  info.excluded_count = 102;
+  info.cycles = {3, 1, 4};
+  info.excluded_2_fallback_count = 103;
+  info.excluded_2_count = 104;
+  info.excluded_1_fallback_count = 105;
+  info.excluded_1_count = 106;
+  info.included_count = -7;
   result.quality_flags = 0x7F;
 }
 
