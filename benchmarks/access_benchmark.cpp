@@ -1,34 +1,15 @@
 // Reaching the cycles of a list by their indices: the library's function beside one std::next after another.
 
+#include "access_sums.h"
 #include "walks.h"
-
-#include <gait/cycle_access.h>
 
 #include <benchmark/benchmark.h>
 
 #include <cstdint>
-#include <iterator>
 #include <list>
 #include <numeric>
 
 namespace {
-
-double sum_with_std_next(const std::list<gait_foot_cycle>& cycles, const std::list<int>& indices) {
-  double sum = 0.0;
-  for (const int index : indices) {
-    if (index >= 0 && static_cast<std::size_t>(index) < cycles.size()) {
-      const double value = std::next(cycles.begin(), index)->gct;
-      if (!gait_detail::is_missing(value)) {
-        sum += value;
-      }
-    }
-  }
-  return sum;
-}
-
-double sum_with_library(const std::list<gait_foot_cycle>& cycles, const std::list<int>& indices) {
-  return gait_detail::index_sum(cycles, indices, &gait_foot_cycle::gct);
-}
 
 template <double (*Sum)(const std::list<gait_foot_cycle>&, const std::list<int>&), nodes Nodes>
 void access(benchmark::State& state) {

@@ -1,7 +1,8 @@
 // How many times faster the library reaches the indices 0 to n - 1 than one std::next after another does, in one
 // run. A program of its own, without any library, so that it can be compiled in every way that a consumer may.
 
-#include <gait/cycle_access.h>
+#include "access_sums.h"
+
 #include <gait/result.h>
 
 #include <algorithm>
@@ -10,7 +11,6 @@
 #include <cstdint>
 #include <cstdio>
 #include <cstdlib>
-#include <iterator>
 #include <limits>
 #include <list>
 #include <numeric>
@@ -21,23 +21,6 @@
 namespace {
 
 using clock_type = std::chrono::steady_clock;
-
-double sum_with_std_next(const std::list<gait_foot_cycle>& cycles, const std::list<int>& indices) {
-  double sum = 0.0;
-  for (const int index : indices) {
-    if (index >= 0 && static_cast<std::size_t>(index) < cycles.size()) {
-      const double value = std::next(cycles.begin(), index)->gct;
-      if (!gait_detail::is_missing(value)) {
-        sum += value;
-      }
-    }
-  }
-  return sum;
-}
-
-double sum_with_library(const std::list<gait_foot_cycle>& cycles, const std::list<int>& indices) {
-  return gait_detail::index_sum(cycles, indices, &gait_foot_cycle::gct);
-}
 
 /// The time of one sum (s), over as many as take some milliseconds. Prints to stderr, and ends, if a sum is wrong.
 template <class Sum>

@@ -1,11 +1,11 @@
 #include "builders.h"
+#include "failing_allocations.h"
 #include "text_of.h"
 
 #include <gait/generate_statistics.h>
 #include <gait/result.h>
 
 #include <cstddef>
-#include <cstdlib>
 #include <functional>
 #include <new>
 #include <string>
@@ -15,40 +15,17 @@
 
 namespace {
 
-/// How many allocations succeed before one fails; none fails while it is negative.
-thread_local long allocations_left = -1;
-
-}  // namespace
-
-// The other forms of new and delete end here too. Not inlined: g++ would warn of memory from `new` that goes to `free`.
-[[gnu::noinline]] void* operator new(std::size_t size) {
-  if (allocations_left == 0) {
-    throw std::bad_alloc();
-  }
-  if (allocations_left > 0) {
-    --allocations_left;
-  }
-  if (void* memory = std::malloc(size)) {
-    return memory;
-  }
-  throw std::bad_alloc();
-}
-[[gnu::noinline]] void operator delete(void* memory) noexcept { std::free(memory); }
-[[gnu::noinline]] void operator delete(void* memory, std::size_t /*size*/) noexcept { std::free(memory); }
-
-namespace {
-
 using namespace gait_test;
 
 /// Runs with only so many allocations. Returns whether that was enough.
 bool runs_with(long allocations, const std::function<void()>& run) {
-  allocations_left = allocations;
+  gait_test::allocations_left = allocations;
   try {
     run();
-    allocations_left = -1;
+    gait_test::allocations_left = -1;
     return true;
   } catch (const std::bad_alloc&) {
-    allocations_left = -1;
+    gait_test::allocations_left = -1;
     return false;
   }
 }

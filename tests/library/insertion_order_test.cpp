@@ -1,6 +1,7 @@
 #include <gait/gait.h>
 
 #include "builders.h"
+#include "failing_allocations.h"
 #include "side.h"
 
 #include <gmock/gmock.h>
@@ -8,36 +9,12 @@
 
 #include <algorithm>
 #include <cstddef>
-#include <cstdlib>
 #include <list>
 #include <new>
 #include <string>
 #include <vector>
 
 // A hash map does not show in which order its entries came. Memory that runs out ever later does.
-
-namespace {
-
-/// Allocations that still succeed; below 0, all of them do.
-long allocations_left = -1;
-
-}  // namespace
-
-// Not inlined: g++ would warn of memory from `new` that goes to `free`.
-[[gnu::noinline]] void* operator new(std::size_t size) {
-  if (allocations_left == 0) {
-    throw std::bad_alloc();
-  }
-  if (allocations_left > 0) {
-    --allocations_left;
-  }
-  if (void* memory = std::malloc(size)) {
-    return memory;
-  }
-  throw std::bad_alloc();
-}
-[[gnu::noinline]] void operator delete(void* memory) noexcept { std::free(memory); }
-[[gnu::noinline]] void operator delete(void* memory, std::size_t /*size*/) noexcept { std::free(memory); }
 
 namespace {
 
@@ -51,13 +28,13 @@ void let_memory_run_out(Build build, Visit visit) {
   for (long allowed = 0;; ++allowed) {
     gait_statistics statistics;
     bool ran_out = false;
-    allocations_left = allowed;
+    gait_test::allocations_left = allowed;
     try {
       build(statistics);
     } catch (const std::bad_alloc&) {
       ran_out = true;
     }
-    allocations_left = -1;
+    gait_test::allocations_left = -1;
     if (!ran_out) {
       ASSERT_GT(allowed, 0);
       return;

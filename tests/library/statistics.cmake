@@ -10,11 +10,6 @@ target_link_libraries(statistics_test PRIVATE gait_test_library)
 target_compile_options(statistics_test PRIVATE -ffp-contract=off)
 gtest_discover_tests(statistics_test)
 
-# A program of its own, because it replaces operator new.
-add_executable(insertion_order_test insertion_order_test.cpp)
-target_link_libraries(insertion_order_test PRIVATE gait_test_library)
-gtest_discover_tests(insertion_order_test)
-
 # The percentile definition and the sums, compared with numpy's where there is a Python that has it.
 add_executable(print_statistics numpy_agreement/print_statistics.cpp)
 target_link_libraries(print_statistics PRIVATE gait_statistics_objects gait_warnings)
