@@ -1,7 +1,6 @@
 find_package(nlohmann_json REQUIRED)
 # Its standard library is all that is needed.
 find_program(GAIT_PYTHON python3 REQUIRED)
-set(GAIT_REAL_WALKS "" CACHE PATH "A folder of measured walks, which the test real_walks analyses; skipped when empty")
 
 # What the program writes, against the library.
 add_executable(gait_statistics_program_test gait_statistics_test.cpp)

@@ -1,4 +1,3 @@
-set(GAIT_REAL_WALKS "" CACHE PATH "Folder of measured walks to read in the tests; empty: those tests are skipped")
 
 add_executable(walk_folder_tests
   walk_folder_analysis_test.cpp
