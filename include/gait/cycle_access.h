@@ -15,6 +15,13 @@
 
 namespace gait_detail {
 
+/// Tells the compiler what it could not find out by itself.
+inline void take_as_given(bool fact) {
+  if (!fact) {
+    __builtin_unreachable();
+  }
+}
+
 /// A group of walks along one list, each from the front to its own index.
 ///
 /// A walk waits at every step for the node that it has just asked for. Walks to different indices do not wait
@@ -62,10 +69,12 @@ private:
   }
 
   /// Advances walks that stand `done` steps from the front until the nearest end, and goes on with the others. They
-  /// are arguments, and the function inlined into itself, to keep as many as can be in registers.
+  /// are arguments, and the function inlined into itself, to keep them in registers. All of them stand on the same
+  /// node, which g++ sees and clang++ has to be told: it is then read once for all.
   template <class... Others>
   [[gnu::always_inline]] void advance(const walk_end* nearest, int done, Iterator walk, Others... others) {
     for (int steps = nearest->index - done; steps > 0; --steps) {
+      (take_as_given(others == walk), ...);
       ++walk;
       (++others, ...);
     }
@@ -85,7 +94,7 @@ private:
 
 /// Calls `use(position, index)` for every element of `indices` that is an index of a list of `count` cycles.
 template <class Use>
-void for_each_index_within(std::size_t count, const std::list<int>& indices, Use use) {
+[[gnu::always_inline]] inline void for_each_index_within(std::size_t count, const std::list<int>& indices, Use use) {
   std::size_t position = 0;
   for (const int index : indices) {
     if (index >= 0 && static_cast<std::size_t>(index) < count) {
@@ -95,23 +104,9 @@ void for_each_index_within(std::size_t count, const std::list<int>& indices, Use
   }
 }
 
-/// Calls `visit(position, cycle)` for every index of `indices` that lies within `cycles`, in list order.
-///
-/// `position` counts the elements of `indices` from 0, those that are skipped included. An index that is
-/// negative or not below the number of cycles is skipped; an index that occurs twice is visited twice.
-///
-/// Every cycle is reached afresh from the front of its list: no table is built and no position is carried
-/// from one index to the next, so that indices may come in any order. O(n * k) steps for k indices over n
-/// cycles, a group of walks at a time; no allocation; throws only what `visit` throws.
+/// for_each_cycle on a list that is long enough to walk along in groups.
 template <class Cycle, class Visit>
-void for_each_cycle(const std::list<Cycle>& cycles, const std::list<int>& indices, Visit visit) {
-  // On a shorter list the processor overlaps the walks by itself.
-  constexpr std::size_t shortest_worth_a_group = 48;
-  if (cycles.size() < shortest_worth_a_group) {
-    for_each_index_within(cycles.size(), indices,
-                          [&](std::size_t position, int index) { visit(position, *std::next(cycles.begin(), index)); });
-    return;
-  }
+Visit for_each_cycle_by_groups(const std::list<Cycle>& cycles, const std::list<int>& indices, Visit visit) {
   walk_group<typename std::list<Cycle>::const_iterator> group(cycles.begin());
   for_each_index_within(cycles.size(), indices, [&](std::size_t position, int index) {
     group.add(position, index);
@@ -122,20 +117,49 @@ void for_each_cycle(const std::list<Cycle>& cycles, const std::list<int>& indice
   if (!group.is_empty()) {
     group.walk_and_visit(visit);
   }
+  return visit;
 }
+
+/// Calls `visit(position, cycle)` for every index of `indices` that lies within `cycles`, in list order.
+///
+/// `position` counts the elements of `indices` from 0, those that are skipped included. An index that is
+/// negative or not below the number of cycles is skipped; an index that occurs twice is visited twice.
+///
+/// Every cycle is reached afresh from the front of its list: no table is built and no position is carried
+/// from one index to the next, so that indices may come in any order. O(n * k) steps for k indices over n
+/// cycles, a group of walks at a time; no allocation; throws only what `visit` throws. Returns `visit`, with what it
+/// has gathered: what it holds itself, and does not refer to, can stay in registers.
+template <class Cycle, class Visit>
+Visit for_each_cycle(const std::list<Cycle>& cycles, const std::list<int>& indices, Visit visit) {
+  // On a shorter list the processor overlaps the walks by itself.
+  constexpr std::size_t shortest_worth_a_group = 32;
+  if (cycles.size() >= shortest_worth_a_group) {
+    return for_each_cycle_by_groups(cycles, indices, std::move(visit));
+  }
+  for_each_index_within(cycles.size(), indices,
+                        [&](std::size_t position, int index) { visit(position, *std::next(cycles.begin(), index)); });
+  return visit;
+}
+
+/// Adds up a field as it is visited.
+template <class Cycle>
+struct field_sum {
+  double Cycle::*field;
+  double sum = 0.0;
+
+  void operator()(std::size_t /*position*/, const Cycle& cycle) {
+    if (!is_missing(cycle.*field)) {
+      sum += cycle.*field;
+    }
+  }
+};
 
 /// The sum of a field over the indexed cycles, from 0.0 and in list order: the same bits with every compiler.
 ///
 /// A cycle whose field is missing adds nothing; a NaN makes the sum NaN.
 template <class Cycle>
 double index_sum(const std::list<Cycle>& cycles, const std::list<int>& indices, double Cycle::*field) {
-  double sum = 0.0;
-  for_each_cycle(cycles, indices, [&](std::size_t, const Cycle& cycle) {
-    if (!is_missing(cycle.*field)) {
-      sum += cycle.*field;
-    }
-  });
-  return sum;
+  return for_each_cycle(cycles, indices, field_sum<Cycle>{field}).sum;
 }
 
 }  // namespace gait_detail
