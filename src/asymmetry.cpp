@@ -120,7 +120,7 @@ void add_swing_asymmetry(gait_result& result) {
     record.std = deviation_of(record.values, record.mean);
     // A NaN deviation, that of a single stride, is not 0.0 and raises the flag. That the mean is not 1.0 belongs
     // to the rule as it is told, and decides nothing at 20.0 and above.
-    if (std::abs(record.mean) >= 20.0 && record.mean != 1.0 && record.std != 0.0) {
+    if (record.mean != 1.0 && std::abs(record.mean) >= 20.0 && record.std != 0.0) {
       result.quality_flags |= gait_quality_swing_asymmetry;
     }
   }

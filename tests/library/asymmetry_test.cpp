@@ -356,6 +356,12 @@ TEST(SwingAsymmetry, WithSpreadRaisesItsFlagFromTwentyOn) {
   EXPECT_FALSE(asymmetry_of({10.0, 90.0}, {90.0, 10.0}).flagged) << "-80 and 80";
 }
 
+TEST(SwingAsymmetry, WithAMeanOfExactlyOneRaisesNoFlag) {
+  const auto [parameter, flagged] = asymmetry_of({51.0, 50.0}, {49.0, 50.0});
+  EXPECT_THAT(parameter.mean, SameBits(1.0));
+  EXPECT_FALSE(flagged);
+}
+
 TEST(SwingAsymmetry, IsScaledByTheSamplingRate) {
   EXPECT_THAT(asymmetry_of({40.0}, {60.0}, 100).parameter.values, SameBitsEach({-20.0}));
   EXPECT_THAT(asymmetry_of({40.0}, {60.0}, 200).parameter.values, SameBitsEach({-40.0}));
