@@ -42,10 +42,10 @@
 /// show as gait_missing in `values`. NaN counts as measured. A missing stride length is halved like any other
 /// in single-foot mode, and enters "StepLength" as -0.5.
 ///
-/// Required, and not tested: `foot_results[0].recording` not null and its sampling rate not 0 (durations and
-/// asymmetry are infinite or NaN otherwise); one foot: its cycle list not empty; two feet: `left_foot` and
-/// `right_foot`, and the recording of each, not null, and both cycle lists not empty. Samples and indices are
-/// 32 bits wide, and their differences wrap around as in two's complement.
+/// Required, and not tested: `foot_results[0].recording` not null and its sampling rate not 0 (durations are
+/// infinite or NaN otherwise, and the swing asymmetry of finite swings is 0); one foot: its cycle list not empty;
+/// two feet: `left_foot` and `right_foot`, and the recording of each, not null, and both cycle lists not empty.
+/// Samples and indices are 32 bits wide, and their differences wrap around as in two's complement.
 ///
 /// Throws std::out_of_range ("unordered_map::at: key not found") when signal 1 or 2 is absent from the recording
 /// of an analysed foot; nothing is written then. Throws std::bad_alloc, or the containers' std::length_error, when

@@ -118,14 +118,12 @@ TEST(Definitions, ShowTheStatisticsOfTenStrides) {
 }
 
 TEST(Definitions, ShowNumpysQuartilesOfTenStrides) {
-  const std::string script = " " + quoted(GAIT_PROJECT_FOLDER "/tests/docs/ten_strides.py");
-  for (const std::string python : {"python3", "/usr/bin/python3"}) {
-    if (run_command(python + " -c 'import numpy' 2> /dev/null").status == 0) {
-      EXPECT_EQ(block_after(page("docs/definitions.md"), "numpy 1.24", "text"), output_of(python + script));
-      return;
-    }
+  const std::string python = GAIT_PYTHON_WITH_NUMPY;
+  if (python.empty()) {
+    GTEST_SKIP() << "no Python with numpy (package python3-numpy)";
   }
-  GTEST_SKIP() << "no Python with numpy (package python3-numpy)";
+  const std::string script = quoted(GAIT_PROJECT_FOLDER "/tests/docs/ten_strides.py");
+  EXPECT_EQ(block_after(page("docs/definitions.md"), "numpy 1.24", "text"), output_of(python + " " + script));
 }
 
 TEST(Exclusions, ShowTheAccountingOfTheExample) {
