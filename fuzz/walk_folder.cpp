@@ -1,0 +1,209 @@
+/// \file
+/// The reader of walk folders on any bytes: a walk that can be analysed, written and read again, or faults.
+
+#include "walk_folder.h"
+
+#include <gait/generate_statistics.h>
+
+#include "builders.h"
+#include "check.h"
+#include "records.h"
+#include "walk_folder_tables.h"
+
+#include <algorithm>
+#include <array>
+#include <cstddef>
+#include <cstdint>
+#include <filesystem>
+#include <map>
+#include <optional>
+#include <sstream>
+#include <string>
+#include <string_view>
+#include <utility>
+#include <vector>
+
+namespace {
+
+using fuzz::check;
+using gait_walk::side;
+using walk_folder_tests::tables;
+
+constexpr std::size_t faults_per_table = 20;
+constexpr std::array<const char*, 4> table_names = {"recording.csv", "foot_cycles.csv", "feet_cycles.csv", "exclusions.csv"};
+
+// ---- The tables -----------------------------------------------------------------------------------------------
+
+/// The texts of the four tables; those that are not there are null when they are read.
+using table_texts = std::array<std::optional<std::string>, 4>;
+
+table_texts texts_of(const tables& walk) { return {walk.recording, walk.foot_cycles, walk.feet_cycles, walk.exclusions}; }
+
+/// All tables of a walk, one behind the other, with a form feed between them; the last ones may be missing.
+table_texts split(std::string_view text) {
+  table_texts all;
+  for (std::optional<std::string>& table : all) {
+    const std::size_t end = std::min(text.find('\f'), text.size());
+    table = text.substr(0, end);
+    if (end == text.size()) {
+      break;
+    }
+    text.remove_prefix(end + 1);
+  }
+  return all;
+}
+
+/// The first byte says what the others are: one table of a sound walk, of two feet or in capitals of the left one
+/// alone, or all four.
+table_texts texts_of(std::string_view input) {
+  constexpr std::string_view both_feet = "rfbe";
+  constexpr std::string_view left_foot = "RFBE";
+  const char kind = input.empty() ? '\0' : input.front();
+  input.remove_prefix(input.empty() ? 0 : 1);
+  for (const auto& [kinds, walk] :
+       {std::pair(both_feet, tables()), std::pair(left_foot, walk_folder_tests::left_foot_only())}) {
+    const std::size_t table = kinds.find(kind);
+    if (table != std::string_view::npos) {
+      table_texts all = texts_of(walk);
+      all.at(table) = std::string(input);
+      return all;
+    }
+  }
+  return split(input);
+}
+
+gait_walk::read_result read(const table_texts& texts) {
+  std::array<std::istringstream, 4> streams;
+  std::array<std::istream*, 4> tables{};
+  for (std::size_t i = 0; i < tables.size(); ++i) {
+    if (texts[i]) {
+      streams[i].str(*texts[i]);
+      tables[i] = &streams[i];
+    }
+  }
+  return gait_walk::read_walk_tables({"w", tables[0], tables[1], tables[2], tables[3]}, {faults_per_table});
+}
+
+// ---- What is said about them ----------------------------------------------------------------------------------
+
+/// Lines as an editor counts them: LF, CRLF and CR end one.
+std::size_t lines_of(const std::string& text) {
+  std::size_t lines = 1;
+  for (std::size_t i = 0; i < text.size(); ++i) {
+    const bool ends_line = text[i] == '\r' || (text[i] == '\n' && (i == 0 || text[i - 1] != '\r'));
+    lines += ends_line ? 1 : 0;
+  }
+  return lines;
+}
+
+void check_place(const gait_walk::fault& fault, const table_texts& texts) {
+  for (std::size_t i = 0; i < table_names.size(); ++i) {
+    if (fault.file == std::string("w/") + table_names[i]) {
+      check(fault.line <= (texts[i] ? lines_of(*texts[i]) : 0), "a fault is on a line of its table");
+      return;
+    }
+  }
+  fuzz::fail("a fault is in one of the four tables");
+}
+
+void check_faults(const std::vector<gait_walk::fault>& faults, const table_texts& texts) {
+  std::map<std::string, std::size_t> count;
+  for (const gait_walk::fault& fault : faults) {
+    const std::string message = fault.message();
+    check(!fault.text.empty(), "a fault says what is wrong");
+    check(std::none_of(message.begin(), message.end(), [](unsigned char c) { return c < 0x20 || c == 0x7F; }),
+          "a message holds nothing that acts on a terminal");
+    check(message.size() < 1000, "a message is short");
+    check_place(fault, texts);
+    ++count[fault.file];
+  }
+  for (const auto& [file, faults_of_file] : count) {
+    check(faults_of_file <= faults_per_table + 1, "beyond the limit, the faults of a table are counted");
+  }
+}
+
+// ---- What is done with a walk ---------------------------------------------------------------------------------
+
+/// That the entry may be called.
+void check_contract(const gait_result& result, bool both_feet) {
+  check(result.foot_results.size() == (both_feet ? 2 : 1), "as many feet as are analysed");
+  for (const gait_foot_result& foot : result.foot_results) {
+    check(foot.recording != nullptr && foot.recording->sampling_rate >= 1, "a foot has a recording with a sampling rate");
+    check(!foot.cycles.empty(), "a foot has cycles");
+    int index = 0;
+    for (const gait_foot_cycle& cycle : foot.cycles) {
+      check(cycle.index == index++ && cycle.first_sample <= cycle.last_sample, "cycles stand in their order");
+    }
+  }
+  if (both_feet) {
+    check(result.left_foot == &result.foot_results.front() && result.right_foot == &result.foot_results.back(),
+          "the feet are pointed to");
+    check(!result.feet_result.cycles.empty(), "two feet have cycles");
+  }
+}
+
+void analyse(const gait_walk::walk& walk, std::optional<side> only) {
+  const std::vector<gait_walk::fault> faults = gait_walk::check_analysis(walk, only, "w");
+  if (!faults.empty()) {
+    for (const gait_walk::fault& fault : faults) {
+      check(!fault.text.empty() && !fault.file.empty(), "what keeps a walk from being analysed is said");
+    }
+    return;
+  }
+  gait_walk::analysis analysis = gait_walk::make_analysis(walk, only);
+  check_contract(analysis.result, !only && walk.left && walk.right);
+  gait_generate_statistics(analysis.result, {});
+  check(!analysis.result.statistics.info.cycles.empty(), "an analysis has cycles to include");
+}
+
+std::string bytes_of(const gait_walk::walk& walk) {
+  fuzz::byte_string bytes;
+  for (const auto* foot : {&walk.left, &walk.right}) {
+    bytes.add(foot->has_value());
+    if (*foot) {
+      bytes.add((*foot)->sampling_rate, (*foot)->signal_1_samples, (*foot)->signal_2_samples);
+      for (const gait_foot_cycle& cycle : (*foot)->cycles) {
+        bytes.add(cycle.index, cycle.first_sample, cycle.last_sample);
+        for (const auto field : gait_test::foot::measured_fields) {
+          bytes.add(cycle.*field);
+        }
+      }
+    }
+  }
+  for (const gait_walk::feet_cycle& cycle : walk.feet) {
+    bytes.add(cycle.gct, cycle.ds, cycle.right_index.value_or(-1), cycle.left_index.value_or(-1));
+  }
+  for (const gait_walk::exclusion& exclusion : walk.exclusions) {
+    bytes.add(exclusion.cycles, exclusion.list, exclusion.index, exclusion.reason);
+  }
+  return bytes.text();
+}
+
+void check_written(const gait_walk::walk& walk) {
+  // One for all inputs, because making it takes longer than the rest.
+  static const walk_folder_tests::temporary_folder folder;
+  gait_walk::write_walk_folder(walk, folder.path());
+  const gait_walk::walk again = gait_walk::read_walk_folder(folder.path()).walk;
+  check(bytes_of(again) == bytes_of(walk), "a walk that is written is read as the same");
+}
+
+}  // namespace
+
+// The fuzzer gives the name.
+// NOLINTNEXTLINE(readability-identifier-naming)
+extern "C" int LLVMFuzzerTestOneInput(const std::uint8_t* bytes, std::size_t size) {
+  const table_texts texts = texts_of(std::string_view(reinterpret_cast<const char*>(bytes), size));
+  try {
+    const gait_walk::read_result read_walk = read(texts);
+    check_faults(read_walk.warnings, texts);
+    check(read_walk.walk.left || read_walk.walk.right, "a walk has a foot");
+    analyse(read_walk.walk, std::nullopt);
+    analyse(read_walk.walk, side::left);
+    analyse(read_walk.walk, side::right);
+    check_written(read_walk.walk);
+  } catch (const gait_walk::walk_error& error) {
+    check(!error.faults().empty(), "a walk that is refused has a fault");
+    check_faults(error.faults(), texts);
+  }
+  return 0;
+}
