@@ -18,12 +18,13 @@ import tomllib
 
 HERE = pathlib.Path(__file__).resolve().parent
 SOURCES = HERE.parent.parent
-TIMEOUT = 300  # seconds; a fault may well make a loop endless
+TIMEOUT = 600  # seconds for the tests; a fault may well make a loop endless
 
-# Which targets and tests notice most faults of a list soonest; what they leave is asked of all.
-FIRST = {
-    "library": (["run_cases"], ["--tests-regex", "^model"]),
-    "walk_folder": (["walk_folder_test"], ["--tests-regex", "^WalkFolder|^walk_folder"]),
+# Asked in turn until one notices: what to build, and the folder of tests to run. What notices most is asked first.
+EVERYTHING = ("all", ".")
+STAGES = {
+    "library": [("run_cases", "tests/model"), ("tests/library/all", "tests/library"), EVERYTHING],
+    "walk_folder": [("tests/tools/all", "tests/tools"), EVERYTHING],
 }
 
 
@@ -46,10 +47,10 @@ def mutated(tree, mutant):
     return text.replace(mutant["from"], mutant["to"])
 
 
-def run(arguments, log):
+def run(arguments, log, timeout=None):
     """Whether a command succeeds in time."""
     try:
-        return subprocess.run(arguments, stdout=log, stderr=log, stdin=subprocess.DEVNULL, timeout=TIMEOUT).returncode == 0
+        return subprocess.run(arguments, stdout=log, stderr=log, stdin=subprocess.DEVNULL, timeout=timeout).returncode == 0
     except subprocess.TimeoutExpired:
         return False
 
@@ -61,7 +62,7 @@ class Project:
         self.tree = folder / "sources"
         self.build = folder / "build"
         self.jobs = str(jobs)
-        self.log = (folder / "log.txt").open("w")
+        self.log = (folder / "log.txt").open("w+")
         files = subprocess.run(["git", "-c", f"safe.directory={SOURCES}", "ls-files", "-z"], cwd=SOURCES, check=True, capture_output=True)
         for file in files.stdout.decode().split("\0")[:-1]:
             target = self.tree / file
@@ -70,29 +71,28 @@ class Project:
             target.chmod((SOURCES / file).stat().st_mode)
         launcher = ["-DCMAKE_CXX_COMPILER_LAUNCHER=ccache"] if os.environ.get("CMAKE_CXX_COMPILER_LAUNCHER") else []
         configured = run(["cmake", "-S", self.tree, "-B", self.build, "-G", "Ninja", "-DCMAKE_BUILD_TYPE=None",
-                          "-DCMAKE_CXX_FLAGS=-O0 -D_GLIBCXX_ASSERTIONS", *launcher], self.log)
-        if not configured or not self.builds([]) or not self.passes([]):
-            sys.exit(f"The sources do not build and pass without a fault: see {self.log.name}")
+                          "-DCMAKE_CXX_FLAGS=-O0 -D_GLIBCXX_ASSERTIONS", "-DGAIT_MODEL_CASES=600", *launcher], self.log)
+        if not configured or not self.builds("all") or not self.passes("."):
+            self.log.seek(0)
+            sys.exit("".join(self.log.readlines()[-60:]) + "\nThe sources do not build and pass without a fault.")
 
-    def builds(self, targets):
-        chosen = ["--target", *targets] if targets else []
-        return run(["cmake", "--build", self.build, "--parallel", self.jobs, *chosen], self.log)
+    def builds(self, target):
+        return run(["cmake", "--build", self.build, "--parallel", self.jobs, "--target", target], self.log)
 
-    def passes(self, chosen):
-        return run(["ctest", "--test-dir", self.build, "--parallel", self.jobs, "--stop-on-failure", "--label-exclude", ".",
-                    "--no-tests=error", *chosen], self.log)
+    def passes(self, folder):
+        return run(["ctest", "--test-dir", self.build / folder, "--parallel", self.jobs, "--stop-on-failure", "--label-exclude", ".",
+                    "--no-tests=error"], self.log, TIMEOUT)
 
     def verdict(self, mutant):
         """What notices the fault, or None."""
-        targets, tests = FIRST[mutant["list"]]
         file = self.tree / mutant["file"]
         sound = file.read_text()
         file.write_text(mutated(self.tree, mutant))
         try:
-            for chosen_targets, chosen_tests in ((targets, tests), ([], [])):
-                if not self.builds(chosen_targets):
+            for target, tests in STAGES[mutant["list"]]:
+                if not self.builds(target):
                     return "compiler"
-                if not self.passes(chosen_tests):
+                if not self.passes(tests):
                     return "tests"
             return None
         finally:
@@ -117,9 +117,9 @@ def main():
     parser.add_argument("--check", action="store_true", help="only look whether each fault can still be put in")
     parser.add_argument("--jobs", type=int, default=os.cpu_count())
     parser.add_argument("--only", default="", metavar="TEXT", help="only faults whose file or lines contain TEXT")
-    parser.add_argument("lists", nargs="*", choices=[[], *FIRST], default=[], metavar="LIST")
+    parser.add_argument("lists", nargs="*", choices=[[], *STAGES], default=[], metavar="LIST")
     options = parser.parse_args()
-    mutants = mutants_of(options.lists or FIRST, options.only)
+    mutants = mutants_of(options.lists or STAGES, options.only)
     for mutant in mutants:
         mutated(SOURCES, mutant)
     if options.check:

@@ -2,6 +2,7 @@
 
 #include <algorithm>
 #include <cstddef>
+#include <numeric>
 #include <string>
 #include <string_view>
 #include <utility>
@@ -50,11 +51,7 @@ public:
   }
 
   std::size_t width() const {
-    std::size_t sum = column_gap.size() * (widths_.size() - 1);
-    for (const std::size_t width : widths_) {
-      sum += width;
-    }
-    return sum;
+    return std::accumulate(widths_.begin(), widths_.end(), column_gap.size() * (widths_.size() - 1));
   }
 
   std::string heading_line() const {
