@@ -118,6 +118,21 @@ TEST(Analysis, StaysWholeWhenItIsMoved) {
   EXPECT_EQ(assigned.result.statistics.parameters.at("gct_L").mean, 1.25);
 }
 
+TEST(Analysis, TakesTheStridesOfAWalkThatIsMovedIn) {
+  for (const std::optional<side> only : {std::optional<side>(), std::optional(side::left)}) {
+    walk walk = walk_of({});
+    const gait_foot_cycle* first_stride = &walk.left->cycles.front();
+    const analysis analysis = make_analysis(std::move(walk), only);
+    EXPECT_EQ(&analysis.result.foot_results.front().cycles.front(), first_stride);
+  }
+}
+
+TEST(Analysis, LeavesAWalkThatIsNotMovedAsItIs) {
+  const walk walk = walk_of({});
+  make_analysis(walk);
+  EXPECT_EQ(walk.left->cycles.size(), 2U);
+}
+
 TEST(CheckAnalysis, HasNothingToSayAboutAWalkWithIncludedCycles) {
   EXPECT_EQ(messages_of(check_analysis(walk_of({}), std::nullopt, "w")), messages{});
   EXPECT_EQ(messages_of(check_analysis(walk_of(left_foot_only()), std::nullopt, "w")), messages{});

@@ -60,11 +60,11 @@ TEST(Faults, OfEveryTableAreReported) {
   change(walk.recording, "left,100", "left,x");
   change(walk.foot_cycles, ",1.25", ",y");
   change(walk.feet_cycles, "25.5", "z");
-  change(walk.exclusions, "turn", "turn,1");
+  change(walk.exclusions, ",turn", "");
   EXPECT_EQ(faults_of(walk), (messages{"w/recording.csv:2: column sampling_rate: found \"x\", expected a whole number",
                                        "w/foot_cycles.csv:2: column gct: found \"y\", expected a number or an empty cell",
                                        "w/feet_cycles.csv:2: column ds: found \"z\", expected a number or an empty cell",
-                                       "w/exclusions.csv:2: found 5 cells, expected 4"}));
+                                       "w/exclusions.csv:2: found 3 cells, expected 4"}));
 }
 
 TEST(Faults, OfARowAreAllReported) {
@@ -318,7 +318,32 @@ TEST(Columns, OfWhichNoneIsKnown) {
 
 TEST(Row, WithTooFewOrTooManyCells) {
   EXPECT_EQ(faults_of_exclusions(exclusions_header + "\nfeet\nfeet,excluded_1,1\nfeet,excluded_1,1,turn,left\n"),
-            (messages{":2: found 1 cell, expected 4", ":3: found 3 cells, expected 4", ":4: found 5 cells, expected 4"}));
+            (messages{":2: found 1 cell, expected 4", ":3: found 3 cells, expected 4",
+                      ":4: found 5 cells, expected 4: a reason with a comma in it needs quotation marks around it"}));
+}
+
+messages faults_of_feet_cycle(const std::string& row) {
+  tables walk;
+  change(walk.feet_cycles, "0,1.25,25.5,0,0", row);
+  messages faults = faults_of(walk);
+  for (std::string& fault : faults) {
+    fault = replaced(fault, "w/feet_cycles.csv:2: ", "");
+  }
+  return faults;
+}
+
+TEST(Row, OfTooManyCellsAsksAboutDecimalCommas) {
+  const std::string asks = ": are there decimal commas in place of decimal points?";
+  EXPECT_EQ(faults_of_feet_cycle("0,1,25,25.5,0,0"), (messages{"found 6 cells, expected 5" + asks}));
+  EXPECT_EQ(faults_of_feet_cycle("0,-1,25,25,5,0,0"), (messages{"found 7 cells, expected 5" + asks}));
+  EXPECT_EQ(faults_of_feet_cycle("0,,25,5,0,0"), (messages{"found 6 cells, expected 5" + asks}));
+}
+
+TEST(Row, OfTooManyCellsAsksNothingWhereDecimalCommasDoNotExplainThem) {
+  EXPECT_EQ(faults_of_feet_cycle("0,1.25,25.5,0,0,0"), (messages{"found 6 cells, expected 5"}));
+  EXPECT_EQ(faults_of_feet_cycle("0,1,25,25.5,0,0,0"), (messages{"found 7 cells, expected 5"}));
+  EXPECT_EQ(faults_of_feet_cycle("0,1,-25,25.5,0,0"), (messages{"found 6 cells, expected 5"}));
+  EXPECT_EQ(faults_of_feet_cycle("0,1,,25.5,0,0"), (messages{"found 6 cells, expected 5"}));
 }
 
 TEST(Row, WithTooFewCellsLacksNothingElse) {
@@ -377,7 +402,7 @@ TEST(WholeNumber, WithDecimals) {
   for (const std::string cell : {"0.5", "1.0", "1e0", "1."}) {
     EXPECT_EQ(faults_of_link(cell), (messages{"found \"" + cell + "\", expected a whole number without decimals"}));
   }
-  EXPECT_EQ(faults_of_link("\"1,0\""), (messages{"found \"1,0\", expected a whole number without decimals"}));
+  EXPECT_EQ(faults_of_link("\"1,0\""), (messages{"found \"1,0\", expected a whole number without a comma"}));
 }
 
 TEST(WholeNumber, OutOfRange) {
@@ -522,6 +547,28 @@ TEST(FootCycles, WithSamplesThatAreNone) {
                       ":3: column index: found \"-1\", expected a whole number from 0 to 2147483647",
                       ":3: column first_sample: found an empty cell, expected a whole number",
                       ":3: column last_sample: found \"2147483648\", expected a whole number from 0 to 2147483647"}));
+}
+
+TEST(FootCycles, BeyondALimitAreCounted) {
+  tables walk;
+  walk.foot_cycles += "left,2,200,299,2.5" + only_gct;
+  walk.foot_cycles += "left,x,200,299,2.5" + only_gct;
+  EXPECT_EQ(faults_of(walk, {20, 2}),
+            (messages{"w/foot_cycles.csv: found 3 strides of the left foot, expected at most 2, the limit that was set",
+                      "w/foot_cycles.csv:7: column index: found \"x\", expected a whole number"}));
+}
+
+TEST(FeetCycles, BeyondALimitAreCounted) {
+  tables walk;
+  walk.feet_cycles += "2,1.5,26.5,,\n";
+  EXPECT_EQ(faults_of(walk, {20, 2}),
+            (messages{"w/feet_cycles.csv: found 3 cycles of both feet, expected at most 2, the limit that was set"}));
+}
+
+TEST(Strides, UpToALimitAreRead) {
+  const gait_walk::walk walk = read(tables(), {20, 2}).walk;
+  EXPECT_EQ(walk.left->cycles.size(), 2U);
+  EXPECT_EQ(walk.feet.size(), 2U);
 }
 
 // ---- feet_cycles.csv ------------------------------------------------------------------------------------------

@@ -12,7 +12,10 @@ namespace gait_walk {
 
 namespace {
 
-const std::optional<foot>& foot_of(const walk& walk, side side) { return side == side::left ? walk.left : walk.right; }
+template <class Walk>
+auto& foot_of(Walk& walk, side side) {
+  return side == side::left ? walk.left : walk.right;
+}
 
 bool analyses_both_feet(const walk& walk, std::optional<side> only) { return !only && walk.left && walk.right; }
 
@@ -33,9 +36,9 @@ sensor_recording recording_of(const foot& foot) {
   return recording;
 }
 
-void add_foot(const foot& foot, analysis& analysis) {
+void add_foot(foot foot, analysis& analysis) {
   analysis.recordings.push_back(recording_of(foot));
-  analysis.result.foot_results.push_back({foot.cycles, &analysis.recordings.back()});
+  analysis.result.foot_results.push_back({std::move(foot.cycles), &analysis.recordings.back()});
 }
 
 /// The cycles of a foot by index. A list is walked once for all links, not once for each.
@@ -96,21 +99,22 @@ std::string in_folder(const std::string& folder, std::string_view table) {
 
 }  // namespace
 
-analysis make_analysis(const walk& walk, std::optional<side> only) {
+analysis make_analysis(walk walk, std::optional<side> only) {
+  const analysed_cycles cycles = cycles_of(walk, only);
   if (!foot_of(walk, analysed_foot(walk, only))) {
     throw std::invalid_argument("the walk has no " + std::string(name_of(analysed_foot(walk, only))) + " foot");
   }
   analysis analysis;
   if (analyses_both_feet(walk, only)) {
     // The result's pointers to its feet stay good because both are there before the first is pointed to.
-    add_foot(*walk.left, analysis);
-    add_foot(*walk.right, analysis);
+    add_foot(*std::move(walk.left), analysis);
+    add_foot(*std::move(walk.right), analysis);
     link_feet(walk, analysis.result);
   } else {
-    add_foot(*foot_of(walk, analysed_foot(walk, only)), analysis);
+    add_foot(*std::move(foot_of(walk, analysed_foot(walk, only))), analysis);
   }
   for (const exclusion& exclusion : walk.exclusions) {
-    if (exclusion.cycles == cycles_of(walk, only)) {
+    if (exclusion.cycles == cycles) {
       list_of(analysis.result, exclusion.list).push_back(exclusion.index);
     }
   }

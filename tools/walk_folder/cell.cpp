@@ -55,8 +55,11 @@ std::string read_whole(std::string_view cell, Whole lowest, Whole& value) {
            std::to_string(std::numeric_limits<Whole>::max());
   }
   double fraction = 0;
-  if ((parse_measured(cell, fraction) == std::errc() && std::isfinite(fraction)) || has_decimal_comma(cell)) {
+  if (parse_measured(cell, fraction) == std::errc() && std::isfinite(fraction)) {
     return found(cell) + ", expected a whole number without decimals";
+  }
+  if (has_decimal_comma(cell)) {
+    return found(cell) + ", expected a whole number without a comma";
   }
   return found(cell) + ", expected a whole number";
 }

@@ -1,11 +1,9 @@
-#include "cell.h"
 #include "columns.h"
-#include "csv_table.h"
 #include "fault.h"
+#include "read_table.h"
 #include "walk_folder.h"
 
 #include <algorithm>
-#include <bitset>
 #include <cerrno>
 #include <fstream>
 #include <functional>
@@ -23,216 +21,7 @@ namespace {
 
 namespace fs = std::filesystem;
 
-/// What is said about one table.
-struct table_report {
-  fault_list faults;
-  fault_list warnings;
-  /// Whether every row is known by its foot and index. Where one is not, it may be the very row that seems missing.
-  bool every_row_known = true;
-};
-
-/// A table to be read, or the reason why it cannot be.
-struct opened_table {
-  std::istream* text = nullptr;
-  std::unique_ptr<std::istream> owned;
-  std::string complaint;
-  bool missing = false;
-};
-
 using table_opener = std::function<opened_table(std::string_view table)>;
-
-/// A row whose cells were read: the members whose cells had a fault hold their defaults.
-template <class Row>
-struct checked_row {
-  Row row;
-  std::size_t line = 0;
-  std::bitset<columns<Row>.size()> good;
-
-  bool has(std::string_view name) const {
-    for (std::size_t i = 0; i < columns<Row>.size(); ++i) {
-      if (columns<Row>[i].name == name) {
-        return good[i];
-      }
-    }
-    return false;
-  }
-};
-
-// ---- The header line ------------------------------------------------------------------------------------------
-
-/// The number of letters to insert, delete or replace that makes one name of the other (Levenshtein 1966).
-std::size_t edit_distance(std::string_view a, std::string_view b) {
-  std::vector<std::size_t> distances(b.size() + 1);
-  for (std::size_t j = 0; j <= b.size(); ++j) {
-    distances[j] = j;
-  }
-  for (std::size_t i = 1; i <= a.size(); ++i) {
-    std::size_t diagonal = std::exchange(distances[0], i);
-    for (std::size_t j = 1; j <= b.size(); ++j) {
-      const std::size_t replaced = diagonal + (a[i - 1] == b[j - 1] ? 0 : 1);
-      diagonal = distances[j];
-      distances[j] = std::min({replaced, distances[j] + 1, distances[j - 1] + 1});
-    }
-  }
-  return distances[b.size()];
-}
-
-template <class Row>
-std::string column_names() {
-  std::string names;
-  for (const auto& column : columns<Row>) {
-    names += (names.empty() ? "" : ",") + std::string(column.name);
-  }
-  return names;
-}
-
-/// The column whose name is close to `name`, or nothing.
-template <class Row>
-std::string_view nearest_column(std::string_view name) {
-  constexpr std::size_t longest_name = 40;
-  std::string_view nearest;
-  // More than half of the letters, or three of them, make another word.
-  std::size_t smallest = std::min<std::size_t>((name.size() + 1) / 2, 3) + 1;
-  for (const auto& column : columns<Row>) {
-    const std::size_t distance = name.size() > longest_name ? smallest : edit_distance(name, column.name);
-    if (distance < smallest) {
-      smallest = distance;
-      nearest = column.name;
-    }
-  }
-  return nearest;
-}
-
-/// Which of the table's columns the cells of a row belong to.
-template <class Row>
-struct header {
-  static constexpr std::size_t no_column = columns<Row>.size();
-  std::vector<std::size_t> column_of_cell;
-  bool usable = false;  ///< whether it has any column of the table
-};
-
-template <class Row>
-std::size_t find_column(std::string_view name) {
-  const auto& all = columns<Row>;
-  return static_cast<std::size_t>(std::distance(
-      all.begin(), std::find_if(all.begin(), all.end(), [&](const auto& column) { return column.name == name; })));
-}
-
-template <class Row>
-void report_unknown_column(const csv_row& row, std::size_t cell, fault_list& faults) {
-  if (row[cell].empty()) {
-    faults.add(row.line, "", "found no name for column " + std::to_string(cell + 1) + ", expected one");
-    return;
-  }
-  const std::string_view nearest = nearest_column<Row>(row[cell]);
-  faults.add(row.line, shown(row[cell]),
-             "found an unknown column, expected " + (nearest.empty() ? "only " + column_names<Row>() : std::string(nearest)));
-}
-
-template <class Row>
-header<Row> read_header(const csv_row& row, table_report& report) {
-  header<Row> header;
-  for (std::size_t cell = 0; cell < row.size(); ++cell) {
-    header.column_of_cell.push_back(find_column<Row>(row[cell]));
-    header.usable = header.usable || header.column_of_cell.back() != header.no_column;
-  }
-  if (!header.usable) {
-    report.every_row_known = false;
-    report.faults.add(row.line, "", found(row[0]) + ", expected the header line " + column_names<Row>());
-    return header;
-  }
-  std::bitset<columns<Row>.size()> present;
-  for (std::size_t cell = 0; cell < row.size(); ++cell) {
-    std::size_t& column = header.column_of_cell[cell];
-    if (column == header.no_column) {
-      report_unknown_column<Row>(row, cell, report.faults);
-    } else if (present[column]) {
-      report.faults.add(row.line, columns<Row>[column].name, "found the column twice, expected it once");
-      column = header.no_column;
-    } else {
-      present.set(column);
-    }
-  }
-  for (std::size_t column = 0; column < columns<Row>.size(); ++column) {
-    if (!present[column]) {
-      report.faults.add(row.line, columns<Row>[column].name, "found no such column, expected it in the header line");
-    }
-  }
-  return header;
-}
-
-// ---- Rows -----------------------------------------------------------------------------------------------------
-
-template <class Row>
-bool read_column(std::string_view cell, std::size_t line, const column<Row>& column, Row& row, table_report& report) {
-  return std::visit(
-      [&](auto member) {
-        auto& value = row.*member;
-        std::string complaint = read_cell(cell, column.limits, value);
-        if (!complaint.empty()) {
-          report.faults.add(line, column.name, std::move(complaint));
-          return false;
-        }
-        if constexpr (std::is_same_v<decltype(member), double Row::*>) {
-          if (value == gait_missing && !is_not_measured(cell)) {
-            report.warnings.add(line, column.name, found(cell) + ", which counts as not measured, expected an empty cell");
-          }
-        }
-        return true;
-      },
-      column.member);
-}
-
-template <class Row>
-checked_row<Row> read_row(const csv_row& cells, const header<Row>& header, table_report& report) {
-  checked_row<Row> checked;
-  checked.line = cells.line;
-  for (std::size_t cell = 0; cell < cells.size(); ++cell) {
-    const std::size_t column = header.column_of_cell[cell];
-    if (column != header.no_column) {
-      checked.good[column] = read_column(cells[cell], cells.line, columns<Row>[column], checked.row, report);
-    }
-  }
-  return checked;
-}
-
-/// Reads all rows of a table and hands each to `use`.
-template <class Row, class Use>
-void read_rows(csv_table& table, table_report& report, Use use) {
-  csv_row cells;
-  if (!table.next(cells)) {
-    report.every_row_known = false;
-    report.faults.add(0, "", "found an empty file, expected the header line " + column_names<Row>());
-    return;
-  }
-  const header<Row> header = read_header<Row>(cells, report);
-  while (header.usable && table.next(cells)) {
-    if (cells.size() == header.column_of_cell.size()) {
-      use(read_row<Row>(cells, header, report));
-    } else {
-      report.every_row_known = false;
-      report.faults.add(cells.line, "",
-                        "found " + std::to_string(cells.size()) + (cells.size() == 1 ? " cell" : " cells") + ", expected " +
-                            std::to_string(header.column_of_cell.size()));
-    }
-  }
-}
-
-template <class Row, class Use>
-void read_table(const opened_table& opened, table_report& report, Use use) {
-  if (opened.text == nullptr) {
-    report.every_row_known = false;
-    report.faults.add(0, "", opened.complaint);
-    return;
-  }
-  try {
-    csv_table table(*opened.text);
-    read_rows<Row>(table, report, use);
-  } catch (const table_error& error) {
-    report.every_row_known = false;
-    report.faults.add(error.line(), "", error.what());
-  }
-}
 
 // ---- Indices --------------------------------------------------------------------------------------------------
 
@@ -297,6 +86,7 @@ void index_lines::check(table_report& report, const std::string& whose) {
 struct foot_tables {
   std::optional<foot> recorded;  ///< its row of recording.csv
   std::size_t recorded_line = 0;
+  std::size_t strides = 0;  ///< more than `cycles` when there are more than the caller takes
   std::list<gait_foot_cycle> cycles;
   index_lines indices;
   std::size_t first_line = 0;  ///< of its rows of foot_cycles.csv
@@ -313,6 +103,7 @@ public:
   walk_reader(std::string folder, table_opener open, const read_options& options)
       : folder_(std::move(folder)),
         open_(std::move(open)),
+        most_strides_(options.most_strides),
         recording_(report<recording_row>(options)),
         foot_cycles_(report<foot_cycle_row>(options)),
         feet_cycles_(report<feet_cycle_row>(options)),
@@ -341,6 +132,7 @@ private:
   void read_foot_cycles();
   void add_foot_cycle(const checked_row<foot_cycle_row>& checked);
   void check_samples(const checked_row<foot_cycle_row>& checked);
+  void check_count(table_report& report, std::size_t count, const std::string& what) const;
   void check_foot(side side);
   void read_feet_cycles();
   void check_feet_cycles();
@@ -356,6 +148,7 @@ private:
 
   std::string folder_;
   table_opener open_;
+  std::size_t most_strides_;
   table_report recording_;
   table_report foot_cycles_;
   table_report feet_cycles_;
@@ -415,6 +208,8 @@ void walk_reader::add_recording(const checked_row<recording_row>& checked) {
 void walk_reader::read_foot_cycles() {
   read_table<foot_cycle_row>(open_(table_name<foot_cycle_row>), foot_cycles_,
                              [&](const auto& checked) { add_foot_cycle(checked); });
+  check_count(foot_cycles_, left_.strides, "strides of the left foot");
+  check_count(foot_cycles_, right_.strides, "strides of the right foot");
   check_foot(side::left);
   check_foot(side::right);
 }
@@ -426,6 +221,9 @@ void walk_reader::add_foot_cycle(const checked_row<foot_cycle_row>& checked) {
     return;
   }
   foot_tables& foot = of(checked.row.foot);
+  if (++foot.strides > most_strides_) {
+    return;
+  }
   if (foot.indices.empty()) {
     foot.first_line = checked.line;
   }
@@ -456,6 +254,15 @@ void walk_reader::check_samples(const checked_row<foot_cycle_row>& checked) {
   }
 }
 
+void walk_reader::check_count(table_report& report, std::size_t count, const std::string& what) const {
+  if (count > most_strides_) {
+    report.every_row_known = false;
+    report.faults.add(0, "",
+                      "found " + std::to_string(count) + " " + what + ", expected at most " + std::to_string(most_strides_) +
+                          ", the limit that was set");
+  }
+}
+
 void walk_reader::check_foot(side side) {
   foot_tables& foot = of(side);
   foot.indices.check(foot_cycles_, " of " + of_the(side, "foot"));
@@ -476,7 +283,11 @@ void walk_reader::read_feet_cycles() {
   if (opened.missing && has_one_foot()) {
     return;
   }
+  std::size_t rows = 0;
   read_table<feet_cycle_row>(opened, feet_cycles_, [&](const auto& checked) {
+    if (++rows > most_strides_) {
+      return;
+    }
     if (checked.has("index")) {
       feet_indices_.add(checked.row.index, checked.line);
     } else {
@@ -484,6 +295,7 @@ void walk_reader::read_feet_cycles() {
     }
     feet_.push_back({checked.row, checked.line});
   });
+  check_count(feet_cycles_, rows, "cycles of both feet");
   check_feet_cycles();
 }
 
@@ -540,15 +352,15 @@ void walk_reader::check_exclusion(const checked_row<exclusion_row>& checked) {
     return;
   }
   const exclusion& row = checked.row;
-  const bool of_feet = row.cycles == analysed_cycles::feet;
+  const bool of_both = row.cycles == analysed_cycles::feet;
   const foot_tables& foot = of(row.cycles == analysed_cycles::left ? side::left : side::right);
-  if (of_feet ? has_one_foot() : !foot.recorded) {
+  if (of_both ? has_one_foot() : !foot.recorded) {
     exclusions_.warnings.add(checked.line, "cycles",
                              found(name_of(row.cycles)) + ", expected cycles that the walk has: nothing is excluded");
     return;
   }
-  if (checked.has("index") && (of_feet ? feet_cycles_ : foot_cycles_).every_row_known) {
-    check_excluded_index(row.index, checked.line, of_feet ? feet_.size() : foot.indices.size());
+  if (checked.has("index") && (of_both ? feet_cycles_ : foot_cycles_).every_row_known) {
+    check_excluded_index(row.index, checked.line, of_both ? feet_.size() : foot.indices.size());
   }
 }
 

@@ -73,8 +73,9 @@ struct analysis {
 ///
 /// The two feet together if the walk has both and no foot is asked for; otherwise the foot that is asked for,
 /// or the only one there is. `foot_results` then holds left before right, or the single foot.
-/// Throws std::invalid_argument when the walk does not have the foot that is asked for.
-analysis make_analysis(const walk& walk, std::optional<side> only = std::nullopt);
+/// Throws std::invalid_argument when the walk does not have the foot that is asked for. A walk that is moved in
+/// gives its strides away, so that a long one is not held twice.
+analysis make_analysis(walk walk, std::optional<side> only = std::nullopt);
 
 }  // namespace gait_walk
 

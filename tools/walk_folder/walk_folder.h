@@ -9,6 +9,7 @@
 #include <cstddef>
 #include <filesystem>
 #include <iosfwd>
+#include <limits>
 #include <optional>
 #include <stdexcept>
 #include <string>
@@ -39,6 +40,8 @@ private:
 
 struct read_options {
   std::size_t faults_per_file = 20;  ///< further ones are counted in one last fault ("... and 12 more")
+  /// Strides of a foot, and cycles of both feet; those beyond are counted for the fault, and not kept.
+  std::size_t most_strides = std::numeric_limits<std::size_t>::max();
 };
 
 /// A walk, and what is worth a warning about it.

@@ -1,0 +1,238 @@
+#include "read_table.h"
+
+#include "cell.h"
+#include "csv_table.h"
+
+#include <algorithm>
+#include <array>
+#include <iterator>
+#include <type_traits>
+#include <utility>
+#include <variant>
+#include <vector>
+
+namespace gait_walk {
+
+namespace {
+
+// ---- The header line ------------------------------------------------------------------------------------------
+
+/// The number of letters to insert, delete or replace that makes one name of the other (Levenshtein 1966).
+std::size_t edit_distance(std::string_view a, std::string_view b) {
+  std::vector<std::size_t> distances(b.size() + 1);
+  for (std::size_t j = 0; j <= b.size(); ++j) {
+    distances[j] = j;
+  }
+  for (std::size_t i = 1; i <= a.size(); ++i) {
+    std::size_t diagonal = std::exchange(distances[0], i);
+    for (std::size_t j = 1; j <= b.size(); ++j) {
+      const std::size_t replaced = diagonal + (a[i - 1] == b[j - 1] ? 0 : 1);
+      diagonal = distances[j];
+      distances[j] = std::min({replaced, distances[j] + 1, distances[j - 1] + 1});
+    }
+  }
+  return distances[b.size()];
+}
+
+template <class Row>
+std::string column_names() {
+  std::string names;
+  for (const auto& column : columns<Row>) {
+    names += (names.empty() ? "" : ",") + std::string(column.name);
+  }
+  return names;
+}
+
+/// The column whose name is close to `name`, or nothing.
+template <class Row>
+std::string_view nearest_column(std::string_view name) {
+  constexpr std::size_t longest_name = 40;
+  std::string_view nearest;
+  // More than half of the letters, or three of them, make another word.
+  std::size_t smallest = std::min<std::size_t>((name.size() + 1) / 2, 3) + 1;
+  for (const auto& column : columns<Row>) {
+    const std::size_t distance = name.size() > longest_name ? smallest : edit_distance(name, column.name);
+    if (distance < smallest) {
+      smallest = distance;
+      nearest = column.name;
+    }
+  }
+  return nearest;
+}
+
+/// Which of the table's columns the cells of a row belong to.
+template <class Row>
+struct header {
+  static constexpr std::size_t no_column = columns<Row>.size();
+  std::vector<std::size_t> column_of_cell;
+  bool usable = false;  ///< whether it has any column of the table
+};
+
+template <class Row>
+std::size_t find_column(std::string_view name) {
+  const auto& all = columns<Row>;
+  return static_cast<std::size_t>(std::distance(
+      all.begin(), std::find_if(all.begin(), all.end(), [&](const auto& column) { return column.name == name; })));
+}
+
+template <class Row>
+void report_unknown_column(const csv_row& row, std::size_t cell, fault_list& faults) {
+  if (row[cell].empty()) {
+    faults.add(row.line, "", "found no name for column " + std::to_string(cell + 1) + ", expected one");
+    return;
+  }
+  const std::string_view nearest = nearest_column<Row>(row[cell]);
+  faults.add(row.line, shown(row[cell]),
+             "found an unknown column, expected " + (nearest.empty() ? "only " + column_names<Row>() : std::string(nearest)));
+}
+
+template <class Row>
+header<Row> read_header(const csv_row& row, table_report& report) {
+  header<Row> header;
+  for (std::size_t cell = 0; cell < row.size(); ++cell) {
+    header.column_of_cell.push_back(find_column<Row>(row[cell]));
+    header.usable = header.usable || header.column_of_cell.back() != header.no_column;
+  }
+  if (!header.usable) {
+    report.every_row_known = false;
+    report.faults.add(row.line, "", found(row[0]) + ", expected the header line " + column_names<Row>());
+    return header;
+  }
+  std::bitset<columns<Row>.size()> present;
+  for (std::size_t cell = 0; cell < row.size(); ++cell) {
+    std::size_t& column = header.column_of_cell[cell];
+    if (column == header.no_column) {
+      report_unknown_column<Row>(row, cell, report.faults);
+    } else if (present[column]) {
+      report.faults.add(row.line, columns<Row>[column].name, "found the column twice, expected it once");
+      column = header.no_column;
+    } else {
+      present.set(column);
+    }
+  }
+  for (std::size_t column = 0; column < columns<Row>.size(); ++column) {
+    if (!present[column]) {
+      report.faults.add(row.line, columns<Row>[column].name, "found no such column, expected it in the header line");
+    }
+  }
+  return header;
+}
+
+// ---- Rows -----------------------------------------------------------------------------------------------------
+
+template <class Row>
+bool read_column(std::string_view cell, std::size_t line, const column<Row>& column, Row& row, table_report& report) {
+  return std::visit(
+      [&](auto member) {
+        auto& value = row.*member;
+        std::string complaint = read_cell(cell, column.limits, value);
+        if (!complaint.empty()) {
+          report.faults.add(line, column.name, std::move(complaint));
+          return false;
+        }
+        if constexpr (std::is_same_v<decltype(member), double Row::*>) {
+          if (value == gait_missing && !is_not_measured(cell)) {
+            report.warnings.add(line, column.name, found(cell) + ", which counts as not measured, expected an empty cell");
+          }
+        }
+        return true;
+      },
+      column.member);
+}
+
+template <class Row>
+checked_row<Row> read_row(const csv_row& cells, const header<Row>& header, table_report& report) {
+  checked_row<Row> checked;
+  checked.line = cells.line;
+  for (std::size_t cell = 0; cell < cells.size(); ++cell) {
+    const std::size_t column = header.column_of_cell[cell];
+    if (column != header.no_column) {
+      checked.good[column] = read_column(cells[cell], cells.line, columns<Row>[column], checked.row, report);
+    }
+  }
+  return checked;
+}
+
+bool is_digits(std::string_view text) {
+  return !text.empty() && text.find_first_not_of("0123456789") == std::string_view::npos;
+}
+
+/// Whether two cells may be one number with a decimal comma.
+bool may_be_split(std::string_view whole, std::string_view decimals) {
+  whole.remove_prefix(!whole.empty() && whole[0] == '-' ? 1 : 0);
+  return is_digits(whole) && is_digits(decimals);
+}
+
+/// Whether the cells are as many as the columns when numbers of measured columns are put together again.
+template <class Row>
+bool are_split_by_decimal_commas(const csv_row& cells, const header<Row>& header) {
+  std::size_t extra = cells.size() - header.column_of_cell.size();
+  std::size_t cell = 0;
+  for (const std::size_t column : header.column_of_cell) {
+    const bool is_measured = column != header.no_column && std::holds_alternative<double Row::*>(columns<Row>[column].member);
+    if (is_measured && extra != 0 && may_be_split(cells[cell], cells[cell + 1])) {
+      --extra;
+      ++cell;
+    }
+    ++cell;
+  }
+  return extra == 0;
+}
+
+/// A guess why a row has too many cells, or nothing.
+template <class Row>
+std::string why_too_many(const csv_row& cells, const header<Row>& header) {
+  if (cells.size() <= header.column_of_cell.size()) {
+    return {};
+  }
+  if (are_split_by_decimal_commas(cells, header)) {
+    return ": are there decimal commas in place of decimal points?";
+  }
+  return std::is_same_v<Row, exclusion_row> ? ": a reason with a comma in it needs quotation marks around it" : "";
+}
+
+template <class Row>
+void read_rows(csv_table& table, table_report& report, const std::function<void(const checked_row<Row>&)>& use) {
+  csv_row cells;
+  if (!table.next(cells)) {
+    report.every_row_known = false;
+    report.faults.add(0, "", "found an empty file, expected the header line " + column_names<Row>());
+    return;
+  }
+  const header<Row> header = read_header<Row>(cells, report);
+  while (header.usable && table.next(cells)) {
+    if (cells.size() == header.column_of_cell.size()) {
+      use(read_row<Row>(cells, header, report));
+    } else {
+      report.every_row_known = false;
+      report.faults.add(cells.line, "",
+                        "found " + std::to_string(cells.size()) + (cells.size() == 1 ? " cell" : " cells") + ", expected " +
+                            std::to_string(header.column_of_cell.size()) + why_too_many(cells, header));
+    }
+  }
+}
+
+}  // namespace
+
+template <class Row>
+void read_table(const opened_table& opened, table_report& report, const std::function<void(const checked_row<Row>&)>& use) {
+  if (opened.text == nullptr) {
+    report.every_row_known = false;
+    report.faults.add(0, "", opened.complaint);
+    return;
+  }
+  try {
+    csv_table table(*opened.text);
+    read_rows<Row>(table, report, use);
+  } catch (const table_error& error) {
+    report.every_row_known = false;
+    report.faults.add(error.line(), "", error.what());
+  }
+}
+
+template void read_table(const opened_table&, table_report&, const std::function<void(const checked_row<recording_row>&)>&);
+template void read_table(const opened_table&, table_report&, const std::function<void(const checked_row<foot_cycle_row>&)>&);
+template void read_table(const opened_table&, table_report&, const std::function<void(const checked_row<feet_cycle_row>&)>&);
+template void read_table(const opened_table&, table_report&, const std::function<void(const checked_row<exclusion_row>&)>&);
+
+}  // namespace gait_walk

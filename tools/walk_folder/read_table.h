@@ -1,0 +1,59 @@
+#ifndef TOOLS_WALK_FOLDER_READ_TABLE_H
+#define TOOLS_WALK_FOLDER_READ_TABLE_H
+
+/// \file
+/// One table as rows of values: what can be said about it without the other tables.
+
+#include "columns.h"
+#include "fault.h"
+
+#include <bitset>
+#include <cstddef>
+#include <functional>
+#include <istream>
+#include <memory>
+#include <string>
+#include <string_view>
+
+namespace gait_walk {
+
+/// What is said about one table.
+struct table_report {
+  fault_list faults;
+  fault_list warnings;
+  /// Whether every row is known by its foot and index. Where one is not, it may be the very row that seems missing.
+  bool every_row_known = true;
+};
+
+/// A table to be read, or the reason why it cannot be.
+struct opened_table {
+  std::istream* text = nullptr;
+  std::unique_ptr<std::istream> owned;
+  std::string complaint;
+  bool missing = false;
+};
+
+/// A row whose cells were read: the members whose cells had a fault hold their defaults.
+template <class Row>
+struct checked_row {
+  Row row;
+  std::size_t line = 0;
+  std::bitset<columns<Row>.size()> good;
+
+  bool has(std::string_view name) const {
+    for (std::size_t i = 0; i < columns<Row>.size(); ++i) {
+      if (columns<Row>[i].name == name) {
+        return good[i];
+      }
+    }
+    return false;
+  }
+};
+
+/// Reads all rows of a table and hands each to `use`.
+template <class Row>
+void read_table(const opened_table& opened, table_report& report, const std::function<void(const checked_row<Row>&)>& use);
+
+}  // namespace gait_walk
+
+#endif
