@@ -16,6 +16,18 @@ foreach(topic IN ITEMS Report Formats CommandLine ExitCode Terminal OutputFile)
     COMMAND ${GAIT_PYTHON} ${CMAKE_CURRENT_LIST_DIR}/gait_statistics_test.py $<TARGET_FILE:gait-statistics> ${topic})
 endforeach()
 
+# What it does with what it cannot use.
+add_test(NAME gait_statistics_program.BrokenWalks
+  COMMAND ${GAIT_PYTHON} ${CMAKE_CURRENT_LIST_DIR}/broken_walks.py $<TARGET_FILE:gait-statistics>)
+foreach(topic IN ITEMS LongWalk Interruption Tables Output)
+  add_test(NAME gait_statistics_program.hostile.${topic}
+    COMMAND ${GAIT_PYTHON} ${CMAKE_CURRENT_LIST_DIR}/hostile_input_test.py $<TARGET_FILE:gait-statistics> ${topic})
+endforeach()
+
+add_executable(call_cost_test call_cost_test.cpp)
+target_link_libraries(call_cost_test PRIVATE gait_program gait_walk_folder gait::statistics GTest::gtest_main gait_warnings)
+gtest_discover_tests(call_cost_test)
+
 add_test(NAME real_walks
   COMMAND ${GAIT_PYTHON} ${CMAKE_CURRENT_LIST_DIR}/gait_statistics_real_walks.py
     $<TARGET_FILE:gait-statistics> "${GAIT_REAL_WALKS}")

@@ -372,7 +372,7 @@ class Formats(ProgramTest):
 class CommandLine(ProgramTest):
     def test_help_names_every_option_the_exit_codes_and_an_example(self):
         text = self.output("--help")
-        for word in ("--foot", "--settings-value", "--format", "--output", "--width", "--list-parameters", "--version", "--help",
+        for word in ("--foot", "--settings-value", "--format", "--output", "--width", "--max-strides", "--list-parameters", "--version", "--help",
                      "Exit codes:", "Example:", "docs/walk-folder.md", "JSON holds everything"):
             self.assertIn(word, text)
         self.assertEqual(self.output("-h"), text)

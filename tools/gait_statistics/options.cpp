@@ -6,6 +6,9 @@
 
 #include <charconv>
 #include <cmath>
+#include <cstddef>
+#include <cstdint>
+#include <limits>
 #include <optional>
 #include <string>
 #include <system_error>
@@ -58,6 +61,7 @@ struct option_texts {
   std::string format = "table";
   std::string output;
   std::size_t width = 0;
+  std::int64_t max_strides = 0;  // signed: CLI11 takes -1 for a large unsigned number
   bool list_parameters = false;
 };
 
@@ -81,6 +85,10 @@ void declare(CLI::App& app, option_texts& texts) {
   app.add_option("--width", texts.width, "Width of the table in characters (default: the terminal's, or 100)")
       ->check(CLI::Range(20, 10000).description(""))
       ->type_name("N");
+  app.add_option("--max-strides", texts.max_strides,
+                 "Refuse a walk with more strides in a foot than N (default: no limit); the time grows with their square")
+      ->check(CLI::Range(1, std::numeric_limits<int>::max()).description(""))
+      ->type_name("N");
   app.add_flag("--list-parameters", texts.list_parameters, "Print the catalogue of gait parameters, instead of walks");
 }
 
@@ -97,6 +105,9 @@ options options_of(const option_texts& texts) {
   }
   if (texts.width > 0) {
     result.width = texts.width;
+  }
+  if (texts.max_strides > 0) {
+    result.max_strides = static_cast<std::size_t>(texts.max_strides);
   }
   result.list_parameters = texts.list_parameters;
   return result;

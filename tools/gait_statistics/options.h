@@ -28,6 +28,7 @@ struct options {
   output_format format = output_format::table;
   std::optional<std::filesystem::path> output;  ///< the standard output where there is none
   std::optional<std::size_t> width;             ///< of the text report
+  std::optional<std::size_t> max_strides;       ///< of a foot; no limit where there is none
   bool list_parameters = false;
 };
 

@@ -77,7 +77,30 @@ mode_t mode_of(const fs::path& file) {
   return 0666U & ~mask;
 }
 
+/// Puts off the signals that end the program, so that none comes between a file and its removal or renaming. What
+/// arrives meanwhile ends the program afterwards.
+class signals_put_off {
+public:
+  signals_put_off() {
+    sigset_t ends{};
+    sigemptyset(&ends);
+    for (const int signal : {SIGHUP, SIGINT, SIGQUIT, SIGTERM}) {
+      sigaddset(&ends, signal);
+    }
+    ::pthread_sigmask(SIG_BLOCK, &ends, &before_);
+  }
+  signals_put_off(const signals_put_off&) = delete;
+  signals_put_off(signals_put_off&&) = delete;
+  signals_put_off& operator=(const signals_put_off&) = delete;
+  signals_put_off& operator=(signals_put_off&&) = delete;
+  ~signals_put_off() { ::pthread_sigmask(SIG_SETMASK, &before_, nullptr); }
+
+private:
+  sigset_t before_{};
+};
+
 void replace(const fs::path& file, std::string_view text) {
+  const signals_put_off while_there_is_a_temporary_file;
   std::string temporary = file.string() + ".XXXXXX";
   open_file part(::mkstemp(temporary.data()), file.string());
   try {

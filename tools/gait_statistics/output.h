@@ -20,8 +20,8 @@ void prepare_standard_streams();
 ///
 /// The standard output is written at once. What is meant for a file is held until finish(), then written to a
 /// temporary file beside it, which is renamed: the file has its old content or the new, never a part of it, also
-/// when the disk is full. A device or a pipe cannot be replaced, and is written as it is. Without finish() the
-/// file is not touched.
+/// when the disk is full. Signals that end the program wait meanwhile, so that the temporary file does not stay.
+/// A device or a pipe cannot be replaced, and is written as it is. Without finish() the file is not touched.
 ///
 /// Everything throws std::system_error, with a message that names the destination, when it cannot be written.
 class output {

@@ -1,5 +1,6 @@
 #include "report.h"
 
+#include "call_cost.h"
 #include "csv_output.h"
 #include "json_output.h"
 #include "output.h"
@@ -12,6 +13,8 @@
 
 #include <nlohmann/json.hpp>
 
+#include <algorithm>
+#include <cstddef>
 #include <exception>
 #include <filesystem>
 #include <iostream>
@@ -72,17 +75,39 @@ private:
 
 void print_message(const std::string& message) { std::cerr << printable(message) << "\n"; }
 
+/// Tells people that they will wait, if they will.
+void announce(const std::string& walk, const gait_result& result) {
+  constexpr double not_worth_a_word = 5.0;
+  const double seconds = expected_seconds(result);
+  if (seconds <= not_worth_a_word) {
+    return;
+  }
+  std::size_t strides = 0;
+  for (const auto& foot : result.foot_results) {
+    strides = std::max(strides, foot.cycles.size());
+  }
+  print_message(
+      "note: " + walk + ": the statistics of " + std::to_string(strides) + " strides a foot will take about " +
+      rough_duration(seconds) +
+      ": their time grows with the square of the strides. Ctrl-C ends the program; --max-strides refuses such walks.");
+}
+
 /// A walk's statistics; nullopt, with its faults on the standard error, when there are none.
 std::optional<walk_statistics> read_and_run(const std::filesystem::path& folder, const options& options) {
   try {
-    const gait_walk::read_result read = gait_walk::read_walk_folder(folder);
+    gait_walk::read_options limits;
+    limits.most_strides = options.max_strides.value_or(limits.most_strides);
+    gait_walk::read_result read = gait_walk::read_walk_folder(folder, limits);
     for (const auto& warning : read.warnings) {
       print_message("warning: " + warning.message());
     }
     if (auto faults = gait_walk::check_analysis(read.walk, options.foot, folder.string()); !faults.empty()) {
       throw gait_walk::walk_error(std::move(faults));
     }
-    return run_walk(read.walk, options.foot, options.settings_value);
+    walk_statistics statistics = prepare_walk(std::move(read.walk), options.foot, options.settings_value);
+    announce(folder.string(), statistics.result());
+    compute_statistics(statistics);
+    return statistics;
   } catch (const gait_walk::walk_error& error) {
     for (const auto& fault : error.faults()) {
       print_message(fault.message());

@@ -10,6 +10,8 @@
 #include <list>
 #include <optional>
 #include <string>
+#include <string_view>
+#include <unordered_map>
 #include <utility>
 #include <vector>
 
@@ -26,18 +28,25 @@ gait_walk::analysed_cycles analysed_cycles_of(bool both_feet, gait_walk::side si
   return side == gait_walk::side::left ? gait_walk::analysed_cycles::left : gait_walk::analysed_cycles::right;
 }
 
-counted_reasons reasons_of(const gait_walk::walk& walk, gait_walk::analysed_cycles cycles, exclusion_list list) {
+/// The reasons of the list that is accounted for.
+counted_reasons reasons_of(const gait_walk::walk& walk, gait_walk::analysed_cycles cycles, exclusion_list primary,
+                           exclusion_list fallback) {
+  const auto is_of = [&](const auto& exclusion, exclusion_list list) {
+    return exclusion.cycles == cycles && exclusion.list == list;
+  };
+  const bool has_primary = std::any_of(walk.exclusions.begin(), walk.exclusions.end(),
+                                       [&](const auto& exclusion) { return is_of(exclusion, primary); });
   counted_reasons reasons;
+  std::unordered_map<std::string_view, std::size_t> places;
   for (const auto& exclusion : walk.exclusions) {
-    if (exclusion.cycles != cycles || exclusion.list != list || exclusion.reason.empty()) {
+    if (!is_of(exclusion, has_primary ? primary : fallback) || exclusion.reason.empty()) {
       continue;
     }
-    const auto found = std::find_if(reasons.begin(), reasons.end(), [&](const auto& r) { return r.first == exclusion.reason; });
-    if (found == reasons.end()) {
-      reasons.emplace_back(exclusion.reason, 1);
-    } else {
-      ++found->second;
+    const auto [place, is_new] = places.emplace(exclusion.reason, reasons.size());
+    if (is_new) {
+      reasons.emplace_back(exclusion.reason, 0);
     }
+    ++reasons[place->second].second;
   }
   return reasons;
 }
@@ -69,18 +78,15 @@ stride_length_gaps find_stride_length_gaps(const gait_result& result, bool both_
   return gaps;
 }
 
-reported_foot report_foot(const std::string& name, const gait_walk::foot& foot) { return {name, foot.cycles.size()}; }
-
-void describe_feet(walk_statistics& statistics, const gait_walk::walk& walk, gait_walk::side only) {
+void describe_feet(walk_statistics& statistics, gait_walk::side only) {
+  const gait_result& result = statistics.result();
   if (statistics.both_feet) {
     statistics.sides = {{"right", "_R"}, {"left", "_L"}};
-    statistics.feet = {report_foot("right", *walk.right), report_foot("left", *walk.left)};
-  } else if (only == gait_walk::side::left) {
-    statistics.sides = {{"left", ""}};
-    statistics.feet = {report_foot("left", *walk.left)};
+    statistics.feet = {{"right", result.right_foot->cycles.size()}, {"left", result.left_foot->cycles.size()}};
   } else {
-    statistics.sides = {{"right", ""}};
-    statistics.feet = {report_foot("right", *walk.right)};
+    const std::string name = only == gait_walk::side::left ? "left" : "right";
+    statistics.sides = {{name, ""}};
+    statistics.feet = {{name, result.foot_results.front().cycles.size()}};
   }
 }
 
@@ -119,26 +125,24 @@ std::string speed_in_words(const walk_statistics& walk, const std::string& side,
 
 }  // namespace
 
-walk_statistics run_walk(const gait_walk::walk& walk, std::optional<gait_walk::side> foot, float settings_value) {
+walk_statistics prepare_walk(gait_walk::walk walk, std::optional<gait_walk::side> foot, float settings_value) {
+  const auto only = foot.value_or(walk.left ? gait_walk::side::left : gait_walk::side::right);
   walk_statistics statistics;
   statistics.name = walk.name;
   statistics.settings_value = settings_value;
-  statistics.analysis = gait_walk::make_analysis(walk, foot);
-
-  gait_result& result = statistics.analysis.result;
-  gait_generate_statistics(result, {settings_value});
-
-  statistics.both_feet = result.foot_results.size() > 1;
-  statistics.sampling_rate = result.foot_results.front().recording->sampling_rate;
-  const auto only = foot.value_or(walk.left ? gait_walk::side::left : gait_walk::side::right);
-  describe_feet(statistics, walk, only);
-  statistics.stride_lengths = find_stride_length_gaps(result, statistics.both_feet);
+  statistics.both_feet = !foot && walk.left && walk.right;
   const auto cycles = analysed_cycles_of(statistics.both_feet, only);
-  statistics.excluded_1_reasons =
-      reasons_of(walk, cycles, result.excluded_1.empty() ? exclusion_list::excluded_1_fallback : exclusion_list::excluded_1);
-  statistics.excluded_2_reasons =
-      reasons_of(walk, cycles, result.excluded_2.empty() ? exclusion_list::excluded_2_fallback : exclusion_list::excluded_2);
+  statistics.excluded_1_reasons = reasons_of(walk, cycles, exclusion_list::excluded_1, exclusion_list::excluded_1_fallback);
+  statistics.excluded_2_reasons = reasons_of(walk, cycles, exclusion_list::excluded_2, exclusion_list::excluded_2_fallback);
+  statistics.analysis = gait_walk::make_analysis(std::move(walk), foot);
+  statistics.sampling_rate = statistics.result().foot_results.front().recording->sampling_rate;
+  describe_feet(statistics, only);
   return statistics;
+}
+
+void compute_statistics(walk_statistics& statistics) {
+  gait_generate_statistics(statistics.analysis.result, {statistics.settings_value});
+  statistics.stride_lengths = find_stride_length_gaps(statistics.result(), statistics.both_feet);
 }
 
 bool computed_parameter::has_values() const {

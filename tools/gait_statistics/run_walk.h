@@ -59,8 +59,13 @@ struct walk_statistics {
   const gait_statistics_info& info() const { return result().statistics.info; }
 };
 
-/// Analyses both feet of a walk, or one. Throws std::invalid_argument when the walk does not have that foot.
-walk_statistics run_walk(const gait_walk::walk& walk, std::optional<gait_walk::side> foot, float settings_value);
+/// A walk made ready for its statistics, which are still to be computed: both of its feet, or one.
+///
+/// Throws std::invalid_argument when the walk does not have that foot.
+walk_statistics prepare_walk(gait_walk::walk walk, std::optional<gait_walk::side> foot, float settings_value);
+
+/// Computes the statistics. Their time grows with the square of the strides.
+void compute_statistics(walk_statistics& statistics);
 
 /// The statistics of one parameter on one side; nullopt where one could not be computed.
 struct computed_statistics {

@@ -1,0 +1,372 @@
+"""gait-statistics with walks that are too long, tables without end, signals, and outputs that cannot be written.
+
+    hostile_input_test.py PROGRAM [TestCase...]
+"""
+
+import os
+import pathlib
+import pwd
+import resource
+import shutil
+import signal
+import stat
+import subprocess
+import sys
+import threading
+import time
+
+import gait_statistics_test as program
+from gait_statistics_test import BOTH_FEET, LEFT_FOOT, MEASURED, ProgramTest, run
+
+FOOT_CYCLES_HEADER = "foot,index,first_sample,last_sample," + ",".join(MEASURED) + "\n"
+
+
+def write_long_walk(folder, strides):
+    """A walk of two feet of which nothing but the cycle duration was measured."""
+    folder.mkdir()
+    (folder / "recording.csv").write_text("foot,sampling_rate,signal_1_samples,signal_2_samples\n"
+                                          f"left,100,{strides},{strides}\nright,100,{strides},{strides}\n")
+    with open(folder / "foot_cycles.csv", "w", encoding="utf-8") as table:
+        table.write(FOOT_CYCLES_HEADER)
+        for foot in ("left", "right"):
+            table.writelines(f"{foot},{i},{i},{i},,1.0,,,,,,,,,,,,,,,,,,,,,,,,,\n" for i in range(strides))
+    with open(folder / "feet_cycles.csv", "w", encoding="utf-8") as table:
+        table.write("index,gct,ds,right_index,left_index\n")
+        table.writelines(f"{i},1.0,,{i},{i}\n" for i in range(strides))
+    (folder / "exclusions.csv").write_text("cycles,list,index,reason\n")
+    return folder
+
+
+class EndlessTable:
+    """A pipe in place of a table, into which a text is written for as long as somebody reads."""
+
+    def __init__(self, table, beginning, text):
+        table.unlink()
+        os.mkfifo(table)
+        self.table, self.beginning, self.text = table, beginning.encode(), text.encode() * 1000
+
+    def __enter__(self):
+        self.writer = threading.Thread(target=self.write)
+        self.writer.start()
+
+    def __exit__(self, *_):
+        self.writer.join()
+
+    def write(self):
+        pipe = os.open(self.table, os.O_WRONLY)
+        try:
+            os.write(pipe, self.beginning)
+            while True:
+                os.write(pipe, self.text)
+        except BrokenPipeError:
+            os.close(pipe)
+
+
+class HostileTest(ProgramTest):
+    def setUp(self):
+        super().setUp()
+        self.out = self.folder / "out"
+        self.out.mkdir()
+        self.file = self.out / "result"
+        self.file.write_text("old")
+
+    def copy_of_a_walk(self):
+        return pathlib.Path(shutil.copytree(BOTH_FEET, self.folder / "walk"))
+
+    def start(self, *arguments, **options):
+        process = subprocess.Popen([program.PROGRAM, *map(str, arguments)], stdout=subprocess.PIPE, stderr=subprocess.PIPE,
+                                   encoding="utf-8", **options)
+
+        def end():
+            process.kill()
+            process.wait()
+            process.stdout.close()
+            process.stderr.close()
+        self.addCleanup(end)
+        return process
+
+    def peak_memory(self, *arguments):
+        """What the program says, its exit code, and the most memory that it held (bytes)."""
+        process = self.start(*arguments)
+        text = process.stderr.read()
+        _, status, usage = os.wait4(process.pid, 0)
+        process.returncode = os.waitstatus_to_exitcode(status)
+        return text, process.returncode, 1024 * usage.ru_maxrss
+
+    def check_nothing_was_written(self):
+        self.assertEqual(os.listdir(self.out), ["result"])
+        self.assertEqual(self.file.read_text(), "old")
+
+    def as_nobody(self):
+        """Options to run the program as somebody who may read and write little."""
+        self.folder.chmod(0o755)
+        if os.geteuid() != 0:
+            return {}
+        nobody = pwd.getpwnam("nobody")
+
+        def drop():
+            os.setgroups([])
+            os.setgid(nobody.pw_gid)
+            os.setuid(nobody.pw_uid)
+        try:
+            run("--version", preexec_fn=drop)
+        except PermissionError:
+            self.skipTest("the program lies where only its owner may run it")
+        return {"preexec_fn": drop}
+
+
+class LongWalk(HostileTest):
+    def test_is_announced_with_an_estimate_before_it_is_computed(self):
+        process = self.start(write_long_walk(self.folder / "long", 40000))
+        self.assertRegex(process.stderr.readline(),
+                         f"^note: {self.folder}/long: the statistics of 40000 strides a foot will take about "
+                         r"\d+ (seconds|minutes|hours): their time grows with the square of the strides\. Ctrl-C ends the "
+                         r"program; --max-strides refuses such walks\.\n$")
+        self.assertIsNone(process.poll())
+
+    def test_that_takes_no_time_is_not_announced(self):
+        self.output(write_long_walk(self.folder / "short", 500))
+
+    def test_is_refused_beyond_a_limit_in_little_memory(self):
+        long = write_long_walk(self.folder / "long", 40000)
+        message, exit_code, memory = self.peak_memory("--max-strides", 1000, "--output", self.file, long)
+        self.assertEqual(message, "".join(
+            f"{long}/{what}, expected at most 1000, the limit that was set\n"
+            for what in ("foot_cycles.csv: found 40000 strides of the left foot",
+                         "foot_cycles.csv: found 40000 strides of the right foot",
+                         "feet_cycles.csv: found 40000 cycles of both feet")))
+        self.assertEqual(exit_code, 1)
+        self.check_nothing_was_written()
+        self.assertLess(memory, self.peak_memory(BOTH_FEET)[2] + (6 << 20))
+
+    def test_is_read_up_to_the_limit(self):
+        walk = write_long_walk(self.folder / "walk", 30)
+        self.assertEqual(self.output("--max-strides", 30, walk), self.output(walk))
+
+    def test_may_be_one_of_several(self):
+        result = run("--max-strides", 20, write_long_walk(self.folder / "long", 21), LEFT_FOOT)
+        self.assertEqual((result.returncode, result.stdout), (1, self.output(LEFT_FOOT)))
+
+    def test_is_not_limited_by_something_else_than_a_number_from_1(self):
+        for limit in ("0", "-1", "many", "1.5", "99999999999999999999999", ""):
+            result = run("--max-strides", limit, LEFT_FOOT)
+            self.assertEqual((result.returncode, result.stdout), (2, ""), limit)
+            self.assertRegex(result.stderr, "^gait-statistics: .*--max-strides.*\nTry gait-statistics --help.\n$")
+
+
+class Interruption(HostileTest):
+    SIGNALS = (signal.SIGINT, signal.SIGTERM, signal.SIGHUP, signal.SIGINT)
+
+    def check_ends(self, process, number):
+        """A signal ends the program at once, as the shell is told, without a word and without a trace."""
+        process.send_signal(number)
+        start = time.monotonic()
+        out, err = process.communicate(timeout=30)
+        self.assertLess(time.monotonic() - start, 2)
+        self.assertEqual((process.returncode, out, err), (-number, "", ""))
+        self.check_nothing_was_written()
+
+    def test_while_waiting_for_a_table(self):
+        walk = self.copy_of_a_walk()
+        (walk / "exclusions.csv").unlink()
+        os.mkfifo(walk / "exclusions.csv")
+        for number in self.SIGNALS:
+            process = self.start("--output", self.file, walk)
+            time.sleep(0.05)
+            self.check_ends(process, number)
+
+    def test_in_the_middle_of_a_table(self):
+        walk = self.copy_of_a_walk()
+        table = (walk / "foot_cycles.csv").read_text()
+        (walk / "foot_cycles.csv").unlink()
+        os.mkfifo(walk / "foot_cycles.csv")
+        for number, part in zip(self.SIGNALS, ("", table[:100], table[:2000], table)):
+            process = self.start("--output", self.file, walk)
+            # Open at the end of the writer only: the table has no end until then.
+            with open(walk / "foot_cycles.csv", "w", encoding="utf-8") as pipe:
+                pipe.write(part)
+                pipe.flush()
+                time.sleep(0.02)
+                self.check_ends(process, number)
+
+    def test_while_reading_at_full_speed(self):
+        walk = self.copy_of_a_walk()
+        endless = EndlessTable(walk / "exclusions.csv", "cycles,list,index,reason\n", "feet,excluded_1_fallback,0,\n")
+        for number in self.SIGNALS:
+            process = self.start("--output", self.file, walk)
+            with endless:
+                time.sleep(0.05)
+                self.check_ends(process, number)
+
+    def test_while_computing(self):
+        long = write_long_walk(self.folder / "long", 40000)
+        for number, moment in zip(self.SIGNALS, (0, 0.01, 0.1, 0.4)):
+            process = self.start("--output", self.file, long)
+            self.assertTrue(process.stderr.readline().startswith("note: "))
+            time.sleep(moment)
+            self.check_ends(process, number)
+
+    def test_while_the_standard_output_is_not_read(self):
+        process = self.start("--format", "json", *[BOTH_FEET] * 20)
+        time.sleep(0.2)
+        process.send_signal(signal.SIGINT)
+        self.assertEqual(process.wait(timeout=2), -signal.SIGINT)
+
+    def test_while_a_pipe_for_the_output_has_no_reader(self):
+        os.mkfifo(self.folder / "pipe")
+        process = self.start("--output", self.folder / "pipe", BOTH_FEET)
+        time.sleep(0.1)
+        self.check_ends(process, signal.SIGINT)
+
+    def large_output(self):
+        walk = write_long_walk(self.folder / "walk", 500)
+        arguments = ["--format", "json", "--output", self.file, *[walk] * 12]
+        self.output(*arguments)
+        return arguments, self.file.read_bytes()
+
+    def test_while_writing_leaves_the_old_output_or_the_whole_new_one(self):
+        arguments, new = self.large_output()
+        hits = 0
+        for number in self.SIGNALS:
+            self.file.write_text("old")
+            process = self.start(*arguments)
+            while process.poll() is None and len(os.listdir(self.out)) == 1:
+                pass
+            # Stopped, the program cannot be done before the signal is there.
+            process.send_signal(signal.SIGSTOP)
+            hits += len(os.listdir(self.out)) > 1
+            process.send_signal(number)
+            process.send_signal(signal.SIGCONT)
+            self.assertIn(process.wait(timeout=30), (-number, 0))
+            self.assertEqual(os.listdir(self.out), ["result"])
+            self.assertEqual(self.file.read_bytes(), new)
+        self.assertGreater(hits, 0, "no signal came while the temporary file was there")
+
+    def test_at_any_moment_leaves_the_old_output_or_the_whole_new_one(self):
+        start = time.monotonic()
+        arguments, new = self.large_output()
+        whole_run = time.monotonic() - start
+        codes = set()
+        for eighth in range(9):
+            self.file.write_text("old")
+            process = self.start(*arguments)
+            time.sleep(whole_run * eighth / 8)
+            process.send_signal(signal.SIGINT)
+            codes.add(process.wait(timeout=30))
+            self.assertEqual(os.listdir(self.out), ["result"])
+            self.assertIn(self.file.read_bytes(), (b"old", new) if process.returncode else (new,))
+        self.assertLessEqual(codes, {0, -signal.SIGINT})
+        self.assertIn(-signal.SIGINT, codes)
+
+
+class Tables(HostileTest):
+    def refused(self, walk, message, **options):
+        result = run("--output", self.file, walk, **options)
+        self.assertEqual((result.returncode, result.stdout, result.stderr), (1, "", f"{walk}/{message}\n"))
+        self.check_nothing_was_written()
+
+    TOO_LONG = "found a row of more than 1048576 bytes, expected a shorter one: is a quotation mark left open?"
+
+    def test_with_a_line_of_a_hundred_megabytes(self):
+        walk = self.copy_of_a_walk()
+        with open(walk / "foot_cycles.csv", "a", encoding="utf-8") as table:
+            table.write("left,13,")
+            for _ in range(100):
+                table.write("1" * (1 << 20))
+        number = (walk / "foot_cycles.csv").read_bytes().count(b"\n") + 1
+        start = time.monotonic()
+        message, exit_code, memory = self.peak_memory("--output", self.file, walk)
+        self.assertLess(time.monotonic() - start, 5)
+        self.assertEqual((message, exit_code), (f"{walk}/foot_cycles.csv:{number}: {self.TOO_LONG}\n", 1))
+        self.check_nothing_was_written()
+        self.assertLess(memory, self.peak_memory(BOTH_FEET)[2] + (64 << 20))
+
+    def test_with_a_line_without_end(self):
+        walk = self.copy_of_a_walk()
+        with EndlessTable(walk / "recording.csv", "", "left"):
+            self.refused(walk, f"recording.csv:1: {self.TOO_LONG}")
+
+    def test_that_may_not_be_read(self):
+        walk = self.copy_of_a_walk()
+        (walk / "feet_cycles.csv").chmod(0)
+        self.refused(walk, "feet_cycles.csv: found a file that cannot be read (Permission denied), expected a table",
+                     **self.as_nobody_who_may_write())
+
+    def test_in_a_folder_that_may_not_be_entered(self):
+        walk = self.copy_of_a_walk()
+        nobody = self.as_nobody_who_may_write()
+        walk.chmod(0)
+        result = run("--output", self.file, walk, **nobody)
+        walk.chmod(0o755)
+        self.assertEqual((result.returncode, result.stdout), (1, ""))
+        for table, text in zip(("recording", "foot_cycles", "feet_cycles", "exclusions"), result.stderr.splitlines()):
+            self.assertEqual(text, f"{walk}/{table}.csv: found a file that cannot be read (Permission denied), expected a table")
+        self.check_nothing_was_written()
+
+    def as_nobody_who_may_write(self):
+        options = self.as_nobody()
+        self.out.chmod(0o777)
+        self.file.chmod(0o666)
+        return options
+
+    def test_of_a_socket(self):
+        walk = self.copy_of_a_walk()
+        (walk / "feet_cycles.csv").unlink()
+        os.mknod(walk / "feet_cycles.csv", stat.S_IFSOCK | 0o600)
+        self.refused(walk, "feet_cycles.csv: found a file that cannot be read (No such device or address), expected a table")
+
+
+class Output(HostileTest):
+    def fails(self, what, *arguments, **options):
+        result = run(*arguments, BOTH_FEET, **options)
+        self.assertEqual((result.returncode, result.stdout, result.stderr), (1, "", f"gait-statistics: cannot write {what}\n"))
+
+    def test_in_a_folder_that_may_not_be_written(self):
+        nobody = self.as_nobody()
+        self.file.chmod(0o666)
+        self.out.chmod(0o555)
+        self.fails(f"{self.file}: Permission denied", "--output", self.file, **nobody)
+        self.fails(f"{self.out}/new: Permission denied", "--output", self.out / "new", **nobody)
+        self.check_nothing_was_written()
+        self.out.chmod(0o755)
+
+    def test_that_may_not_be_written(self):
+        nobody = self.as_nobody()
+        self.out.chmod(0o777)
+        self.file.chmod(0o444)
+        self.fails(f"{self.file}: Permission denied", "--output", self.file, **nobody)
+        self.check_nothing_was_written()
+
+    def test_below_a_file(self):
+        self.fails(f"{self.file}/report: Not a directory", "--output", self.file / "report")
+        self.check_nothing_was_written()
+
+    def test_with_a_name_that_is_too_long(self):
+        name = self.out / ("x" * 300)
+        self.fails(f"{name}: File name too long", "--output", name)
+        self.check_nothing_was_written()
+
+    def test_is_kept_at_every_size_at_which_writing_stops(self):
+        size = len(self.output(BOTH_FEET))
+        for limit in (0, 1, size // 2, size - 1):
+            self.fails(f"{self.file}: File too large", "--output", self.file,
+                       preexec_fn=lambda: resource.setrlimit(resource.RLIMIT_FSIZE, (limit, limit)))
+            self.check_nothing_was_written()
+
+    def test_is_kept_on_a_disk_that_is_full(self):
+        # In a mount namespace of its own, the small disk is seen by nobody else.
+        script = ('mount -t tmpfs -o size=4k,nr_inodes=10 tmpfs "$1" && printf old >"$1/result" || exit 77\n'
+                  'shift_to=$1; shift; "$@"; echo "exit code $?"; cat "$shift_to/result"; ls "$shift_to"')
+        disk = self.folder / "disk"
+        disk.mkdir()
+        result = subprocess.run(["unshare", "--mount", "sh", "-c", script, "sh", disk, program.PROGRAM, "--output", disk / "result",
+                                 BOTH_FEET], stdout=subprocess.PIPE, stderr=subprocess.PIPE, encoding="utf-8", check=False)
+        if result.returncode != 0:
+            self.skipTest("no small disk can be mounted here")
+        self.assertEqual(result.stderr, f"gait-statistics: cannot write {disk}/result: No space left on device\n")
+        self.assertEqual(result.stdout, "exit code 1\noldresult\n")
+
+
+if __name__ == "__main__":
+    program.PROGRAM = os.path.abspath(sys.argv[1])
+    program.unittest.main(argv=[sys.argv[0], *sys.argv[2:]])
