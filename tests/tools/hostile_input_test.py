@@ -21,20 +21,31 @@ from gait_statistics_test import BOTH_FEET, LEFT_FOOT, MEASURED, ProgramTest, ru
 FOOT_CYCLES_HEADER = "foot,index,first_sample,last_sample," + ",".join(MEASURED) + "\n"
 
 
-def write_long_walk(folder, strides):
+def write_long_walk(folder, strides, gct=None):
     """A walk of two feet of which nothing but the cycle duration was measured."""
+    gct = gct or [1.0] * strides
     folder.mkdir()
     (folder / "recording.csv").write_text("foot,sampling_rate,signal_1_samples,signal_2_samples\n"
                                           f"left,100,{strides},{strides}\nright,100,{strides},{strides}\n")
     with open(folder / "foot_cycles.csv", "w", encoding="utf-8") as table:
         table.write(FOOT_CYCLES_HEADER)
         for foot in ("left", "right"):
-            table.writelines(f"{foot},{i},{i},{i},,1.0,,,,,,,,,,,,,,,,,,,,,,,,,\n" for i in range(strides))
+            table.writelines(f"{foot},{i},{i},{i},,{gct[i]},,,,,,,,,,,,,,,,,,,,,,,,,\n" for i in range(strides))
     with open(folder / "feet_cycles.csv", "w", encoding="utf-8") as table:
         table.write("index,gct,ds,right_index,left_index\n")
         table.writelines(f"{i},1.0,,{i},{i}\n" for i in range(strides))
     (folder / "exclusions.csv").write_text("cycles,list,index,reason\n")
     return folder
+
+
+def order_against_the_sort(count):
+    """Values of which a quicksort that takes the middle one as pivot always takes the largest."""
+    values = []
+    for number in range(count):
+        values.append(number)
+        middle = number // 2
+        values[middle], values[-1] = number, values[middle]
+    return values
 
 
 class EndlessTable:
@@ -142,6 +153,15 @@ class LongWalk(HostileTest):
     def test_is_read_up_to_the_limit(self):
         walk = write_long_walk(self.folder / "walk", 30)
         self.assertEqual(self.output("--max-strides", 30, walk), self.output(walk))
+
+    def test_made_to_exhaust_the_stack_is_computed(self):
+        walk = write_long_walk(self.folder / "walk", 10000, order_against_the_sort(10000))
+
+        def leave_little_stack():
+            resource.setrlimit(resource.RLIMIT_STACK, (256 << 10, resource.getrlimit(resource.RLIMIT_STACK)[1]))
+        result = run("--format", "csv", walk, preexec_fn=leave_little_stack)
+        self.assertEqual((result.returncode, result.stderr), (0, ""))
+        self.assertIn("4999.5", result.stdout)
 
     def test_may_be_one_of_several(self):
         result = run("--max-strides", 20, write_long_walk(self.folder / "long", 21), LEFT_FOOT)
