@@ -548,6 +548,35 @@ TEST(GenerateStatistics, StartsAfreshFromAnEmptyMap) {
   EXPECT_EQ(difference(afresh, text_of_output(w.excluded_1({1, 2}).analyse())), "");
 }
 
+/// Analyses every result in a thread of its own.
+void analyse_at_once(const std::vector<gait_result*>& results) {
+  std::vector<std::thread> threads;
+  threads.reserve(results.size());
+  for (gait_result* result : results) {
+    threads.emplace_back([result] { gait_generate_statistics(*result, {}); });
+  }
+  for (std::thread& thread : threads) {
+    thread.join();
+  }
+}
+
+TEST(GenerateStatistics, OfWalksOfTheirOwnMayRunAtOnce) {
+  std::vector<walk> walks;
+  for (int i = 0; i < 4; ++i) {
+    walks.push_back(one_foot(foot().ramp(40, 1.0 + i, 0.03)));
+    walks.push_back(two_feet(foot().ramp(40, 1.0, 0.03), foot().ramp(40, 1.5 + i, 0.02)));
+  }
+  std::vector<walk> one_by_one = walks;
+  std::vector<gait_result*> results;
+  for (walk& w : walks) {
+    results.push_back(&w.result());
+  }
+  analyse_at_once(results);
+  for (std::size_t i = 0; i < walks.size(); ++i) {
+    EXPECT_EQ(difference(text_of_output(*results[i]), text_of_output(one_by_one[i].analyse())), "");
+  }
+}
+
 TEST(GenerateStatistics, OfDifferentResultsMayRunAtOnceOnTheSameFeet) {
   walk w = two_feet(foot().ramp(40, 1.0, 0.03), foot().ramp(40, 1.5, 0.02)).excluded_1({3, 7});
   gait_result& shared = w.result();
@@ -564,14 +593,11 @@ TEST(GenerateStatistics, OfDifferentResultsMayRunAtOnceOnTheSameFeet) {
     }
     gait_generate_statistics(one_by_one[i], {});
   }
-  std::vector<std::thread> threads;
-  threads.reserve(results.size());
+  std::vector<gait_result*> at_once;
   for (gait_result& result : results) {
-    threads.emplace_back([&result] { gait_generate_statistics(result, {}); });
+    at_once.push_back(&result);
   }
-  for (std::thread& thread : threads) {
-    thread.join();
-  }
+  analyse_at_once(at_once);
   for (std::size_t i = 0; i < results.size(); ++i) {
     EXPECT_EQ(difference(text_of_output(results[i]), text_of_output(one_by_one[i])), "");
   }
