@@ -46,24 +46,9 @@ gait_statistics_info info_of(const accounting& a, gait_statistics_info info = {}
   return info;
 }
 
-accounting excluding_1(std::list<int> indices) {
+accounting excluding(std::list<int> accounting::*kind, std::list<int> indices) {
   accounting a;
-  a.excluded_1 = std::move(indices);
-  return a;
-}
-accounting excluding_1_fallback(std::list<int> indices) {
-  accounting a;
-  a.excluded_1_fallback = std::move(indices);
-  return a;
-}
-accounting excluding_2(std::list<int> indices) {
-  accounting a;
-  a.excluded_2 = std::move(indices);
-  return a;
-}
-accounting excluding_2_fallback(std::list<int> indices) {
-  accounting a;
-  a.excluded_2_fallback = std::move(indices);
+  a.*kind = std::move(indices);
   return a;
 }
 
@@ -83,7 +68,7 @@ TEST(CycleAccounting, OfFourEmptyListsTakesOffTwoCyclesAndNoTime) {
 
 TEST(CycleAccounting, CountsTheConstantTwoWhateverTheLengthOfTheKind2Fallback) {
   for (const std::list<int>& fallback : {std::list<int>{}, {0}, {0, 1}, {0, 1, 2}, {0, 1, 2, 3, 3, 9}}) {
-    const auto info = info_of(excluding_2_fallback(fallback));
+    const auto info = info_of(excluding(&accounting::excluded_2_fallback, fallback));
     EXPECT_EQ(info.excluded_2_fallback_count, 2U);
     EXPECT_EQ(info.excluded_2_count, 2U);
     EXPECT_EQ(info.included_count, 2);
@@ -91,14 +76,14 @@ TEST(CycleAccounting, CountsTheConstantTwoWhateverTheLengthOfTheKind2Fallback) {
 }
 
 TEST(CycleAccounting, SumsTheWholeKind2FallbackAlthoughItCountsTwo) {
-  const auto info = info_of(excluding_2_fallback({0, 1, 2}));
+  const auto info = info_of(excluding(&accounting::excluded_2_fallback, {0, 1, 2}));
   EXPECT_THAT(info.excluded_2_fallback_duration, SameBits(7.0));
   EXPECT_THAT(info.excluded_2_duration, SameBits(7.0));
   EXPECT_THAT(info.included_duration, SameBits(93.0));
 }
 
 TEST(CycleAccounting, CountsTheKind1FallbackByItsLength) {
-  const auto info = info_of(excluding_1_fallback({0, 1, 2}));
+  const auto info = info_of(excluding(&accounting::excluded_1_fallback, {0, 1, 2}));
   EXPECT_EQ(info.excluded_1_fallback_count, 3U);
   EXPECT_EQ(info.excluded_1_count, 3U);
   EXPECT_THAT(info.excluded_1_fallback_duration, SameBits(7.0));
@@ -141,32 +126,32 @@ TEST(CycleAccounting, LeavesTheFallbackOutAlsoWhereNoPrimaryIndexIsInRange) {
 }
 
 TEST(CycleAccounting, AddsADuplicateOncePerOccurrence) {
-  const auto info = info_of(excluding_2({0, 0}));
+  const auto info = info_of(excluding(&accounting::excluded_2, {0, 0}));
   EXPECT_EQ(info.excluded_2_count, 2U);
   EXPECT_THAT(info.excluded_2_duration, SameBits(2.0));
 }
 
 TEST(CycleAccounting, CountsOutOfRangeIndicesButAddsNoTime) {
   const std::list<int> indices = {4, -1, 1, int_min, int_max};
-  EXPECT_EQ(info_of(excluding_1(indices)).excluded_1_count, 5U);
-  EXPECT_EQ(info_of(excluding_1_fallback(indices)).excluded_1_fallback_count, 5U);
-  EXPECT_EQ(info_of(excluding_2(indices)).excluded_2_count, 5U);
-  EXPECT_EQ(info_of(excluding_2(indices)).included_count, -1);
-  EXPECT_THAT(info_of(excluding_1(indices)).excluded_1_duration, SameBits(2.0));
-  EXPECT_THAT(info_of(excluding_1_fallback(indices)).excluded_1_fallback_duration, SameBits(2.0));
-  EXPECT_THAT(info_of(excluding_2(indices)).excluded_2_duration, SameBits(2.0));
-  EXPECT_THAT(info_of(excluding_2_fallback(indices)).excluded_2_fallback_duration, SameBits(2.0));
+  EXPECT_EQ(info_of(excluding(&accounting::excluded_1, indices)).excluded_1_count, 5U);
+  EXPECT_EQ(info_of(excluding(&accounting::excluded_1_fallback, indices)).excluded_1_fallback_count, 5U);
+  EXPECT_EQ(info_of(excluding(&accounting::excluded_2, indices)).excluded_2_count, 5U);
+  EXPECT_EQ(info_of(excluding(&accounting::excluded_2, indices)).included_count, -1);
+  EXPECT_THAT(info_of(excluding(&accounting::excluded_1, indices)).excluded_1_duration, SameBits(2.0));
+  EXPECT_THAT(info_of(excluding(&accounting::excluded_1_fallback, indices)).excluded_1_fallback_duration, SameBits(2.0));
+  EXPECT_THAT(info_of(excluding(&accounting::excluded_2, indices)).excluded_2_duration, SameBits(2.0));
+  EXPECT_THAT(info_of(excluding(&accounting::excluded_2_fallback, indices)).excluded_2_fallback_duration, SameBits(2.0));
 }
 
 TEST(CycleAccounting, CountsACycleWithoutDurationButAddsNoTime) {
-  accounting a = excluding_1({0, 1});
+  accounting a = excluding(&accounting::excluded_1, {0, 1});
   a.gct = {-1.0, 2.0};
   EXPECT_EQ(info_of(a).excluded_1_count, 2U);
   EXPECT_THAT(info_of(a).excluded_1_duration, SameBits(2.0));
 }
 
 TEST(CycleAccounting, AddsADurationThatIsAlmostMinusOne) {
-  accounting a = excluding_1({0});
+  accounting a = excluding(&accounting::excluded_1, {0});
   a.gct = {-1.0000001};
   EXPECT_THAT(info_of(a).excluded_1_duration, SameBits(-1.0000001));
   EXPECT_THAT(info_of(a).included_duration, SameBits(100.0 - -1.0000001));
@@ -206,7 +191,7 @@ TEST(CycleAccounting, AddsTheDurationsOfBothKindsBeforeItSubtractsThem) {
 }
 
 TEST(CycleAccounting, SumsInTheOrderOfTheList) {
-  accounting a = excluding_2({0, 1, 2});
+  accounting a = excluding(&accounting::excluded_2, {0, 1, 2});
   a.gct = {1e16, 1.0, -1e16};
   EXPECT_THAT(info_of(a).excluded_2_duration, SameBits(0.0));
   a.excluded_2 = {0, 2, 1};
@@ -214,7 +199,8 @@ TEST(CycleAccounting, SumsInTheOrderOfTheList) {
 }
 
 TEST(CycleAccounting, PassesNanOnToTheIncludedDuration) {
-  for (accounting a : {excluding_1({0}), excluding_1_fallback({0}), excluding_2({0}), excluding_2_fallback({0})}) {
+  for (accounting a : {excluding(&accounting::excluded_1, {0}), excluding(&accounting::excluded_1_fallback, {0}),
+                       excluding(&accounting::excluded_2, {0}), excluding(&accounting::excluded_2_fallback, {0})}) {
     a.gct = {nan};
     EXPECT_THAT(info_of(a).included_duration, SameBits(nan));
   }
@@ -232,7 +218,7 @@ TEST(CycleAccounting, DoesNotTouchTheFieldsOfTheWalk) {
   info.cycle_count = 77;
   info.excluded_count = -8;
   info.cycles = {5, 4, 3};
-  EXPECT_EQ(difference(text_of_walk(info_of(excluding_1({0, 1}), info)), text_of_walk(info)), "");
+  EXPECT_EQ(difference(text_of_walk(info_of(excluding(&accounting::excluded_1, {0, 1}), info)), text_of_walk(info)), "");
 }
 
 TEST(CycleAccounting, WritesAllItsFieldsOnEveryCall) {
@@ -248,7 +234,8 @@ TEST(CycleAccounting, WritesAllItsFieldsOnEveryCall) {
   used.excluded_1_duration = nan;
   used.included_duration = nan;
   for (const accounting& a :
-       {accounting(), excluding_1({0}), excluding_1_fallback({0}), excluding_2({0}), excluding_2_fallback({0})}) {
+       {accounting(), excluding(&accounting::excluded_1, {0}), excluding(&accounting::excluded_1_fallback, {0}),
+        excluding(&accounting::excluded_2, {0}), excluding(&accounting::excluded_2_fallback, {0})}) {
     EXPECT_EQ(difference(text_of(info_of(a, used)), text_of(info_of(a))), "");
   }
 }
