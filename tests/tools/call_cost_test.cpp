@@ -51,7 +51,7 @@ walk with_exclusions(walk walk, exclusion_list list, int count) {
   return walk;
 }
 
-// On a quiet machine it is above 0.5.
+// How near the estimate must be: the lesser of both times, divided by the greater. On a quiet machine that is above 0.5.
 constexpr double not_far_off = 0.25;
 
 double processor_seconds(const std::function<void()>& work) {
@@ -106,12 +106,6 @@ TEST(ExpectedTime, OfAWalkOfOrdinaryLengthIsNotWorthAWord) {
   for (const int strides : {1, 2, 15, 16, 17, 127, 128, 129, 1000}) {
     EXPECT_LT(expected_seconds(gait_walk::make_analysis(walk_of(strides)).result), 5.0);
   }
-}
-
-TEST(ExpectedTime, ChangesNothing) {
-  const analysis analysis = gait_walk::make_analysis(walk_of(20));
-  expected_seconds(analysis.result);
-  EXPECT_TRUE(analysis.result.statistics.parameters.empty());
 }
 
 TEST(RoughDuration, IsInTheUnitThatPeopleUse) {

@@ -24,6 +24,10 @@ foreach(topic IN ITEMS LongWalk Interruption Tables Output)
     COMMAND ${GAIT_PYTHON} ${CMAKE_CURRENT_LIST_DIR}/hostile_input_test.py $<TARGET_FILE:gait-statistics> ${topic})
 endforeach()
 
+add_test(NAME gait_statistics_program.hostile.MillionStrides
+  COMMAND ${GAIT_PYTHON} ${CMAKE_CURRENT_LIST_DIR}/hostile_input_test.py $<TARGET_FILE:gait-statistics> MillionStrides)
+set_tests_properties(gait_statistics_program.hostile.MillionStrides PROPERTIES LABELS long)
+
 add_executable(call_cost_test call_cost_test.cpp)
 target_link_libraries(call_cost_test PRIVATE gait_program gait_walk_folder gait::statistics GTest::gtest_main gait_warnings)
 gtest_discover_tests(call_cost_test)

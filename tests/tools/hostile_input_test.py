@@ -174,8 +174,33 @@ class LongWalk(HostileTest):
             self.assertRegex(result.stderr, "^gait-statistics: .*--max-strides.*\nTry gait-statistics --help.\n$")
 
 
+class MillionStrides(HostileTest):
+    """Half a million of each foot."""
+
+    def setUp(self):
+        super().setUp()
+        self.walk = write_long_walk(self.folder / "walk", 500000)
+
+    def test_are_refused_in_little_memory(self):
+        start = time.monotonic()
+        message, exit_code, memory = self.peak_memory("--max-strides", 20000, "--output", self.file, self.walk)
+        self.assertEqual((len(message.splitlines()), exit_code), (3, 1))
+        self.check_nothing_was_written()
+        self.assertLess(memory, 40 << 20)
+        self.assertLess(time.monotonic() - start, 60)
+
+    def test_are_read_in_memory_in_proportion_and_announced(self):
+        process = self.start("--output", self.file, self.walk)
+        self.assertIn("500000 strides a foot will take about", process.stderr.readline())
+        peak = next(line for line in open(f"/proc/{process.pid}/status", encoding="ascii") if line.startswith("VmHWM:"))
+        process.terminate()
+        self.assertEqual(process.wait(), -signal.SIGTERM)
+        self.check_nothing_was_written()
+        self.assertLess(1024 * int(peak.split()[1]), 512 * 1000000)
+
+
 class Interruption(HostileTest):
-    SIGNALS = (signal.SIGINT, signal.SIGTERM, signal.SIGHUP, signal.SIGINT)
+    SIGNALS = (signal.SIGINT, signal.SIGTERM, signal.SIGHUP, signal.SIGQUIT)
 
     def check_ends(self, process, number):
         """A signal ends the program at once, as the shell is told, without a word and without a trace."""
@@ -379,7 +404,8 @@ class Output(HostileTest):
                   'shift_to=$1; shift; "$@"; echo "exit code $?"; cat "$shift_to/result"; ls "$shift_to"')
         disk = self.folder / "disk"
         disk.mkdir()
-        result = subprocess.run(["unshare", "--mount", "sh", "-c", script, "sh", disk, program.PROGRAM, "--output", disk / "result",
+        as_root = [] if os.geteuid() == 0 else ["--map-root-user"]
+        result = subprocess.run(["unshare", *as_root, "--mount", "sh", "-c", script, "sh", disk, program.PROGRAM, "--output", disk / "result",
                                  BOTH_FEET], stdout=subprocess.PIPE, stderr=subprocess.PIPE, encoding="utf-8", check=False)
         if result.returncode != 0:
             self.skipTest("no small disk can be mounted here")
@@ -388,5 +414,8 @@ class Output(HostileTest):
 
 
 if __name__ == "__main__":
+    # A caller that ignores signals, as nohup does, would have the program ignore them too.
+    for ends in Interruption.SIGNALS:
+        signal.signal(ends, signal.SIG_DFL)
     program.PROGRAM = os.path.abspath(sys.argv[1])
     program.unittest.main(argv=[sys.argv[0], *sys.argv[2:]])

@@ -1,14 +1,14 @@
 
-add_executable(walk_folder_tests
+add_executable(walk_folder_test
   walk_folder_analysis_test.cpp
   walk_folder_csv_test.cpp
   walk_folder_faults_test.cpp
   walk_folder_hostile_test.cpp
   walk_folder_test.cpp)
-target_link_libraries(walk_folder_tests PRIVATE gait_walk_folder gait_warnings GTest::gtest_main)
+target_link_libraries(walk_folder_test PRIVATE gait_walk_folder gait_warnings GTest::gtest_main)
 
 set(walk_folder_environment "")
 if(GAIT_REAL_WALKS)
   set(walk_folder_environment PROPERTIES ENVIRONMENT "GAIT_REAL_WALKS=${GAIT_REAL_WALKS}")
 endif()
-gtest_discover_tests(walk_folder_tests ${walk_folder_environment})
+gtest_discover_tests(walk_folder_test ${walk_folder_environment})
