@@ -97,7 +97,8 @@ TEST(Faults, ShowLongCellsShortenedAndControlCharactersEscaped) {
   EXPECT_EQ(fault_of_cell("\xC2\x9B"
                           "m"),
             shown_as("\\x9bm"));
-  EXPECT_EQ(fault_of_cell("\xC3\xA4\xE2\x82\xAC"), shown_as("\xC3\xA4\xE2\x82\xAC"));
+  EXPECT_EQ(fault_of_cell("\xC2\x80\xC2\x9F"), shown_as("\\x80\\x9f")) << "the first and the last of these control characters";
+  EXPECT_EQ(fault_of_cell("\xC2\xA0\xC3\xA4\xE2\x82\xAC"), shown_as("\xC2\xA0\xC3\xA4\xE2\x82\xAC"));
 }
 
 // ---- Folders and files ----------------------------------------------------------------------------------------

@@ -9,7 +9,6 @@
 #include <functional>
 #include <istream>
 #include <iterator>
-#include <limits>
 #include <map>
 #include <memory>
 #include <system_error>
@@ -199,10 +198,8 @@ void walk_reader::add_recording(const checked_row<recording_row>& checked) {
   foot.recorded.emplace();
   foot.recorded_line = checked.line;
   foot.recorded->sampling_rate = row.sampling_rate;
-  // A number of samples that could not be read bounds nothing.
-  constexpr auto unknown = std::numeric_limits<std::uint64_t>::max();
-  foot.recorded->signal_1_samples = checked.has("signal_1_samples") ? row.signal_1_samples : unknown;
-  foot.recorded->signal_2_samples = checked.has("signal_2_samples") ? row.signal_2_samples : unknown;
+  foot.recorded->signal_1_samples = row.signal_1_samples;
+  foot.recorded->signal_2_samples = row.signal_2_samples;
 }
 
 void walk_reader::read_foot_cycles() {
