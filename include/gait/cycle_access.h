@@ -42,8 +42,14 @@ public:
   }
 
   /// Walks, visits what was reached in the order in which it was added, and starts over. Not for an empty group.
+  // What g++ makes of the function by itself, at -O3, is half as fast on nodes that lie in order.
+  // clang-format off
   template <class Visit>
+#ifndef __clang__
+  [[gnu::always_inline]]
+#endif
   void walk_and_visit(Visit& visit) {
+    // clang-format on
     // The walks that a last group lacks go along with its last one.
     std::fill(ends_.begin() + count_, ends_.end(), ends_[count_ - 1]);
     const auto nearer = [](const walk_end& a, const walk_end& b) { return a.index < b.index; };
