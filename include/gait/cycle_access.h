@@ -134,9 +134,10 @@ Visit for_each_cycle_by_groups(const std::list<Cycle>& cycles, const std::list<i
 /// Every cycle is reached afresh from the front of its list: no table is built and no position is carried
 /// from one index to the next, so that indices may come in any order. O(n * k) steps for k indices over n
 /// cycles, a group of walks at a time; no allocation; throws only what `visit` throws. Returns `visit`, with what it
-/// has gathered: what it holds itself, and does not refer to, can stay in registers.
+/// has gathered: what it holds itself, and does not refer to, can stay in registers. Inlined, because two calls are a
+/// tenth of the time that a list of 20 takes.
 template <class Cycle, class Visit>
-Visit for_each_cycle(const std::list<Cycle>& cycles, const std::list<int>& indices, Visit visit) {
+[[gnu::always_inline]] inline Visit for_each_cycle(const std::list<Cycle>& cycles, const std::list<int>& indices, Visit visit) {
   // On a shorter list the processor overlaps the walks by itself.
   constexpr std::size_t shortest_worth_a_group = 32;
   if (cycles.size() >= shortest_worth_a_group) {
