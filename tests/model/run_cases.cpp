@@ -18,6 +18,8 @@
 // Every call prints "called" with what it returned or threw, and, if the input is not what it was, a line that says so;
 // then "info", "parameter" for every entry, and "quality_flags". The end of a case is printed too.
 
+#include "builders.h"
+
 #include <gait/generate_statistics.h>
 
 #include <array>
@@ -40,17 +42,6 @@
 #include <vector>
 
 namespace {
-
-// clang-format off
-constexpr std::array<double gait_foot_cycle::*, 27> measured_fields = {
-    &gait_foot_cycle::hs, &gait_foot_cycle::gct, &gait_foot_cycle::swing, &gait_foot_cycle::stance,
-    &gait_foot_cycle::contact, &gait_foot_cycle::cadence, &gait_foot_cycle::ldr, &gait_foot_cycle::ffr,
-    &gait_foot_cycle::pur, &gait_foot_cycle::slength, &gait_foot_cycle::swidth, &gait_foot_cycle::path_length,
-    &gait_foot_cycle::speed, &gait_foot_cycle::ta, &gait_foot_cycle::peakswing, &gait_foot_cycle::top,
-    &gait_foot_cycle::hsp, &gait_foot_cycle::step_time, &gait_foot_cycle::step_length,
-    &gait_foot_cycle::strike_eversion, &gait_foot_cycle::max_hc, &gait_foot_cycle::min_tc, &gait_foot_cycle::max_tc1,
-    &gait_foot_cycle::max_tc2, &gait_foot_cycle::mtc_speed, &gait_foot_cycle::impact_vert, &gait_foot_cycle::impact_hor};
-// clang-format on
 
 /// A line, from left to right.
 class words {
@@ -235,7 +226,7 @@ public:
     from.read(cycle.first_sample);
     from.read(cycle.last_sample);
     from.read(cycle.index);
-    for (const auto field : measured_fields) {
+    for (const auto field : gait_test::foot::measured_fields) {
       from.read(cycle.*field);
     }
   }
@@ -286,7 +277,7 @@ public:
         add(cycle.first_sample);
         add(cycle.last_sample);
         add(cycle.index);
-        for (const auto field : measured_fields) {
+        for (const auto field : gait_test::foot::measured_fields) {
           add(cycle.*field);
         }
       }

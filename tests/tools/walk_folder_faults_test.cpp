@@ -323,15 +323,18 @@ TEST(Row, WithTooFewOrTooManyCells) {
                       ":4: found 5 cells, expected 4: a reason with a comma in it needs quotation marks around it"}));
 }
 
-messages faults_of_feet_cycle(const std::string& row) {
+/// The faults of the first two-feet cycle with another text in it, without their beginning.
+messages faults_of_feet_cycle(const std::string& old, const std::string& text, const std::string& beginning) {
   tables walk;
-  change(walk.feet_cycles, "0,1.25,25.5,0,0", row);
+  change(walk.feet_cycles, old, text);
   messages faults = faults_of(walk);
   for (std::string& fault : faults) {
-    fault = replaced(fault, "w/feet_cycles.csv:2: ", "");
+    fault = replaced(fault, "w/feet_cycles.csv:2: " + beginning, "");
   }
   return faults;
 }
+
+messages faults_of_feet_cycle(const std::string& row) { return faults_of_feet_cycle("0,1.25,25.5,0,0", row, ""); }
 
 TEST(Row, OfTooManyCellsAsksAboutDecimalCommas) {
   const std::string asks = ": are there decimal commas in place of decimal points?";
@@ -353,15 +356,7 @@ TEST(Row, WithTooFewCellsLacksNothingElse) {
   EXPECT_EQ(faults_of(walk), (messages{"w/foot_cycles.csv:4: found 2 cells, expected 31"}));
 }
 
-messages faults_of_measured(const std::string& cell) {
-  tables walk;
-  change(walk.feet_cycles, "25.5", cell);
-  messages faults = faults_of(walk);
-  for (std::string& fault : faults) {
-    fault = replaced(fault, "w/feet_cycles.csv:2: column ds: ", "");
-  }
-  return faults;
-}
+messages faults_of_measured(const std::string& cell) { return faults_of_feet_cycle("25.5", cell, "column ds: "); }
 
 TEST(Measured, ThatIsNoNumber) {
   for (const std::string cell : {"abc", "1.5s", "1.2.3", "0x10", "--1", "+-1", "+", "-", ".", "e5", "1e", "nan(1)", "-nan",
