@@ -6,10 +6,10 @@
 
 #include "bits.h"
 #include "by_steps.h"
+#include "bytes_of.h"
 #include "check.h"
 #include "fuzzed_walk.h"
 #include "input.h"
-#include "records.h"
 #include "text_of.h"
 
 #include <algorithm>
@@ -369,7 +369,7 @@ void check_parameters(const gait_result& result, const parameters& before) {
     keys.insert("asymmetry");
   }
   for (const auto& [key, parameter] : before) {
-    check(now.count(key) == 1 && fuzz::bytes_without_ratio(now.at(key)) == fuzz::bytes_without_ratio(parameter),
+    check(now.count(key) == 1 && gait_test::bytes_without_ratio(now.at(key)) == gait_test::bytes_without_ratio(parameter),
           "an entry that was there is kept");
     keys.insert(key);
   }
@@ -392,7 +392,7 @@ bool lacks_a_signal(const gait_result& result) {
 
 /// Whether the call came to its end, and not to a signal that is not there.
 bool analyse(fuzz::fuzzed_walk& walk) {
-  const std::string before = fuzz::bytes_of_input(walk.result);
+  const std::string before = gait_test::bytes_of_input(walk.result);
   bool done = false;
   try {
     done = gait_generate_statistics(walk.result, walk.settings);
@@ -400,7 +400,7 @@ bool analyse(fuzz::fuzzed_walk& walk) {
   } catch (const std::out_of_range& error) {
     check(error.what() == std::string("unordered_map::at: key not found"), "the text of the exception");
   }
-  check(fuzz::bytes_of_input(walk.result) == before, "the call leaves its input as it is");
+  check(gait_test::bytes_of_input(walk.result) == before, "the call leaves its input as it is");
   return done;
 }
 
@@ -411,15 +411,15 @@ void analyse_and_check(fuzz::fuzzed_walk& walk) {
 }
 
 void check_same_output(const gait_result& now, const gait_result& expected, const char* what) {
-  if (fuzz::bytes_of_output(now) != fuzz::bytes_of_output(expected)) {
+  if (gait_test::bytes_of_output(now) != gait_test::bytes_of_output(expected)) {
     fuzz::fail(what + gait_test::difference(gait_test::text_of_output(expected), gait_test::text_of_output(now)));
   }
 }
 
 void check_untouched(fuzz::fuzzed_walk& walk, bool comes_to_its_end) {
-  const std::string before = fuzz::bytes_of_output(walk.result);
+  const std::string before = gait_test::bytes_of_output(walk.result);
   check(analyse(walk) == comes_to_its_end, "a signal that is not there is an exception, no feet are none");
-  check(fuzz::bytes_of_output(walk.result) == before, "a call that computes nothing writes nothing");
+  check(gait_test::bytes_of_output(walk.result) == before, "a call that computes nothing writes nothing");
 }
 
 }  // namespace

@@ -5,9 +5,8 @@
 
 #include <gait/generate_statistics.h>
 
-#include "builders.h"
+#include "bytes_of_walk.h"
 #include "check.h"
-#include "records.h"
 #include "walk_folder_tables.h"
 
 #include <algorithm>
@@ -106,13 +105,25 @@ void check_place(const gait_walk::fault& fault, const table_texts& texts) {
   fuzz::fail("a fault is in one of the four tables");
 }
 
+/// Whether a text holds control characters: those of ASCII, or, in UTF-8, U+0080 to U+009F.
+bool acts_on_a_terminal(const std::string& text) {
+  unsigned char before = '\0';
+  for (const char character : text) {
+    const auto byte = static_cast<unsigned char>(character);
+    if (byte < 0x20 || byte == 0x7F || (before == 0xC2 && byte >= 0x80 && byte <= 0x9F)) {
+      return true;
+    }
+    before = byte;
+  }
+  return false;
+}
+
 void check_faults(const std::vector<gait_walk::fault>& faults, const table_texts& texts) {
   std::map<std::string, std::size_t> count;
   for (const gait_walk::fault& fault : faults) {
     const std::string message = fault.message();
     check(!fault.text.empty(), "a fault says what is wrong");
-    check(std::none_of(message.begin(), message.end(), [](unsigned char c) { return c < 0x20 || c == 0x7F; }),
-          "a message holds nothing that acts on a terminal");
+    check(!acts_on_a_terminal(message), "a message holds nothing that acts on a terminal");
     check(message.size() < 1000, "a message is short");
     check_place(fault, texts);
     ++count[fault.file];
@@ -156,35 +167,12 @@ void analyse(const gait_walk::walk& walk, std::optional<side> only) {
   check(!analysis.result.statistics.info.cycles.empty(), "an analysis has cycles to include");
 }
 
-std::string bytes_of(const gait_walk::walk& walk) {
-  fuzz::byte_string bytes;
-  for (const auto* foot : {&walk.left, &walk.right}) {
-    bytes.add(foot->has_value());
-    if (*foot) {
-      bytes.add((*foot)->sampling_rate, (*foot)->signal_1_samples, (*foot)->signal_2_samples);
-      for (const gait_foot_cycle& cycle : (*foot)->cycles) {
-        bytes.add(cycle.index, cycle.first_sample, cycle.last_sample);
-        for (const auto field : gait_test::foot::measured_fields) {
-          bytes.add(cycle.*field);
-        }
-      }
-    }
-  }
-  for (const gait_walk::feet_cycle& cycle : walk.feet) {
-    bytes.add(cycle.gct, cycle.ds, cycle.right_index.value_or(-1), cycle.left_index.value_or(-1));
-  }
-  for (const gait_walk::exclusion& exclusion : walk.exclusions) {
-    bytes.add(exclusion.cycles, exclusion.list, exclusion.index, exclusion.reason);
-  }
-  return bytes.text();
-}
-
 void check_written(const gait_walk::walk& walk) {
   // One for all inputs, because making it takes longer than the rest.
-  static const walk_folder_tests::temporary_folder folder;
+  static const tool_tests::temporary_folder folder;
   gait_walk::write_walk_folder(walk, folder.path());
   const gait_walk::walk again = gait_walk::read_walk_folder(folder.path()).walk;
-  check(bytes_of(again) == bytes_of(walk), "a walk that is written is read as the same");
+  check(tool_tests::bytes_of(again) == tool_tests::bytes_of(walk), "a walk that is written is read as the same");
 }
 
 }  // namespace

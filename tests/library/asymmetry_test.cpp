@@ -26,9 +26,6 @@ using gait_test::nan;
 using testing::IsEmpty;
 using testing::SizeIs;
 
-constexpr int int_max = std::numeric_limits<int>::max();
-constexpr int int_min = std::numeric_limits<int>::min();
-
 void expect_absent_key(const std::function<void()>& call) {
   try {
     call();

@@ -2,7 +2,7 @@
 #define GAIT_TESTS_LIBRARY_BITS_H
 
 /// \file
-/// Doubles compared by their bits: 0.0 is not -0.0, and sums that differ in their last bit differ.
+/// Doubles compared by their bits: 0.0 is not -0.0, and sums that differ in their last bit differ. And numbers at the ends.
 
 #include <gmock/gmock.h>
 #include <gtest/gtest.h>
@@ -20,6 +20,8 @@ namespace gait_test {
 
 inline constexpr double nan = std::numeric_limits<double>::quiet_NaN();
 inline constexpr double infinity = std::numeric_limits<double>::infinity();
+inline constexpr int int_max = std::numeric_limits<int>::max();
+inline constexpr int int_min = std::numeric_limits<int>::min();
 
 inline std::uint64_t bits(double value) {
   std::uint64_t pattern = 0;

@@ -10,7 +10,6 @@
 
 #include <cmath>
 #include <cstddef>
-#include <limits>
 #include <list>
 #include <new>
 #include <random>
@@ -23,6 +22,8 @@ using gait_test::built;
 using gait_test::first_cycles;
 using gait_test::foot;
 using gait_test::infinity;
+using gait_test::int_max;
+using gait_test::int_min;
 using gait_test::nan;
 using gait_test::SameBits;
 using gait_test::SameBitsEach;
@@ -80,8 +81,7 @@ TEST(BuildParameter, SkipsIndicesOutOfRangeAndKeepsTheirPositions) {
 }
 
 TEST(BuildParameter, SkipsAnIndexEqualToTheNumberOfCyclesAndTheExtremesOfInt) {
-  const auto parameter =
-      built<GCT>(foot().gct({1.25, 2.0}), {2, std::numeric_limits<int>::min(), 1, std::numeric_limits<int>::max()});
+  const auto parameter = built<GCT>(foot().gct({1.25, 2.0}), {2, int_min, 1, int_max});
   EXPECT_THAT(parameter.values, SameBitsEach({-1.0, -1.0, 2.0, -1.0}));
 }
 
@@ -393,7 +393,7 @@ TEST(SampleCapacity, IsTheLengthOfTheListInSigned32Bits) {
   constexpr std::size_t two_to_32 = std::size_t{1} << 32U;
   EXPECT_EQ(gait_detail::sample_capacity(0), 0);
   EXPECT_EQ(gait_detail::sample_capacity(28), 28);
-  EXPECT_EQ(gait_detail::sample_capacity((std::size_t{1} << 31U) - 1), std::numeric_limits<int>::max());
+  EXPECT_EQ(gait_detail::sample_capacity((std::size_t{1} << 31U) - 1), int_max);
   EXPECT_EQ(gait_detail::sample_capacity(two_to_32), 0);
   EXPECT_EQ(gait_detail::sample_capacity(two_to_32 + 5), 5);
 }

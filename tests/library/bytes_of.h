@@ -7,9 +7,10 @@
 #include <gait/result.h>
 #include <gait/statistics.h>
 
-#include <algorithm>
 #include <list>
+#include <map>
 #include <string>
+#include <string_view>
 #include <type_traits>
 #include <vector>
 
@@ -48,11 +49,16 @@ std::string bytes_of_all(const Members&... members) {
 
 // A member that is added to one of these records does not compile until it is compared.
 
-inline std::string bytes_of(const gait_statistics_parameter& parameter) {
-  const auto& [valid, description, unit, decimals, values, mean, median, std, iqr, min, max, cv, asymmetry_enabled, asymmetry] =
+/// All of a parameter but its ratio to the other side.
+inline std::string bytes_without_ratio(const gait_statistics_parameter& parameter) {
+  const auto& [valid, description, unit, decimals, values, mean, median, std, iqr, min, max, cv, asymmetry_enabled, ratio] =
       parameter;
-  return bytes_of_all(valid, description, unit, decimals, values, mean, median, std, iqr, min, max, cv, asymmetry_enabled,
-                      asymmetry);
+  static_cast<void>(ratio);
+  return bytes_of_all(valid, description, unit, decimals, values, mean, median, std, iqr, min, max, cv, asymmetry_enabled);
+}
+
+inline std::string bytes_of(const gait_statistics_parameter& parameter) {
+  return bytes_without_ratio(parameter) + bytes_of_all(parameter.asymmetry);
 }
 
 inline std::string bytes_of(const gait_statistics_info& info) {
@@ -67,31 +73,50 @@ inline std::string bytes_of(const gait_statistics_info& info) {
                       included_duration);
 }
 
+inline std::string bytes_of(const gait_statistics& statistics) {
+  std::map<std::string_view, const gait_statistics_parameter*> by_key;
+  for (const auto& [key, parameter] : statistics.parameters) {
+    by_key.emplace(key, &parameter);
+  }
+  std::string bytes = bytes_of(statistics.info);
+  for (const auto& [key, parameter] : by_key) {
+    bytes += bytes_of_all(std::string(key), bytes_of(*parameter));
+  }
+  return bytes;
+}
+
 /// Whether two records are the same.
 template <class Record>
 bool same_bytes(const Record& a, const Record& b) {
   return bytes_of(a) == bytes_of(b);
 }
 
-inline bool same_bytes(const gait_statistics& a, const gait_statistics& b) {
-  const auto is_in_b = [&](const auto& entry) {
-    const auto found = b.parameters.find(entry.first);
-    return found != b.parameters.end() && same_bytes(entry.second, found->second);
-  };
-  return same_bytes(a.info, b.info) && a.parameters.size() == b.parameters.size() &&
-         std::all_of(a.parameters.begin(), a.parameters.end(), is_in_b);
+/// What the library writes.
+inline std::string bytes_of_output(const gait_result& result) {
+  return bytes_of(result.statistics) + bytes_of_all(result.quality_flags);
 }
 
-/// What the library only reads, the recordings among it. The feet must be entries of `foot_results`.
+inline std::string bytes_of(const gait_foot_result& foot) {
+  std::string bytes = bytes_of_all(foot.cycles, foot.recording);
+  if (foot.recording != nullptr) {
+    bytes += bytes_of_all(foot.recording->sampling_rate, foot.recording->signals.size());
+    for (const auto& [identifier, signal] : std::map(foot.recording->signals.begin(), foot.recording->signals.end())) {
+      bytes += bytes_of_all(identifier, signal);
+    }
+  }
+  return bytes;
+}
+
+/// What the library only reads, the recordings among it. The left and the right foot may lie anywhere, or be null.
 inline std::string bytes_of_input(const gait_result& result) {
   std::string bytes =
       bytes_of_all(result.foot_results.size(), result.left_foot, result.right_foot, result.feet_result.cycles,
                    result.excluded_1, result.excluded_1_fallback, result.excluded_2, result.excluded_2_fallback);
   for (const gait_foot_result& foot : result.foot_results) {
-    bytes += bytes_of_all(foot.cycles, foot.recording, foot.recording->sampling_rate, foot.recording->signals.size());
-    for (const auto& [identifier, signal] : foot.recording->signals) {
-      bytes += bytes_of_all(identifier, signal);
-    }
+    bytes += bytes_of(foot);
+  }
+  for (const gait_foot_result* foot : {result.left_foot, result.right_foot}) {
+    bytes += foot != nullptr ? bytes_of(*foot) : "";
   }
   return bytes;
 }

@@ -5,7 +5,6 @@
 #include <gait/result.h>
 
 #include <cstddef>
-#include <limits>
 #include <list>
 #include <numeric>
 #include <random>
@@ -21,9 +20,6 @@ using namespace gait_test;
 using gait_detail::for_each_cycle;
 using gait_detail::index_sum;
 using gait_test::nan;
-
-constexpr int int_max = std::numeric_limits<int>::max();
-constexpr int int_min = std::numeric_limits<int>::min();
 
 /// The visits to a foot with `count` cycles, each as "position:cycle ".
 std::string visits(std::size_t count, const std::list<int>& indices) {

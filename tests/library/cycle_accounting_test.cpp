@@ -5,7 +5,6 @@
 #include <gait/compute_info.h>
 #include <gait/result.h>
 
-#include <limits>
 #include <list>
 #include <string>
 #include <vector>
@@ -16,9 +15,6 @@ namespace {
 
 using namespace gait_test;
 using gait_test::nan;
-
-constexpr int int_max = std::numeric_limits<int>::max();
-constexpr int int_min = std::numeric_limits<int>::min();
 
 /// An accounting of one foot, of which a test states what differs from four cycles of 1, 2, 4 and 8 seconds.
 struct accounting {

@@ -7,7 +7,6 @@
 #include <gait/result.h>
 
 #include <cstddef>
-#include <limits>
 #include <list>
 #include <string>
 
@@ -19,9 +18,6 @@ namespace {
 using namespace gait_test;
 using testing::ElementsAre;
 using testing::IsEmpty;
-
-constexpr int int_max = std::numeric_limits<int>::max();
-constexpr int int_min = std::numeric_limits<int>::min();
 
 TEST(IsIncludedIn, FindsAnIndexAnywhereInTheList) {
   const std::list<int> indices = {7, 3, 5};

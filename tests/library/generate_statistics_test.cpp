@@ -26,9 +26,6 @@ using gait_test::nan;
 using testing::ElementsAre;
 using testing::SizeIs;
 
-constexpr int int_max = std::numeric_limits<int>::max();
-constexpr int int_min = std::numeric_limits<int>::min();
-
 gait_statistics_info info_of(walk w) { return w.analyse().statistics.info; }
 
 /// Marks in every output, to see whether they stay.

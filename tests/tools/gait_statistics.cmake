@@ -4,8 +4,9 @@ find_program(GAIT_PYTHON python3 REQUIRED)
 
 # What the program writes, against the library.
 add_executable(gait_statistics_program_test gait_statistics_test.cpp)
+target_include_directories(gait_statistics_program_test PRIVATE ${PROJECT_SOURCE_DIR}/tests/library)
 target_link_libraries(gait_statistics_program_test PRIVATE
-  gait_walk_folder gait::statistics nlohmann_json::nlohmann_json GTest::gtest_main gait_warnings)
+  gait_walk_folder gait::statistics nlohmann_json::nlohmann_json GTest::gmock_main gait_warnings)
 target_compile_definitions(gait_statistics_program_test PRIVATE GAIT_STATISTICS_PROGRAM="$<TARGET_FILE:gait-statistics>")
 add_dependencies(gait_statistics_program_test gait-statistics)
 gtest_discover_tests(gait_statistics_program_test NO_PRETTY_VALUES)

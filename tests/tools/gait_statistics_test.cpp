@@ -1,5 +1,7 @@
 // What gait-statistics writes as JSON and CSV, against the values that the library computes of the same walk.
 
+#include "bits.h"
+#include "temporary_folder.h"
 #include "walk.h"
 #include "walk_folder.h"
 
@@ -11,11 +13,8 @@
 
 #include <array>
 #include <cmath>
-#include <cstdint>
 #include <cstdio>
 #include <cstdlib>
-#include <cstring>
-#include <filesystem>
 #include <map>
 #include <optional>
 #include <random>
@@ -26,6 +25,7 @@
 
 namespace {
 
+using gait_test::SameBits;
 using gait_walk::side;
 using nlohmann::json;
 
@@ -38,12 +38,6 @@ std::string run_program(const std::string& arguments) {
   }
   EXPECT_EQ(pclose(pipe), 0) << arguments;
   return text;
-}
-
-std::uint64_t bits(double value) {
-  std::uint64_t result = 0;
-  std::memcpy(&result, &value, sizeof result);
-  return result;
 }
 
 // --- A walk with numbers that need all of their digits
@@ -105,13 +99,10 @@ private:
 class ProgramOutput : public testing::TestWithParam<std::pair<const char*, std::optional<side>>> {
 protected:
   ProgramOutput() : walk_(random_walk(20240531).both_feet(40)) {
-    std::string pattern = testing::TempDir() + "/gait_statistics_XXXXXX";
-    folder_ = mkdtemp(pattern.data());
     gait_walk::write_walk_folder(walk_, folder_ / "random");
     analysis_ = gait_walk::make_analysis(walk_, GetParam().second);
     gait_generate_statistics(analysis_.result, {settings_value});
   }
-  ~ProgramOutput() override { std::filesystem::remove_all(folder_); }
 
   std::string run(const std::string& format) const {
     return run_program("--settings-value 40.1 --format " + format + " " + GetParam().first + " " +
@@ -130,7 +121,7 @@ protected:
   static constexpr float settings_value = 40.1F;
 
 private:
-  std::filesystem::path folder_;
+  tool_tests::temporary_folder folder_;
   gait_walk::walk walk_;
   gait_walk::analysis analysis_;
 };
@@ -147,7 +138,7 @@ void expect_number(const json& actual, double expected, const std::string& what)
     EXPECT_TRUE(actual.is_null()) << what << " is " << actual;
   } else {
     ASSERT_TRUE(actual.is_number()) << what << " is " << actual;
-    EXPECT_EQ(bits(actual.get<double>()), bits(expected)) << what;
+    EXPECT_THAT(actual.get<double>(), SameBits(expected)) << what;
   }
 }
 
@@ -251,7 +242,7 @@ void expect_cell(const std::string& cell, double expected, const std::string& wh
   } else if (std::isnan(expected)) {
     EXPECT_EQ(cell, "NaN") << what;
   } else {
-    EXPECT_EQ(bits(std::strtod(cell.c_str(), nullptr)), bits(expected)) << what << " is " << cell;
+    EXPECT_THAT(std::strtod(cell.c_str(), nullptr), SameBits(expected)) << what << " is " << cell;
   }
 }
 

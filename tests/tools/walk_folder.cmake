@@ -5,6 +5,7 @@ add_executable(walk_folder_test
   walk_folder_faults_test.cpp
   walk_folder_hostile_test.cpp
   walk_folder_test.cpp)
+target_include_directories(walk_folder_test PRIVATE ${PROJECT_SOURCE_DIR}/tests/library)
 target_link_libraries(walk_folder_test PRIVATE gait_walk_folder gait_warnings GTest::gtest_main)
 
 set(walk_folder_environment "")

@@ -4,6 +4,7 @@
 /// \file
 /// A small walk as the text of its tables, to be spoilt in one place by each test.
 
+#include "temporary_folder.h"
 #include "walk_folder.h"
 
 #include <cstddef>
@@ -16,6 +17,7 @@
 
 namespace walk_folder_tests {
 
+using tool_tests::temporary_folder;
 using messages = std::vector<std::string>;
 
 // An exception while these are made ends the tests, as it should.
@@ -99,31 +101,6 @@ inline messages faults_of(const tables& walk, const gait_walk::read_options& opt
 
 /// The warnings about a walk that can be read.
 inline messages warnings_of(const tables& walk) { return messages_of(read(walk).warnings); }
-
-/// A new folder, removed with all that is in it.
-class temporary_folder {
-public:
-  temporary_folder() {
-    std::string name = (std::filesystem::temp_directory_path() / "walk_folder_test_XXXXXX").string();
-    if (mkdtemp(name.data()) == nullptr) {
-      throw std::runtime_error("no temporary folder can be made");
-    }
-    path_ = name;
-  }
-  ~temporary_folder() {
-    std::error_code ignored;
-    std::filesystem::remove_all(path_, ignored);
-  }
-  temporary_folder(const temporary_folder&) = delete;
-  temporary_folder& operator=(const temporary_folder&) = delete;
-  temporary_folder(temporary_folder&&) = delete;
-  temporary_folder& operator=(temporary_folder&&) = delete;
-
-  const std::filesystem::path& path() const { return path_; }
-
-private:
-  std::filesystem::path path_;
-};
 
 inline void write_text(const std::filesystem::path& file, const std::string& text) {
   std::ofstream stream(file, std::ios::binary);

@@ -1,11 +1,11 @@
 #include "walk_folder.h"
 
+#include "bytes_of_walk.h"
 #include "walk_folder_tables.h"
 
 #include <gtest/gtest.h>
 
 #include <algorithm>
-#include <array>
 #include <cfloat>
 #include <cmath>
 #include <cstdint>
@@ -29,23 +29,6 @@ using gait_walk::exclusion_list;
 using gait_walk::read_walk_folder;
 using gait_walk::walk;
 using gait_walk::write_walk_folder;
-
-/// The measured fields in the order of their columns.
-constexpr std::array<double gait_foot_cycle::*, 27> measured_fields = {
-    &gait_foot_cycle::hs,          &gait_foot_cycle::gct,
-    &gait_foot_cycle::swing,       &gait_foot_cycle::stance,
-    &gait_foot_cycle::contact,     &gait_foot_cycle::cadence,
-    &gait_foot_cycle::ldr,         &gait_foot_cycle::ffr,
-    &gait_foot_cycle::pur,         &gait_foot_cycle::slength,
-    &gait_foot_cycle::swidth,      &gait_foot_cycle::path_length,
-    &gait_foot_cycle::speed,       &gait_foot_cycle::ta,
-    &gait_foot_cycle::peakswing,   &gait_foot_cycle::top,
-    &gait_foot_cycle::hsp,         &gait_foot_cycle::step_time,
-    &gait_foot_cycle::step_length, &gait_foot_cycle::strike_eversion,
-    &gait_foot_cycle::max_hc,      &gait_foot_cycle::min_tc,
-    &gait_foot_cycle::max_tc1,     &gait_foot_cycle::max_tc2,
-    &gait_foot_cycle::mtc_speed,   &gait_foot_cycle::impact_vert,
-    &gait_foot_cycle::impact_hor};
 
 // ---- What is read ---------------------------------------------------------------------------------------------
 
@@ -81,6 +64,7 @@ TEST(ReadWalk, FillsEveryColumnIntoTheFieldOfItsName) {
   tables text = left_foot_only();
   text.foot_cycles = foot_cycles_header + "\n" + cells + "\n";
   const gait_foot_cycle cycle = read(text).walk.left->cycles.front();
+  const auto& measured_fields = gait_test::foot::measured_fields;
   for (std::size_t i = 0; i < measured_fields.size(); ++i) {
     EXPECT_EQ(cycle.*measured_fields[i], static_cast<double>(i + 4)) << i;
   }
@@ -285,10 +269,20 @@ TEST(WriteWalk, LeavesTheOldTablesWhenTheNewOnesFail) {
   EXPECT_EQ(std::distance(fs::directory_iterator(folder.path()), fs::directory_iterator()), 4);
 }
 
+TEST(WriteWalk, LeavesNothingBesideTheTablesWhenOneCannotBePutInItsPlace) {
+  const temporary_folder folder;
+  fs::create_directories(folder / "feet_cycles.csv");
+  EXPECT_THROW(write_walk_folder(read({}).walk, folder.path()), fs::filesystem_error);
+  for (const auto& entry : fs::directory_iterator(folder.path())) {
+    EXPECT_EQ(entry.path().extension(), ".csv") << entry.path();
+  }
+  EXPECT_TRUE(fs::is_empty(folder / "feet_cycles.csv"));
+}
+
 TEST(WriteWalk, SaysThatTheFolderCannotBeMade) {
   const temporary_folder folder;
   write_text(folder.path() / "file", "");
-  EXPECT_THROW(write_walk_folder(read({}).walk, folder.path() / "file"), std::exception);
+  EXPECT_THROW(write_walk_folder(read({}).walk, folder.path() / "file"), fs::filesystem_error);
 }
 
 TEST(WriteWalk, SaysThatTheDiskIsFull) {
@@ -300,49 +294,23 @@ TEST(WriteWalk, SaysThatTheDiskIsFull) {
 
 // ---- Measured walks -------------------------------------------------------------------------------------------
 
-bool same_bits(double a, double b) { return a == b && std::signbit(a) == std::signbit(b); }
-
-bool same_cycle(const gait_foot_cycle& a, const gait_foot_cycle& b) {
-  return a.index == b.index && a.first_sample == b.first_sample && a.last_sample == b.last_sample &&
-         std::all_of(measured_fields.begin(), measured_fields.end(), [&](auto field) { return same_bits(a.*field, b.*field); });
-}
-
-bool same_foot(const gait_walk::foot& a, const gait_walk::foot& b) {
-  return a.sampling_rate == b.sampling_rate && a.signal_1_samples == b.signal_1_samples &&
-         a.signal_2_samples == b.signal_2_samples &&
-         std::equal(a.cycles.begin(), a.cycles.end(), b.cycles.begin(), b.cycles.end(), same_cycle);
-}
-
-bool same_feet_cycle(const gait_walk::feet_cycle& a, const gait_walk::feet_cycle& b) {
-  return same_bits(a.gct, b.gct) && same_bits(a.ds, b.ds) && a.right_index == b.right_index && a.left_index == b.left_index;
-}
-
-bool same_exclusion(const gait_walk::exclusion& a, const gait_walk::exclusion& b) {
-  return a.cycles == b.cycles && a.list == b.list && a.index == b.index && a.reason == b.reason;
-}
-
-void expect_same(const walk& a, const walk& b) {
-  EXPECT_TRUE(same_foot(a.left.value(), b.left.value()));
-  EXPECT_TRUE(same_foot(a.right.value(), b.right.value()));
-  EXPECT_TRUE(std::equal(a.feet.begin(), a.feet.end(), b.feet.begin(), b.feet.end(), same_feet_cycle));
-  EXPECT_TRUE(std::equal(a.exclusions.begin(), a.exclusions.end(), b.exclusions.begin(), b.exclusions.end(), same_exclusion));
-}
-
 TEST(RealWalks, AreReadWithoutFaultAndWrittenBack) {
   const char* const folder = std::getenv("GAIT_REAL_WALKS");
   if (folder == nullptr) {
     GTEST_SKIP() << "GAIT_REAL_WALKS does not name a folder of measured walks";
   }
-  const std::vector<std::string> walks = {"control4",          "healthy_2x20m",           "hunt13", "ms_001_daily_optical",
-                                          "ms_001_daily_worn", "ms_001_straight_optical", "park9"};
-  for (const std::string& name : walks) {
+  std::size_t walks = 0;
+  for (const auto& entry : fs::directory_iterator(folder)) {
+    const std::string name = entry.path().filename().string();
     SCOPED_TRACE(name);
-    const auto [walk, warnings] = read_walk_folder(fs::path(folder) / name);
+    const auto [walk, warnings] = read_walk_folder(entry.path());
     EXPECT_EQ(walk.name, name);
     EXPECT_EQ(messages_of(warnings), messages{});
     EXPECT_EQ(messages_of(gait_walk::check_analysis(walk, std::nullopt, name)), messages{});
-    expect_same(walk, written_and_read(walk));
+    EXPECT_TRUE(tool_tests::bytes_of(walk) == tool_tests::bytes_of(written_and_read(walk)));
+    ++walks;
   }
+  EXPECT_GT(walks, 0U) << folder;
 }
 
 }  // namespace

@@ -2,10 +2,15 @@
 #include "columns.h"
 #include "walk_folder.h"
 
+#include <filesystem>
 #include <fstream>
 #include <functional>
 #include <ios>
+#include <ostream>
+#include <system_error>
 #include <utility>
+#include <variant>
+#include <vector>
 
 namespace gait_walk {
 
@@ -13,7 +18,7 @@ namespace {
 
 namespace fs = std::filesystem;
 
-/// Tables that take the place of those in a folder together, or not at all.
+/// Tables that replace those of a folder only once all of them are written.
 class new_tables {
 public:
   explicit new_tables(fs::path folder) : folder_(std::move(folder)) {}
@@ -28,7 +33,7 @@ public:
   new_tables(new_tables&&) = delete;
   new_tables& operator=(new_tables&&) = delete;
 
-  /// Writes a table beside its place. `write` is given a function that writes one row.
+  /// Writes a table beside its place. `write_rows` is given a function that writes one row.
   template <class Row>
   void write(const std::function<void(const std::function<void(const Row&)>&)>& write_rows) {
     const fs::path table = folder_ / table_name<Row>;

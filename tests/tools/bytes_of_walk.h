@@ -1,0 +1,45 @@
+#ifndef TESTS_TOOLS_BYTES_OF_WALK_H
+#define TESTS_TOOLS_BYTES_OF_WALK_H
+
+/// \file
+/// Walks as bytes, to see whether two are the same to the last bit.
+
+#include "builders.h"
+#include "bytes_of.h"
+#include "walk.h"
+
+#include <functional>
+#include <optional>
+#include <string>
+
+namespace tool_tests {
+
+/// All of a walk but its name.
+inline std::string bytes_of(const gait_walk::walk& walk) {
+  std::string bytes;
+  const auto add = [&](const auto&... members) { bytes += gait_test::bytes_of_all(members...); };
+  for (const std::optional<gait_walk::foot>& foot : {std::cref(walk.left), std::cref(walk.right)}) {
+    add(foot.has_value());
+    if (foot) {
+      add(foot->sampling_rate, foot->signal_1_samples, foot->signal_2_samples, foot->cycles.size());
+      for (const gait_foot_cycle& cycle : foot->cycles) {
+        add(cycle.index, cycle.first_sample, cycle.last_sample);
+        for (const auto field : gait_test::foot::measured_fields) {
+          add(cycle.*field);
+        }
+      }
+    }
+  }
+  add(walk.feet.size());
+  for (const gait_walk::feet_cycle& cycle : walk.feet) {
+    add(cycle.gct, cycle.ds, cycle.right_index.value_or(-1), cycle.left_index.value_or(-1));
+  }
+  for (const gait_walk::exclusion& exclusion : walk.exclusions) {
+    add(exclusion.cycles, exclusion.list, exclusion.index, exclusion.reason);
+  }
+  return bytes;
+}
+
+}  // namespace tool_tests
+
+#endif
