@@ -9,6 +9,7 @@
 #include <cmath>
 #include <cstddef>
 #include <cstdint>
+#include <numeric>
 #include <string>
 #include <utility>
 #include <vector>
@@ -16,11 +17,11 @@
 namespace gait_detail {
 namespace {
 
-/// Raises `flag` unless the side's mean speed is within 0.31 to 1.8 m/s. A NaN raises nothing; a side without
-/// any measured speed has the missing value for its mean, and raises it.
+/// Raises `flag` unless the side's mean speed is plausible. A NaN raises nothing; a side without any measured speed has
+/// the missing value for its mean, and raises it.
 void flag_implausible_speed(gait_result& result, const char* key, gait_quality_flag flag) {
   const double mean = lookup(result.statistics.parameters, key).mean;
-  if (mean < 0.31 || mean > 1.8) {
+  if (mean < gait_quality_speed_min || mean > gait_quality_speed_max) {
     result.quality_flags |= flag;
   }
 }
@@ -48,20 +49,14 @@ std::vector<double> swing_asymmetries(const std::vector<double>& left, const std
 }
 
 double mean_of(const std::vector<double>& values) {
-  double sum = 0.0;
-  for (const double value : values) {
-    sum += value;
-  }
-  return sum / static_cast<double>(values.size());
+  return std::accumulate(values.begin(), values.end(), 0.0) / static_cast<double>(values.size());
 }
 
 /// Unlike the parameters' deviation, that of a single value is NaN here, and that of none is -0.0: a deviation
 /// of 0.0 says that the strides agree, and would silence the flag.
 double deviation_of(const std::vector<double>& values, double mean) {
-  double squares = 0.0;
-  for (const double value : values) {
-    squares += (value - mean) * (value - mean);
-  }
+  const double squares = std::accumulate(values.begin(), values.end(), 0.0,
+                                         [mean](double sum, double value) { return sum + (value - mean) * (value - mean); });
   return std::sqrt(squares / static_cast<double>(to_int32(static_cast<std::int64_t>(values.size())) - 1));
 }
 
@@ -86,10 +81,10 @@ void write_ratios(gait_statistics& statistics) {
 void write_quality_flags(gait_result& result, const gait_generate_statistics_settings& settings) {
   result.quality_flags = 0;
   const double setting = settings.settings_value;
-  if (setting > 0.0 && (setting < 10.0 || setting > 34.0)) {
+  if (setting > 0.0 && (setting < gait_quality_setting_min || setting > gait_quality_setting_max)) {
     result.quality_flags |= gait_quality_setting;
   }
-  if (result.statistics.info.cycle_count <= 4) {
+  if (result.statistics.info.cycle_count <= gait_quality_few_cycles_max) {
     result.quality_flags |= gait_quality_few_cycles;
   }
   if (is_single_foot(result)) {
@@ -118,9 +113,9 @@ void add_swing_asymmetry(gait_result& result) {
     record.values = swing_asymmetries(left, right, strides, sampling_rate(result));
     record.mean = mean_of(record.values);
     record.std = deviation_of(record.values, record.mean);
-    // A NaN deviation, that of a single stride, is not 0.0 and raises the flag. That the mean is not 1.0 belongs
-    // to the rule as it is told, and decides nothing at 20.0 and above.
-    if (record.mean != 1.0 && std::abs(record.mean) >= 20.0 && record.std != 0.0) {
+    // A NaN deviation, that of a single stride, is not 0.0 and raises the flag. The test against 1.0
+    // belongs to the rule and stays, although it cannot fail at this limit.
+    if (record.mean != 1.0 && std::abs(record.mean) >= gait_quality_swing_asymmetry_min && record.std != 0.0) {
       result.quality_flags |= gait_quality_swing_asymmetry;
     }
   }

@@ -2,7 +2,7 @@
 #define GAIT_CYCLE_ACCESS_H
 
 /// \file
-/// How a cycle is reached from an index: the one place where it is written.
+/// Reaching a cycle from its index: the only code that does.
 
 #include <gait/statistics.h>
 
@@ -14,6 +14,9 @@
 #include <utility>
 
 namespace gait_detail {
+
+/// How many walks along a list are made at once.
+inline constexpr std::size_t walks_side_by_side = 16;
 
 /// Tells clang++ what g++ sees by itself.
 inline void take_as_given([[maybe_unused]] bool fact) {
@@ -32,7 +35,7 @@ public:
   explicit walk_group(Iterator front) : front_(front) {}
 
   bool is_empty() const { return count_ == 0; }
-  bool is_full() const { return count_ == size; }
+  bool is_full() const { return count_ == walks_side_by_side; }
 
   /// Adds a walk to `index`, asked for by the element of the index list at `position`.
   void add(std::size_t position, int index) {
@@ -42,7 +45,7 @@ public:
   }
 
   /// Walks, visits what was reached in the order in which it was added, and starts over. Not for an empty group.
-  // What g++ makes of the function by itself, at -O3, is half as fast on nodes that lie in order.
+  // Left to itself, g++ -O3 makes code that is half as fast on nodes that lie in order.
   // clang-format off
   template <class Visit>
 #ifndef __clang__
@@ -56,7 +59,7 @@ public:
     if (!std::is_sorted(ends_.begin(), ends_.end(), nearer)) {
       std::sort(ends_.begin(), ends_.end(), nearer);
     }
-    start(std::make_index_sequence<size>{});
+    start(std::make_index_sequence<walks_side_by_side>{});
     for (std::size_t i = 0; i < count_; ++i) {
       visit(positions_[i], *reached_[i]);
     }
@@ -90,12 +93,11 @@ private:
     }
   }
 
-  static constexpr std::size_t size = 16;
   Iterator front_;
   std::size_t count_ = 0;
-  std::array<walk_end, size> ends_;
-  std::array<std::size_t, size> positions_;
-  std::array<Iterator, size> reached_;
+  std::array<walk_end, walks_side_by_side> ends_;
+  std::array<std::size_t, walks_side_by_side> positions_;
+  std::array<Iterator, walks_side_by_side> reached_;
 };
 
 /// Calls `use(position, index)` for every element of `indices` that is an index of a list of `count` cycles.
@@ -110,8 +112,7 @@ template <class Use>
   }
 }
 
-/// What `index` steps from `front` lead to. Two steps a turn: as g++ leaves it, a loop of single steps takes its time for
-/// its own jumps.
+/// The iterator `index` steps after `front`. Two steps a turn: in g++'s loop of single steps the jump is the slow part.
 template <class Iterator>
 [[gnu::always_inline]] inline Iterator walk_alone(Iterator front, int index) {
   for (; index >= 2; index -= 2) {
@@ -121,8 +122,8 @@ template <class Iterator>
   return index == 1 ? std::next(front) : front;
 }
 
-/// for_each_cycle on a list that is long enough to walk along in groups. Kept apart, or a short list would pay for the
-/// registers that it saves.
+/// for_each_cycle on a list that is long enough to walk along in groups. A function of its own, because a short list would
+/// otherwise pay for the registers that it saves.
 template <class Cycle, class Visit>
 [[gnu::noinline]] Visit for_each_cycle_by_groups(const std::list<Cycle>& cycles, const std::list<int>& indices, Visit visit) {
   walk_group<typename std::list<Cycle>::const_iterator> group(cycles.begin());

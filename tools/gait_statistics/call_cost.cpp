@@ -11,6 +11,7 @@
 #include <ctime>
 #include <iterator>
 #include <list>
+#include <numeric>
 #include <string>
 #include <vector>
 
@@ -36,14 +37,14 @@ double time_of(Work work) {
   return *std::min_element(seconds.begin(), seconds.end());
 }
 
-/// Some indices of a list: runs of sixteen, evenly spread. That is how many walks the library makes side by side.
+/// Some indices of a list: runs of as many as the library walks to side by side, evenly spread.
 struct index_sample {
   std::list<int> indices;
   double share = 0.0;  ///< of all indices; 0 where there are none
 };
 
 index_sample sample_of(const std::list<int>& all) {
-  constexpr std::size_t run = 16;
+  constexpr std::size_t run = gait_detail::walks_side_by_side;
   constexpr std::size_t runs = 8;
   const std::size_t stretch = std::max(run, all.size() / runs);
   const std::size_t before = (stretch - run) / 2;
@@ -70,7 +71,7 @@ double walking_time(const std::list<Cycle>& cycles, const std::list<int>& indice
     return 0.0;
   }
   const double seconds = time_of([&] {
-    // What nobody reads, the compiler would not compute.
+    // Otherwise the compiler drops the walk, whose end nobody reads.
     volatile const void* reached = nullptr;
     gait_detail::for_each_cycle(cycles, sample.indices, [&](std::size_t, const Cycle& cycle) { reached = &cycle; });
     static_cast<void>(reached);
@@ -95,10 +96,8 @@ double exclusion_time(const std::list<int>& indices, const std::list<int>& exclu
 }
 
 std::list<int> all_indices(std::size_t count) {
-  std::list<int> indices;
-  for (std::size_t i = 0; i < count; ++i) {
-    indices.push_back(static_cast<int>(i));
-  }
+  std::list<int> indices(count);
+  std::iota(indices.begin(), indices.end(), 0);
   return indices;
 }
 

@@ -1,5 +1,8 @@
 #include "options.h"
 
+#include "number.h"
+
+#include <gait/result.h>
 #include <gait/version.h>
 
 #include <CLI/CLI.hpp>
@@ -74,7 +77,8 @@ void declare(CLI::App& app, option_texts& texts) {
       ->check(CLI::IsMember({"left", "right"}).description(""))
       ->type_name("FOOT");
   app.add_option("--settings-value", texts.settings_value,
-                 "Setting of the analysis that made the walk; outside 10 to 34 it raises a quality flag")
+                 "Setting of the analysis that made the walk; outside " + shortest(gait_quality_setting_min) + " to " +
+                     shortest(gait_quality_setting_max) + " it raises a quality flag")
       ->check(CLI::Validator(refuse_other_than_finite_float, ""))
       ->type_name("V");
   app.add_option("--format", texts.format, "Form of the output: table, csv or json (default: table)")

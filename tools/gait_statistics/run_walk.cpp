@@ -21,13 +21,6 @@ namespace {
 using gait_detail::is_missing;
 using gait_walk::exclusion_list;
 
-gait_walk::analysed_cycles analysed_cycles_of(bool both_feet, gait_walk::side side) {
-  if (both_feet) {
-    return gait_walk::analysed_cycles::feet;
-  }
-  return side == gait_walk::side::left ? gait_walk::analysed_cycles::left : gait_walk::analysed_cycles::right;
-}
-
 /// The reasons of the list that is accounted for.
 counted_reasons reasons_of(const gait_walk::walk& walk, gait_walk::analysed_cycles cycles, exclusion_list primary,
                            exclusion_list fallback) {
@@ -78,13 +71,13 @@ stride_length_gaps find_stride_length_gaps(const gait_result& result, bool both_
   return gaps;
 }
 
-void describe_feet(walk_statistics& statistics, gait_walk::side only) {
+void describe_feet(walk_statistics& statistics, gait_walk::analysed_cycles cycles) {
   const gait_result& result = statistics.result();
   if (statistics.both_feet) {
     statistics.sides = {{"right", "_R"}, {"left", "_L"}};
     statistics.feet = {{"right", result.right_foot->cycles.size()}, {"left", result.left_foot->cycles.size()}};
   } else {
-    const std::string name = only == gait_walk::side::left ? "left" : "right";
+    const std::string name = cycles == gait_walk::analysed_cycles::left ? "left" : "right";
     statistics.sides = {{name, ""}};
     statistics.feet = {{name, result.foot_results.front().cycles.size()}};
   }
@@ -120,23 +113,24 @@ void compute_ratios(computed_parameter& parameter) {
 std::string speed_in_words(const walk_statistics& walk, const std::string& side, const std::string& suffix) {
   const auto& speed = walk.result().statistics.parameters.at(gait_catalogue::row_of<SPEED>.key + suffix);
   const std::string subject = "The stride velocity of the " + side + " foot ";
-  return subject + (speed.valid ? "is not plausible: its mean is outside 0.31 to 1.8 m/s." : "was not measured.");
+  return subject + (speed.valid ? "is not plausible: its mean is outside " + shortest(gait_quality_speed_min) + " to " +
+                                      shortest(gait_quality_speed_max) + " m/s."
+                                : "was not measured.");
 }
 
 }  // namespace
 
 walk_statistics prepare_walk(gait_walk::walk walk, std::optional<gait_walk::side> foot, float settings_value) {
-  const auto only = foot.value_or(walk.left ? gait_walk::side::left : gait_walk::side::right);
+  const auto cycles = gait_walk::cycles_of(walk, foot);
   walk_statistics statistics;
   statistics.name = walk.name;
   statistics.settings_value = settings_value;
-  statistics.both_feet = !foot && walk.left && walk.right;
-  const auto cycles = analysed_cycles_of(statistics.both_feet, only);
+  statistics.both_feet = cycles == gait_walk::analysed_cycles::feet;
   statistics.excluded_1_reasons = reasons_of(walk, cycles, exclusion_list::excluded_1, exclusion_list::excluded_1_fallback);
   statistics.excluded_2_reasons = reasons_of(walk, cycles, exclusion_list::excluded_2, exclusion_list::excluded_2_fallback);
   statistics.analysis = gait_walk::make_analysis(std::move(walk), foot);
   statistics.sampling_rate = statistics.result().foot_results.front().recording->sampling_rate;
-  describe_feet(statistics, only);
+  describe_feet(statistics, cycles);
   return statistics;
 }
 
@@ -184,10 +178,11 @@ std::vector<std::string> quality_flags_in_words(const walk_statistics& walk) {
   const auto raised = [&](gait_quality_flag flag) { return (walk.result().quality_flags & flag) != 0; };
   std::vector<std::string> words;
   if (raised(gait_quality_setting)) {
-    words.push_back("The settings value, " + shortest(walk.settings_value) + ", is not within 10 to 34.");
+    words.push_back("The settings value, " + shortest(walk.settings_value) + ", is not within " +
+                    shortest(gait_quality_setting_min) + " to " + shortest(gait_quality_setting_max) + ".");
   }
   if (raised(gait_quality_few_cycles)) {
-    words.emplace_back("The walk has 4 cycles or fewer.");
+    words.push_back("The walk has " + std::to_string(gait_quality_few_cycles_max) + " cycles or fewer.");
   }
   if (raised(gait_quality_speed)) {
     words.push_back(speed_in_words(walk, walk.sides.front().name, ""));
@@ -199,7 +194,8 @@ std::vector<std::string> quality_flags_in_words(const walk_statistics& walk) {
     words.push_back(speed_in_words(walk, "left", "_L"));
   }
   if (raised(gait_quality_swing_asymmetry)) {
-    words.emplace_back("The swing asymmetry is large: its mean is 20 or more, or -20 or less.");
+    words.push_back("The swing asymmetry is large: its mean is " + shortest(gait_quality_swing_asymmetry_min) +
+                    " or more, or " + shortest(-gait_quality_swing_asymmetry_min) + " or less.");
   }
   return words;
 }

@@ -17,16 +17,8 @@ auto& foot_of(Walk& walk, side side) {
   return side == side::left ? walk.left : walk.right;
 }
 
-bool analyses_both_feet(const walk& walk, std::optional<side> only) { return !only && walk.left && walk.right; }
-
-side analysed_foot(const walk& walk, std::optional<side> only) { return only.value_or(walk.left ? side::left : side::right); }
-
-analysed_cycles cycles_of(const walk& walk, std::optional<side> only) {
-  if (analyses_both_feet(walk, only)) {
-    return analysed_cycles::feet;
-  }
-  return analysed_foot(walk, only) == side::left ? analysed_cycles::left : analysed_cycles::right;
-}
+/// The foot that must be there: the one that is analysed alone, or either of two.
+side needed_foot(analysed_cycles cycles) { return cycles == analysed_cycles::right ? side::right : side::left; }
 
 sensor_recording recording_of(const foot& foot) {
   sensor_recording recording;
@@ -74,9 +66,10 @@ std::list<int>& list_of(gait_result& result, exclusion_list list) {
       return result.excluded_2;
     case exclusion_list::excluded_2_fallback:
       return result.excluded_2_fallback;
-    default:
-      return result.excluded_1;
+    case exclusion_list::excluded_1:
+      break;
   }
+  return result.excluded_1;
 }
 
 bool takes_out(exclusion_list list) { return list == exclusion_list::excluded_1 || list == exclusion_list::excluded_2; }
@@ -93,25 +86,29 @@ bool keeps_any(const walk& walk, analysed_cycles cycles, std::size_t count) {
   return std::find(excluded.begin(), excluded.end(), false) != excluded.end();
 }
 
-std::string in_folder(const std::string& folder, std::string_view table) {
-  return folder.empty() || folder.back() == '/' ? folder + std::string(table) : folder + "/" + std::string(table);
-}
-
 }  // namespace
+
+analysed_cycles cycles_of(const walk& walk, std::optional<side> only) {
+  if (!only && walk.left && walk.right) {
+    return analysed_cycles::feet;
+  }
+  return only.value_or(walk.left ? side::left : side::right) == side::left ? analysed_cycles::left : analysed_cycles::right;
+}
 
 analysis make_analysis(walk walk, std::optional<side> only) {
   const analysed_cycles cycles = cycles_of(walk, only);
-  if (!foot_of(walk, analysed_foot(walk, only))) {
-    throw std::invalid_argument("the walk has no " + std::string(name_of(analysed_foot(walk, only))) + " foot");
+  const side foot = needed_foot(cycles);
+  if (!foot_of(walk, foot)) {
+    throw std::invalid_argument("the walk has no " + std::string(name_of(foot)) + " foot");
   }
   analysis analysis;
-  if (analyses_both_feet(walk, only)) {
+  if (cycles == analysed_cycles::feet) {
     // The result's pointers to its feet stay good because both are there before the first is pointed to.
     add_foot(*std::move(walk.left), analysis);
     add_foot(*std::move(walk.right), analysis);
     link_feet(walk, analysis.result);
   } else {
-    add_foot(*std::move(foot_of(walk, analysed_foot(walk, only))), analysis);
+    add_foot(*std::move(foot_of(walk, foot)), analysis);
   }
   for (const exclusion& exclusion : walk.exclusions) {
     if (exclusion.cycles == cycles) {
@@ -122,15 +119,15 @@ analysis make_analysis(walk walk, std::optional<side> only) {
 }
 
 std::vector<fault> check_analysis(const walk& walk, std::optional<side> only, const std::string& folder) {
-  const side foot = analysed_foot(walk, only);
+  const analysed_cycles cycles = cycles_of(walk, only);
+  const side foot = needed_foot(cycles);
   if (!foot_of(walk, foot)) {
-    return {{in_folder(folder, table_name<recording_row>), 0, "foot",
+    return {{table_file<recording_row>(folder), 0, "foot",
              "found no " + std::string(name_of(foot)) + " foot, expected the foot that is to be analysed"}};
   }
-  const analysed_cycles cycles = cycles_of(walk, only);
   const std::size_t count = cycles == analysed_cycles::feet ? walk.feet.size() : foot_of(walk, foot)->cycles.size();
   if (!keeps_any(walk, cycles, count)) {
-    return {{in_folder(folder, table_name<exclusion_row>), 0, "",
+    return {{table_file<exclusion_row>(folder), 0, "",
              "found all " + std::to_string(count) + " cycles of \"" + std::string(name_of(cycles)) +
                  "\" excluded, expected at least one to be left"}};
   }

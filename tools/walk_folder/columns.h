@@ -9,6 +9,7 @@
 #include <array>
 #include <cstddef>
 #include <cstdint>
+#include <filesystem>
 #include <limits>
 #include <optional>
 #include <string>
@@ -165,6 +166,12 @@ template <>
 inline constexpr std::string_view table_name<feet_cycle_row> = "feet_cycles.csv";
 template <>
 inline constexpr std::string_view table_name<exclusion_row> = "exclusions.csv";
+
+/// A table's file in a folder, as faults name it.
+template <class Row>
+std::string table_file(const std::filesystem::path& folder) {
+  return (folder / table_name<Row>).string();
+}
 
 }  // namespace gait_walk
 

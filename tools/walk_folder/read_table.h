@@ -13,7 +13,6 @@
 #include <istream>
 #include <memory>
 #include <string>
-#include <string_view>
 
 namespace gait_walk {
 
@@ -40,9 +39,12 @@ struct checked_row {
   std::size_t line = 0;
   std::bitset<columns<Row>.size()> good;
 
-  bool has(std::string_view name) const {
+  /// Whether the cell of a member was read.
+  template <class Value, class Base>
+  bool has(Value Base::*member) const {
+    const decltype(column<Row>::member) wanted = static_cast<Value Row::*>(member);
     for (std::size_t i = 0; i < columns<Row>.size(); ++i) {
-      if (columns<Row>[i].name == name) {
+      if (columns<Row>[i].member == wanted) {
         return good[i];
       }
     }

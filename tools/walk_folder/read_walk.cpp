@@ -120,7 +120,7 @@ public:
 private:
   template <class Row>
   table_report report(const read_options& options) const {
-    const std::string file = folder_.empty() ? std::string(table_name<Row>) : (fs::path(folder_) / table_name<Row>).string();
+    const std::string file = table_file<Row>(folder_);
     return {{file, options.faults_per_file}, {file, options.faults_per_file}, true};
   }
 
@@ -176,7 +176,7 @@ void walk_reader::read_recording() {
 
 void walk_reader::add_recording(const checked_row<recording_row>& checked) {
   const recording_row& row = checked.row;
-  if (!checked.has("foot")) {
+  if (!checked.has(&recording_row::foot)) {
     recording_.every_row_known = false;
     return;
   }
@@ -190,7 +190,7 @@ void walk_reader::add_recording(const checked_row<recording_row>& checked) {
   const foot_tables& other = of(row.foot == side::left ? side::right : side::left);
   // A rate of 0 is that of a cell with a fault of its own.
   const int other_rate = other.recorded ? other.recorded->sampling_rate : 0;
-  if (checked.has("sampling_rate") && other_rate != 0 && row.sampling_rate != other_rate) {
+  if (checked.has(&recording_row::sampling_rate) && other_rate != 0 && row.sampling_rate != other_rate) {
     recording_.faults.add(checked.line, "sampling_rate",
                           found(std::to_string(row.sampling_rate)) + ", expected the sampling rate of the other foot, " +
                               in_quotes(std::to_string(other_rate)));
@@ -213,7 +213,7 @@ void walk_reader::read_foot_cycles() {
 
 void walk_reader::add_foot_cycle(const checked_row<foot_cycle_row>& checked) {
   check_samples(checked);
-  if (!checked.has("foot") || !checked.has("index")) {
+  if (!checked.has(&foot_cycle_row::foot) || !checked.has(&foot_cycle_row::index)) {
     foot_cycles_.every_row_known = false;
     return;
   }
@@ -230,17 +230,17 @@ void walk_reader::add_foot_cycle(const checked_row<foot_cycle_row>& checked) {
 
 void walk_reader::check_samples(const checked_row<foot_cycle_row>& checked) {
   const foot_cycle_row& row = checked.row;
-  if (!checked.has("last_sample")) {
+  if (!checked.has(&foot_cycle_row::last_sample)) {
     return;
   }
   const std::string what = found(std::to_string(row.last_sample));
-  if (checked.has("first_sample") && row.first_sample > row.last_sample) {
+  if (checked.has(&foot_cycle_row::first_sample) && row.first_sample > row.last_sample) {
     foot_cycles_.faults.add(checked.line, "last_sample",
                             what + ", expected at least the first sample, " + in_quotes(std::to_string(row.first_sample)));
     return;
   }
   const auto& recorded = of(row.foot).recorded;
-  if (!checked.has("foot") || !recorded) {
+  if (!checked.has(&foot_cycle_row::foot) || !recorded) {
     return;
   }
   const std::uint64_t samples = std::min(recorded->signal_1_samples, recorded->signal_2_samples);
@@ -285,7 +285,7 @@ void walk_reader::read_feet_cycles() {
     if (++rows > most_strides_) {
       return;
     }
-    if (checked.has("index")) {
+    if (checked.has(&feet_cycle_row::index)) {
       feet_indices_.add(checked.row.index, checked.line);
     } else {
       feet_cycles_.every_row_known = false;
@@ -345,7 +345,7 @@ void walk_reader::read_exclusions() {
 }
 
 void walk_reader::check_exclusion(const checked_row<exclusion_row>& checked) {
-  if (!checked.has("cycles") || !recording_.every_row_known) {
+  if (!checked.has(&exclusion_row::cycles) || !recording_.every_row_known) {
     return;
   }
   const exclusion& row = checked.row;
@@ -356,7 +356,7 @@ void walk_reader::check_exclusion(const checked_row<exclusion_row>& checked) {
                              found(name_of(row.cycles)) + ", expected cycles that the walk has: nothing is excluded");
     return;
   }
-  if (checked.has("index") && (of_both ? feet_cycles_ : foot_cycles_).every_row_known) {
+  if (checked.has(&exclusion_row::index) && (of_both ? feet_cycles_ : foot_cycles_).every_row_known) {
     check_excluded_index(row.index, checked.line, of_both ? feet_.size() : foot.indices.size());
   }
 }

@@ -69,10 +69,12 @@ struct analysis {
   analysis& operator=(analysis&&) = default;
 };
 
-/// What is to be analysed of a walk: one foot alone, or both (nullopt).
+/// The cycles that are analysed: those of the foot `only`; without it (nullopt), those of both feet together, or of the
+/// only foot that the walk has.
+analysed_cycles cycles_of(const walk& walk, std::optional<side> only);
+
+/// Makes the gait_result of the analysis of those cycles. Its `foot_results` hold left before right, or the single foot.
 ///
-/// The two feet together if the walk has both and no foot is asked for; otherwise the foot that is asked for,
-/// or the only one there is. `foot_results` then holds left before right, or the single foot.
 /// Throws std::invalid_argument when the walk does not have the foot that is asked for. A walk that is moved in
 /// gives its strides away, so that a long one is not held twice.
 analysis make_analysis(walk walk, std::optional<side> only = std::nullopt);
