@@ -6,6 +6,7 @@
 
 #include "walk_folder.h"
 
+#include <gait/build_parameters.h>
 #include <gait/catalogue.h>
 
 #include <algorithm>
@@ -22,14 +23,13 @@ inline std::vector<column> columns_of(const gait_walk::walk& walk) {
   std::vector<column> columns;
   for (const auto& foot : {walk.right, walk.left}) {
     gait_catalogue::for_each_row([&](const auto& row) {
-      using result_type = typename std::decay_t<decltype(row)>::result_type;
-      // Half the stride length is what a foot alone has; with both, the step length is measured.
-      if constexpr (std::is_same_v<result_type, gait_foot_result>) {
-        if (!std::is_same_v<typename std::decay_t<decltype(row)>::tag_type, STEPLENGTH_ALT>) {
-          column& values = columns.emplace_back();
-          for (const gait_foot_cycle& cycle : foot->cycles) {
-            values.push_back(row.value(cycle));
-          }
+      using row_type = std::decay_t<decltype(row)>;
+      constexpr auto built = gait_catalogue::when_built<row_type>();
+      if constexpr (std::is_same_v<typename row_type::result_type, gait_foot_result> &&
+                    built != gait_catalogue::built::with_one_foot) {
+        column& values = columns.emplace_back();
+        for (const gait_foot_cycle& cycle : foot->cycles) {
+          values.push_back(row.value(cycle));
         }
       }
     });

@@ -13,6 +13,7 @@
 
 #include <list>
 #include <string>
+#include <type_traits>
 
 namespace gait_detail {
 
@@ -23,6 +24,26 @@ void build_in_order(gait_statistics& stats, const ResultT& result, const std::li
 }
 
 }  // namespace gait_detail
+
+namespace gait_catalogue {
+
+/// Which calls of gait_statistics_build_parameters() build a row of the table: all of them, or only those with a
+/// two-feet result, or those without.
+enum class built { always, with_both_feet, with_one_foot };
+
+template <class Row>
+constexpr built when_built() {
+  if constexpr (std::is_same_v<typename Row::tag_type, STEPLENGTH_ALT>) {
+    return built::with_one_foot;
+  } else if constexpr (std::is_same_v<typename Row::tag_type, STEPLENGTH> ||
+                       std::is_same_v<typename Row::result_type, gait_feet_result>) {
+    return built::with_both_feet;
+  } else {
+    return built::always;
+  }
+}
+
+}  // namespace gait_catalogue
 
 /// Computes every parameter of one side into `stats`: 28 with a two-feet result, 27 ("DS" is left out) without.
 ///

@@ -143,10 +143,13 @@ TEST(AddingAParameter, ShowsTheWholeExampleAndItsOutput) {
 }
 
 TEST(Pages, LinkOnlyToWhatIsThere) {
-  std::vector<std::filesystem::path> pages = {project() / "README.md", project() / "CHANGELOG.md",
-                                              project() / "CONTRIBUTING.md"};
-  for (const auto& entry : std::filesystem::directory_iterator(project() / "docs")) {
-    pages.push_back(entry.path());
+  std::vector<std::filesystem::path> pages;
+  for (const char* folder : {"", "docs", "fuzz", "examples/walks/one_foot_short", "examples/walks/two_feet_turn"}) {
+    for (const auto& entry : std::filesystem::directory_iterator(project() / folder)) {
+      if (entry.path().extension() == ".md") {
+        pages.push_back(entry.path());
+      }
+    }
   }
   const std::regex link(R"(\]\(([^)#]+)[^)]*\))");
   for (const auto& from : pages) {

@@ -1,6 +1,7 @@
 // Prints what the documentation says about the catalogue: `page` is docs/parameters.md, `table` the table in
 // docs/definitions.md. scripts/update-docs puts both where they belong.
 
+#include <gait/build_parameters.h>
 #include <gait/catalogue.h>
 
 #include <columns.h>
@@ -116,16 +117,16 @@ std::string field_name(double (*source)(const gait_foot_cycle&)) {
   return source == gait_catalogue::half_stride ? "`slength` × 0.5" : "?";
 }
 
-template <class Row>
-constexpr std::string_view mode_note() {
-  using tag = typename Row::tag_type;
-  if constexpr (std::is_same_v<tag, STEPLENGTH_ALT>) {
-    return " (one foot)";
-  } else if constexpr (std::is_same_v<tag, STEPLENGTH> || std::is_same_v<typename Row::result_type, gait_feet_result>) {
-    return " (both feet)";
-  } else {
-    return "";
+std::string_view mode_note(gait_catalogue::built when) {
+  switch (when) {
+    case gait_catalogue::built::with_one_foot:
+      return " (one foot)";
+    case gait_catalogue::built::with_both_feet:
+      return " (both feet)";
+    case gait_catalogue::built::always:
+      break;
   }
+  return "";
 }
 
 const char* yes_or_no(bool value) { return value ? "yes" : "no"; }
@@ -166,7 +167,7 @@ void print_page() {
   std::cout << "\n## What they mean\n\n";
   gait_catalogue::for_each_row([](const auto& row) {
     using row_type = std::decay_t<decltype(row)>;
-    std::cout << "- **" << row.description << "**" << mode_note<row_type>() << ": "
+    std::cout << "- **" << row.description << "**" << mode_note(gait_catalogue::when_built<row_type>()) << ": "
               << note_of<typename row_type::tag_type>.meaning << "\n";
   });
 }

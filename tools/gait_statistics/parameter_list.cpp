@@ -1,7 +1,8 @@
 #include "parameter_list.h"
 
-#include "csv_output.h"
+#include "csv_table.h"
 
+#include <gait/build_parameters.h>
 #include <gait/catalogue.h>
 
 #include <nlohmann/json.hpp>
@@ -14,25 +15,16 @@
 namespace gait_program {
 namespace {
 
-template <class Row>
-constexpr analysed when_built() {
-  if constexpr (std::is_same_v<typename Row::tag_type, STEPLENGTH_ALT>) {
-    return analysed::one_foot_only;
-  } else if constexpr (std::is_same_v<typename Row::tag_type, STEPLENGTH> ||
-                       std::is_same_v<typename Row::result_type, gait_feet_result>) {
-    return analysed::both_feet_only;
-  } else {
-    return analysed::always;
-  }
-}
+using gait_catalogue::built;
+using gait_walk::quoted_csv_cell;
 
-std::string words(analysed when) {
+std::string words(built when) {
   switch (when) {
-    case analysed::both_feet_only:
+    case built::with_both_feet:
       return "both feet";
-    case analysed::one_foot_only:
+    case built::with_one_foot:
       return "one foot";
-    case analysed::always:
+    case built::always:
       break;
   }
   return "always";
@@ -65,9 +57,9 @@ std::string as_table(const text_style& style) {
 std::string as_csv() {
   std::string text = "key,description,unit,decimals,ratio,cv,analysed\n";
   for (const auto& row : list_parameters()) {
-    text += csv_text(row.key) + "," + csv_text(row.description) + "," + csv_text(row.unit) + "," +
+    text += quoted_csv_cell(row.key) + "," + quoted_csv_cell(row.description) + "," + quoted_csv_cell(row.unit) + "," +
             std::to_string(row.decimals) + "," + yes_or_no(row.has_ratio) + "," + yes_or_no(row.has_cv) + "," +
-            csv_text(words(row.when)) + "\n";
+            quoted_csv_cell(words(row.when)) + "\n";
   }
   return text;
 }
@@ -92,14 +84,14 @@ std::vector<listed_parameter> list_parameters() {
   std::vector<listed_parameter> list;
   gait_catalogue::for_each_row([&](const auto& row) {
     list.push_back({row.key, row.description, row.unit, row.decimals, row.sides == gait_catalogue::ratio,
-                    row.spread == gait_catalogue::cv, when_built<std::decay_t<decltype(row)>>()});
+                    row.spread == gait_catalogue::cv, gait_catalogue::when_built<std::decay_t<decltype(row)>>()});
   });
   return list;
 }
 
 std::vector<listed_parameter> list_parameters_of(bool both_feet) {
   std::vector<listed_parameter> list = list_parameters();
-  const analysed other = both_feet ? analysed::one_foot_only : analysed::both_feet_only;
+  const built other = both_feet ? built::with_one_foot : built::with_both_feet;
   list.erase(std::remove_if(list.begin(), list.end(), [&](const auto& row) { return row.when == other; }), list.end());
   return list;
 }

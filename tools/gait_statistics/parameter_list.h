@@ -7,13 +7,12 @@
 #include "options.h"
 #include "text_layout.h"
 
+#include <gait/build_parameters.h>
+
 #include <string>
 #include <vector>
 
 namespace gait_program {
-
-/// Which analysis gives a parameter.
-enum class analysed { always, both_feet_only, one_foot_only };
 
 /// A row of the catalogue, without what only the compiler needs.
 struct listed_parameter {
@@ -23,7 +22,7 @@ struct listed_parameter {
   int decimals = 0;
   bool has_ratio = false;
   bool has_cv = false;
-  analysed when = analysed::always;
+  gait_catalogue::built when = gait_catalogue::built::always;
 };
 
 /// Every row of the catalogue, in its order.
