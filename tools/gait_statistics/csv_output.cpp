@@ -1,12 +1,10 @@
 #include "csv_output.h"
 
+#include "csv_table.h"
 #include "number.h"
-
-#include <csv.h>
 
 #include <optional>
 #include <string>
-#include <string_view>
 
 namespace gait_program {
 namespace {
@@ -17,7 +15,7 @@ std::string row(const walk_statistics& walk, const std::string& parameter, const
                 const gait_statistics_parameter& record, const computed_statistics& statistics) {
   std::string text;
   for (const auto& cell : {walk.name, parameter, side, record.description, record.unit}) {
-    text += (cell.empty() ? "" : csv_text(cell)) + ",";
+    text += (cell.empty() ? "" : gait_walk::quoted_csv_cell(cell)) + ",";
   }
   text += std::to_string(statistics.n);
   for (const auto& value : {statistics.mean, statistics.median, statistics.std, statistics.iqr, statistics.min, statistics.max,
@@ -28,13 +26,6 @@ std::string row(const walk_statistics& walk, const std::string& parameter, const
 }
 
 }  // namespace
-
-std::string csv_text(std::string_view text) {
-  const std::size_t size = csv_write(nullptr, 0, text.data(), text.size());
-  std::string cell(size, '\0');
-  csv_write(cell.data(), cell.size(), text.data(), text.size());
-  return cell;
-}
 
 std::string csv_header() { return "walk,parameter,side,description,unit,n,mean,median,std,iqr,min,max,cv,asymmetry\n"; }
 

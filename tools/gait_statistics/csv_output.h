@@ -7,12 +7,8 @@
 #include "run_walk.h"
 
 #include <string>
-#include <string_view>
 
 namespace gait_program {
-
-/// A text as a CSV cell.
-std::string csv_text(std::string_view text);
 
 /// The header line, once for all walks.
 std::string csv_header();

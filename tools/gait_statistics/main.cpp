@@ -45,6 +45,6 @@ int main(int argc, char** argv) {
     return instead != nullptr ? say(*instead) : run(std::get<options>(parsed));
   } catch (const std::exception& error) {
     std::cerr << "gait-statistics: " << error.what() << "\n";
-    return exit_bad_input;
+    return exit_failed;
   }
 }

@@ -12,7 +12,7 @@ namespace gait_program {
 std::string shortest(double value);
 std::string shortest(float value);
 
-/// A number with so many decimals; in scientific notation from 1e12 on, where the digits would fill a line.
+/// A number with so many decimals, 0 to 20; in scientific notation from 1e12 on, where the digits would fill a line.
 std::string rounded(double value, int decimals);
 
 }  // namespace gait_program

@@ -16,7 +16,7 @@
 namespace gait_program {
 
 inline constexpr int exit_fine = 0;
-inline constexpr int exit_bad_input = 1;
+inline constexpr int exit_failed = 1;
 inline constexpr int exit_bad_usage = 2;
 
 enum class output_format { table, csv, json };
@@ -27,7 +27,7 @@ struct options {
   float settings_value = 0.0F;
   output_format format = output_format::table;
   std::optional<std::filesystem::path> output;  ///< the standard output where there is none
-  std::optional<std::size_t> width;             ///< of the text report
+  std::optional<std::size_t> width;             ///< of the text report (characters, 20 to 10000)
   std::optional<std::size_t> max_strides;       ///< of a foot; no limit where there is none
   bool list_parameters = false;
 };
@@ -38,6 +38,7 @@ struct reply {
   std::string text;
 };
 
+/// The options of a command line, or the reply to one that asks for help or is wrong. Throws nothing but std::bad_alloc.
 std::variant<options, reply> parse_command_line(int argc, const char* const* argv);
 
 }  // namespace gait_program

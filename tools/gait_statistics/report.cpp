@@ -130,7 +130,7 @@ int report_walks(const options& options) {
     if (const auto statistics = read_and_run(folder, options)) {
       writer.add(*statistics);
     } else {
-      exit_code = exit_bad_input;
+      exit_code = exit_failed;
     }
   }
   writer.finish();

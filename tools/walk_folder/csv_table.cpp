@@ -242,15 +242,19 @@ csv_table::csv_table(std::istream& text) : parser_(std::make_unique<parser>(text
 csv_table::~csv_table() = default;
 bool csv_table::next(csv_row& row) { return parser_->next(row); }
 
+std::string quoted_csv_cell(std::string_view cell) {
+  std::string quoted(csv_write(nullptr, 0, cell.data(), cell.size()), '\0');
+  csv_write(quoted.data(), quoted.size(), cell.data(), cell.size());
+  return quoted;
+}
+
 std::string csv_cell(std::string_view cell) {
   const auto is_blank = [](char c) { return c == ' ' || c == '\t'; };
   const bool blank_at_end = !cell.empty() && (is_blank(cell.front()) || is_blank(cell.back()));
   if (!blank_at_end && cell.find_first_of(",\"\r\n") == std::string_view::npos) {
     return std::string(cell);
   }
-  std::string quoted(csv_write(nullptr, 0, cell.data(), cell.size()), '\0');
-  csv_write(quoted.data(), quoted.size(), cell.data(), cell.size());
-  return quoted;
+  return quoted_csv_cell(cell);
 }
 
 }  // namespace gait_walk

@@ -66,6 +66,9 @@ private:
   std::unique_ptr<parser> parser_;
 };
 
+/// A cell in quotation marks.
+std::string quoted_csv_cell(std::string_view cell);
+
 /// A cell as it stands in a table: quoted where a reader would otherwise see something else.
 std::string csv_cell(std::string_view cell);
 
