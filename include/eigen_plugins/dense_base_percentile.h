@@ -49,6 +49,7 @@ private:
 template <int Rows, int Cols>
 static Array<Scalar, Rows, Cols> percentiles_of_sorted(const Array<Scalar, Dynamic, 1, DontAlign>& s,
                                                        const Array<double, Rows, Cols>& p) {
+  // The order of operations, here and below, fixes the last bits.
   const Index half = s.size() / 2;
   const double n = double(s.size());
   const double med = s.size() % 2 != 0 ? s[half] : (s[half] + s[half - 1]) * 0.5;

@@ -12,8 +12,8 @@
 /// Journal 5(1), 1962, 10-16), down to the smallest range. `Index` is signed. The steps fix the order in which
 /// elements that compare equal come out, 0.0 and -0.0 among them, so every compiler gives the same bits.
 ///
-/// O(n log n) comparisons on average. On orders made for the purpose O(n^2), with a recursion n calls deep: sort
-/// no values of an adversary's choice by the hundred thousand. Allocates nothing, throws nothing. With a NaN in
+/// O(n log n) comparisons on average. On orders made for the purpose O(n^2), with a recursion n calls deep: do not
+/// sort hundreds of thousands of values that an adversary may choose. Allocates nothing, throws nothing. With a NaN in
 /// the range the order is unspecified, but nothing outside the range is read or written.
 template <class Scalar, class Index>
 void _kalvio_eigen_quicksort(Scalar* array, Index left, Index right) {  // NOLINT(bugprone-reserved-identifier)

@@ -14,7 +14,7 @@
 #include <vector>
 
 // NaN counts as a measured value throughout the library. A compiler that is told that there are no NaNs
-// drops the very comparisons that say so, without a word and in part only.
+// drops the very comparisons that say so, silently, and only in some places.
 #if defined(__FAST_MATH__) || (defined(__FINITE_MATH_ONLY__) && __FINITE_MATH_ONLY__)
 #error "gait_statistics needs NaN and signed zero to work: compile without -ffast-math and -ffinite-math-only"
 #endif

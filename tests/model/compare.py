@@ -27,7 +27,7 @@ import numpy
 sys.dont_write_bytecode = True  # of the files beside this one, which may be anybody's
 
 import walks
-from model import CATALOGUE, MISSING, AbsentSignal, OneOf, fresh_outputs, generate_statistics, measured
+from model import MISSING, AbsentSignal, OneOf, fresh_outputs, generate_statistics, measured
 
 CASES_AT_ONCE = 50
 MOST_FAILING_CASES = 3

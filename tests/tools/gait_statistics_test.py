@@ -9,7 +9,6 @@ import csv
 import fcntl
 import io
 import json
-import math
 import os
 import pathlib
 import pty
