@@ -305,6 +305,13 @@ class Formats(ProgramTest):
                 for column in ("mean", "median", "std", "iqr", "min", "max", "cv", "asymmetry"):
                     self.assertTrue(self.same(row[column], parameter[column]), (row, parameter))
 
+    def test_walks_of_the_same_name_are_told_apart_by_their_paths(self):
+        for part in ("monday", "tuesday"):
+            write_walk(self.folder / part / "walk", left=strides())
+        rows = csv.DictReader(io.StringIO(self.output("--format", "csv", LEFT_FOOT, "monday/walk", "tuesday/walk/", cwd=self.folder)))
+        self.assertEqual(list(dict.fromkeys(row["walk"] for row in rows)),
+                         [pathlib.Path(LEFT_FOOT).name, "monday/walk", "tuesday/walk/"])
+
     def test_csv_has_one_header_for_all_walks(self):
         text = self.output("--format", "csv", BOTH_FEET, LEFT_FOOT)
         self.assertEqual(text.count("walk,parameter,side"), 1)
@@ -441,6 +448,27 @@ class ExitCode(ProgramTest):
 
     def test_2_for_walks_beside_the_list_of_parameters(self):
         self.assertIn("--list-parameters takes no WALK", self.refused("--list-parameters", BOTH_FEET))
+
+    def test_2_for_an_output_that_is_a_table_of_a_walk(self):
+        walk = self.folder / "walk"
+        write_walk(walk, left=strides())
+        (self.folder / "link").symlink_to(walk / "exclusions.csv")
+        before = (walk / "foot_cycles.csv").read_text()
+        for output in (walk / "foot_cycles.csv", self.folder / "link"):
+            result = run("--output", output, LEFT_FOOT, walk)
+            self.assertEqual((result.returncode, result.stdout), (2, ""))
+            self.assertEqual(result.stderr, f'gait-statistics: --output: "{output}" is a table of a walk, expected another file\n')
+        self.assertEqual((walk / "foot_cycles.csv").read_text(), before)
+
+    def test_0_with_a_warning_when_all_exclusions_are_those_of_another_analysis(self):
+        walk = self.folder / "walk"
+        write_walk(walk, left=strides(), right=strides(), exclusions=[("left", "excluded_1", 2, "turn")])
+        for arguments, cycles in (([], "feet"), (["--foot", "right"], "right")):
+            result = run(*arguments, walk)
+            self.assertEqual(result.returncode, 0)
+            self.assertEqual(result.stderr, f'warning: {walk}/exclusions.csv: column cycles: found exclusions, but none of '
+                                            f'"{cycles}", the cycles that are analysed: nothing is excluded\n')
+        self.assertEqual(run("--foot", "left", walk).stderr, "")
 
     def test_1_for_a_walk_that_cannot_be_read(self):
         nowhere = self.folder / "nowhere"

@@ -32,6 +32,21 @@ using gait_walk::write_walk_folder;
 
 // ---- What is read ---------------------------------------------------------------------------------------------
 
+TEST(ReadWalk, SkipsRowsOfEmptyCellsAsSpreadsheetsLeaveThem) {
+  tables text;
+  text.recording += ",,,\n,\n";
+  text.foot_cycles += std::string(30, ',') + "\n";
+  text.feet_cycles += "\"\",,,,\n";
+  text.exclusions += ",, ,\n";
+  EXPECT_EQ(tool_tests::bytes_of(read(text).walk), tool_tests::bytes_of(read({}).walk));
+}
+
+TEST(ReadWalk, CountsRowsOfEmptyCellsAsLines) {
+  tables text;
+  change(text.feet_cycles, "0,1.25", ",,,,\n0,x");
+  EXPECT_EQ(faults_of(text), (messages{"w/feet_cycles.csv:3: column gct: found \"x\", expected a number or an empty cell"}));
+}
+
 TEST(ReadWalk, FillsEveryRecordOfTheWalk) {
   const walk walk = read({}).walk;
   EXPECT_EQ(walk.name, "w");

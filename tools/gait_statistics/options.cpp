@@ -24,7 +24,8 @@ namespace {
 
 constexpr const char* description = "Prints the statistics of recorded walks: cycle accounting, gait parameters, asymmetry.";
 
-constexpr const char* footer = R"(Each WALK is a folder of four CSV tables; docs/walk-folder.md describes them.
+constexpr const char* footer =
+    R"(Each WALK is a folder of four CSV tables; docs/walk-folder.md describes them, docs/output.md what is written.
 A table shows rounded values. CSV holds the parameters, unrounded; JSON holds everything, unrounded:
 the accounting, the quality flags, the parameters and their value in every cycle.
 
@@ -77,8 +78,8 @@ void declare(CLI::App& app, option_texts& texts) {
       ->check(CLI::IsMember({"left", "right"}).description(""))
       ->type_name("FOOT");
   app.add_option("--settings-value", texts.settings_value,
-                 "Setting of the analysis that made the walk; outside " + shortest(gait_quality_setting_min) + " to " +
-                     shortest(gait_quality_setting_max) + " it raises a quality flag")
+                 "Setting of the analysis that made the walk; above 0 and outside " + shortest(gait_quality_setting_min) +
+                     " to " + shortest(gait_quality_setting_max) + " it raises a quality flag")
       ->check(CLI::Validator(refuse_other_than_finite_float, ""))
       ->type_name("V");
   app.add_option("--format", texts.format, "Form of the output: table, csv or json (default: table)")

@@ -21,6 +21,8 @@
 #include <new>
 #include <optional>
 #include <string>
+#include <system_error>
+#include <unordered_map>
 #include <utility>
 #include <vector>
 
@@ -92,8 +94,36 @@ void announce(const std::string& walk, const gait_result& result) {
       ": their time grows with the square of the strides. Ctrl-C ends the program; --max-strides refuses such walks.");
 }
 
+/// Whether the output would take the place of a table of one of the walks, and with it of the recording.
+bool output_is_a_table(const options& options) {
+  return options.output && std::any_of(options.walks.begin(), options.walks.end(), [&](const auto& folder) {
+           const auto tables = gait_walk::table_files(folder);
+           return std::any_of(tables.begin(), tables.end(), [&](const auto& table) {
+             std::error_code absent;
+             return std::filesystem::equivalent(*options.output, table, absent);
+           });
+         });
+}
+
+/// What each walk is called in the report: its folder's name, or, where several folders have the same, its path as given.
+std::vector<std::string> reported_names(const std::vector<std::filesystem::path>& folders) {
+  std::vector<std::string> names;
+  std::unordered_map<std::string, std::size_t> count;
+  for (const auto& folder : folders) {
+    names.push_back(gait_walk::walk_name(folder));
+    ++count[names.back()];
+  }
+  for (std::size_t i = 0; i < names.size(); ++i) {
+    if (count.at(names[i]) > 1) {
+      names[i] = folders[i].string();
+    }
+  }
+  return names;
+}
+
 /// A walk's statistics; nullopt, with its faults on the standard error, when there are none.
-std::optional<walk_statistics> read_and_run(const std::filesystem::path& folder, const options& options) {
+std::optional<walk_statistics> read_and_run(const std::filesystem::path& folder, const std::string& name,
+                                            const options& options) {
   try {
     gait_walk::read_options limits;
     limits.most_strides = options.max_strides.value_or(limits.most_strides);
@@ -104,6 +134,10 @@ std::optional<walk_statistics> read_and_run(const std::filesystem::path& folder,
     if (auto faults = gait_walk::check_analysis(read.walk, options.foot, folder.string()); !faults.empty()) {
       throw gait_walk::walk_error(std::move(faults));
     }
+    for (const auto& warning : gait_walk::analysis_warnings(read.walk, options.foot, folder.string())) {
+      print_message("warning: " + warning.message());
+    }
+    read.walk.name = name;
     walk_statistics statistics = prepare_walk(std::move(read.walk), options.foot, options.settings_value);
     announce(folder.string(), statistics.result());
     compute_statistics(statistics);
@@ -123,11 +157,17 @@ std::optional<walk_statistics> read_and_run(const std::filesystem::path& folder,
 }  // namespace
 
 int report_walks(const options& options) {
+  if (output_is_a_table(options)) {
+    print_message("gait-statistics: --output: \"" + options.output->string() +
+                  "\" is a table of a walk, expected another file");
+    return exit_bad_usage;
+  }
   output out(options.output);
   report_writer writer(options.format, style_of(options), out);
   int exit_code = exit_fine;
-  for (const auto& folder : options.walks) {
-    if (const auto statistics = read_and_run(folder, options)) {
+  const std::vector<std::string> names = reported_names(options.walks);
+  for (std::size_t i = 0; i < names.size(); ++i) {
+    if (const auto statistics = read_and_run(options.walks[i], names[i], options)) {
       writer.add(*statistics);
     } else {
       exit_code = exit_failed;

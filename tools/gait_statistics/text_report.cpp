@@ -9,6 +9,7 @@
 #include <cstddef>
 #include <cstdint>
 #include <functional>
+#include <list>
 #include <optional>
 #include <string>
 #include <string_view>
@@ -67,7 +68,10 @@ struct accounting_line {
 std::string seconds(double value) { return rounded(value, decimals_of_seconds) + " s"; }
 std::string metres(double value) { return rounded(value, decimals_of_metres) + " m"; }
 
-std::string exclusion_note(bool is_fallback, const counted_reasons& reasons) {
+std::string exclusion_note(bool is_fallback, const std::list<int>& fallback, const counted_reasons& reasons) {
+  if (is_fallback && fallback.empty()) {
+    return "none listed, which counts as two";
+  }
   std::string note;
   for (const auto& [reason, count] : reasons) {
     note += (note.empty() ? "" : ", ") + std::to_string(count) + " " + printable(reason);
@@ -99,9 +103,9 @@ std::vector<accounting_line> accounting_lines(const walk_statistics& walk) {
       {"Recording", "", seconds(info.recording_duration), ""},
       {"Walk", std::to_string(info.cycle_count), seconds(info.duration), "first to last sample"},
       {"Excluded, kind 1", std::to_string(info.excluded_1_count), seconds(info.excluded_1_duration),
-       exclusion_note(info.excluded_1_fallback_count > 0, walk.excluded_1_reasons)},
+       exclusion_note(info.excluded_1_fallback_count > 0, walk.result().excluded_1_fallback, walk.excluded_1_reasons)},
       {"Excluded, kind 2", std::to_string(info.excluded_2_count), seconds(info.excluded_2_duration),
-       exclusion_note(info.excluded_2_fallback_count > 0, walk.excluded_2_reasons)},
+       exclusion_note(info.excluded_2_fallback_count > 0, walk.result().excluded_2_fallback, walk.excluded_2_reasons)},
       {"Included", std::to_string(info.included_count), seconds(info.included_duration), "walk less excluded"},
       {"In the statistics", std::to_string(info.cycles.size()), seconds(info.included_gct_sum), "their own durations"},
       distance_line("Distance, total", info.total_distance, lengths.cycles, lengths.without, foot),
@@ -146,7 +150,7 @@ std::string why_counts_differ(const walk_statistics& walk) {
                      " left in the selection, where the accounting counts " + std::to_string(info.included_count) +
                      " as included.";
   if (info.excluded_2_fallback_count > 0) {
-    text += " Without a list of kind 2, its fallback counts as two cycles, and takes none out.";
+    text += " Without a list of kind 2, two cycles are counted for it, a start and a stop, and none is taken out.";
   }
   if (info.excluded_1_fallback_count > 0) {
     text += " The fallback list of kind 1 counts, and takes no cycle out.";

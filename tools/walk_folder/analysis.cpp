@@ -134,4 +134,15 @@ std::vector<fault> check_analysis(const walk& walk, std::optional<side> only, co
   return {};
 }
 
+std::vector<fault> analysis_warnings(const walk& walk, std::optional<side> only, const std::string& folder) {
+  const analysed_cycles cycles = cycles_of(walk, only);
+  const auto is_of_another = [&](const exclusion& exclusion) { return exclusion.cycles != cycles; };
+  if (walk.exclusions.empty() || !std::all_of(walk.exclusions.begin(), walk.exclusions.end(), is_of_another)) {
+    return {};
+  }
+  return {{table_file<exclusion_row>(folder), 0, "cycles",
+           "found exclusions, but none of \"" + std::string(name_of(cycles)) +
+               "\", the cycles that are analysed: nothing is excluded"}};
+}
+
 }  // namespace gait_walk

@@ -191,6 +191,16 @@ std::string why_too_many(const csv_row& cells, const header<Row>& header) {
   return std::is_same_v<Row, exclusion_row> ? ": a reason with a comma in it needs quotation marks around it" : "";
 }
 
+/// Whether a row holds nothing, as spreadsheets leave them below a table.
+bool is_empty(const csv_row& cells) {
+  for (std::size_t cell = 0; cell < cells.size(); ++cell) {
+    if (!cells[cell].empty()) {
+      return false;
+    }
+  }
+  return true;
+}
+
 template <class Row>
 void read_rows(csv_table& table, table_report& report, const std::function<void(const checked_row<Row>&)>& use) {
   csv_row cells;
@@ -201,6 +211,9 @@ void read_rows(csv_table& table, table_report& report, const std::function<void(
   }
   const header<Row> header = read_header<Row>(cells, report);
   while (header.usable && table.next(cells)) {
+    if (is_empty(cells)) {
+      continue;
+    }
     if (cells.size() == header.column_of_cell.size()) {
       use(read_row<Row>(cells, header, report));
     } else {

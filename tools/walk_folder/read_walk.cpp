@@ -443,19 +443,23 @@ void require_folder(const fs::path& folder) {
   throw walk_error({{folder.string(), 0, "", "found no such folder" + why + ", expected a walk folder"}});
 }
 
-/// The folder's own name, also of one that is given as "walk/" or ".".
-std::string name_of_folder(const fs::path& folder) {
-  const fs::path whole = fs::canonical(folder);
-  return whole.has_filename() ? whole.filename().string() : whole.string();
+}  // namespace
+
+std::vector<fs::path> table_files(const fs::path& folder) {
+  return {folder / table_name<recording_row>, folder / table_name<foot_cycle_row>, folder / table_name<feet_cycle_row>,
+          folder / table_name<exclusion_row>};
 }
 
-}  // namespace
+std::string walk_name(const fs::path& folder) {
+  const fs::path whole = fs::weakly_canonical(folder);
+  return whole.has_filename() ? whole.filename().string() : whole.string();
+}
 
 read_result read_walk_folder(const fs::path& folder, const read_options& options) {
   require_folder(folder);
   // Each table is opened when its turn comes: whoever writes them into pipes may do so one after the other.
   const auto open = [&](std::string_view table) { return open_file(folder / table); };
-  return walk_reader(folder.string(), open, options).read(name_of_folder(folder));
+  return walk_reader(folder.string(), open, options).read(walk_name(folder));
 }
 
 read_result read_walk_tables(const walk_tables& tables, const read_options& options) {

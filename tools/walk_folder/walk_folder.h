@@ -59,6 +59,12 @@ struct walk_tables {
   std::istream* exclusions = nullptr;
 };
 
+/// The files of a folder's four tables.
+std::vector<std::filesystem::path> table_files(const std::filesystem::path& folder);
+
+/// The name of a folder's walk: the folder's own name, also of one that is given as "walk/" or ".".
+std::string walk_name(const std::filesystem::path& folder);
+
 /// Reads a walk folder and checks all of it. Throws walk_error with every fault found.
 read_result read_walk_folder(const std::filesystem::path& folder, const read_options& options = {});
 
@@ -70,6 +76,9 @@ read_result read_walk_tables(const walk_tables& tables, const read_options& opti
 /// `only` is as for make_analysis(), `folder` the folder in the faults' file names. What is excluded from other
 /// analyses of the walk is of no concern.
 std::vector<fault> check_analysis(const walk& walk, std::optional<side> only, const std::string& folder);
+
+/// What is worth a warning about such an analysis: that all of the walk's exclusions are those of another.
+std::vector<fault> analysis_warnings(const walk& walk, std::optional<side> only, const std::string& folder);
 
 /// Writes a walk as a folder that read_walk_folder reads back as the same walk, to the bit.
 ///
