@@ -367,6 +367,39 @@ TEST(EntryShortOfMemory, BuildsTheRightSideBeforeTheLeft) {
   EXPECT_TRUE(left_seen);
 }
 
+TEST(EntryShortOfMemory, AccountsForTheWalkBeforeItBuildsParameters) {
+  for (const walk& w : {with_exclusions(alone()), with_exclusions(together())}) {
+    const whole_run whole(w, {});
+    fail_every_allocation([&] { return entry_call(w, {}); }, [](entry_call& call) { call.run(); },
+                          [&](const entry_call& call) {
+                            const auto& [info, parameters] = call.result().statistics;
+                            EXPECT_TRUE(parameters.empty() || same_bytes(info, whole.statistics.info));
+                          });
+  }
+}
+
+TEST(EntryShortOfMemory, WritesRatiosBeforeItRaisesFlags) {
+  gait_statistics earlier;
+  // The name of the other side needs memory only where it is as long as this.
+  gait_statistics_parameter& left = earlier.parameters["what the caller measured_L"];
+  left.asymmetry_enabled = true;
+  left.mean = earlier.parameters["what the caller measured_R"].mean = 2.0;
+  bool was_short_of_memory_for_a_ratio = false;
+  fail_every_allocation([&] { return entry_call(together(), earlier); }, [](entry_call& call) { call.run(); },
+                        [&](const entry_call& call) {
+                          const auto& parameters = call.result().statistics.parameters;
+                          const bool has_ratio = parameters.at("what the caller measured_L").asymmetry == 1.0;
+                          EXPECT_TRUE(has_ratio || call.result().quality_flags == entry_call::earlier_flags);
+                          was_short_of_memory_for_a_ratio |= !has_ratio && parameters.size() == 2U + 2U * 28U;
+                        });
+  EXPECT_TRUE(was_short_of_memory_for_a_ratio);
+}
+
+TEST(PercentileOfOneValue, AllocatesNothing) {
+  const Eigen::VectorXd one = Eigen::VectorXd::Constant(1, 7.25);
+  EXPECT_EQ(allocations_of([&] { EXPECT_EQ(one.percentile(Eigen::Array2d(25.0, 75.0))(1), 7.25); }), 0);
+}
+
 TEST(EntryWithoutFeet, AllocatesNothing) {
   gait_result result;
   EXPECT_EQ(allocations_of([&] { gait_generate_statistics(result, {}); }), 0);
