@@ -7,11 +7,15 @@
 /// A parameter is named by a tag, an empty type, and described by its row. A caller adds a parameter of its
 /// own without touching this file: declare a tag, give it a row, and build it.
 ///
-///     struct SWING_HEIGHT {};
+///     namespace my {
+///     struct HEEL_TO_TOE {};
+///     double heel_to_toe(const gait_foot_cycle& cycle) { return cycle.hsp; }  // any function of a cycle
+///     }
 ///     template <>
-///     inline constexpr auto gait_catalogue::row_of<SWING_HEIGHT> = gait_catalogue::foot<SWING_HEIGHT>(
-///         "swingHeight", "Swing height", "meters", 3, gait_catalogue::ratio, gait_catalogue::cv, swing_height);
+///     inline constexpr auto gait_catalogue::row_of<my::HEEL_TO_TOE> = gait_catalogue::foot<my::HEEL_TO_TOE>(
+///         "heelToToe", "Heel to toe", "deg", 1, gait_catalogue::no_ratio, gait_catalogue::no_cv, my::heel_to_toe);
 ///
+/// Tags of your own go into a namespace of your own: a minor version may add to those below.
 /// docs/adding-a-parameter.md shows how to add one to the library.
 
 #include <gait/result.h>

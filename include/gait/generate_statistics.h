@@ -33,7 +33,8 @@
 ///   the left mean, in the left one its reciprocal, and 0.0 for a quotient by a mean of 0.0;
 /// - two feet: "asymmetry", the swing asymmetry (left - right) * sampling rate / (left + right) of every included
 ///   stride whose swings are both above 0, with their mean and deviation. Here the deviation of a single value is
-///   NaN, -1.0 is a value like any other, and the record is valid, with a NaN mean, when no stride has both swings;
+///   NaN, -1.0 is a value like any other, and where no stride has both swings, the record is valid, its mean NaN and
+///   its deviation -0.0. Without any included cycle it is not valid, and both are 0.0;
 /// - `quality_flags`: rewritten, a set of gait_quality_flag bits.
 /// Nothing else is changed. Both distances are the right foot's in two-feet mode: the stride lengths of the
 /// right-foot cycles that the two-feet cycles point to.
@@ -45,6 +46,8 @@
 /// Required, and not tested: `foot_results[0].recording` not null and its sampling rate not 0 (durations are
 /// infinite or NaN otherwise, and the swing asymmetry of finite swings is 0); one foot: its cycle list not empty;
 /// two feet: `left_foot` and `right_foot`, and the recording of each, not null, and both cycle lists not empty.
+/// The link of a two-feet cycle stands for the cycle at the `index` of the one that it points to: set `index` to the
+/// position in the foot's list.
 /// Samples and indices are 32 bits wide, and their differences wrap around as in two's complement.
 ///
 /// Throws std::out_of_range ("unordered_map::at: key not found") when signal 1 or 2 is absent from the recording

@@ -6,7 +6,8 @@
 ///
 /// Plain records with public members, copied and moved as values. The caller fills a gait_result, calls
 /// gait_generate_statistics() with it, and reads `statistics` and `quality_flags` from the same object. The
-/// records check nothing. Pointers do not own; what they point to must outlive the call.
+/// records check nothing. Pointers do not own; what they point to must outlive the call. Those of a copy still
+/// point where those of the original do, into the original's feet.
 
 #include <gait/statistics.h>
 
@@ -49,15 +50,15 @@ struct gait_foot_cycle {
   double mtc_speed = gait_missing;        ///< foot speed in swing (m/s)
   double impact_vert = gait_missing;      ///< vertical impact at strike (g)
   double impact_hor = gait_missing;       ///< horizontal impact at strike (g)
-  int index = 0;                          ///< position in the foot's cycle list, from 0
+  int index = 0;                          ///< position in the foot's cycle list, from 0; to be set where both feet are analysed
 };
 
 /// One cycle of the two feet together, with links to the cycle of each foot that belongs to it.
 struct gait_feet_cycle {
   double gct = gait_missing;               ///< cycle duration (s)
   double ds = gait_missing;                ///< double support (% of cycle duration)
-  gait_foot_cycle* right_cycle = nullptr;  ///< the right foot's cycle, or null; not owned
-  gait_foot_cycle* left_cycle = nullptr;   ///< the left foot's cycle, or null; not owned
+  gait_foot_cycle* right_cycle = nullptr;  ///< the right foot's cycle, found by its `index`, or null; not owned
+  gait_foot_cycle* left_cycle = nullptr;   ///< the left foot's cycle, found by its `index`, or null; not owned
 };
 
 /// One signal of a sensor: of its content, the library needs only the length.

@@ -7,6 +7,7 @@
 #include <columns.h>
 
 #include <iostream>
+#include <stdexcept>
 #include <string>
 #include <string_view>
 #include <type_traits>
@@ -106,15 +107,29 @@ std::string field_name(double gait_foot_cycle::*source) {
       return "`" + std::string(column.name) + "`";
     }
   }
-  return "?";
+  throw std::logic_error("a field is not a column of a walk folder");
 }
 
 std::string field_name(double gait_feet_cycle::*source) {
-  return source == &gait_feet_cycle::ds ? "`ds` (two feet)" : source == &gait_feet_cycle::gct ? "`gct` (two feet)" : "?";
+  return source == &gait_feet_cycle::ds ? "`ds` (two feet)" : "`gct` (two feet)";
 }
 
-std::string field_name(double (*source)(const gait_foot_cycle&)) {
-  return source == gait_catalogue::half_stride ? "`slength` × 0.5" : "?";
+/// What a function computes its value from.
+template <class Tag>
+constexpr std::string_view formula_of = {};
+template <>
+constexpr std::string_view formula_of<STEPLENGTH_ALT> = "`slength` × 0.5";
+
+/// The column "Field" for a row.
+template <class Row>
+std::string source_of(const Row& row) {
+  if constexpr (std::is_member_object_pointer_v<decltype(row.source)>) {
+    return field_name(row.source);
+  } else {
+    constexpr std::string_view formula = formula_of<typename Row::tag_type>;
+    static_assert(!formula.empty(), "a parameter that a function computes has no formula here: add one above");
+    return std::string(formula);
+  }
 }
 
 std::string_view mode_note(gait_catalogue::built when) {
@@ -138,7 +153,7 @@ void print_table() {
     static_assert(!text.meaning.empty(), "a parameter of the catalogue has no note here: add one above");
     std::cout << "| " << row.description << " | `" << row.key << "` | " << row.unit << " | " << row.decimals << " | "
               << yes_or_no(row.sides == gait_catalogue::ratio) << " | " << yes_or_no(row.spread == gait_catalogue::cv) << " | "
-              << field_name(row.source) << " | `" << text.tag << "` |\n";
+              << source_of(row) << " | `" << text.tag << "` |\n";
   });
 }
 
