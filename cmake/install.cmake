@@ -8,6 +8,14 @@ install(TARGETS gait_statistics EXPORT gait_statistics
   ARCHIVE COMPONENT development)
 install(DIRECTORY include/ DESTINATION ${CMAKE_INSTALL_INCLUDEDIR} COMPONENT development FILES_MATCHING PATTERN "*.h")
 
+set(doc_dir ${CMAKE_INSTALL_DATADIR}/doc)
+install(DIRECTORY docs/ DESTINATION ${doc_dir}/gait_statistics COMPONENT development)
+if(GAIT_BUILD_TOOLS)
+  install(FILES docs/definitions.md docs/exclusions.md docs/glossary.md docs/output.md docs/parameters.md
+    docs/quality-flags.md docs/walk-folder.md
+    DESTINATION ${doc_dir}/gait-statistics COMPONENT program)
+endif()
+
 install(EXPORT gait_statistics NAMESPACE gait:: FILE gait_statistics-targets.cmake
   DESTINATION ${package_dir} COMPONENT development)
 configure_package_config_file(cmake/gait_statistics-config.cmake.in gait_statistics-config.cmake

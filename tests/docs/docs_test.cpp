@@ -7,6 +7,7 @@
 #include <fstream>
 #include <iterator>
 #include <regex>
+#include <set>
 #include <sstream>
 #include <string>
 #include <vector>
@@ -102,6 +103,30 @@ TEST(Readme, ShowsThePartsOfTheReportThatTheProgramPrints) {
   const std::string shown = block_after(page("README.md"), "prints, shortened", "text");
   ASSERT_GT(lines_of(shown).size(), 10U);
   EXPECT_TRUE(is_shortened(shown, "\n" + output_of(command)));
+}
+
+TEST(Output, ShowsTheFirstRowsOfTheTable) {
+  const std::string command =
+      "cd " + quoted(GAIT_PROJECT_FOLDER) + " && " + quoted(GAIT_PROGRAM) + " --format csv examples/walks/one_foot_short";
+  const std::string shown = block_after(page("docs/output.md"), "## CSV", "text");
+  ASSERT_EQ(lines_of(shown).size(), 2U);
+  EXPECT_EQ(output_of(command).rfind(shown, 0), 0U) << shown;
+}
+
+TEST(Output, NamesEveryKeyOfTheDocument) {
+  const std::string command =
+      "cd " + quoted(GAIT_PROJECT_FOLDER) + " && " + quoted(GAIT_PROGRAM) + " --format json examples/walks/two_feet_turn";
+  const std::string json = output_of(command);
+  const std::string whole = page("docs/output.md");
+  // Those of a walk and of its parameters; the ones between are fields of a record, or what the page says in words.
+  const std::regex key("\n(?: {6}| {10})\"(\\w+)\": ");
+  std::set<std::string> unnamed;
+  for (std::sregex_iterator at(json.begin(), json.end(), key), end; at != end; ++at) {
+    if (whole.find("`" + (*at)[1].str() + "`") == std::string::npos) {
+      unnamed.insert((*at)[1]);
+    }
+  }
+  EXPECT_EQ(unnamed, std::set<std::string>());
 }
 
 TEST(Parameters, ArePrintedFromTheCatalogue) {
