@@ -11,6 +11,17 @@ if command -v ccache >/dev/null; then
   export CMAKE_CXX_COMPILER_LAUNCHER=ccache
 fi
 
+# takes_no_arguments USAGE ARGUMENT...: ends a script that is given any, with its usage.
+takes_no_arguments() {
+  if [[ ${2-} == --help ]]; then
+    echo "$1"
+    exit 0
+  elif [[ $# -gt 1 ]]; then
+    echo "$1" >&2
+    exit 2
+  fi
+}
+
 heading() {
   printf '\n==== %s ====\n' "$1"
 }
