@@ -1,6 +1,7 @@
 // Reaching the cycles of a list by their indices: the library's function beside one std::next after another.
 
 #include "access_sums.h"
+#include "scatter.h"
 #include "walks.h"
 
 #include <benchmark/benchmark.h>

@@ -2,6 +2,7 @@
 // run. A program of its own, without any library, so that it can be compiled in every way that a consumer may.
 
 #include "access_sums.h"
+#include "scatter.h"
 
 #include <gait/result.h>
 
@@ -14,7 +15,6 @@
 #include <limits>
 #include <list>
 #include <numeric>
-#include <random>
 #include <utility>
 #include <vector>
 
@@ -38,18 +38,6 @@ double time_of(Sum sum, const std::list<gait_foot_cycle>& cycles, const std::lis
     std::exit(1);
   }
   return elapsed.count() / static_cast<double>(runs);
-}
-
-/// Links the nodes in random order; the values are not looked at.
-void scatter(std::list<gait_foot_cycle>& cycles) {
-  std::vector<std::list<gait_foot_cycle>> nodes(cycles.size());
-  for (auto& node : nodes) {
-    node.splice(node.begin(), cycles, cycles.begin());
-  }
-  std::shuffle(nodes.begin(), nodes.end(), std::mt19937_64(1));
-  for (auto& node : nodes) {
-    cycles.splice(cycles.end(), node);
-  }
 }
 
 struct ratios {
@@ -110,6 +98,7 @@ double time_of_load(std::index_sequence<Walk...> /*walks*/) {
 }  // namespace
 
 int main() {
+  // Twelve fit into the registers of an x86-64 processor.
   std::printf("A load from the first-level cache: %.2f ns one after another, %.2f ns in twelve walks side by side.\n\n",
               time_of_load(std::make_index_sequence<1>{}), time_of_load(std::make_index_sequence<12>{}));
   std::puts("| cycles | nodes in order | nodes scattered |\n| ---: | ---: | ---: |");

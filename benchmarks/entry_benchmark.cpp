@@ -1,6 +1,7 @@
 // A whole call in both modes, and one parameter of it.
 
 #include "count_allocations.h"
+#include "scatter.h"
 #include "walks.h"
 
 #include <gait/build_parameter.h>

@@ -7,11 +7,7 @@
 #include "walk.h"
 #include "walk_model.h"
 
-#include <algorithm>
-#include <list>
-#include <optional>
-#include <random>
-#include <utility>
+#include <cstdint>
 #include <vector>
 
 /// How the nodes of a cycle list lie in memory: in the order of the list, or anywhere.
@@ -19,25 +15,6 @@ enum class nodes { in_order, scattered };
 
 /// The sizes that a recording has, from a short test to a day: cycles of each foot.
 inline const std::vector<std::int64_t> cycle_counts = {20, 100, 400, 1000, 4000, 10000};
-
-/// Links the nodes of a list anew in random order, and moves the values along, so that only their places differ.
-template <class Value>
-void scatter(std::list<Value>& list) {
-  std::vector<std::list<Value>> single(list.size());
-  for (auto& node : single) {
-    node.splice(node.begin(), list, list.begin());
-  }
-  std::vector<Value> values;
-  for (const auto& node : single) {
-    values.push_back(node.front());
-  }
-  std::shuffle(single.begin(), single.end(), std::mt19937_64(1));
-  auto value = values.begin();
-  for (auto& node : single) {
-    node.front() = *value++;
-    list.splice(list.end(), node);
-  }
-}
 
 /// A walk with every cycle included and every value measured.
 inline gait_walk::walk modelled_walk(std::int64_t cycles) {

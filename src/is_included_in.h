@@ -1,6 +1,9 @@
 #ifndef GAIT_SRC_IS_INCLUDED_IN_H
 #define GAIT_SRC_IS_INCLUDED_IN_H
 
+/// \file
+/// Looking an index up in a list of excluded ones.
+
 #include <algorithm>
 #include <list>
 

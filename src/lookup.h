@@ -1,6 +1,9 @@
 #ifndef GAIT_SRC_LOOKUP_H
 #define GAIT_SRC_LOOKUP_H
 
+/// \file
+/// Finding what must be there.
+
 #include <stdexcept>
 
 namespace gait_detail {

@@ -1,6 +1,9 @@
 #ifndef GAIT_SRC_MODE_H
 #define GAIT_SRC_MODE_H
 
+/// \file
+/// Which analysis a walk gets, and the rate that it is sampled at.
+
 #include <gait/result.h>
 
 namespace gait_detail {

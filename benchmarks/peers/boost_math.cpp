@@ -21,12 +21,7 @@ double quantile(column& values, double fraction) {
 }
 
 void describe(const column& values) {
-  column sample;
-  for (const double value : values) {
-    if (value != gait_missing) {
-      sample.push_back(value);
-    }
-  }
+  column sample = measured(values);
   namespace statistics = boost::math::statistics;
   const double mean = statistics::mean(sample);
   const double deviation = std::sqrt(statistics::sample_variance(sample));

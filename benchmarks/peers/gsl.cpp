@@ -18,12 +18,7 @@ double quantile_of_sorted(const column& sorted, double fraction) {
 }
 
 void describe(const column& values) {
-  column sample;
-  for (const double value : values) {
-    if (value != gait_missing) {
-      sample.push_back(value);
-    }
-  }
+  column sample = measured(values);
   const double mean = gsl_stats_mean(sample.data(), 1, sample.size());
   const double deviation = gsl_stats_sd_m(sample.data(), 1, sample.size(), mean);
   keep(mean);

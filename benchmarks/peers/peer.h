@@ -12,6 +12,7 @@
 #include <algorithm>
 #include <chrono>
 #include <cstdio>
+#include <iterator>
 #include <type_traits>
 #include <vector>
 
@@ -39,6 +40,13 @@ inline std::vector<column> columns_of(const gait_walk::walk& walk) {
     }
   }
   return columns;
+}
+
+/// The values that were measured.
+inline column measured(const column& values) {
+  column sample;
+  std::copy_if(values.begin(), values.end(), std::back_inserter(sample), [](double value) { return value != gait_missing; });
+  return sample;
 }
 
 /// Runs `pass` for a fifth of a second or more, and prints the median of its times (s).

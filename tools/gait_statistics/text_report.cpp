@@ -116,7 +116,7 @@ std::vector<accounting_line> accounting_lines(const walk_statistics& walk) {
 /// With less room beside the numbers than this, a note goes below them.
 constexpr std::size_t narrowest_note = 12;
 
-std::string lay_out(const std::vector<accounting_line>& lines, const text_style& style) {
+std::string lay_out_accounting(const std::vector<accounting_line>& lines, const text_style& style) {
   std::size_t label = 0;
   std::size_t cycles = std::string_view("Cycles").size();
   std::size_t amount = 0;
@@ -163,7 +163,7 @@ std::string why_counts_differ(const walk_statistics& walk) {
 
 std::string report_accounting(const walk_statistics& walk, const text_style& style) {
   const std::string why = why_counts_differ(walk);
-  return lay_out(accounting_lines(walk), style) + (why.empty() ? "" : paragraph(why, style));
+  return lay_out_accounting(accounting_lines(walk), style) + (why.empty() ? "" : paragraph(why, style));
 }
 
 // --- Parameters
