@@ -167,6 +167,13 @@ TEST(AddingAParameter, ShowsTheWholeExampleAndItsOutput) {
   EXPECT_EQ(block_after(whole, "It prints", "text"), output_of_example("own_parameter"));
 }
 
+TEST(AddingAParameter, ShowsTheListOfASideAndTheExamplesOutput) {
+  const std::string whole = page("docs/adding-a-parameter.md");
+  const std::string shown = block_after(whole, "own_parameter_two_feet.cpp", "cpp");
+  EXPECT_NE(page("examples/own_parameter_two_feet.cpp").find(shown), std::string::npos);
+  EXPECT_EQ(block_after(whole, "own_parameter_two_feet.cpp", "text"), output_of_example("own_parameter_two_feet"));
+}
+
 TEST(Pages, LinkOnlyToWhatIsThere) {
   std::vector<std::filesystem::path> pages;
   for (const char* folder : {"", "docs", "fuzz", "examples/walks/one_foot_short", "examples/walks/two_feet_turn"}) {

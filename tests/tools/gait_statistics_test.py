@@ -470,6 +470,14 @@ class ExitCode(ProgramTest):
                                             f'"{cycles}", the cycles that are analysed: nothing is excluded\n')
         self.assertEqual(run("--foot", "left", walk).stderr, "")
 
+    def test_1_for_a_loop_of_links_and_the_other_walks_are_reported(self):
+        loop = self.folder / "loop"
+        loop.symlink_to(loop)
+        result = run(loop, LEFT_FOOT)
+        self.assertEqual(result.returncode, 1)
+        self.assertTrue(result.stderr.startswith(f"{loop}: found no such folder"), result.stderr)
+        self.assertIn("Walk " + pathlib.Path(LEFT_FOOT).name, result.stdout)
+
     def test_1_for_a_walk_that_cannot_be_read(self):
         nowhere = self.folder / "nowhere"
         result = run(nowhere)

@@ -451,7 +451,10 @@ std::vector<fs::path> table_files(const fs::path& folder) {
 }
 
 std::string walk_name(const fs::path& folder) {
-  const fs::path whole = fs::weakly_canonical(folder);
+  std::error_code error;
+  const fs::path canonical = fs::weakly_canonical(folder, error);
+  // What cannot be resolved, such as a loop of links, cannot be read either, and is named by the fault that says so.
+  const fs::path& whole = error ? folder : canonical;
   return whole.has_filename() ? whole.filename().string() : whole.string();
 }
 
