@@ -7,6 +7,7 @@
 #include "columns.h"
 #include "fault.h"
 
+#include <algorithm>
 #include <bitset>
 #include <cstddef>
 #include <functional>
@@ -43,12 +44,9 @@ struct checked_row {
   template <class Value, class Base>
   bool has(Value Base::*member) const {
     const decltype(column<Row>::member) wanted = static_cast<Value Row::*>(member);
-    for (std::size_t i = 0; i < columns<Row>.size(); ++i) {
-      if (columns<Row>[i].member == wanted) {
-        return good[i];
-      }
-    }
-    return false;
+    const auto is_wanted = [&](const column<Row>& column) { return column.member == wanted; };
+    const auto place = std::find_if(columns<Row>.begin(), columns<Row>.end(), is_wanted) - columns<Row>.begin();
+    return good.test(static_cast<std::size_t>(place));
   }
 };
 
