@@ -38,6 +38,7 @@ std::vector<double> swing_asymmetries(const std::vector<double>& left, const std
   const auto count = std::min(held, static_cast<std::size_t>(std::max(strides, 0)));
 
   std::vector<double> asymmetries;
+  asymmetries.reserve(count);
   for (std::size_t i = 0; i < count; ++i) {
     const double l = left[i];
     const double r = right[i];

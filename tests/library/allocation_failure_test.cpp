@@ -395,6 +395,28 @@ TEST(EntryShortOfMemory, WritesRatiosBeforeItRaisesFlags) {
   EXPECT_TRUE(was_short_of_memory_for_a_ratio);
 }
 
+/// What a call allocates beside the nodes of its index lists, of which it makes so many for each cycle.
+long allocations_beside_nodes(walk w, int cycles, int nodes_per_cycle) {
+  entry_call call(std::move(w), {});
+  return allocations_of([&] { call.run(); }) - cycles * nodes_per_cycle;
+}
+
+TEST(EntryAllocations, GrowWithTheCyclesByTheNodesOfTheirIndexListsAlone) {
+  const auto of_one_foot = [](int cycles) {
+    return allocations_beside_nodes(alone(static_cast<std::size_t>(cycles)), cycles, 2);
+  };
+  const auto of_two_feet = [](int cycles) {
+    const foot some = some_foot(static_cast<std::size_t>(cycles), 40.0, 0.25);
+    return allocations_beside_nodes(two_feet(some, some), cycles, 5);
+  };
+  for (const int cycles : {100, 1000}) {
+    EXPECT_EQ(of_one_foot(cycles), of_one_foot(20));
+    EXPECT_EQ(of_two_feet(cycles), of_two_feet(20));
+  }
+  EXPECT_LT(of_one_foot(20), 8 * 27);
+  EXPECT_LT(of_two_feet(20), 8 * (2 * 28 + 1));
+}
+
 TEST(PercentileOfOneValue, AllocatesNothing) {
   const Eigen::VectorXd one = Eigen::VectorXd::Constant(1, 7.25);
   EXPECT_EQ(allocations_of([&] { EXPECT_EQ(one.percentile(Eigen::Array2d(25.0, 75.0))(1), 7.25); }), 0);
