@@ -8,8 +8,6 @@
 #include "bytes_of.h"
 #include "walk.h"
 
-#include <functional>
-#include <optional>
 #include <string>
 
 namespace tool_tests {
@@ -18,11 +16,11 @@ namespace tool_tests {
 inline std::string bytes_of(const gait_walk::walk& walk) {
   std::string bytes;
   const auto add = [&](const auto&... members) { bytes += gait_test::bytes_of_all(members...); };
-  for (const std::optional<gait_walk::foot>& foot : {std::cref(walk.left), std::cref(walk.right)}) {
-    add(foot.has_value());
-    if (foot) {
-      add(foot->sampling_rate, foot->signal_1_samples, foot->signal_2_samples, foot->cycles.size());
-      for (const gait_foot_cycle& cycle : foot->cycles) {
+  for (const auto* foot : {&walk.left, &walk.right}) {
+    add(foot->has_value());
+    if (*foot) {
+      add((*foot)->sampling_rate, (*foot)->signal_1_samples, (*foot)->signal_2_samples, (*foot)->cycles.size());
+      for (const gait_foot_cycle& cycle : (*foot)->cycles) {
         add(cycle.index, cycle.first_sample, cycle.last_sample);
         for (const auto field : gait_test::foot::measured_fields) {
           add(cycle.*field);
