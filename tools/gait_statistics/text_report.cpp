@@ -9,7 +9,6 @@
 #include <cstddef>
 #include <cstdint>
 #include <functional>
-#include <list>
 #include <optional>
 #include <string>
 #include <string_view>
@@ -68,10 +67,7 @@ struct accounting_line {
 std::string seconds(double value) { return rounded(value, decimals_of_seconds) + " s"; }
 std::string metres(double value) { return rounded(value, decimals_of_metres) + " m"; }
 
-std::string exclusion_note(bool is_fallback, const std::list<int>& fallback, const counted_reasons& reasons) {
-  if (is_fallback && fallback.empty()) {
-    return "none listed, which counts as two";
-  }
+std::string exclusion_note(bool is_fallback, const counted_reasons& reasons) {
   std::string note;
   for (const auto& [reason, count] : reasons) {
     note += (note.empty() ? "" : ", ") + std::to_string(count) + " " + printable(reason);
@@ -99,13 +95,15 @@ std::vector<accounting_line> accounting_lines(const walk_statistics& walk) {
   const gait_statistics_info& info = walk.info();
   const stride_length_gaps& lengths = walk.stride_lengths;
   const std::string foot = walk.both_feet ? "right foot" : "";
+  const bool lists_kind_2 = !walk.result().excluded_2.empty() || !walk.result().excluded_2_fallback.empty();
   return {
       {"Recording", "", seconds(info.recording_duration), ""},
       {"Walk", std::to_string(info.cycle_count), seconds(info.duration), "first to last sample"},
       {"Excluded, kind 1", std::to_string(info.excluded_1_count), seconds(info.excluded_1_duration),
-       exclusion_note(info.excluded_1_fallback_count > 0, walk.result().excluded_1_fallback, walk.excluded_1_reasons)},
+       exclusion_note(info.excluded_1_fallback_count > 0, walk.excluded_1_reasons)},
       {"Excluded, kind 2", std::to_string(info.excluded_2_count), seconds(info.excluded_2_duration),
-       exclusion_note(info.excluded_2_fallback_count > 0, walk.result().excluded_2_fallback, walk.excluded_2_reasons)},
+       lists_kind_2 ? exclusion_note(info.excluded_2_fallback_count > 0, walk.excluded_2_reasons)
+                    : "none listed, which counts as two"},
       {"Included", std::to_string(info.included_count), seconds(info.included_duration), "walk less excluded"},
       {"In the statistics", std::to_string(info.cycles.size()), seconds(info.included_gct_sum), "their own durations"},
       distance_line("Distance, total", info.total_distance, lengths.cycles, lengths.without, foot),
