@@ -1,4 +1,5 @@
-// Reaching the cycles of a list by their indices: the library's function beside one std::next after another.
+// Reaching the cycles of a list by their indices: the library's function beside one std::next after
+// another.
 
 #include "access_sums.h"
 #include "scatter.h"
@@ -23,8 +24,10 @@ void access(benchmark::State& state) {
   for (auto _ : state) {
     benchmark::DoNotOptimize(Sum(cycles, indices));
   }
-  const auto steps = static_cast<double>(state.range(0)) * static_cast<double>(state.range(0) - 1) / 2.0;
-  state.counters["steps"] = benchmark::Counter(steps, benchmark::Counter::kIsIterationInvariantRate);
+  const auto steps =
+      static_cast<double>(state.range(0)) * static_cast<double>(state.range(0) - 1) / 2.0;
+  state.counters["steps"] =
+      benchmark::Counter(steps, benchmark::Counter::kIsIterationInvariantRate);
   state.SetComplexityN(state.range(0));
 }
 
@@ -32,9 +35,17 @@ void sizes(benchmark::internal::Benchmark* benchmark) {
   benchmark->ArgName("cycles")->ArgsProduct({cycle_counts})->Complexity(benchmark::oNSquared);
 }
 
-BENCHMARK_TEMPLATE(access, sum_with_std_next, nodes::in_order)->Name("access/std_next/in_order")->Apply(sizes);
-BENCHMARK_TEMPLATE(access, sum_with_library, nodes::in_order)->Name("access/library/in_order")->Apply(sizes);
-BENCHMARK_TEMPLATE(access, sum_with_std_next, nodes::scattered)->Name("access/std_next/scattered")->Apply(sizes);
-BENCHMARK_TEMPLATE(access, sum_with_library, nodes::scattered)->Name("access/library/scattered")->Apply(sizes);
+BENCHMARK_TEMPLATE(access, sum_with_std_next, nodes::in_order)
+    ->Name("access/std_next/in_order")
+    ->Apply(sizes);
+BENCHMARK_TEMPLATE(access, sum_with_library, nodes::in_order)
+    ->Name("access/library/in_order")
+    ->Apply(sizes);
+BENCHMARK_TEMPLATE(access, sum_with_std_next, nodes::scattered)
+    ->Name("access/std_next/scattered")
+    ->Apply(sizes);
+BENCHMARK_TEMPLATE(access, sum_with_library, nodes::scattered)
+    ->Name("access/library/scattered")
+    ->Apply(sizes);
 
 }  // namespace

@@ -2,8 +2,9 @@
 #define BENCHMARKS_ACCESS_SUMS_H
 
 /// \file
-/// The same sum over indexed cycles, by the library's access function and by one std::next after another. Neither becomes
-/// part of the loop that times it: on a short list, which of them did would decide.
+/// The same sum over indexed cycles, by the library's access function and by one std::next after
+/// another. Neither becomes part of the loop that times it: on a short list, which of them did
+/// would decide.
 
 #include <gait/cycle_access.h>
 #include <gait/result.h>
@@ -12,7 +13,8 @@
 #include <iterator>
 #include <list>
 
-[[gnu::noinline]] inline double sum_with_std_next(const std::list<gait_foot_cycle>& cycles, const std::list<int>& indices) {
+[[gnu::noinline]] inline double sum_with_std_next(const std::list<gait_foot_cycle>& cycles,
+                                                  const std::list<int>& indices) {
   double sum = 0.0;
   for (const int index : indices) {
     if (index >= 0 && static_cast<std::size_t>(index) < cycles.size()) {
@@ -25,7 +27,8 @@
   return sum;
 }
 
-[[gnu::noinline]] inline double sum_with_library(const std::list<gait_foot_cycle>& cycles, const std::list<int>& indices) {
+[[gnu::noinline]] inline double sum_with_library(const std::list<gait_foot_cycle>& cycles,
+                                                 const std::list<int>& indices) {
   return gait_detail::index_sum(cycles, indices, &gait_foot_cycle::gct);
 }
 

@@ -1,5 +1,6 @@
-// How many times faster the library reaches the indices 0 to n - 1 than one std::next after another does, in one
-// run. A program of its own, without any library, so that it can be compiled in every way that a consumer may.
+// How many times faster the library reaches the indices 0 to n - 1 than one std::next after another
+// does, in one run. A program of its own, without any library, so that it can be compiled in every
+// way that a consumer may.
 
 #include "access_sums.h"
 #include "scatter.h"
@@ -22,9 +23,11 @@ namespace {
 
 using clock_type = std::chrono::steady_clock;
 
-/// The time of one sum (s), over as many as take some milliseconds. Prints to stderr, and ends, if a sum is wrong.
+/// The time of one sum (s), over as many as take some milliseconds. Prints to stderr, and ends, if
+/// a sum is wrong.
 template <class Sum>
-double time_of(Sum sum, const std::list<gait_foot_cycle>& cycles, const std::list<int>& indices, double expected) {
+double time_of(Sum sum, const std::list<gait_foot_cycle>& cycles, const std::list<int>& indices,
+               double expected) {
   const std::size_t runs = std::max<std::size_t>(1, 4'000'000 / (cycles.size() * cycles.size()));
   bool right = true;
   const auto start = clock_type::now();
@@ -70,7 +73,8 @@ struct ring_node {
   ring_node* next;
 };
 
-/// The time of a load (ns) that `Walks` walks make round a small ring, side by side and in the first-level cache.
+/// The time of a load (ns) that `Walks` walks make round a small ring, side by side and in the
+/// first-level cache.
 template <std::size_t... Walk>
 double time_of_load(std::index_sequence<Walk...> /*walks*/) {
   std::vector<ring_node> ring(64);
@@ -99,8 +103,10 @@ double time_of_load(std::index_sequence<Walk...> /*walks*/) {
 
 int main() {
   // Twelve fit into the registers of an x86-64 processor.
-  std::printf("A load from the first-level cache: %.2f ns one after another, %.2f ns in twelve walks side by side.\n\n",
-              time_of_load(std::make_index_sequence<1>{}), time_of_load(std::make_index_sequence<12>{}));
+  std::printf(
+      "A load from the first-level cache: %.2f ns one after another, %.2f ns in twelve walks side "
+      "by side.\n\n",
+      time_of_load(std::make_index_sequence<1>{}), time_of_load(std::make_index_sequence<12>{}));
   std::puts("| cycles | nodes in order | nodes scattered |\n| ---: | ---: | ---: |");
   constexpr std::size_t counts[] = {20, 100, 400, 1000, 4000, 10000};
   for (const std::size_t count : counts) {

@@ -9,7 +9,8 @@ std::atomic<std::size_t> allocations{0};
 
 std::size_t allocations_so_far() { return allocations.load(std::memory_order_relaxed); }
 
-// glibc lets a program put its own functions in the place of malloc and realloc; these go on to the library's.
+// glibc lets a program put its own functions in the place of malloc and realloc; these go on to the
+// library's.
 extern "C" {
 
 void* __libc_malloc(std::size_t size);                 // NOLINT(bugprone-reserved-identifier)

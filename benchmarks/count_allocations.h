@@ -6,7 +6,8 @@
 
 #include <cstddef>
 
-/// Calls of malloc and realloc by this program so far, those of operator new and of Eigen among them.
+/// Calls of malloc and realloc by this program so far, those of operator new and of Eigen among
+/// them.
 std::size_t allocations_so_far();
 
 /// The number of allocations that `run` makes.

@@ -17,7 +17,8 @@ namespace {
 
 void empty_results(gait_result& result) { result.statistics = gait_statistics{}; }
 
-gait_walk::analysis make_analysis(std::int64_t cycles, nodes where, std::optional<gait_walk::side> only) {
+gait_walk::analysis make_analysis(std::int64_t cycles, nodes where,
+                                  std::optional<gait_walk::side> only) {
   gait_walk::analysis analysis = gait_walk::make_analysis(modelled_walk(cycles), only);
   if (where == nodes::scattered) {
     for (gait_foot_result& foot : analysis.result.foot_results) {
@@ -47,12 +48,15 @@ void entry(benchmark::State& state, nodes where, std::optional<gait_walk::side> 
 }
 
 void one_parameter(benchmark::State& state) {
-  const gait_walk::analysis analysis = make_analysis(state.range(0), nodes::in_order, gait_walk::side::left);
+  const gait_walk::analysis analysis =
+      make_analysis(state.range(0), nodes::in_order, gait_walk::side::left);
   const gait_foot_result& foot = analysis.result.foot_results.front();
   std::list<int> indices(foot.cycles.size());
   std::iota(indices.begin(), indices.end(), 0);
   gait_statistics statistics;
-  const auto build = [&] { gait_statistics_build_parameter<gait_foot_result, GCT>(statistics, foot, indices, "", GCT{}); };
+  const auto build = [&] {
+    gait_statistics_build_parameter<gait_foot_result, GCT>(statistics, foot, indices, "", GCT{});
+  };
   for (auto _ : state) {
     build();
     statistics.parameters.clear();
@@ -62,7 +66,10 @@ void one_parameter(benchmark::State& state) {
 }
 
 void sizes(benchmark::internal::Benchmark* benchmark) {
-  benchmark->ArgName("cycles")->ArgsProduct({cycle_counts})->Complexity(benchmark::oNSquared)->Unit(benchmark::kMicrosecond);
+  benchmark->ArgName("cycles")
+      ->ArgsProduct({cycle_counts})
+      ->Complexity(benchmark::oNSquared)
+      ->Unit(benchmark::kMicrosecond);
 }
 
 BENCHMARK_CAPTURE(entry, one_foot_in_order, nodes::in_order, gait_walk::side::left)->Apply(sizes);

@@ -23,7 +23,8 @@ std::vector<double> sample_of(std::int64_t size) {
 
 void quartiles(benchmark::State& state) {
   const std::vector<double> values = sample_of(state.range(0));
-  const Eigen::VectorXd sample = Eigen::Map<const Eigen::VectorXd>(values.data(), static_cast<Eigen::Index>(values.size()));
+  const Eigen::VectorXd sample =
+      Eigen::Map<const Eigen::VectorXd>(values.data(), static_cast<Eigen::Index>(values.size()));
   for (auto _ : state) {
     benchmark::DoNotOptimize(sample.percentile(Eigen::Array2d(25.0, 75.0)));
   }
@@ -43,11 +44,13 @@ void sort_sample(benchmark::State& state, Sort sort) {
 }
 
 void quicksort(std::vector<double>& values) {
-  _kalvio_eigen_quicksort(values.data(), Eigen::Index{0}, static_cast<Eigen::Index>(values.size()) - 1);
+  _kalvio_eigen_quicksort(values.data(), Eigen::Index{0},
+                          static_cast<Eigen::Index>(values.size()) - 1);
 }
 void std_sort(std::vector<double>& values) { std::sort(values.begin(), values.end()); }
 void std_nth_element(std::vector<double>& values) {
-  std::nth_element(values.begin(), values.begin() + static_cast<std::ptrdiff_t>(values.size() / 2), values.end());
+  std::nth_element(values.begin(), values.begin() + static_cast<std::ptrdiff_t>(values.size() / 2),
+                   values.end());
 }
 
 void sizes(benchmark::internal::Benchmark* benchmark) {
@@ -57,6 +60,8 @@ void sizes(benchmark::internal::Benchmark* benchmark) {
 BENCHMARK(quartiles)->Name("percentile/quartiles")->Apply(sizes);
 BENCHMARK_CAPTURE(sort_sample, quicksort, quicksort)->Name("sort/quicksort")->Apply(sizes);
 BENCHMARK_CAPTURE(sort_sample, std_sort, std_sort)->Name("sort/std_sort")->Apply(sizes);
-BENCHMARK_CAPTURE(sort_sample, std_nth_element, std_nth_element)->Name("sort/std_nth_element")->Apply(sizes);
+BENCHMARK_CAPTURE(sort_sample, std_nth_element, std_nth_element)
+    ->Name("sort/std_nth_element")
+    ->Apply(sizes);
 
 }  // namespace

@@ -9,7 +9,8 @@
 #include <random>
 #include <vector>
 
-/// Links the nodes of a list anew in random order, and moves the values along, so that only their places differ.
+/// Links the nodes of a list anew in random order, and moves the values along, so that only their
+/// places differ.
 template <class Value>
 void scatter(std::list<Value>& list) {
   std::vector<std::list<Value>> single(list.size());

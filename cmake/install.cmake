@@ -26,8 +26,9 @@ install(FILES
   ${CMAKE_CURRENT_BINARY_DIR}/gait_statistics-config-version.cmake
   DESTINATION ${package_dir} COMPONENT development)
 
-# pkg-config finds the prefix from where the file lies, so that an installed tree can be moved. Files below /usr stay,
-# and pkg-config leaves out the system's own folders only where it sees them by their plain names.
+# pkg-config finds the prefix from where the file lies, so that an installed tree can be moved.
+# Files below /usr stay, and pkg-config leaves out the system's own folders only where it sees them
+# by their plain names.
 set(pkgconfig_prefix /usr)
 if(NOT CMAKE_INSTALL_PREFIX STREQUAL "/usr")
   file(RELATIVE_PATH to_prefix "/${pkgconfig_dir}" /)

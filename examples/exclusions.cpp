@@ -1,4 +1,5 @@
-// What the four exclusion lists do to the accounting of one walk: ten cycles of 1.0, 1.1, ..., 1.9 s.
+// What the four exclusion lists do to the accounting of one walk: ten cycles of 1.0, 1.1, ..., 1.9
+// s.
 
 #include <gait/generate_statistics.h>
 
@@ -51,12 +52,15 @@ int main() {
       {"1 {-1,10}  2 {0}", {-1, 10}, {}, {0}, {}},
       {"1 {4}  2 {4}  2 fallback {0}", {4}, {}, {4}, {0}},
   };
-  std::puts("                              selection  kind 1     kind 2     accounting      excluded_2");
-  std::puts("lists                         cycles s   count s    count s    cycles s        _gct_sum s");
+  std::puts(
+      "                              selection  kind 1     kind 2     accounting      excluded_2");
+  std::puts(
+      "lists                         cycles s   count s    count s    cycles s        _gct_sum s");
   for (const exclusions& lists : cases) {
     const gait_statistics_info info = account(lists);
-    std::printf("%-30s%3zu %6.1f %4u %6.1f %4u %6.1f %4d %6.1f %12.1f\n", lists.lists, info.cycles.size(),
-                info.included_gct_sum, info.excluded_1_count, info.excluded_1_duration, info.excluded_2_count,
-                info.excluded_2_duration, info.included_count, info.included_duration, info.excluded_2_gct_sum);
+    std::printf("%-30s%3zu %6.1f %4u %6.1f %4u %6.1f %4d %6.1f %12.1f\n", lists.lists,
+                info.cycles.size(), info.included_gct_sum, info.excluded_1_count,
+                info.excluded_1_duration, info.excluded_2_count, info.excluded_2_duration,
+                info.included_count, info.included_duration, info.excluded_2_gct_sum);
   }
 }

@@ -17,8 +17,10 @@ struct STANCE_TO_SWING {};
 }  // namespace lab
 
 template <>
-inline constexpr auto gait_catalogue::row_of<lab::STANCE_TO_SWING> = gait_catalogue::foot<lab::STANCE_TO_SWING>(
-    "stanceToSwing", "Stance to swing", "", 2, gait_catalogue::ratio, gait_catalogue::cv, lab::stance_to_swing);
+inline constexpr auto gait_catalogue::row_of<lab::STANCE_TO_SWING> =
+    gait_catalogue::foot<lab::STANCE_TO_SWING>("stanceToSwing", "Stance to swing", "", 2,
+                                               gait_catalogue::ratio, gait_catalogue::cv,
+                                               lab::stance_to_swing);
 
 int main() {
   sensor_recording recording{100, {{1, {500}}, {2, {500}}}};
@@ -34,8 +36,10 @@ int main() {
   }
   gait_generate_statistics(walk, {});
 
-  gait_statistics_build_parameter(walk.statistics, foot, walk.statistics.info.cycles, "", lab::STANCE_TO_SWING{});
+  gait_statistics_build_parameter(walk.statistics, foot, walk.statistics.info.cycles, "",
+                                  lab::STANCE_TO_SWING{});
 
   const gait_statistics_parameter& own = walk.statistics.parameters.at("stanceToSwing");
-  std::printf("%s: mean %.2f, from %.2f to %.2f\n", own.description.c_str(), own.mean, own.min, own.max);
+  std::printf("%s: mean %.2f, from %.2f to %.2f\n", own.description.c_str(), own.mean, own.min,
+              own.max);
 }

@@ -10,14 +10,17 @@ struct SWING_TIME {};
 
 // How long the foot is in the air (s).
 double swing_time(const gait_foot_cycle& cycle) {
-  return cycle.swing == gait_missing || cycle.gct == gait_missing ? gait_missing : cycle.gct * cycle.swing / 100.0;
+  return cycle.swing == gait_missing || cycle.gct == gait_missing ? gait_missing
+                                                                  : cycle.gct * cycle.swing / 100.0;
 }
 
 }  // namespace lab
 
 template <>
-inline constexpr auto gait_catalogue::row_of<lab::SWING_TIME> = gait_catalogue::foot<lab::SWING_TIME>(
-    "swingTime", "Swing time", "seconds", 3, gait_catalogue::ratio, gait_catalogue::cv, lab::swing_time);
+inline constexpr auto gait_catalogue::row_of<lab::SWING_TIME> =
+    gait_catalogue::foot<lab::SWING_TIME>("swingTime", "Swing time", "seconds", 3,
+                                          gait_catalogue::ratio, gait_catalogue::cv,
+                                          lab::swing_time);
 
 int main() {
   sensor_recording recording{100, {{1, {500}}, {2, {500}}}};
@@ -35,7 +38,8 @@ int main() {
       foot->cycles.push_back(stride);
     }
   }
-  for (auto right = walk.right_foot->cycles.begin(); right != walk.right_foot->cycles.end(); ++right) {
+  for (auto right = walk.right_foot->cycles.begin(); right != walk.right_foot->cycles.end();
+       ++right) {
     walk.feet_result.cycles.push_back({1.0, 25.0, &*right, nullptr});
   }
   gait_generate_statistics(walk, {});
@@ -46,7 +50,8 @@ int main() {
     const gait_foot_cycle* cycle = std::next(feet.begin(), index)->right_cycle;
     right.push_back(cycle != nullptr ? cycle->index : -1);
   }
-  gait_statistics_build_parameter(walk.statistics, *walk.right_foot, right, "_R", lab::SWING_TIME{});
+  gait_statistics_build_parameter(walk.statistics, *walk.right_foot, right, "_R",
+                                  lab::SWING_TIME{});
 
   const gait_statistics_parameter& own = walk.statistics.parameters.at("swingTime_R");
   std::printf("%s, right: mean %.3f %s\n", own.description.c_str(), own.mean, own.unit.c_str());

@@ -2,7 +2,8 @@
 #define FUZZ_FUZZED_WALK_H
 
 /// \file
-/// A walk made of the bytes of a fuzz input: any walk that the entry's contract allows, of short lists.
+/// A walk made of the bytes of a fuzz input: any walk that the entry's contract allows, of short
+/// lists.
 
 #include "builders.h"
 #include "input.h"
@@ -20,13 +21,14 @@
 
 namespace fuzz {
 
-/// A gait_result with everything that it points to. Every input makes one; it can be neither copied nor moved.
+/// A gait_result with everything that it points to. Every input makes one; it can be neither copied
+/// nor moved.
 class fuzzed_walk {
 public:
   explicit fuzzed_walk(input from) : input_(from) {
     add_feet(input_.below(5));
-    for (std::list<int>* list :
-         {&result.excluded_1, &result.excluded_1_fallback, &result.excluded_2, &result.excluded_2_fallback}) {
+    for (std::list<int>* list : {&result.excluded_1, &result.excluded_1_fallback,
+                                 &result.excluded_2, &result.excluded_2_fallback}) {
       add_indices(*list);
     }
     add_settings();
@@ -48,7 +50,8 @@ private:
   void add_feet(std::size_t count) {
     result.foot_results.resize(count);
     for (std::size_t i = 0; i < count; ++i) {
-      // With two feet, those entries that neither side points to need not hold anything, but the first a rate.
+      // With two feet, those entries that neither side points to need not hold anything, but the
+      // first a rate.
       fill(result.foot_results[i], i < 2);
     }
     if (count > 1) {
@@ -77,7 +80,8 @@ private:
     }
   }
 
-  /// As many numbers as there are cycles: each by itself, or evenly spaced, so that few bytes make a long list.
+  /// As many numbers as there are cycles: each by itself, or evenly spaced, so that few bytes make
+  /// a long list.
   std::vector<double> numbers(std::size_t count) {
     const bool evenly = input_.below(2) == 0;
     const double first = evenly ? input_.number() : 0.0;
@@ -89,7 +93,8 @@ private:
     return values;
   }
 
-  /// The fields of a cycle differ by a quarter from one to the next, but for a few cells that hold anything.
+  /// The fields of a cycle differ by a quarter from one to the next, but for a few cells that hold
+  /// anything.
   void fill(std::list<gait_foot_cycle>& cycles) {
     for (const double value : numbers(1 + input_.below(most_cycles))) {
       gait_foot_cycle& cycle = cycles.emplace_back();
@@ -109,8 +114,8 @@ private:
 
   void change(gait_foot_cycle& cycle) {
     constexpr auto& fields = gait_test::foot::measured_fields;
-    constexpr std::array<int gait_foot_cycle::*, 3> places = {&gait_foot_cycle::first_sample, &gait_foot_cycle::last_sample,
-                                                              &gait_foot_cycle::index};
+    constexpr std::array<int gait_foot_cycle::*, 3> places = {
+        &gait_foot_cycle::first_sample, &gait_foot_cycle::last_sample, &gait_foot_cycle::index};
     const std::size_t field = input_.below(fields.size() + places.size());
     if (field < fields.size()) {
       cycle.*fields[field] = input_.number();
@@ -153,8 +158,10 @@ private:
       gait_feet_cycle& cycle = cycles.emplace_back();
       cycle.gct = value;
       cycle.ds = value == gait_missing ? value : value + 20.0;
-      cycle.right_cycle = &gait_test::cycle_at(result.right_foot->cycles, position % result.right_foot->cycles.size());
-      cycle.left_cycle = &gait_test::cycle_at(result.left_foot->cycles, position % result.left_foot->cycles.size());
+      cycle.right_cycle = &gait_test::cycle_at(result.right_foot->cycles,
+                                               position % result.right_foot->cycles.size());
+      cycle.left_cycle = &gait_test::cycle_at(result.left_foot->cycles,
+                                              position % result.left_foot->cycles.size());
       ++position;
     }
     for (std::size_t cells = cycles.empty() ? 0 : input_.below(16); cells != 0; --cells) {
@@ -201,19 +208,21 @@ private:
   }
 
   void add_settings() {
-    constexpr std::array<float, 8> values = {0.0F, 9.99F, 10.0F, 20.0F, 34.0F, 34.01F, std::numeric_limits<float>::quiet_NaN(),
-                                             -1.0F};
+    constexpr std::array<float, 8> values = {
+        0.0F, 9.99F, 10.0F, 20.0F, 34.0F, 34.01F, std::numeric_limits<float>::quiet_NaN(), -1.0F};
     const std::size_t kind = input_.below(values.size() + 1);
     settings.settings_value = kind < values.size() ? values[kind] : input_.raw<float>();
   }
 
-  /// What an earlier call, or the caller, left behind. No two keys with "_L" lead to the same one with "_R".
+  /// What an earlier call, or the caller, left behind. No two keys with "_L" lead to the same one
+  /// with "_R".
   void add_earlier_output() {
-    constexpr std::array<const char*, 16> keys = {"gct",     "gct_R",   "gct_L",        "swing_R",   "swing_L", "speed",
-                                                  "speed_R", "speed_L", "DS_R",         "asymmetry", "own",     "own_R",
-                                                  "own_L",   "other_R", "other_Left_L", "_L"};
+    constexpr std::array<const char*, 16> keys = {
+        "gct",  "gct_R",     "gct_L", "swing_R", "swing_L", "speed",   "speed_R",      "speed_L",
+        "DS_R", "asymmetry", "own",   "own_R",   "own_L",   "other_R", "other_Left_L", "_L"};
     for (std::size_t count = input_.below(8); count != 0; --count) {
-      gait_statistics_parameter& parameter = result.statistics.parameters[keys.at(input_.below(keys.size()))];
+      gait_statistics_parameter& parameter =
+          result.statistics.parameters[keys.at(input_.below(keys.size()))];
       parameter.mean = input_.number();
       parameter.asymmetry = input_.number();
       parameter.asymmetry_enabled = input_.below(2) != 0;

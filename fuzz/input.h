@@ -38,8 +38,8 @@ public:
     return value;
   }
 
-  /// A double of any bits. One byte is enough for the whole numbers around 0, which often are equal, and for the values
-  /// that arithmetic treats in their own way.
+  /// A double of any bits. One byte is enough for the whole numbers around 0, which often are
+  /// equal, and for the values that arithmetic treats in their own way.
   double number() {
     using limits = std::numeric_limits<double>;
     constexpr std::array<double, 16> special = {0.0,

@@ -1,5 +1,6 @@
 /// \file
-/// The sort against that of the standard library, and percentiles against their definition, on any doubles.
+/// The sort against that of the standard library, and percentiles against their definition, on any
+/// doubles.
 
 #include <gait/eigen.h>
 
@@ -44,7 +45,8 @@ bool same_bits_each(const numbers& a, const numbers& b) {
 void check_whole_sort(const numbers& values) {
   numbers sorted = values;
   _kalvio_eigen_quicksort(sorted.data(), index_type{0}, static_cast<index_type>(sorted.size()) - 1);
-  check(sorted_bits(sorted) == sorted_bits(values), "the sort moves values, and changes no bit of any");
+  check(sorted_bits(sorted) == sorted_bits(values),
+        "the sort moves values, and changes no bit of any");
   if (has_nan(values)) {
     return;
   }
@@ -71,13 +73,15 @@ void check_partial_sort(const numbers& values, index_type left, index_type right
   check(same_bits_each(before, before_given) && same_bits_each(after, after_given),
         "the sort leaves alone what is not in range");
   check(sorted_bits(range) == sorted_bits(range_given), "the sort of a range keeps its values");
-  check(has_nan(range) || std::is_sorted(range.begin(), range.end()), "the sort of a range sorts it");
+  check(has_nan(range) || std::is_sorted(range.begin(), range.end()),
+        "the sort of a range sorts it");
 }
 
 /// A percentage, often one at which a rule begins or ends for a sample of n.
 double percentage(fuzz::input& input, double n) {
   const auto beside = [&](double value) {
-    for (int steps = static_cast<int>(input.below(16)) - 8; steps != 0; steps += steps < 0 ? 1 : -1) {
+    for (int steps = static_cast<int>(input.below(16)) - 8; steps != 0;
+         steps += steps < 0 ? 1 : -1) {
       value = std::nextafter(value, steps < 0 ? -1e9 : 1e9);
     }
     return value;
@@ -104,7 +108,8 @@ double percentage(fuzz::input& input, double n) {
   }
 }
 
-/// The definition in its own words: the i-th smallest lies at 100 * (i + 0.5) / n percent, between is a straight line.
+/// The definition in its own words: the i-th smallest lies at 100 * (i + 0.5) / n percent, between
+/// is a straight line.
 double interpolated(const numbers& sorted, double percentage) {
   const auto last = static_cast<double>(sorted.size() - 1);
   const double position = std::min(std::max(percentage / 100.0 * (last + 1.0) - 0.5, 0.0), last);
@@ -115,29 +120,35 @@ double interpolated(const numbers& sorted, double percentage) {
 }
 
 bool is_computable(const numbers& values) {
-  return std::all_of(values.begin(), values.end(), [](double value) { return std::fabs(value) < 1e300; });
+  return std::all_of(values.begin(), values.end(),
+                     [](double value) { return std::fabs(value) < 1e300; });
 }
 
 void check_near_definition(const numbers& values, const numbers& request, const numbers& results) {
   numbers sorted = values;
   std::sort(sorted.begin(), sorted.end());
   const double largest = std::max(std::fabs(sorted.front()), std::fabs(sorted.back()));
-  // A request within 1e-12 of 50, as a share, may be taken for the median: 1e-8 is that in a sample of 2000 and more.
+  // A request within 1e-12 of 50, as a share, may be taken for the median: 1e-8 is that in a sample
+  // of 2000 and more.
   const double tolerance = 1e-8 * largest + std::numeric_limits<double>::denorm_min();
   for (std::size_t i = 0; i < request.size(); ++i) {
-    check(std::fabs(results[i] - interpolated(sorted, request[i])) <= tolerance, "a percentile is that of its definition");
+    check(std::fabs(results[i] - interpolated(sorted, request[i])) <= tolerance,
+          "a percentile is that of its definition");
   }
 }
 
 void check_percentiles(const numbers& values, const numbers& request) {
   // What the sample is compared with when all is done.
   const numbers before = values;  // NOLINT(performance-unnecessary-copy-initialization)
-  const Eigen::Map<const Eigen::VectorXd> sample(values.data(), static_cast<Eigen::Index>(values.size()));
-  const Eigen::Map<const Eigen::ArrayXd> asked(request.data(), static_cast<Eigen::Index>(request.size()));
+  const Eigen::Map<const Eigen::VectorXd> sample(values.data(),
+                                                 static_cast<Eigen::Index>(values.size()));
+  const Eigen::Map<const Eigen::ArrayXd> asked(request.data(),
+                                               static_cast<Eigen::Index>(request.size()));
   const Eigen::ArrayXd array = sample.percentile(asked);
   const numbers results(array.data(), array.data() + array.size());
   check(results.size() == request.size(), "as many percentiles come as are asked for");
-  check(std::memcmp(values.data(), before.data(), values.size() * sizeof(double)) == 0, "a percentile leaves the sample alone");
+  check(std::memcmp(values.data(), before.data(), values.size() * sizeof(double)) == 0,
+        "a percentile leaves the sample alone");
 
   const Eigen::Array2d quartiles = sample.percentile(Eigen::Array2d(25.0, 75.0));
   if (has_nan(values)) {
@@ -148,7 +159,8 @@ void check_percentiles(const numbers& values, const numbers& request) {
   if (has_nan(request)) {
     return;
   }
-  check(same_bits_each(results, by_steps::percentile(values, request)), "a percentile is that of its steps, to the bit");
+  check(same_bits_each(results, by_steps::percentile(values, request)),
+        "a percentile is that of its steps, to the bit");
   if (is_computable(values)) {
     check_near_definition(values, request, results);
   }
@@ -159,7 +171,8 @@ void check_percentiles(const numbers& values, const numbers& request) {
 // The fuzzer gives the name.
 // NOLINTNEXTLINE(readability-identifier-naming)
 extern "C" int LLVMFuzzerTestOneInput(const std::uint8_t* bytes, std::size_t size) {
-  // Orders made for the purpose sort in quadratic time, with as many calls within one another as there are values.
+  // Orders made for the purpose sort in quadratic time, with as many calls within one another as
+  // there are values.
   constexpr std::size_t most_values = 1000;
 
   fuzz::input input(bytes, size);
@@ -181,8 +194,10 @@ extern "C" int LLVMFuzzerTestOneInput(const std::uint8_t* bytes, std::size_t siz
     return 0;
   }
   const auto first = static_cast<index_type>(left % values.size());
-  check_partial_sort(values, first,
-                     std::min(first + static_cast<index_type>(length), static_cast<index_type>(values.size())) - 1);
+  check_partial_sort(
+      values, first,
+      std::min(first + static_cast<index_type>(length), static_cast<index_type>(values.size())) -
+          1);
   for (double& one : request) {
     one = percentage(percentages, static_cast<double>(values.size()));
   }

@@ -1,5 +1,6 @@
 /// \file
-/// Runs a fuzz target on the files of folders, without a fuzzer: for compilers that have none, and for the tests.
+/// Runs a fuzz target on the files of folders, without a fuzzer: for compilers that have none, and
+/// for the tests.
 
 #include <algorithm>
 #include <cstddef>
@@ -37,7 +38,8 @@ void run(const fs::path& file) {
   std::ifstream stream;
   stream.exceptions(std::ios::failbit | std::ios::badbit);
   stream.open(file, std::ios::binary);
-  const std::vector<char> bytes{std::istreambuf_iterator<char>(stream), std::istreambuf_iterator<char>()};
+  const std::vector<char> bytes{std::istreambuf_iterator<char>(stream),
+                                std::istreambuf_iterator<char>()};
   // In memory that ends where the input does, as a fuzzer gives it.
   const std::vector<std::uint8_t> input(bytes.begin(), bytes.end());
   std::printf("%s\n", file.c_str());

@@ -1,5 +1,6 @@
 /// \file
-/// The reader of walk folders on any bytes: a walk that can be analysed, written and read again, or faults.
+/// The reader of walk folders on any bytes: a walk that can be analysed, written and read again, or
+/// faults.
 
 #include "walk_folder.h"
 
@@ -29,16 +30,20 @@ using gait_walk::side;
 using walk_folder_tests::tables;
 
 constexpr std::size_t faults_per_table = 20;
-constexpr std::array<const char*, 4> table_names = {"recording.csv", "foot_cycles.csv", "feet_cycles.csv", "exclusions.csv"};
+constexpr std::array<const char*, 4> table_names = {"recording.csv", "foot_cycles.csv",
+                                                    "feet_cycles.csv", "exclusions.csv"};
 
-// ---- The tables -----------------------------------------------------------------------------------------------
+// ---- The tables
 
 /// The texts of the four tables; those that are not there are null when they are read.
 using table_texts = std::array<std::optional<std::string>, 4>;
 
-table_texts texts_of(const tables& walk) { return {walk.recording, walk.foot_cycles, walk.feet_cycles, walk.exclusions}; }
+table_texts texts_of(const tables& walk) {
+  return {walk.recording, walk.foot_cycles, walk.feet_cycles, walk.exclusions};
+}
 
-/// All tables of a walk, one behind the other, with a form feed between them; the last ones may be missing.
+/// All tables of a walk, one behind the other, with a form feed between them; the last ones may be
+/// missing.
 table_texts split(std::string_view text) {
   table_texts all;
   for (std::optional<std::string>& table : all) {
@@ -52,15 +57,15 @@ table_texts split(std::string_view text) {
   return all;
 }
 
-/// The first byte says what the others are: one table of a sound walk, of two feet or in capitals of the left one
-/// alone, or all four.
+/// The first byte says what the others are: one table of a sound walk, of two feet or in capitals
+/// of the left one alone, or all four.
 table_texts texts_of(std::string_view input) {
   constexpr std::string_view both_feet = "rfbe";
   constexpr std::string_view left_foot = "RFBE";
   const char kind = input.empty() ? '\0' : input.front();
   input.remove_prefix(input.empty() ? 0 : 1);
-  for (const auto& [kinds, walk] :
-       {std::pair(both_feet, tables()), std::pair(left_foot, walk_folder_tests::left_foot_only())}) {
+  for (const auto& [kinds, walk] : {std::pair(both_feet, tables()),
+                                    std::pair(left_foot, walk_folder_tests::left_foot_only())}) {
     const std::size_t table = kinds.find(kind);
     if (table != std::string_view::npos) {
       table_texts all = texts_of(walk);
@@ -80,10 +85,11 @@ gait_walk::read_result read(const table_texts& texts) {
       tables[i] = &streams[i];
     }
   }
-  return gait_walk::read_walk_tables({"w", tables[0], tables[1], tables[2], tables[3]}, {faults_per_table});
+  return gait_walk::read_walk_tables({"w", tables[0], tables[1], tables[2], tables[3]},
+                                     {faults_per_table});
 }
 
-// ---- What is said about them ----------------------------------------------------------------------------------
+// ---- What is said about them
 
 /// Lines as an editor counts them: LF, CRLF and CR end one.
 std::size_t lines_of(const std::string& text) {
@@ -98,7 +104,8 @@ std::size_t lines_of(const std::string& text) {
 void check_place(const gait_walk::fault& fault, const table_texts& texts) {
   for (std::size_t i = 0; i < table_names.size(); ++i) {
     if (fault.file == std::string("w/") + table_names[i]) {
-      check(fault.line <= (texts[i] ? lines_of(*texts[i]) : 0), "a fault is on a line of its table");
+      check(fault.line <= (texts[i] ? lines_of(*texts[i]) : 0),
+            "a fault is on a line of its table");
       return;
     }
   }
@@ -129,25 +136,29 @@ void check_faults(const std::vector<gait_walk::fault>& faults, const table_texts
     ++count[fault.file];
   }
   for (const auto& [file, faults_of_file] : count) {
-    check(faults_of_file <= faults_per_table + 1, "beyond the limit, the faults of a table are counted");
+    check(faults_of_file <= faults_per_table + 1,
+          "beyond the limit, the faults of a table are counted");
   }
 }
 
-// ---- What is done with a walk ---------------------------------------------------------------------------------
+// ---- What is done with a walk
 
 /// That the entry may be called.
 void check_contract(const gait_result& result, bool both_feet) {
   check(result.foot_results.size() == (both_feet ? 2 : 1), "as many feet as are analysed");
   for (const gait_foot_result& foot : result.foot_results) {
-    check(foot.recording != nullptr && foot.recording->sampling_rate >= 1, "a foot has a recording with a sampling rate");
+    check(foot.recording != nullptr && foot.recording->sampling_rate >= 1,
+          "a foot has a recording with a sampling rate");
     check(!foot.cycles.empty(), "a foot has cycles");
     int index = 0;
     for (const gait_foot_cycle& cycle : foot.cycles) {
-      check(cycle.index == index++ && cycle.first_sample <= cycle.last_sample, "cycles stand in their order");
+      check(cycle.index == index++ && cycle.first_sample <= cycle.last_sample,
+            "cycles stand in their order");
     }
   }
   if (both_feet) {
-    check(result.left_foot == &result.foot_results.front() && result.right_foot == &result.foot_results.back(),
+    check(result.left_foot == &result.foot_results.front() &&
+              result.right_foot == &result.foot_results.back(),
           "the feet are pointed to");
     check(!result.feet_result.cycles.empty(), "two feet have cycles");
   }
@@ -157,7 +168,8 @@ void analyse(const gait_walk::walk& walk, std::optional<side> only) {
   const std::vector<gait_walk::fault> faults = gait_walk::check_analysis(walk, only, "w");
   if (!faults.empty()) {
     for (const gait_walk::fault& fault : faults) {
-      check(!fault.text.empty() && !fault.file.empty(), "what keeps a walk from being analysed is said");
+      check(!fault.text.empty() && !fault.file.empty(),
+            "what keeps a walk from being analysed is said");
     }
     return;
   }
@@ -172,7 +184,8 @@ void check_written(const gait_walk::walk& walk) {
   static const tool_tests::temporary_folder folder;
   gait_walk::write_walk_folder(walk, folder.path());
   const gait_walk::walk again = gait_walk::read_walk_folder(folder.path()).walk;
-  check(tool_tests::bytes_of(again) == tool_tests::bytes_of(walk), "a walk that is written is read as the same");
+  check(tool_tests::bytes_of(again) == tool_tests::bytes_of(walk),
+        "a walk that is written is read as the same");
 }
 
 }  // namespace

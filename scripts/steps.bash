@@ -1,4 +1,5 @@
-# Sourced by the scripts that build and test: builds, runs, counts what passed and failed, and says so at the end.
+# Sourced by the scripts that build and test: builds, runs, counts what passed and failed, and says
+# so at the end.
 # shellcheck shell=bash
 
 passed=0
@@ -32,7 +33,8 @@ fail_step() {
   failed_steps+=("$1")
 }
 
-# step NAME COMMAND...: runs the command under a heading, and counts it as one thing passed or failed.
+# step NAME COMMAND...: runs the command under a heading, and counts it as one thing passed or
+# failed.
 step() {
   heading "$1"
   if "${@:2}"; then
@@ -43,12 +45,14 @@ step() {
   fi
 }
 
-# build PRESET [ARGUMENT...]: configures the preset and builds it, or the targets that the arguments name.
+# build PRESET [ARGUMENT...]: configures the preset and builds it, or the targets that the arguments
+# name.
 build() {
   cmake --preset "$1" && cmake --build --preset "$1" --parallel "$jobs" "${@:2}"
 }
 
-# count_tests REPORT: adds the numbers in the first element of ctest's JUnit report, an attribute a line.
+# count_tests REPORT: adds the numbers in the first element of ctest's JUnit report, an attribute a
+# line.
 count_tests() {
   local attribute
   local -A count
@@ -60,7 +64,8 @@ count_tests() {
   skipped=$((skipped + count[disabled] + count[skipped]))
 }
 
-# run_tests PRESET [ARGUMENT...]: runs the preset's tests, or those that ctest's arguments choose, and counts them.
+# run_tests PRESET [ARGUMENT...]: runs the preset's tests, or those that ctest's arguments choose,
+# and counts them.
 run_tests() {
   local report=$PWD/build/$1/tests.xml
   local status=0
@@ -74,7 +79,8 @@ run_tests() {
   return "$status"
 }
 
-# build_and_test NAME PRESET: both under one heading. Each test counts; a build that fails counts as one failure.
+# build_and_test NAME PRESET: both under one heading. Each test counts; a build that fails counts as
+# one failure.
 build_and_test() {
   heading "$1"
   if ! build "$2"; then

@@ -17,8 +17,8 @@
 namespace gait_detail {
 namespace {
 
-/// Raises `flag` unless the side's mean speed is plausible. A NaN raises nothing; a side without any measured speed has
-/// the missing value for its mean, and raises it.
+/// Raises `flag` unless the side's mean speed is plausible. A NaN raises nothing; a side without
+/// any measured speed has the missing value for its mean, and raises it.
 void flag_implausible_speed(gait_result& result, const char* key, gait_quality_flag flag) {
   const double mean = lookup(result.statistics.parameters, key).mean;
   if (mean < gait_quality_speed_min || mean > gait_quality_speed_max) {
@@ -26,14 +26,17 @@ void flag_implausible_speed(gait_result& result, const char* key, gait_quality_f
   }
 }
 
-/// The swing asymmetry of every stride in which both swings are positive: (l - r) * scale / (l + r).
+/// The swing asymmetry of every stride in which both swings are positive: (l - r) * scale / (l +
+/// r).
 ///
-/// The symmetry index of R. O. Robinson, W. Herzog and B. M. Nigg, "Use of force platform variables to quantify
-/// the effects of chiropractic manipulation on gait symmetry", J. Manipulative Physiol. Ther. 10(4), 1987,
-/// 172-176, with left before right, and with `scale` where theirs has 200 percent.
-std::vector<double> swing_asymmetries(const std::vector<double>& left, const std::vector<double>& right, int strides,
-                                      double scale) {
-  // Position i is the same stride on both sides. Entries that were kept from an earlier call may hold fewer.
+/// The symmetry index of R. O. Robinson, W. Herzog and B. M. Nigg, "Use of force platform variables
+/// to quantify the effects of chiropractic manipulation on gait symmetry", J. Manipulative Physiol.
+/// Ther. 10(4), 1987, 172-176, with left before right, and with `scale` where theirs has 200
+/// percent.
+std::vector<double> swing_asymmetries(const std::vector<double>& left,
+                                      const std::vector<double>& right, int strides, double scale) {
+  // Position i is the same stride on both sides. Entries that were kept from an earlier call may
+  // hold fewer.
   const auto held = std::min(left.size(), right.size());
   const auto count = std::min(held, static_cast<std::size_t>(std::max(strides, 0)));
 
@@ -53,12 +56,14 @@ double mean_of(const std::vector<double>& values) {
   return std::accumulate(values.begin(), values.end(), 0.0) / static_cast<double>(values.size());
 }
 
-/// Unlike the parameters' deviation, that of a single value is NaN here, and that of none is -0.0: a deviation
-/// of 0.0 says that the strides agree, and would silence the flag.
+/// Unlike the parameters' deviation, that of a single value is NaN here, and that of none is -0.0:
+/// a deviation of 0.0 says that the strides agree, and would silence the flag.
 double deviation_of(const std::vector<double>& values, double mean) {
-  const double squares = std::accumulate(values.begin(), values.end(), 0.0,
-                                         [mean](double sum, double value) { return sum + (value - mean) * (value - mean); });
-  return std::sqrt(squares / static_cast<double>(to_int32(static_cast<std::int64_t>(values.size())) - 1));
+  const double squares = std::accumulate(
+      values.begin(), values.end(), 0.0,
+      [mean](double sum, double value) { return sum + (value - mean) * (value - mean); });
+  return std::sqrt(squares /
+                   static_cast<double>(to_int32(static_cast<std::int64_t>(values.size())) - 1));
 }
 
 }  // namespace
@@ -110,13 +115,15 @@ void add_swing_asymmetry(gait_result& result) {
   if (record.valid) {
     const auto& info = result.statistics.info;
     const int strides = to_int32(std::int64_t{info.cycle_count} - info.excluded_count);
-    // The scale is the sampling rate, and not 100 or 200: percentages at 100 Hz, and more at higher rates.
+    // The scale is the sampling rate, and not 100 or 200: percentages at 100 Hz, and more at higher
+    // rates.
     record.values = swing_asymmetries(left, right, strides, sampling_rate(result));
     record.mean = mean_of(record.values);
     record.std = deviation_of(record.values, record.mean);
-    // A NaN deviation, that of a single stride, is not 0.0 and raises the flag. The test against 1.0
-    // belongs to the rule and stays, although it cannot fail at this limit.
-    if (record.mean != 1.0 && std::abs(record.mean) >= gait_quality_swing_asymmetry_min && record.std != 0.0) {
+    // A NaN deviation, that of a single stride, is not 0.0 and raises the flag. The test against
+    // 1.0 belongs to the rule and stays, although it cannot fail at this limit.
+    if (record.mean != 1.0 && std::abs(record.mean) >= gait_quality_swing_asymmetry_min &&
+        record.std != 0.0) {
       result.quality_flags |= gait_quality_swing_asymmetry;
     }
   }

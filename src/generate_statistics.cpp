@@ -28,12 +28,14 @@ using gait_detail::to_int32;
 class cycle_selection {
 public:
   /// Selects every cycle of a list of `size`, in ascending order.
-  explicit cycle_selection(std::size_t size) : cycle_count_(to_int32(static_cast<std::int64_t>(size))) {
+  explicit cycle_selection(std::size_t size)
+      : cycle_count_(to_int32(static_cast<std::int64_t>(size))) {
     cycles_.resize(static_cast<std::size_t>(std::max(cycle_count_, 0)));
     std::iota(cycles_.begin(), cycles_.end(), 0);
   }
 
-  /// Takes out the cycles of both primary exclusion lists; the fallback lists never take anything out.
+  /// Takes out the cycles of both primary exclusion lists; the fallback lists never take anything
+  /// out.
   void exclude(const gait_result& result) {
     cycles_.remove_if(IsIncludedIn(result.excluded_1));
     const auto remaining_after_kind_1 = cycles_.size();
@@ -43,7 +45,9 @@ public:
 
   const std::list<int>& cycles() const { return cycles_; }
   int cycle_count() const { return cycle_count_; }
-  int excluded_count() const { return to_int32(std::int64_t{cycle_count_} - static_cast<std::int64_t>(cycles_.size())); }
+  int excluded_count() const {
+    return to_int32(std::int64_t{cycle_count_} - static_cast<std::int64_t>(cycles_.size()));
+  }
   bool kind_2_took_any() const { return kind_2_took_any_; }
 
 private:
@@ -58,7 +62,9 @@ struct walk_span {
   int last_sample;  ///< inclusive
 };
 
-walk_span span_of(const gait_foot_result& foot) { return {foot.cycles.front().first_sample, foot.cycles.back().last_sample}; }
+walk_span span_of(const gait_foot_result& foot) {
+  return {foot.cycles.front().first_sample, foot.cycles.back().last_sample};
+}
 
 /// The number of samples that both signals of a foot have.
 std::uint64_t sample_count_of(const gait_foot_result& foot) {
@@ -76,15 +82,18 @@ struct walk_extent {
   double included_distance;  ///< (m)
 };
 
-/// Writes the accounting of the walk, the same in both modes but for the result whose cycles are analysed.
+/// Writes the accounting of the walk, the same in both modes but for the result whose cycles are
+/// analysed.
 template <class ResultT>
-void write_info(gait_result& result, const ResultT& analysed, const cycle_selection& selection, const walk_extent& walk) {
+void write_info(gait_result& result, const ResultT& analysed, const cycle_selection& selection,
+                const walk_extent& walk) {
   const auto duration_sum = [&](const std::list<int>& indices) {
     return index_sum(analysed.cycles, indices, gait_detail::summed_field<ResultT, GCT>);
   };
-  // Whether kind 2 took a cycle out decides here, not whether its list holds anything, as in the counts: a list
-  // of cycles that kind 1 took out already leaves this sum to the fallback list.
-  const double excluded_2_sum = duration_sum(selection.kind_2_took_any() ? result.excluded_2 : result.excluded_2_fallback);
+  // Whether kind 2 took a cycle out decides here, not whether its list holds anything, as in the
+  // counts: a list of cycles that kind 1 took out already leaves this sum to the fallback list.
+  const double excluded_2_sum =
+      duration_sum(selection.kind_2_took_any() ? result.excluded_2 : result.excluded_2_fallback);
   const double excluded_1_fallback_sum = duration_sum(result.excluded_1_fallback);
   const double included_sum = duration_sum(selection.cycles());
   const double rate = gait_detail::sampling_rate(result);
@@ -102,7 +111,8 @@ void write_info(gait_result& result, const ResultT& analysed, const cycle_select
   info.cycle_count = selection.cycle_count();
   info.excluded_count = selection.excluded_count();
   info.cycles = std::move(included);
-  gait_statistics_compute_info<ResultT, GCT>(info, analysed, result, GCT{}, info.cycle_count, info.duration);
+  gait_statistics_compute_info<ResultT, GCT>(info, analysed, result, GCT{}, info.cycle_count,
+                                             info.duration);
 }
 
 void analyse_single_foot(gait_result& result) {
@@ -110,22 +120,26 @@ void analyse_single_foot(gait_result& result) {
   const std::uint64_t sample_count = sample_count_of(foot);
 
   cycle_selection selection(foot.cycles.size());
-  const auto distance = [&] { return index_sum(foot.cycles, selection.cycles(), &gait_foot_cycle::slength); };
+  const auto distance = [&] {
+    return index_sum(foot.cycles, selection.cycles(), &gait_foot_cycle::slength);
+  };
   const double total_distance = distance();
   selection.exclude(result);
 
   write_info(result, foot, selection, {sample_count, span_of(foot), total_distance, distance()});
-  gait_statistics_build_parameters(result.statistics, foot, selection.cycles(), "", nullptr, nullptr);
+  gait_statistics_build_parameters(result.statistics, foot, selection.cycles(), "", nullptr,
+                                   nullptr);
 }
 
-/// The indices of one foot's cycles that belong to the selected two-feet cycles, position by position; -1 where
-/// there is none.
+/// The indices of one foot's cycles that belong to the selected two-feet cycles, position by
+/// position; -1 where there is none.
 std::list<int> matching_cycles(const gait_feet_result& feet, const std::list<int>& selected,
                                gait_foot_cycle* gait_feet_cycle::*side) {
   std::list<int> matching;
-  gait_detail::for_each_cycle(feet.cycles, selected, [&](std::size_t, const gait_feet_cycle& cycle) {
-    matching.push_back(cycle.*side != nullptr ? (cycle.*side)->index : -1);
-  });
+  gait_detail::for_each_cycle(
+      feet.cycles, selected, [&](std::size_t, const gait_feet_cycle& cycle) {
+        matching.push_back(cycle.*side != nullptr ? (cycle.*side)->index : -1);
+      });
   return matching;
 }
 
@@ -141,23 +155,30 @@ void analyse_two_feet(gait_result& result) {
                           std::max(left_span.last_sample, right_span.last_sample)};
 
   cycle_selection selection(feet.cycles.size());
-  // The right foot alone measures the walk, and only by the cycles that some two-feet cycle points to.
+  // The right foot alone measures the walk, and only by the cycles that some two-feet cycle points
+  // to.
   const auto distance = [&](const std::list<int>& right_cycles) {
     return index_sum(right.cycles, right_cycles, &gait_foot_cycle::slength);
   };
-  const double total_distance = distance(matching_cycles(feet, selection.cycles(), &gait_feet_cycle::right_cycle));
+  const double total_distance =
+      distance(matching_cycles(feet, selection.cycles(), &gait_feet_cycle::right_cycle));
   selection.exclude(result);
 
-  const std::list<int> right_cycles = matching_cycles(feet, selection.cycles(), &gait_feet_cycle::right_cycle);
-  const std::list<int> left_cycles = matching_cycles(feet, selection.cycles(), &gait_feet_cycle::left_cycle);
+  const std::list<int> right_cycles =
+      matching_cycles(feet, selection.cycles(), &gait_feet_cycle::right_cycle);
+  const std::list<int> left_cycles =
+      matching_cycles(feet, selection.cycles(), &gait_feet_cycle::left_cycle);
   write_info(result, feet, selection, {sample_count, span, total_distance, distance(right_cycles)});
-  gait_statistics_build_parameters(result.statistics, right, right_cycles, "_R", &feet, &selection.cycles());
-  gait_statistics_build_parameters(result.statistics, left, left_cycles, "_L", &feet, &selection.cycles());
+  gait_statistics_build_parameters(result.statistics, right, right_cycles, "_R", &feet,
+                                   &selection.cycles());
+  gait_statistics_build_parameters(result.statistics, left, left_cycles, "_L", &feet,
+                                   &selection.cycles());
 }
 
 }  // namespace
 
-bool gait_generate_statistics(gait_result& result, const gait_generate_statistics_settings& settings) {
+bool gait_generate_statistics(gait_result& result,
+                              const gait_generate_statistics_settings& settings) {
   if (result.foot_results.empty()) {
     return true;
   }

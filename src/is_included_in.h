@@ -13,7 +13,9 @@ public:
   /// The list must outlive the predicate.
   explicit IsIncludedIn(const std::list<int>& indices) : indices_(indices) {}
 
-  bool operator()(int index) const { return std::find(indices_.begin(), indices_.end(), index) != indices_.end(); }
+  bool operator()(int index) const {
+    return std::find(indices_.begin(), indices_.end(), index) != indices_.end();
+  }
 
 private:
   const std::list<int>& indices_;

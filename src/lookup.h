@@ -10,8 +10,8 @@ namespace gait_detail {
 
 /// The value under a key that must be there.
 ///
-/// Throws std::out_of_range with a text of its own: that of `at` differs from one standard library to the
-/// next, and callers compare it.
+/// Throws std::out_of_range with a text of its own: that of `at` differs from one standard library
+/// to the next, and callers compare it.
 template <class Map>
 auto& lookup(Map& map, const typename Map::key_type& key) {
   const auto found = map.find(key);

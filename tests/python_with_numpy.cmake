@@ -1,5 +1,5 @@
-# Sets python_with_numpy to a Python that has numpy (package python3-numpy), or to nothing. The one that is first on the
-# path may be the user's own, without it.
+# Sets python_with_numpy to a Python that has numpy (package python3-numpy), or to nothing. The one
+# that is first on the path may be the user's own, without it.
 set(python_with_numpy "")
 foreach(python IN ITEMS python3 /usr/bin/python3)
   execute_process(COMMAND ${python} -c "import numpy" RESULT_VARIABLE failed OUTPUT_QUIET ERROR_QUIET)

@@ -1,4 +1,5 @@
-// Boost.Math's univariate statistics. Its quartiles are of another definition, so that they are picked by hand.
+// Boost.Math's univariate statistics. Its quartiles are of another definition, so that they are
+// picked by hand.
 
 #include "peer.h"
 
@@ -10,14 +11,15 @@ namespace {
 
 /// Hyndman and Fan's definition 5, by partial sorting.
 double quantile(column& values, double fraction) {
-  const double place =
-      std::clamp(fraction * static_cast<double>(values.size()) - 0.5, 0.0, static_cast<double>(values.size() - 1));
+  const double place = std::clamp(fraction * static_cast<double>(values.size()) - 0.5, 0.0,
+                                  static_cast<double>(values.size() - 1));
   const auto below = values.begin() + static_cast<std::ptrdiff_t>(place);
   std::nth_element(values.begin(), below, values.end());
   if (below + 1 == values.end()) {
     return *below;
   }
-  return *below + (*std::min_element(below + 1, values.end()) - *below) * (place - std::floor(place));
+  return *below +
+         (*std::min_element(below + 1, values.end()) - *below) * (place - std::floor(place));
 }
 
 void describe(const column& values) {

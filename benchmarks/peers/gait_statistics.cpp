@@ -1,4 +1,5 @@
-// One call of this library in two-feet mode. It accounts for the walk and compares the sides besides.
+// One call of this library in two-feet mode. It accounts for the walk and compares the sides
+// besides.
 
 #include "peer.h"
 

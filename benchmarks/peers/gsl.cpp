@@ -1,4 +1,5 @@
-// The GNU Scientific Library. Its own quantile is definition 7, so that the quartiles are interpolated by hand.
+// The GNU Scientific Library. Its own quantile is definition 7, so that the quartiles are
+// interpolated by hand.
 
 #include "peer.h"
 
@@ -14,7 +15,8 @@ double quantile_of_sorted(const column& sorted, double fraction) {
   const double place = fraction * static_cast<double>(sorted.size()) - 0.5;
   const double below = std::floor(std::clamp(place, 0.0, static_cast<double>(sorted.size() - 1)));
   const auto i = static_cast<std::size_t>(below);
-  return i + 1 < sorted.size() ? sorted[i] + (sorted[i + 1] - sorted[i]) * (place - below) : sorted[i];
+  return i + 1 < sorted.size() ? sorted[i] + (sorted[i + 1] - sorted[i]) * (place - below)
+                               : sorted[i];
 }
 
 void describe(const column& values) {

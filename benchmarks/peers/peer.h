@@ -45,7 +45,8 @@ inline std::vector<column> columns_of(const gait_walk::walk& walk) {
 /// The values that were measured.
 inline column measured(const column& values) {
   column sample;
-  std::copy_if(values.begin(), values.end(), std::back_inserter(sample), [](double value) { return value != gait_missing; });
+  std::copy_if(values.begin(), values.end(), std::back_inserter(sample),
+               [](double value) { return value != gait_missing; });
   return sample;
 }
 
@@ -60,7 +61,8 @@ void print_time_of(Pass pass) {
     pass();
     times.push_back(std::chrono::duration<double>(clock::now() - start).count());
   } while (clock::now() < end || times.size() < 3);
-  std::nth_element(times.begin(), times.begin() + static_cast<std::ptrdiff_t>(times.size() / 2), times.end());
+  std::nth_element(times.begin(), times.begin() + static_cast<std::ptrdiff_t>(times.size() / 2),
+                   times.end());
   std::printf("%.9f\n", times[times.size() / 2]);
 }
 

@@ -4,16 +4,18 @@
 /// \file
 /// The gait parameters that the library reports, and everything that is particular to each.
 ///
-/// A parameter is named by a tag, an empty type, and described by its row. A caller adds a parameter of its
-/// own without touching this file: declare a tag, give it a row, and build it.
+/// A parameter is named by a tag, an empty type, and described by its row. A caller adds a
+/// parameter of its own without touching this file: declare a tag, give it a row, and build it.
 ///
 ///     namespace my {
 ///     struct HEEL_TO_TOE {};
-///     double heel_to_toe(const gait_foot_cycle& cycle) { return cycle.hsp; }  // any function of a cycle
+///     double heel_to_toe(const gait_foot_cycle& cycle) { return cycle.hsp; }
 ///     }
 ///     template <>
-///     inline constexpr auto gait_catalogue::row_of<my::HEEL_TO_TOE> = gait_catalogue::foot<my::HEEL_TO_TOE>(
-///         "heelToToe", "Heel to toe", "deg", 1, gait_catalogue::no_ratio, gait_catalogue::no_cv, my::heel_to_toe);
+///     inline constexpr auto gait_catalogue::row_of<my::HEEL_TO_TOE> =
+///         gait_catalogue::foot<my::HEEL_TO_TOE>(
+///             "heelToToe", "Heel to toe", "deg", 1, gait_catalogue::no_ratio,
+///             gait_catalogue::no_cv, my::heel_to_toe);
 ///
 /// Tags of your own go into a namespace of your own: a minor version may add to those below.
 /// docs/adding-a-parameter.md shows how to add one to the library.
@@ -59,8 +61,8 @@ struct PRONATION {};
 
 namespace gait_catalogue {
 
-/// Whether the ratio of the sides' means is computed. Two types of its own and of variation, so that swapped
-/// columns do not compile.
+/// Whether the ratio of the sides' means is computed. Two types of its own and of variation, so
+/// that swapped columns do not compile.
 enum class asymmetry : bool { no_ratio, ratio };
 /// Whether a coefficient of variation is computed.
 enum class variation : bool { no_cv, cv };
@@ -72,8 +74,8 @@ inline constexpr variation cv = variation::cv;
 
 /// All that tells one parameter from another.
 ///
-/// `ResultT` is the result whose cycle list is read; `Source` is a pointer to the cycle's field, or a function
-/// from the cycle to the value.
+/// `ResultT` is the result whose cycle list is read; `Source` is a pointer to the cycle's field, or
+/// a function from the cycle to the value.
 template <class ResultT, class Tag, class Source>
 struct row {
   using result_type = ResultT;
@@ -96,15 +98,17 @@ struct row {
 
 /// A row that is read from the cycles of one foot.
 template <class Tag, class Source>
-constexpr row<gait_foot_result, Tag, Source> foot(const char* key, const char* description, const char* unit, int decimals,
-                                                  asymmetry sides, variation spread, Source source) {
+constexpr row<gait_foot_result, Tag, Source> foot(const char* key, const char* description,
+                                                  const char* unit, int decimals, asymmetry sides,
+                                                  variation spread, Source source) {
   return {key, description, unit, decimals, sides, spread, source};
 }
 
 /// A row that is read from the cycles of the two feet together.
 template <class Tag, class Source>
-constexpr row<gait_feet_result, Tag, Source> feet(const char* key, const char* description, const char* unit, int decimals,
-                                                  asymmetry sides, variation spread, Source source) {
+constexpr row<gait_feet_result, Tag, Source> feet(const char* key, const char* description,
+                                                  const char* unit, int decimals, asymmetry sides,
+                                                  variation spread, Source source) {
   return {key, description, unit, decimals, sides, spread, source};
 }
 
@@ -114,7 +118,7 @@ inline double half_stride(const gait_foot_cycle& cycle) { return cycle.slength *
 // The texts are what callers look up and show; their irregularities are part of the interface.
 // clang-format off
 inline constexpr auto table = std::make_tuple(
-    //   tag             key                description           unit                 dec  sides     spread source
+    //   tag key description unit dec sides spread source
     foot<GCT>           ("gct",             "Cycle duration",     "seconds",             3, ratio,    cv,    &gait_foot_cycle::gct),
     foot<SWING>         ("swing",           "Swing",              "% of gait cycle",     2, ratio,    cv,    &gait_foot_cycle::swing),
     foot<STANCE>        ("stance",          "Stance",             "% of cycle duration", 2, ratio,    cv,    &gait_foot_cycle::stance),
@@ -123,7 +127,8 @@ inline constexpr auto table = std::make_tuple(
     foot<LDR>           ("LDr",             "Loading",            "% of stance",         2, ratio,    cv,    &gait_foot_cycle::ldr),
     foot<FFR>           ("FFr",             "Foot-flat",          "% of stance",         2, ratio,    cv,    &gait_foot_cycle::ffr),
     foot<PUR>           ("PUr",             "Pushing",            "% of stance",         2, ratio,    cv,    &gait_foot_cycle::pur),
-    // The one parameter of the two feet together: both sides report the same values, so there is nothing to compare.
+    // The one parameter of the two feet together: both sides report the same values, so there is
+    // nothing to compare.
     feet<DS>            ("DS",              "Double support",     "% of cycle duration", 2, no_ratio, cv,    &gait_feet_cycle::ds),
     foot<SLENGTH>       ("slength",         "Stride length",      "meters",              3, ratio,    cv,    &gait_foot_cycle::slength),
     foot<SWIDTH>        ("swidth",          "Swing width",        "meters",              3, ratio,    no_cv, &gait_foot_cycle::swidth),
@@ -139,7 +144,8 @@ inline constexpr auto table = std::make_tuple(
     // No point after "Max" here.
     foot<MAXTC2>        ("maxTC2",          "Max toe 2",          "meters",              3, ratio,    no_cv, &gait_foot_cycle::max_tc2),
     foot<MTCS>          ("mtcS",            "Swing speed",        "meters/s",            3, ratio,    no_cv, &gait_foot_cycle::mtc_speed),
-    // A moment in the recording, not a property of the stride: neither a ratio nor a relative spread says anything.
+    // A moment in the recording, not a property of the stride: neither a ratio nor a relative
+    // spread says anything.
     foot<HS>            ("HS",              "Heel-strike Time",   "seconds",             3, no_ratio, no_cv, &gait_foot_cycle::hs),
     // The one key with a blank.
     foot<STEPTIME>      ("Step Time",       "Step time",          "seconds",             3, ratio,    cv,    &gait_foot_cycle::step_time),
@@ -156,9 +162,12 @@ inline constexpr auto table = std::make_tuple(
 /// The row of a tag in a table of rows; a tag without exactly one row does not compile.
 template <class Tag, class... Rows>
 constexpr auto find_row(const std::tuple<Rows...>& rows) {
-  constexpr std::array<bool, sizeof...(Rows)> matches = {std::is_same_v<Tag, typename Rows::tag_type>...};
+  constexpr std::array<bool, sizeof...(Rows)> matches = {
+      std::is_same_v<Tag, typename Rows::tag_type>...};
   constexpr std::size_t count = (std::size_t{std::is_same_v<Tag, typename Rows::tag_type>} + ...);
-  static_assert(count == 1, "gait_catalogue: this tag has no row, or two; add one to the table, or specialise row_of for it");
+  static_assert(count == 1,
+                "gait_catalogue: this tag has no row, or two; add one to the table, or specialise "
+                "row_of for it");
   constexpr std::size_t position = [&] {
     std::size_t at = 0;
     while (at + 1 < matches.size() && !matches[at]) {

@@ -35,11 +35,11 @@ struct exclusion {
 
 /// The accounting of one kind: its primary list if that holds anything, else its fallback list.
 ///
-/// `fallback_count` says what an applied fallback list counts as. Counts are lengths: an index out of range or
-/// without a duration counts, and adds no time.
+/// `fallback_count` says what an applied fallback list counts as. Counts are lengths: an index out
+/// of range or without a duration counts, and adds no time.
 template <class ResultT, class Tag>
-exclusion account_exclusion(const ResultT& result, const std::list<int>& primary, const std::list<int>& fallback,
-                            std::uint32_t fallback_count) {
+exclusion account_exclusion(const ResultT& result, const std::list<int>& primary,
+                            const std::list<int>& fallback, std::uint32_t fallback_count) {
   const auto& applied = primary.empty() ? fallback : primary;
   const double duration = index_sum(result.cycles, applied, summed_field<ResultT, Tag>);
   if (primary.empty()) {
@@ -50,12 +50,14 @@ exclusion account_exclusion(const ResultT& result, const std::list<int>& primary
 
 }  // namespace gait_detail
 
-/// Fills `excluded_2_fallback_count` to `included_duration` of `info`; the fields before them are not touched.
+/// Fills `excluded_2_fallback_count` to `included_duration` of `info`; the fields before them are
+/// not touched.
 ///
-/// For each kind, the primary list counts if it is not empty, else the fallback list does: that of kind 1 with
-/// its length, that of kind 2 as two cycles, however many it holds. A cycle that both
+/// For each kind, the primary list counts if it is not empty, else the fallback list does: that of
+/// kind 1 with its length, that of kind 2 as two cycles, however many it holds. A cycle that both
 /// kinds list is taken off twice, and an index out of range is counted but adds no time, so that
-/// `included_count` may be below the number of included cycles, and negative. It wraps around at 32 bits.
+/// `included_count` may be below the number of included cycles, and negative. It wraps around at 32
+/// bits.
 ///
 /// \param result          the analysed result; its cycles' `gct` (s) is summed
 /// \param gait            read for its four exclusion lists only
@@ -64,21 +66,25 @@ exclusion account_exclusion(const ResultT& result, const std::list<int>& primary
 ///
 /// O(n * k) steps for k listed indices over n cycles. Throws nothing and allocates nothing.
 template <class ResultT, class Tag>
-void gait_statistics_compute_info(gait_statistics_info& info, const ResultT& result, const gait_result& gait, Tag /*tag*/,
-                                  int total_cycles, double total_duration) noexcept {
-  // Where its fallback list applies, kind 2 counts as two cycles however many the list names, or none;
-  // callers rely on the constant. Kind 1 has no such rule, and counts its fallback list as it is.
+void gait_statistics_compute_info(gait_statistics_info& info, const ResultT& result,
+                                  const gait_result& gait, Tag /*tag*/, int total_cycles,
+                                  double total_duration) noexcept {
+  // Where its fallback list applies, kind 2 counts as two cycles however many the list names, or
+  // none; callers rely on the constant. Kind 1 has no such rule, and counts its fallback list as it
+  // is.
   constexpr std::uint32_t kind_2_fallback_count = 2;
-  const auto kind_2 =
-      gait_detail::account_exclusion<ResultT, Tag>(result, gait.excluded_2, gait.excluded_2_fallback, kind_2_fallback_count);
-  const auto kind_1 = gait_detail::account_exclusion<ResultT, Tag>(result, gait.excluded_1, gait.excluded_1_fallback,
-                                                                   static_cast<std::uint32_t>(gait.excluded_1_fallback.size()));
+  const auto kind_2 = gait_detail::account_exclusion<ResultT, Tag>(
+      result, gait.excluded_2, gait.excluded_2_fallback, kind_2_fallback_count);
+  const auto kind_1 = gait_detail::account_exclusion<ResultT, Tag>(
+      result, gait.excluded_1, gait.excluded_1_fallback,
+      static_cast<std::uint32_t>(gait.excluded_1_fallback.size()));
 
   info.excluded_2_fallback_count = kind_2.fallback_count;
   info.excluded_2_count = kind_2.count;
   info.excluded_1_fallback_count = kind_1.fallback_count;
   info.excluded_1_count = kind_1.count;
-  info.included_count = gait_detail::to_int32(std::int64_t{total_cycles} - kind_2.count - kind_1.count);
+  info.included_count =
+      gait_detail::to_int32(std::int64_t{total_cycles} - kind_2.count - kind_1.count);
   info.excluded_2_fallback_duration = kind_2.fallback_duration;
   info.excluded_2_duration = kind_2.duration;
   info.excluded_1_fallback_duration = kind_1.fallback_duration;

@@ -27,8 +27,9 @@ inline void take_as_given([[maybe_unused]] bool fact) {
 
 /// A group of walks along one list, each from the front to its own index.
 ///
-/// A walk waits at every step for the node that it has just asked for. Walks to different indices do not wait
-/// for one another: side by side, a group of them takes little longer than its longest walk alone.
+/// A walk waits at every step for the node that it has just asked for. Walks to different indices
+/// do not wait for one another: side by side, a group of them takes little longer than its longest
+/// walk alone.
 template <class Iterator>
 class walk_group {
 public:
@@ -44,7 +45,8 @@ public:
     ++count_;
   }
 
-  /// Walks, visits what was reached in the order in which it was added, and starts over. Not for an empty group.
+  /// Walks, visits what was reached in the order in which it was added, and starts over. Not for an
+  /// empty group.
   // Left to itself, g++ -O3 makes code that is half as fast on nodes that lie in order.
   // clang-format off
   template <class Visit>
@@ -77,11 +79,13 @@ private:
     advance(ends_.data(), 0, ((void)Walk, front_)...);
   }
 
-  /// Advances walks that stand `done` steps from the front until the nearest end, and goes on with the others. They
-  /// are arguments, and the function inlined into itself, to keep them in registers. All of them stand on the same
-  /// node, which g++ sees and clang++ has to be told: it is then read once for all.
+  /// Advances walks that stand `done` steps from the front until the nearest end, and goes on with
+  /// the others. They are arguments, and the function inlined into itself, to keep them in
+  /// registers. All of them stand on the same node, which g++ sees and clang++ has to be told: it
+  /// is then read once for all.
   template <class... Others>
-  [[gnu::always_inline]] void advance(const walk_end* nearest, int done, Iterator walk, Others... others) {
+  [[gnu::always_inline]] void advance(const walk_end* nearest, int done, Iterator walk,
+                                      Others... others) {
     for (int steps = nearest->index - done; steps > 0; --steps) {
       (take_as_given(others == walk), ...);
       ++walk;
@@ -100,9 +104,11 @@ private:
   std::array<Iterator, walks_side_by_side> reached_;
 };
 
-/// Calls `use(position, index)` for every element of `indices` that is an index of a list of `count` cycles.
+/// Calls `use(position, index)` for every element of `indices` that is an index of a list of
+/// `count` cycles.
 template <class Use>
-[[gnu::always_inline]] inline void for_each_index_within(std::size_t count, const std::list<int>& indices, Use use) {
+[[gnu::always_inline]] inline void for_each_index_within(std::size_t count,
+                                                         const std::list<int>& indices, Use use) {
   std::size_t position = 0;
   for (const int index : indices) {
     if (index >= 0 && static_cast<std::size_t>(index) < count) {
@@ -112,7 +118,8 @@ template <class Use>
   }
 }
 
-/// The iterator `index` steps after `front`. Two steps a turn: in g++'s loop of single steps the jump is the slow part.
+/// The iterator `index` steps after `front`. Two steps a turn: in g++'s loop of single steps the
+/// jump is the slow part.
 template <class Iterator>
 [[gnu::always_inline]] inline Iterator walk_alone(Iterator front, int index) {
   for (; index >= 2; index -= 2) {
@@ -122,10 +129,11 @@ template <class Iterator>
   return index == 1 ? std::next(front) : front;
 }
 
-/// for_each_cycle on a list that is long enough to walk along in groups. A function of its own, because a short list would
-/// otherwise pay for the registers that it saves.
+/// for_each_cycle on a list that is long enough to walk along in groups. A function of its own,
+/// because a short list would otherwise pay for the registers that it saves.
 template <class Cycle, class Visit>
-[[gnu::noinline]] Visit for_each_cycle_by_groups(const std::list<Cycle>& cycles, const std::list<int>& indices, Visit visit) {
+[[gnu::noinline]] Visit for_each_cycle_by_groups(const std::list<Cycle>& cycles,
+                                                 const std::list<int>& indices, Visit visit) {
   walk_group<typename std::list<Cycle>::const_iterator> group(cycles.begin());
   for_each_index_within(cycles.size(), indices, [&](std::size_t position, int index) {
     group.add(position, index);
@@ -139,15 +147,18 @@ template <class Cycle, class Visit>
   return visit;
 }
 
-/// Calls `visit(position, cycle)` for every index of `indices` that lies within `cycles`, in list order.
+/// Calls `visit(position, cycle)` for every index of `indices` that lies within `cycles`, in list
+/// order.
 ///
-/// `position` counts the elements of `indices` from 0, those that are skipped included. An index that is
-/// negative or not below the number of cycles is skipped; an index that occurs twice is visited twice.
+/// `position` counts the elements of `indices` from 0, those that are skipped included. An index
+/// that is negative or not below the number of cycles is skipped; an index that occurs twice is
+/// visited twice.
 ///
-/// Every cycle is reached afresh from the front of its list: no table is built and no position is carried
-/// from one index to the next, so that indices may come in any order. O(n * k) steps for k indices over n
-/// cycles, a group of walks at a time; no allocation; throws only what `visit` throws. Returns `visit`, with what it
-/// has gathered: what it holds itself, and does not refer to, can stay in registers.
+/// Every cycle is reached afresh from the front of its list: no table is built and no position is
+/// carried from one index to the next, so that indices may come in any order. O(n * k) steps for k
+/// indices over n cycles, a group of walks at a time; no allocation; throws only what `visit`
+/// throws. Returns `visit`, with what it has gathered: what it holds itself, and does not refer to,
+/// can stay in registers.
 template <class Cycle, class Visit>
 Visit for_each_cycle(const std::list<Cycle>& cycles, const std::list<int>& indices, Visit visit) {
   // On a shorter list the processor overlaps the walks by itself.
@@ -155,8 +166,9 @@ Visit for_each_cycle(const std::list<Cycle>& cycles, const std::list<int>& indic
   if (cycles.size() >= shortest_worth_a_group) {
     return for_each_cycle_by_groups(cycles, indices, std::move(visit));
   }
-  for_each_index_within(cycles.size(), indices,
-                        [&](std::size_t position, int index) { visit(position, *walk_alone(cycles.begin(), index)); });
+  for_each_index_within(cycles.size(), indices, [&](std::size_t position, int index) {
+    visit(position, *walk_alone(cycles.begin(), index));
+  });
   return visit;
 }
 
@@ -173,11 +185,13 @@ struct field_sum {
   }
 };
 
-/// The sum of a field over the indexed cycles, from 0.0 and in list order: the same bits with every compiler.
+/// The sum of a field over the indexed cycles, from 0.0 and in list order: the same bits with every
+/// compiler.
 ///
 /// A cycle whose field is missing adds nothing; a NaN makes the sum NaN.
 template <class Cycle>
-double index_sum(const std::list<Cycle>& cycles, const std::list<int>& indices, double Cycle::*field) {
+double index_sum(const std::list<Cycle>& cycles, const std::list<int>& indices,
+                 double Cycle::*field) {
   return for_each_cycle(cycles, indices, field_sum<Cycle>{field}).sum;
 }
 

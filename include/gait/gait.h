@@ -4,8 +4,8 @@
 /// \file
 /// Everything that gait_statistics offers.
 ///
-/// To fill records and call the entry, <gait/generate_statistics.h> is enough, and does not bring Eigen. This
-/// header does: include it before any header of Eigen's (see gait/eigen.h).
+/// To fill records and call the entry, <gait/generate_statistics.h> is enough, and does not bring
+/// Eigen. This header does: include it before any header of Eigen's (see gait/eigen.h).
 
 #include <gait/eigen.h>
 

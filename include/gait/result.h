@@ -4,10 +4,10 @@
 /// \file
 /// The input records: what the analysis of one walking recording found, cycle by cycle.
 ///
-/// Plain records with public members, copied and moved as values. The caller fills a gait_result, calls
-/// gait_generate_statistics() with it, and reads `statistics` and `quality_flags` from the same object. The
-/// records check nothing. Pointers do not own; what they point to must outlive the call. Those of a copy still
-/// point where those of the original do, into the original's feet.
+/// Plain records with public members, copied and moved as values. The caller fills a gait_result,
+/// calls gait_generate_statistics() with it, and reads `statistics` and `quality_flags` from the
+/// same object. The records check nothing. Pointers do not own; what they point to must outlive the
+/// call. Those of a copy still point where those of the original do, into the original's feet.
 
 #include <gait/statistics.h>
 
@@ -19,9 +19,11 @@
 
 /// One gait cycle (stride) of one foot. A value that was not measured holds gait_missing.
 ///
-/// The fields from `hs` to `impact_hor` follow one another with nothing between: producers rely on the order.
+/// The fields from `hs` to `impact_hor` follow one another with nothing between: producers rely on
+/// the order.
 struct gait_foot_cycle {
-  int first_sample = 0;                   ///< sample of the recording at which the cycle starts, from 0
+  /// Sample of the recording at which the cycle starts, from 0.
+  int first_sample = 0;
   int last_sample = 0;                    ///< sample at which it ends, inclusive
   double hs = gait_missing;               ///< heel-strike time (s)
   double gct = gait_missing;              ///< cycle duration (s)
@@ -50,15 +52,18 @@ struct gait_foot_cycle {
   double mtc_speed = gait_missing;        ///< foot speed in swing (m/s)
   double impact_vert = gait_missing;      ///< vertical impact at strike (g)
   double impact_hor = gait_missing;       ///< horizontal impact at strike (g)
-  int index = 0;                          ///< position in the foot's cycle list, from 0; to be set where both feet are analysed
+  /// Position in the foot's cycle list, from 0; to be set where both feet are analysed.
+  int index = 0;
 };
 
 /// One cycle of the two feet together, with links to the cycle of each foot that belongs to it.
 struct gait_feet_cycle {
-  double gct = gait_missing;               ///< cycle duration (s)
-  double ds = gait_missing;                ///< double support (% of cycle duration)
-  gait_foot_cycle* right_cycle = nullptr;  ///< the right foot's cycle, found by its `index`, or null; not owned
-  gait_foot_cycle* left_cycle = nullptr;   ///< the left foot's cycle, found by its `index`, or null; not owned
+  double gct = gait_missing;  ///< cycle duration (s)
+  double ds = gait_missing;   ///< double support (% of cycle duration)
+  /// The right foot's cycle, found by its `index`, or null; not owned.
+  gait_foot_cycle* right_cycle = nullptr;
+  /// The left foot's cycle, found by its `index`, or null; not owned.
+  gait_foot_cycle* left_cycle = nullptr;
 };
 
 /// One signal of a sensor: of its content, the library needs only the length.
@@ -69,7 +74,8 @@ struct sensor_signal {
 /// The recorded sensor data of one foot.
 struct sensor_recording {
   int sampling_rate = 0;  ///< samples per second (Hz); must not be 0
-  /// By signal identifier. Signals 1 and 2 must be there; the shortest of all feet is the length of the recording.
+  /// By signal identifier. Signals 1 and 2 must be there; the shortest of all feet is the length of
+  /// the recording.
   std::unordered_map<int, sensor_signal> signals;
 };
 
@@ -84,14 +90,16 @@ struct gait_feet_result {
   std::list<gait_feet_cycle> cycles;
 };
 
-/// The result of the gait analysis of one recording: all the input of the library, and all its output.
+/// The result of the gait analysis of one recording: all the input of the library, and all its
+/// output.
 ///
-/// The four exclusion lists index the analysed cycles: those of the single foot, or `feet_result.cycles`. They
-/// need not be sorted, unique or in range. Only `excluded_1` and `excluded_2` take cycles out; the fallback
-/// lists enter the accounting alone. See gait_generate_statistics() for what the library requires.
+/// The four exclusion lists index the analysed cycles: those of the single foot, or
+/// `feet_result.cycles`. They need not be sorted, unique or in range. Only `excluded_1` and
+/// `excluded_2` take cycles out; the fallback lists enter the accounting alone. See
+/// gait_generate_statistics() for what the library requires.
 struct gait_result {
-  /// One entry per instrumented foot. One entry: single-foot mode; more: two-feet mode; none: nothing is done.
-  /// The sampling rate is always that of the first entry's recording.
+  /// One entry per instrumented foot. One entry: single-foot mode; more: two-feet mode; none:
+  /// nothing is done. The sampling rate is always that of the first entry's recording.
   std::vector<gait_foot_result> foot_results;
   gait_foot_result* left_foot = nullptr;   ///< two-feet mode only, suffix "_L"; not owned
   gait_foot_result* right_foot = nullptr;  ///< two-feet mode only, suffix "_R"; not owned
@@ -105,37 +113,47 @@ struct gait_result {
 };
 
 // The limits of the quality flags.
-inline constexpr double gait_quality_setting_min = 10.0;          ///< a setting from this
-inline constexpr double gait_quality_setting_max = 34.0;          ///< to this is plausible, both included
-inline constexpr int gait_quality_few_cycles_max = 4;             ///< a walk of so many cycles or fewer has few
-inline constexpr double gait_quality_speed_min = 0.31;            ///< a mean speed from this (m/s)
-inline constexpr double gait_quality_speed_max = 1.8;             ///< to this is plausible, both included (m/s)
-inline constexpr double gait_quality_swing_asymmetry_min = 20.0;  ///< a mean of so much, to either side, is large
+inline constexpr double gait_quality_setting_min = 10.0;  ///< a setting from this
+/// To this is plausible, both included.
+inline constexpr double gait_quality_setting_max = 34.0;
+/// A walk of so many cycles or fewer has few.
+inline constexpr int gait_quality_few_cycles_max = 4;
+inline constexpr double gait_quality_speed_min = 0.31;  ///< a mean speed from this (m/s)
+/// To this is plausible, both included (m/s)
+inline constexpr double gait_quality_speed_max = 1.8;
+/// A mean of so much, to either side, is large.
+inline constexpr double gait_quality_swing_asymmetry_min = 20.0;
 
 /// The plausibility warnings of gait_result::quality_flags. Bits 32 and 64 are never set.
 ///
 /// A side without any measured speed raises its bit.
 enum gait_quality_flag : int {
-  gait_quality_setting = 1,            ///< settings_value is above 0 and not plausible
-  gait_quality_few_cycles = 2,         ///< the walk has few cycles
-  gait_quality_speed = 4,              ///< mean of "speed" not plausible (single-foot mode)
-  gait_quality_speed_right = 8,        ///< mean of "speed_R" not plausible (two-feet mode)
-  gait_quality_speed_left = 16,        ///< mean of "speed_L" not plausible (two-feet mode)
-  gait_quality_swing_asymmetry = 128,  ///< mean of "asymmetry" large, and its deviation not 0 (two-feet mode)
+  gait_quality_setting = 1,      ///< settings_value is above 0 and not plausible
+  gait_quality_few_cycles = 2,   ///< the walk has few cycles
+  gait_quality_speed = 4,        ///< mean of "speed" not plausible (single-foot mode)
+  gait_quality_speed_right = 8,  ///< mean of "speed_R" not plausible (two-feet mode)
+  gait_quality_speed_left = 16,  ///< mean of "speed_L" not plausible (two-feet mode)
+  gait_quality_swing_asymmetry =
+      128,  ///< mean of "asymmetry" large, and its deviation not 0 (two-feet mode)
 };
 
 /// The settings of gait_generate_statistics().
 struct gait_generate_statistics_settings {
-  /// What it stands for is the caller's choice. It enters no computation: a value above 0 that is not within 10 to
-  /// 34 raises a quality flag.
+  /// What it stands for is the caller's choice. It enters no computation: a value above 0 that is
+  /// not within 10 to 34 raises a quality flag.
   float settings_value = 0.0F;
 };
 
-// Producers fill the measured fields as one row of doubles from `hs` to `impact_hor`, with `index` behind it.
+// Producers fill the measured fields as one row of doubles from `hs` to `impact_hor`, with `index`
+// behind it.
 static_assert(offsetof(gait_foot_cycle, first_sample) == 0);
-static_assert(offsetof(gait_foot_cycle, impact_hor) == offsetof(gait_foot_cycle, hs) + 26 * sizeof(double));
-static_assert(offsetof(gait_foot_cycle, index) == offsetof(gait_foot_cycle, impact_hor) + sizeof(double));
-static_assert(offsetof(gait_feet_cycle, right_cycle) == offsetof(gait_feet_cycle, ds) + sizeof(double));
-static_assert(offsetof(gait_feet_cycle, left_cycle) == offsetof(gait_feet_cycle, right_cycle) + sizeof(void*));
+static_assert(offsetof(gait_foot_cycle, impact_hor) ==
+              offsetof(gait_foot_cycle, hs) + 26 * sizeof(double));
+static_assert(offsetof(gait_foot_cycle, index) ==
+              offsetof(gait_foot_cycle, impact_hor) + sizeof(double));
+static_assert(offsetof(gait_feet_cycle, right_cycle) ==
+              offsetof(gait_feet_cycle, ds) + sizeof(double));
+static_assert(offsetof(gait_feet_cycle, left_cycle) ==
+              offsetof(gait_feet_cycle, right_cycle) + sizeof(void*));
 
 #endif

@@ -16,8 +16,8 @@ namespace gait_detail {
 
 /// The capacity for as many values as a list has elements: a signed 32-bit count.
 ///
-/// Throws std::bad_alloc for 2^31 to 2^32 - 1 elements, which such a count cannot hold. Longer lists are not
-/// supported.
+/// Throws std::bad_alloc for 2^31 to 2^32 - 1 elements, which such a count cannot hold. Longer
+/// lists are not supported.
 inline Eigen::Index sample_capacity(std::size_t list_size) {
   const auto capacity = static_cast<std::int32_t>(list_size);
   if (capacity < 0) {
@@ -28,9 +28,9 @@ inline Eigen::Index sample_capacity(std::size_t list_size) {
 
 /// A buffer of values, allocated once at its upper bound and shrunk once to what it holds.
 ///
-/// The buffer is plain memory and not an Eigen vector's, whose alignment follows the flags of whoever compiles
-/// it: where a program and the static library share an inline function, one's allocation may meet the other's
-/// release.
+/// The buffer is plain memory and not an Eigen vector's, whose alignment follows the flags of
+/// whoever compiles it: where a program and the static library share an inline function, one's
+/// allocation may meet the other's release.
 class sample {
 public:
   /// Throws std::bad_alloc when there is no memory for `capacity` values.
@@ -49,7 +49,8 @@ public:
     ++size_;
   }
 
-  /// Gives back the memory that is not needed. Throws std::bad_alloc when that takes memory, and there is none.
+  /// Gives back the memory that is not needed. Throws std::bad_alloc when that takes memory, and
+  /// there is none.
   void shrink() {
     if (size_ == 0) {
       values_.reset();
@@ -74,7 +75,9 @@ private:
     void operator()(double* memory) const { std::free(memory); }
   };
 
-  static std::size_t bytes(Eigen::Index count) { return static_cast<std::size_t>(count) * sizeof(double); }
+  static std::size_t bytes(Eigen::Index count) {
+    return static_cast<std::size_t>(count) * sizeof(double);
+  }
 
   std::unique_ptr<double, release> values_;
   Eigen::Index size_ = 0;

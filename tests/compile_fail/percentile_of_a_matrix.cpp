@@ -6,4 +6,6 @@ using receiver = Eigen::MatrixXd;
 using receiver = Eigen::VectorXd;
 #endif
 
-Eigen::Array2d quartiles(const receiver& values) { return values.percentile(Eigen::Array2d(25.0, 75.0)); }
+Eigen::Array2d quartiles(const receiver& values) {
+  return values.percentile(Eigen::Array2d(25.0, 75.0));
+}

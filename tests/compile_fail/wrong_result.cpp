@@ -12,7 +12,8 @@ using feet_tag = GCT;
 using feet_tag = DS;
 #endif
 
-void build(gait_statistics& statistics, const gait_foot_result& foot, const gait_feet_result& feet) {
+void build(gait_statistics& statistics, const gait_foot_result& foot,
+           const gait_feet_result& feet) {
   gait_statistics_build_parameter(statistics, foot, {0}, "", foot_tag{});
   gait_statistics_build_parameter(statistics, feet, {0}, "", feet_tag{});
 }

@@ -52,12 +52,17 @@ std::string output_of(const std::string& command) {
   return result.output;
 }
 
-std::string output_of_example(const std::string& name) { return output_of(quoted(GAIT_EXAMPLES_FOLDER "/" + name)); }
+std::string output_of_example(const std::string& name) {
+  return output_of(quoted(GAIT_EXAMPLES_FOLDER "/" + name));
+}
 
-std::string block(const std::string& language, const std::string& text) { return "```" + language + "\n" + text + "```\n"; }
+std::string block(const std::string& language, const std::string& text) {
+  return "```" + language + "\n" + text + "```\n";
+}
 
 /// The first block of that language after a text.
-std::string block_after(const std::string& whole, const std::string& before, const std::string& language) {
+std::string block_after(const std::string& whole, const std::string& before,
+                        const std::string& language) {
   const std::string fence = "```" + language + "\n";
   const auto start = whole.find(fence, whole.find(before));
   EXPECT_NE(start, std::string::npos) << "no " << language << " after: " << before;
@@ -86,7 +91,9 @@ testing::AssertionResult is_shortened(const std::string& shortened, const std::s
     }
     const auto at = text.find("\n" + line + "\n", from);
     if (at == std::string::npos) {
-      return testing::AssertionFailure() << "the page has, and the program has not: " << line << "\n" << text;
+      return testing::AssertionFailure()
+             << "the page has, and the program has not: " << line << "\n"
+             << text;
     }
     from = at + line.size();
   }
@@ -98,27 +105,28 @@ TEST(Readme, ShowsWhatItsProgramPrints) {
 }
 
 TEST(Readme, ShowsThePartsOfTheReportThatTheProgramPrints) {
-  const std::string command =
-      "cd " + quoted(GAIT_PROJECT_FOLDER) + " && " + quoted(GAIT_PROGRAM) + " examples/walks/two_feet_turn";
+  const std::string command = "cd " + quoted(GAIT_PROJECT_FOLDER) + " && " + quoted(GAIT_PROGRAM) +
+                              " examples/walks/two_feet_turn";
   const std::string shown = block_after(page("README.md"), "prints, shortened", "text");
   ASSERT_GT(lines_of(shown).size(), 10U);
   EXPECT_TRUE(is_shortened(shown, "\n" + output_of(command)));
 }
 
 TEST(Output, ShowsTheFirstRowsOfTheTable) {
-  const std::string command =
-      "cd " + quoted(GAIT_PROJECT_FOLDER) + " && " + quoted(GAIT_PROGRAM) + " --format csv examples/walks/one_foot_short";
+  const std::string command = "cd " + quoted(GAIT_PROJECT_FOLDER) + " && " + quoted(GAIT_PROGRAM) +
+                              " --format csv examples/walks/one_foot_short";
   const std::string shown = block_after(page("docs/output.md"), "## CSV", "text");
   ASSERT_EQ(lines_of(shown).size(), 2U);
   EXPECT_EQ(output_of(command).rfind(shown, 0), 0U) << shown;
 }
 
 TEST(Output, NamesEveryKeyOfTheDocument) {
-  const std::string command =
-      "cd " + quoted(GAIT_PROJECT_FOLDER) + " && " + quoted(GAIT_PROGRAM) + " --format json examples/walks/two_feet_turn";
+  const std::string command = "cd " + quoted(GAIT_PROJECT_FOLDER) + " && " + quoted(GAIT_PROGRAM) +
+                              " --format json examples/walks/two_feet_turn";
   const std::string json = output_of(command);
   const std::string whole = page("docs/output.md");
-  // Those of a walk and of its parameters; the ones between are fields of a record, or what the page says in words.
+  // Those of a walk and of its parameters; the ones between are fields of a record, or what the
+  // page says in words.
   const std::regex key("\n(?: {6}| {10})\"(\\w+)\": ");
   std::set<std::string> unnamed;
   for (std::sregex_iterator at(json.begin(), json.end(), key), end; at != end; ++at) {
@@ -130,16 +138,19 @@ TEST(Output, NamesEveryKeyOfTheDocument) {
 }
 
 TEST(Parameters, ArePrintedFromTheCatalogue) {
-  EXPECT_EQ(page("docs/parameters.md"), output_of(quoted(GAIT_PRINT_CATALOGUE) + " page")) << "run scripts/update-docs";
+  EXPECT_EQ(page("docs/parameters.md"), output_of(quoted(GAIT_PRINT_CATALOGUE) + " page"))
+      << "run scripts/update-docs";
 }
 
 TEST(Definitions, HoldTheCatalogue) {
   const std::string table = output_of(quoted(GAIT_PRINT_CATALOGUE) + " table");
-  EXPECT_NE(page("docs/definitions.md").find("-->\n" + table + "<!--"), std::string::npos) << "run scripts/update-docs";
+  EXPECT_NE(page("docs/definitions.md").find("-->\n" + table + "<!--"), std::string::npos)
+      << "run scripts/update-docs";
 }
 
 TEST(Definitions, ShowTheStatisticsOfTenStrides) {
-  EXPECT_EQ(block_after(page("docs/definitions.md"), "ten_strides.cpp", "text"), output_of_example("ten_strides"));
+  EXPECT_EQ(block_after(page("docs/definitions.md"), "ten_strides.cpp", "text"),
+            output_of_example("ten_strides"));
 }
 
 TEST(Definitions, ShowNumpysQuartilesOfTenStrides) {
@@ -148,16 +159,19 @@ TEST(Definitions, ShowNumpysQuartilesOfTenStrides) {
     GTEST_SKIP() << "no Python with numpy (package python3-numpy)";
   }
   const std::string script = quoted(GAIT_PROJECT_FOLDER "/tests/docs/ten_strides.py");
-  EXPECT_EQ(block_after(page("docs/definitions.md"), "numpy 1.24", "text"), output_of(python + " " + script));
+  EXPECT_EQ(block_after(page("docs/definitions.md"), "numpy 1.24", "text"),
+            output_of(python + " " + script));
 }
 
 TEST(Exclusions, ShowTheAccountingOfTheExample) {
-  EXPECT_EQ(block_after(page("docs/exclusions.md"), "exclusions.cpp", "text"), output_of_example("exclusions"));
+  EXPECT_EQ(block_after(page("docs/exclusions.md"), "exclusions.cpp", "text"),
+            output_of_example("exclusions"));
 }
 
 TEST(QualityFlags, ShowTheirExampleAndItsOutput) {
   const std::string whole = page("docs/quality-flags.md");
-  EXPECT_NE(page("examples/quality_flags.cpp").find(block_after(whole, "quality_flags.cpp", "cpp")), std::string::npos);
+  EXPECT_NE(page("examples/quality_flags.cpp").find(block_after(whole, "quality_flags.cpp", "cpp")),
+            std::string::npos);
   EXPECT_EQ(block_after(whole, "quality_flags.cpp", "text"), output_of_example("quality_flags"));
 }
 
@@ -171,12 +185,14 @@ TEST(AddingAParameter, ShowsTheListOfASideAndTheExamplesOutput) {
   const std::string whole = page("docs/adding-a-parameter.md");
   const std::string shown = block_after(whole, "own_parameter_two_feet.cpp", "cpp");
   EXPECT_NE(page("examples/own_parameter_two_feet.cpp").find(shown), std::string::npos);
-  EXPECT_EQ(block_after(whole, "own_parameter_two_feet.cpp", "text"), output_of_example("own_parameter_two_feet"));
+  EXPECT_EQ(block_after(whole, "own_parameter_two_feet.cpp", "text"),
+            output_of_example("own_parameter_two_feet"));
 }
 
 TEST(Pages, LinkOnlyToWhatIsThere) {
   std::vector<std::filesystem::path> pages;
-  for (const char* folder : {"", "docs", "fuzz", "examples/walks/one_foot_short", "examples/walks/two_feet_turn"}) {
+  for (const char* folder :
+       {"", "docs", "fuzz", "examples/walks/one_foot_short", "examples/walks/two_feet_turn"}) {
     for (const auto& entry : std::filesystem::directory_iterator(project() / folder)) {
       if (entry.path().extension() == ".md") {
         pages.push_back(entry.path());
@@ -189,7 +205,8 @@ TEST(Pages, LinkOnlyToWhatIsThere) {
     for (std::sregex_iterator at(text.begin(), text.end(), link), end; at != end; ++at) {
       const std::string target = (*at)[1];
       if (target.rfind("http", 0) != 0) {
-        EXPECT_TRUE(std::filesystem::exists(from.parent_path() / target)) << from << " links to " << target;
+        EXPECT_TRUE(std::filesystem::exists(from.parent_path() / target))
+            << from << " links to " << target;
       }
     }
   }

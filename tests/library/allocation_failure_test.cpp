@@ -32,14 +32,15 @@ using testing::AnyOf;
 /// To the last bit. What differs is only looked for where something does.
 template <class Record>
 testing::AssertionResult are_the_same(const Record& a, const Record& b) {
-  return same_bytes(a, b) ? testing::AssertionSuccess() : testing::AssertionFailure() << difference(text_of(a), text_of(b));
+  return same_bytes(a, b) ? testing::AssertionSuccess()
+                          : testing::AssertionFailure() << difference(text_of(a), text_of(b));
 }
 
 constexpr const char* returned = "returned";
 constexpr const char* out_of_memory = "out of memory";
 
-/// How a call ends while allocation k, counted from 0, fails alone or for good: `returned`, `out_of_memory` for
-/// std::bad_alloc, or the text of another exception.
+/// How a call ends while allocation k, counted from 0, fails alone or for good: `returned`,
+/// `out_of_memory` for std::bad_alloc, or the text of another exception.
 std::string outcome_with_failure(long k, bool for_good, const std::function<void()>& call) {
   const auto let_memory_suffice = [] {
     allocations_left = -1;
@@ -70,10 +71,11 @@ long allocations_of(const std::function<void()>& call) {
   return allocations_tried - before;
 }
 
-/// Lets each allocation of a call fail, alone and with all that follow: std::bad_alloc must come through, and nothing
-/// of the call may stay behind. Returns how many allocations the call makes.
+/// Lets each allocation of a call fail, alone and with all that follow: std::bad_alloc must come
+/// through, and nothing of the call may stay behind. Returns how many allocations the call makes.
 ///
-/// Every time, `prepare` makes what the call works on, `call` uses it, and `look` sees what the failure left of it.
+/// Every time, `prepare` makes what the call works on, `call` uses it, and `look` sees what the
+/// failure left of it.
 template <class Prepare, class Call, class Look>
 long fail_every_allocation(Prepare prepare, Call call, Look look) {
   long allocations = 0;
@@ -89,12 +91,14 @@ long fail_every_allocation(Prepare prepare, Call call, Look look) {
         auto subject = prepare();
         const std::string outcome = outcome_with_failure(k, for_good, [&] { call(subject); });
         EXPECT_STREQ(outcome.c_str(), k < allocations ? out_of_memory : returned);
-        EXPECT_EQ(allocations_failed > failed_before, k < allocations) << "the number of allocations differs between calls";
+        EXPECT_EQ(allocations_failed > failed_before, k < allocations)
+            << "the number of allocations differs between calls";
         look(subject);
       }
       EXPECT_EQ(live_allocations - live_before, 0) << "allocations that nobody released";
       if (testing::Test::HasFailure()) {
-        ADD_FAILURE() << "allocation " << k << " of " << allocations << (for_good ? " and all that follow" : " alone");
+        ADD_FAILURE() << "allocation " << k << " of " << allocations
+                      << (for_good ? " and all that follow" : " alone");
         return allocations;
       }
     }
@@ -105,7 +109,8 @@ long fail_every_allocation(Prepare prepare, Call call, Look look) {
 /// The figure for the log and the report of the test.
 void report(const std::string& call, long allocations) {
   EXPECT_GT(allocations, 0) << "nothing was allocated";
-  std::printf("%s: %ld allocations, each failed alone and with all that follow\n", call.c_str(), allocations);
+  std::printf("%s: %ld allocations, each failed alone and with all that follow\n", call.c_str(),
+              allocations);
   testing::Test::RecordProperty("call", call);
   testing::Test::RecordProperty("allocations", static_cast<int>(allocations));
   testing::Test::RecordProperty("failures_survived", static_cast<int>(2 * allocations));
@@ -154,7 +159,8 @@ TEST(FailingAllocations, AreThoseOfEveryWayToAllocate) {
 TEST(FailingAllocations, LeaveTheBlockThatWasToBeReallocated) {
   void* const block = std::malloc(9);
   const long live_before = live_allocations;
-  EXPECT_EQ(outcome_with_failure(0, false, [&] { escaped = std::realloc(block, 99999); }), returned);
+  EXPECT_EQ(outcome_with_failure(0, false, [&] { escaped = std::realloc(block, 99999); }),
+            returned);
   EXPECT_EQ(escaped, nullptr);
   EXPECT_EQ(live_allocations, live_before);
   std::free(block);
@@ -182,7 +188,8 @@ TEST(FailingAllocations, FailAloneOrWithAllThatFollow) {
 /// A result to call the entry with: a walk, and what earlier calls left in the output.
 class entry_call {
 public:
-  entry_call(walk w, const gait_statistics& earlier) : walk_(std::move(w)), result_(&walk_.result()) {
+  entry_call(walk w, const gait_statistics& earlier)
+      : walk_(std::move(w)), result_(&walk_.result()) {
     result_->statistics = earlier;
     result_->quality_flags = earlier_flags;
     input_ = bytes_of_input(*result_);
@@ -195,7 +202,8 @@ public:
   void run() { gait_generate_statistics(*result_, walk_.settings()); }
 
   void expect_untouched_input() const {
-    EXPECT_TRUE(bytes_of_input(*result_) == input_) << "what is only read has become\n" << text_of_input(*result_);
+    EXPECT_TRUE(bytes_of_input(*result_) == input_) << "what is only read has become\n"
+                                                    << text_of_input(*result_);
   }
 
   static constexpr int earlier_flags = 0x7F;
@@ -208,7 +216,8 @@ private:
 
 /// The output of a run that has memory enough, and the one that it started from.
 struct whole_run {
-  whole_run(const walk& w, gait_statistics left_by_earlier_calls) : earlier(std::move(left_by_earlier_calls)) {
+  whole_run(const walk& w, gait_statistics left_by_earlier_calls)
+      : earlier(std::move(left_by_earlier_calls)) {
     entry_call call(w, earlier);
     call.run();
     statistics = call.result().statistics;
@@ -225,14 +234,16 @@ void expect_output(const gait_result& result, const whole_run& whole) {
   EXPECT_EQ(result.quality_flags, whole.quality_flags);
 }
 
-/// Every entry that is there is that of a whole run, but perhaps for the ratio, which a later stage writes.
+/// Every entry that is there is that of a whole run, but perhaps for the ratio, which a later stage
+/// writes.
 void expect_complete_entries(const gait_statistics& left, const whole_run& whole) {
   for (const auto& [key, parameter] : left.parameters) {
     ASSERT_EQ(whole.statistics.parameters.count(key), 1U) << key;
     gait_statistics_parameter expected = whole.statistics.parameters.at(key);
     if (!same_bits(parameter.asymmetry, expected.asymmetry)) {
       const auto kept = whole.earlier.parameters.find(key);
-      expected.asymmetry = kept != whole.earlier.parameters.end() ? kept->second.asymmetry : gait_missing;
+      expected.asymmetry =
+          kept != whole.earlier.parameters.end() ? kept->second.asymmetry : gait_missing;
     }
     ASSERT_TRUE(are_the_same(parameter, expected)) << key;
   }
@@ -244,15 +255,18 @@ void expect_complete_entries(const gait_statistics& left, const whole_run& whole
 /// What the entry promises of the output when memory runs out.
 void expect_what_is_promised(const gait_result& left, const whole_run& whole) {
   expect_complete_entries(left.statistics, whole);
-  EXPECT_TRUE(same_bytes(left.statistics.info, whole.earlier.info) || same_bytes(left.statistics.info, whole.statistics.info))
+  EXPECT_TRUE(same_bytes(left.statistics.info, whole.earlier.info) ||
+              same_bytes(left.statistics.info, whole.statistics.info))
       << text_of(left.statistics.info);
-  EXPECT_THAT(left.quality_flags,
-              AnyOf(entry_call::earlier_flags, whole.quality_flags, whole.quality_flags & ~int{gait_quality_swing_asymmetry}));
+  EXPECT_THAT(left.quality_flags, AnyOf(entry_call::earlier_flags, whole.quality_flags,
+                                        whole.quality_flags & ~int{gait_quality_swing_asymmetry}));
 }
 
-/// Fails every allocation of the entry on a walk. After each failure, what was only read is what it was, a second call
-/// on the same object completes what the first one left, and one on a fresh object is as good as ever.
-void expect_failures_to_pass(const std::string& name, const walk& w, const gait_statistics& earlier = {}) {
+/// Fails every allocation of the entry on a walk. After each failure, what was only read is what it
+/// was, a second call on the same object completes what the first one left, and one on a fresh
+/// object is as good as ever.
+void expect_failures_to_pass(const std::string& name, const walk& w,
+                             const gait_statistics& earlier = {}) {
   const whole_run whole(w, earlier);
   const auto look = [&](entry_call& call) {
     call.expect_untouched_input();
@@ -263,12 +277,13 @@ void expect_failures_to_pass(const std::string& name, const walk& w, const gait_
     fresh.run();
     expect_output(fresh.result(), whole);
   };
-  const long allocations =
-      fail_every_allocation([&] { return entry_call(w, earlier); }, [](entry_call& call) { call.run(); }, look);
+  const long allocations = fail_every_allocation([&] { return entry_call(w, earlier); },
+                                                 [](entry_call& call) { call.run(); }, look);
   report("gait_generate_statistics, " + name, allocations);
 }
 
-/// A foot of strides whose swing differs from the other foot's, with a stride without a stride length.
+/// A foot of strides whose swing differs from the other foot's, with a stride without a stride
+/// length.
 foot some_foot(std::size_t strides, double swing, double step) {
   foot some = foot().ramp(strides, 1.0, step);
   std::vector<double> swings;
@@ -279,10 +294,14 @@ foot some_foot(std::size_t strides, double swing, double step) {
 }
 
 /// Exclusions of both kinds, with indices that occur twice or are out of range.
-walk with_exclusions(walk w) { return w.excluded_1({3, 3, 99}).excluded_2({5, -1}).settings_value(40.0F); }
+walk with_exclusions(walk w) {
+  return w.excluded_1({3, 3, 99}).excluded_2({5, -1}).settings_value(40.0F);
+}
 
 /// Exclusions whose fallback lists count: kind 1 has no other, and kind 2 takes nothing out.
-walk with_fallbacks(walk w) { return w.excluded_1_fallback({0, 1}).excluded_2({99}).excluded_2_fallback({2, 4}); }
+walk with_fallbacks(walk w) {
+  return w.excluded_1_fallback({0, 1}).excluded_2({99}).excluded_2_fallback({2, 4});
+}
 
 walk alone(std::size_t strides = 12) { return one_foot(some_foot(strides, 40.0, 0.25)); }
 
@@ -295,10 +314,12 @@ walk together() {
       .right_links({no_cycle, 1, 2, 3, 4, 5, 6, 7, 8, 9, 10, 11});
 }
 
-/// What an earlier call on another walk and the caller left: of the keys every other one, and a pair of sides.
+/// What an earlier call on another walk and the caller left: of the keys every other one, and a
+/// pair of sides.
 gait_statistics every_other_record(walk other) {
   gait_statistics statistics = other.analyse().statistics;
-  const std::map<std::string, gait_statistics_parameter> by_key(statistics.parameters.begin(), statistics.parameters.end());
+  const std::map<std::string, gait_statistics_parameter> by_key(statistics.parameters.begin(),
+                                                                statistics.parameters.end());
   bool keep = false;
   for (const auto& entry : by_key) {
     if (!std::exchange(keep, !keep)) {
@@ -323,9 +344,13 @@ TEST(EntryShortOfMemory, IsTriedOnWalksThatReachEveryStage) {
   EXPECT_THAT(fallbacks.statistics.info.excluded_2_gct_sum, SameBits(1.25 + 1.5));
 }
 
-TEST(EntryShortOfMemory, LetsBadAllocOfOneFootPass) { expect_failures_to_pass("one foot", with_exclusions(alone())); }
+TEST(EntryShortOfMemory, LetsBadAllocOfOneFootPass) {
+  expect_failures_to_pass("one foot", with_exclusions(alone()));
+}
 
-TEST(EntryShortOfMemory, LetsBadAllocOfTwoFeetPass) { expect_failures_to_pass("two feet", with_exclusions(together())); }
+TEST(EntryShortOfMemory, LetsBadAllocOfTwoFeetPass) {
+  expect_failures_to_pass("two feet", with_exclusions(together()));
+}
 
 TEST(EntryShortOfMemory, LetsBadAllocOfOneFootWithFallbackListsPass) {
   expect_failures_to_pass("one foot, fallback lists", with_fallbacks(alone()));
@@ -335,14 +360,17 @@ TEST(EntryShortOfMemory, LetsBadAllocOfTwoFeetWithFallbackListsPass) {
   expect_failures_to_pass("two feet, fallback lists", with_fallbacks(together()));
 }
 
-TEST(EntryShortOfMemory, LetsBadAllocOfALongWalkPass) { expect_failures_to_pass("one foot, 60 strides", alone(60)); }
+TEST(EntryShortOfMemory, LetsBadAllocOfALongWalkPass) {
+  expect_failures_to_pass("one foot, 60 strides", alone(60));
+}
 
 TEST(EntryShortOfMemory, LetsBadAllocOfAWalkWithoutIncludedCyclesPass) {
   expect_failures_to_pass("two feet, all cycles excluded", together().excluded_1(first_cycles(12)));
 }
 
 TEST(EntryShortOfMemory, KeepsTheRecordsOfAnEarlierCallOfOneFoot) {
-  expect_failures_to_pass("one foot, records kept", with_exclusions(alone()), every_other_record(alone(5)));
+  expect_failures_to_pass("one foot, records kept", with_exclusions(alone()),
+                          every_other_record(alone(5)));
 }
 
 TEST(EntryShortOfMemory, KeepsTheRecordsOfAnEarlierCallOfTwoFeet) {
@@ -351,17 +379,20 @@ TEST(EntryShortOfMemory, KeepsTheRecordsOfAnEarlierCallOfTwoFeet) {
 }
 
 TEST(EntryShortOfMemory, KeepsAllRecordsOfAnEarlierCall) {
-  expect_failures_to_pass("two feet, all records kept", together(), with_exclusions(together()).analyse().statistics);
+  expect_failures_to_pass("two feet, all records kept", together(),
+                          with_exclusions(together()).analyse().statistics);
 }
 
 TEST(EntryShortOfMemory, BuildsTheRightSideBeforeTheLeft) {
   bool left_seen = false;
-  fail_every_allocation([] { return entry_call(together(), {}); }, [](entry_call& call) { call.run(); },
+  fail_every_allocation([] { return entry_call(together(), {}); },
+                        [](entry_call& call) { call.run(); },
                         [&](const entry_call& call) {
                           const auto& parameters = call.result().statistics.parameters;
                           if (parameters.count("gct_L") != 0 && !left_seen) {
                             left_seen = true;
-                            EXPECT_EQ(parameters.size(), 28U + 1U) << "all of the right side, and the first of the left";
+                            EXPECT_EQ(parameters.size(), 28U + 1U)
+                                << "all of the right side, and the first of the left";
                           }
                         });
   EXPECT_TRUE(left_seen);
@@ -370,11 +401,12 @@ TEST(EntryShortOfMemory, BuildsTheRightSideBeforeTheLeft) {
 TEST(EntryShortOfMemory, AccountsForTheWalkBeforeItBuildsParameters) {
   for (const walk& w : {with_exclusions(alone()), with_exclusions(together())}) {
     const whole_run whole(w, {});
-    fail_every_allocation([&] { return entry_call(w, {}); }, [](entry_call& call) { call.run(); },
-                          [&](const entry_call& call) {
-                            const auto& [info, parameters] = call.result().statistics;
-                            EXPECT_TRUE(parameters.empty() || same_bytes(info, whole.statistics.info));
-                          });
+    fail_every_allocation(
+        [&] { return entry_call(w, {}); }, [](entry_call& call) { call.run(); },
+        [&](const entry_call& call) {
+          const auto& [info, parameters] = call.result().statistics;
+          EXPECT_TRUE(parameters.empty() || same_bytes(info, whole.statistics.info));
+        });
   }
 }
 
@@ -385,17 +417,19 @@ TEST(EntryShortOfMemory, WritesRatiosBeforeItRaisesFlags) {
   left.asymmetry_enabled = true;
   left.mean = earlier.parameters["what the caller measured_R"].mean = 2.0;
   bool was_short_of_memory_for_a_ratio = false;
-  fail_every_allocation([&] { return entry_call(together(), earlier); }, [](entry_call& call) { call.run(); },
-                        [&](const entry_call& call) {
-                          const auto& parameters = call.result().statistics.parameters;
-                          const bool has_ratio = parameters.at("what the caller measured_L").asymmetry == 1.0;
-                          EXPECT_TRUE(has_ratio || call.result().quality_flags == entry_call::earlier_flags);
-                          was_short_of_memory_for_a_ratio |= !has_ratio && parameters.size() == 2U + 2U * 28U;
-                        });
+  fail_every_allocation(
+      [&] { return entry_call(together(), earlier); }, [](entry_call& call) { call.run(); },
+      [&](const entry_call& call) {
+        const auto& parameters = call.result().statistics.parameters;
+        const bool has_ratio = parameters.at("what the caller measured_L").asymmetry == 1.0;
+        EXPECT_TRUE(has_ratio || call.result().quality_flags == entry_call::earlier_flags);
+        was_short_of_memory_for_a_ratio |= !has_ratio && parameters.size() == 2U + 2U * 28U;
+      });
   EXPECT_TRUE(was_short_of_memory_for_a_ratio);
 }
 
-/// What a call allocates beside the nodes of its index lists, of which it makes so many for each cycle.
+/// What a call allocates beside the nodes of its index lists, of which it makes so many for each
+/// cycle.
 long allocations_beside_nodes(walk w, int cycles, int nodes_per_cycle) {
   entry_call call(std::move(w), {});
   return allocations_of([&] { call.run(); }) - cycles * nodes_per_cycle;
@@ -419,7 +453,8 @@ TEST(EntryAllocations, GrowWithTheCyclesByTheNodesOfTheirIndexListsAlone) {
 
 TEST(PercentileOfOneValue, AllocatesNothing) {
   const Eigen::VectorXd one = Eigen::VectorXd::Constant(1, 7.25);
-  EXPECT_EQ(allocations_of([&] { EXPECT_EQ(one.percentile(Eigen::Array2d(25.0, 75.0))(1), 7.25); }), 0);
+  EXPECT_EQ(allocations_of([&] { EXPECT_EQ(one.percentile(Eigen::Array2d(25.0, 75.0))(1), 7.25); }),
+            0);
 }
 
 TEST(EntryWithoutFeet, AllocatesNothing) {
@@ -439,7 +474,8 @@ class AbsentSignalShortOfMemory : public testing::TestWithParam<absence> {};
 /// The entry on output that earlier calls filled. The exception's own text needs memory as well.
 TEST_P(AbsentSignalShortOfMemory, LeavesTheResultUntouchedAndNothingBehind) {
   const char* const key_not_found = "unordered_map::at: key not found";
-  for (const gait_statistics& earlier : {gait_statistics(), every_other_record(alone()), every_other_record(together())}) {
+  for (const gait_statistics& earlier :
+       {gait_statistics(), every_other_record(alone()), every_other_record(together())}) {
     const walk w = with_exclusions(GetParam().make());
     const long live_before = live_allocations;
     const auto expect_exception = [&](long k, bool for_good, const auto& expected) {
@@ -463,34 +499,42 @@ TEST_P(AbsentSignalShortOfMemory, LeavesTheResultUntouchedAndNothingBehind) {
 
 INSTANTIATE_TEST_SUITE_P(
     Recordings, AbsentSignalShortOfMemory,
-    testing::Values(absence{"OneFoot1", [] { return one_foot(some_foot(12, 40.0, 0.5).without_signal(1)); }},
-                    absence{"OneFoot2", [] { return one_foot(some_foot(12, 40.0, 0.5).without_signal(2)); }},
-                    absence{"Left1", [] { return two_feet(foot().cycles(12).without_signal(1), foot().cycles(12)); }},
-                    absence{"Left2", [] { return two_feet(foot().cycles(12).without_signal(2), foot().cycles(12)); }},
-                    absence{"Right1", [] { return two_feet(foot().cycles(12), foot().cycles(12).without_signal(1)); }},
-                    absence{"Right2", [] { return two_feet(foot().cycles(12), foot().cycles(12).without_signal(2)); }}),
+    testing::Values(
+        absence{"OneFoot1", [] { return one_foot(some_foot(12, 40.0, 0.5).without_signal(1)); }},
+        absence{"OneFoot2", [] { return one_foot(some_foot(12, 40.0, 0.5).without_signal(2)); }},
+        absence{"Left1",
+                [] { return two_feet(foot().cycles(12).without_signal(1), foot().cycles(12)); }},
+        absence{"Left2",
+                [] { return two_feet(foot().cycles(12).without_signal(2), foot().cycles(12)); }},
+        absence{"Right1",
+                [] { return two_feet(foot().cycles(12), foot().cycles(12).without_signal(1)); }},
+        absence{"Right2",
+                [] { return two_feet(foot().cycles(12), foot().cycles(12).without_signal(2)); }}),
     [](const auto& tested) { return std::string(tested.param.name); });
 
 // The functions of the headers
 
-/// Fails every allocation of a function that builds into statistics, some of which an earlier call left.
-void expect_builder_failures_to_pass(const std::string& name, const std::function<void(gait_statistics&)>& build,
+/// Fails every allocation of a function that builds into statistics, some of which an earlier call
+/// left.
+void expect_builder_failures_to_pass(const std::string& name,
+                                     const std::function<void(gait_statistics&)>& build,
                                      const gait_statistics& earlier = {}) {
   gait_statistics whole = earlier;
   build(whole);
-  const long allocations = fail_every_allocation([&] { return earlier; }, build,
-                                                 [&](gait_statistics& left) {
-                                                   EXPECT_EQ(text_of(left.info), text_of(earlier.info));
-                                                   for (const auto& [key, parameter] : left.parameters) {
-                                                     ASSERT_TRUE(are_the_same(parameter, whole.parameters.at(key))) << key;
-                                                   }
-                                                   EXPECT_GE(left.parameters.size(), earlier.parameters.size());
-                                                   build(left);
-                                                   EXPECT_TRUE(are_the_same(left, whole)) << "after a second call";
-                                                   gait_statistics fresh = earlier;
-                                                   build(fresh);
-                                                   EXPECT_TRUE(are_the_same(fresh, whole)) << "of a fresh object";
-                                                 });
+  const long allocations = fail_every_allocation(
+      [&] { return earlier; }, build,
+      [&](gait_statistics& left) {
+        EXPECT_EQ(text_of(left.info), text_of(earlier.info));
+        for (const auto& [key, parameter] : left.parameters) {
+          ASSERT_TRUE(are_the_same(parameter, whole.parameters.at(key))) << key;
+        }
+        EXPECT_GE(left.parameters.size(), earlier.parameters.size());
+        build(left);
+        EXPECT_TRUE(are_the_same(left, whole)) << "after a second call";
+        gait_statistics fresh = earlier;
+        build(fresh);
+        EXPECT_TRUE(are_the_same(fresh, whole)) << "of a fresh object";
+      });
   report(name, allocations);
 }
 
@@ -513,7 +557,8 @@ private:
 
 TEST_F(HeadersShortOfMemory, BuildAParameterOrLeaveTheMapUnchanged) {
   const auto build = [&](gait_statistics& statistics) {
-    gait_statistics_build_parameter<gait_foot_result, SLENGTH>(statistics, side, cycles, long_suffix, SLENGTH{});
+    gait_statistics_build_parameter<gait_foot_result, SLENGTH>(statistics, side, cycles,
+                                                               long_suffix, SLENGTH{});
   };
   expect_builder_failures_to_pass("gait_statistics_build_parameter, one foot", build);
 }
@@ -527,7 +572,8 @@ TEST_F(HeadersShortOfMemory, BuildAParameterOfTwoFeetOrLeaveTheMapUnchanged) {
 
 TEST_F(HeadersShortOfMemory, BuildAParameterOfNoCyclesOrLeaveTheMapUnchanged) {
   const auto build = [&](gait_statistics& statistics) {
-    gait_statistics_build_parameter<gait_foot_result, GCT>(statistics, side, {}, long_suffix, GCT{});
+    gait_statistics_build_parameter<gait_foot_result, GCT>(statistics, side, {}, long_suffix,
+                                                           GCT{});
   };
   expect_builder_failures_to_pass("gait_statistics_build_parameter, no cycles", build);
 }
@@ -535,7 +581,8 @@ TEST_F(HeadersShortOfMemory, BuildAParameterOfNoCyclesOrLeaveTheMapUnchanged) {
 TEST_F(HeadersShortOfMemory, BuildAParameterWithoutMeasuredValuesOrLeaveTheMapUnchanged) {
   const std::list<int> unmeasured = {1, 99};
   const auto build = [&](gait_statistics& statistics) {
-    gait_statistics_build_parameter<gait_feet_result, DS>(statistics, feet, unmeasured, long_suffix, DS{});
+    gait_statistics_build_parameter<gait_feet_result, DS>(statistics, feet, unmeasured, long_suffix,
+                                                          DS{});
   };
   expect_builder_failures_to_pass("gait_statistics_build_parameter, no measured values", build);
 }
@@ -571,8 +618,10 @@ TEST_F(HeadersShortOfMemory, GatherAllValuesOrNone) {
       [&](auto& gathered) { gathered.push_back(gait_detail::gather(row, side, cycles)); },
       [&](const auto& gathered) {
         for (const auto& [sample, values] : gathered) {
-          EXPECT_THAT(values, SameBitsEach({1.25, 1.5, gait_missing, gait_missing, 1.5, 1.0 + 11 * 0.5}));
-          EXPECT_THAT(std::vector<double>(sample.begin(), sample.end()), SameBitsEach({1.25, 1.5, 1.5, 1.0 + 11 * 0.5}));
+          EXPECT_THAT(values,
+                      SameBitsEach({1.25, 1.5, gait_missing, gait_missing, 1.5, 1.0 + 11 * 0.5}));
+          EXPECT_THAT(std::vector<double>(sample.begin(), sample.end()),
+                      SameBitsEach({1.25, 1.5, 1.5, 1.0 + 11 * 0.5}));
         }
       });
   report("gait_detail::gather", allocations);
@@ -585,7 +634,9 @@ TEST_F(HeadersShortOfMemory, LeaveASampleThatCannotShrinkAsItIs) {
     sample.push_back(-0.0);
     return sample;
   };
-  const auto values_of = [](const gait_detail::sample& sample) { return std::vector<double>(sample.begin(), sample.end()); };
+  const auto values_of = [](const gait_detail::sample& sample) {
+    return std::vector<double>(sample.begin(), sample.end());
+  };
   const long allocations = fail_every_allocation(
       filled, [](gait_detail::sample& sample) { sample.shrink(); },
       [&](gait_detail::sample& sample) {
@@ -609,22 +660,27 @@ TEST_F(HeadersShortOfMemory, DescribeASampleWithinTheRecordAlone) {
   for (const double value : {3.0, 1.0, 2.0}) {
     sample.push_back(value);
   }
-  const auto describe = [&](gait_statistics_parameter& record) { gait_detail::describe(sample, gait_catalogue::cv, record); };
-  const long allocations = fail_every_allocation([] { return gait_statistics_parameter(); }, describe,
-                                                 [&](gait_statistics_parameter& record) {
-                                                   describe(record);
-                                                   EXPECT_THAT(record.median, SameBits(2.0));
-                                                   EXPECT_THAT(record.iqr, SameBits(1.5));
-                                                 });
+  const auto describe = [&](gait_statistics_parameter& record) {
+    gait_detail::describe(sample, gait_catalogue::cv, record);
+  };
+  const long allocations =
+      fail_every_allocation([] { return gait_statistics_parameter(); }, describe,
+                            [&](gait_statistics_parameter& record) {
+                              describe(record);
+                              EXPECT_THAT(record.median, SameBits(2.0));
+                              EXPECT_THAT(record.iqr, SameBits(1.5));
+                            });
   EXPECT_THAT(std::vector<double>(sample.begin(), sample.end()), SameBitsEach({3.0, 1.0, 2.0}));
   report("gait_detail::describe", allocations);
 }
 
-/// Fails every allocation of a percentile whose result is to be (1.0, 2.0), or empty before it is there.
+/// Fails every allocation of a percentile whose result is to be (1.0, 2.0), or empty before it is
+/// there.
 template <class Percentile>
 void expect_percentile_failures_to_pass(const std::string& name, Percentile percentile) {
   const long allocations =
-      fail_every_allocation([] { return std::list<Eigen::Array2d>(1); }, [&](auto& results) { results.front() = percentile(); },
+      fail_every_allocation([] { return std::list<Eigen::Array2d>(1); },
+                            [&](auto& results) { results.front() = percentile(); },
                             [&](auto& results) {
                               results.front() = percentile();
                               EXPECT_THAT(results.front()[0], SameBits(1.0));
@@ -635,20 +691,23 @@ void expect_percentile_failures_to_pass(const std::string& name, Percentile perc
 
 TEST_F(HeadersShortOfMemory, ComputePercentilesOfAVector) {
   const Eigen::VectorXd vector = Eigen::Vector3d(3.0, 1.0, 2.0);
-  expect_percentile_failures_to_pass("request of two", [&] { return vector.percentile(Eigen::Array2d(0.0, 50.0)); });
+  expect_percentile_failures_to_pass("request of two",
+                                     [&] { return vector.percentile(Eigen::Array2d(0.0, 50.0)); });
   EXPECT_EQ(vector, Eigen::Vector3d(3.0, 1.0, 2.0));
 }
 
 TEST_F(HeadersShortOfMemory, ComputePercentilesOfARequestOfAnyLength) {
   const Eigen::VectorXd vector = Eigen::Vector3d(3.0, 1.0, 2.0);
   const Eigen::ArrayXd request = Eigen::Array2d(0.0, 50.0);
-  expect_percentile_failures_to_pass("request of any length", [&] { return Eigen::Array2d(vector.percentile(request)); });
+  expect_percentile_failures_to_pass("request of any length",
+                                     [&] { return Eigen::Array2d(vector.percentile(request)); });
 }
 
 TEST_F(HeadersShortOfMemory, ComputePercentilesOfAnExpression) {
   const Eigen::MatrixXd matrix = Eigen::Matrix3d::Identity();
   const Eigen::VectorXd vector = Eigen::Vector3d(3.0, 1.0, 2.0);
-  expect_percentile_failures_to_pass("of a product", [&] { return (matrix * vector).percentile(Eigen::Array2d(0.0, 50.0)); });
+  expect_percentile_failures_to_pass(
+      "of a product", [&] { return (matrix * vector).percentile(Eigen::Array2d(0.0, 50.0)); });
 }
 
 TEST_F(HeadersShortOfMemory, AccountAndSortWithoutMemory) {
@@ -667,7 +726,8 @@ TEST_F(HeadersShortOfMemory, AccountAndSortWithoutMemory) {
                                  [&] {
                                    compute(info);
                                    _kalvio_eigen_quicksort(values.data(), 0, 2);
-                                   sum = gait_detail::index_sum(side.cycles, cycles, &gait_foot_cycle::gct);
+                                   sum = gait_detail::index_sum(side.cycles, cycles,
+                                                                &gait_foot_cycle::gct);
                                  }),
             returned);
   EXPECT_EQ(text_of(info), text_of(expected));

@@ -56,7 +56,9 @@ ratios ratios_of(const gait_statistics_parameter& left, const gait_statistics_pa
   gait_detail::write_ratios(statistics);
   return {statistics.parameters.at("gct_L").asymmetry, statistics.parameters.at("gct_R").asymmetry};
 }
-ratios ratios_of(double left_mean, double right_mean) { return ratios_of(with_mean(left_mean), with_mean(right_mean)); }
+ratios ratios_of(double left_mean, double right_mean) {
+  return ratios_of(with_mean(left_mean), with_mean(right_mean));
+}
 
 TEST(Ratios, AreRightByLeftAndItsReciprocal) {
   const ratios r = ratios_of(1.0, 1.1);
@@ -143,18 +145,22 @@ std::vector<std::string> with_ratio(const std::vector<std::string>& keys) {
 
 TEST(Ratios, PairAKeyWithTheOneThatReplacesItsSuffix) {
   using keys = std::vector<std::string>;
-  EXPECT_EQ(with_ratio({"a_L", "a_R", "b_R", "c_L", "d"}), (keys{"a_L", "a_R"})) << "without a partner nothing is written";
+  EXPECT_EQ(with_ratio({"a_L", "a_R", "b_R", "c_L", "d"}), (keys{"a_L", "a_R"}))
+      << "without a partner nothing is written";
   EXPECT_EQ(with_ratio({"_L", "_R"}), (keys{"_L", "_R"}));
   EXPECT_EQ(with_ratio({"", "_", "L", "R", "a_l", "a_r", "aL", "aR"}), keys{});
-  EXPECT_EQ(with_ratio({"a_Lx", "a_R", "a_Rx"}), (keys{"a_Lx", "a_R"})) << "what follows the suffix is dropped";
+  EXPECT_EQ(with_ratio({"a_Lx", "a_R", "a_Rx"}), (keys{"a_Lx", "a_R"}))
+      << "what follows the suffix is dropped";
   EXPECT_EQ(with_ratio({"a_Lb_L", "a_R"}), (keys{"a_Lb_L", "a_R"})) << "the first suffix counts";
   EXPECT_EQ(with_ratio({"a_Lb_L", "a_Lb_R"}), keys{}) << "and not the last";
 }
 
 TEST(Ratios, AreWrittenForEveryParameterThatHasThemEnabled) {
-  walk w = two_feet(foot().ramp(6, 2.0, 0.0), foot().ramp(6, 3.0, 0.0)).ds({20.0, 21.0, 22.0, 23.0, 24.0, 25.0});
+  walk w = two_feet(foot().ramp(6, 2.0, 0.0), foot().ramp(6, 3.0, 0.0))
+               .ds({20.0, 21.0, 22.0, 23.0, 24.0, 25.0});
   for (const auto& [key, parameter] : w.analyse().statistics.parameters) {
-    const bool disabled = key == "asymmetry" || key.rfind("DS_", 0) == 0 || key.rfind("HS_", 0) == 0;
+    const bool disabled =
+        key == "asymmetry" || key.rfind("DS_", 0) == 0 || key.rfind("HS_", 0) == 0;
     EXPECT_EQ(parameter.asymmetry_enabled, !disabled) << key;
     if (disabled) {
       EXPECT_THAT(parameter.asymmetry, SameBits(-1.0)) << key;
@@ -201,19 +207,23 @@ TEST(QualityFlags, OfAnUnremarkableWalkAreZero) {
 TEST(QualityFlags, WarnOfASettingAboveZeroThatIsNotWithin10To34) {
   for (const walk& fine : {fine_foot(), fine_feet()}) {
     const auto flags = [&](float value) { return flags_of(walk(fine).settings_value(value)); };
-    for (const float accepted : {10.0F, 34.0F, 20.0F, 0.0F, -0.0F, -5.0F, -40.0F, std::numeric_limits<float>::quiet_NaN(),
-                                 -std::numeric_limits<float>::infinity()}) {
+    for (const float accepted :
+         {10.0F, 34.0F, 20.0F, 0.0F, -0.0F, -5.0F, -40.0F, std::numeric_limits<float>::quiet_NaN(),
+          -std::numeric_limits<float>::infinity()}) {
       EXPECT_EQ(flags(accepted), 0) << accepted;
     }
-    for (const float refused : {9.99F, 34.01F, std::nextafter(10.0F, 0.0F), std::nextafter(34.0F, 100.0F), 1.0F,
-                                std::numeric_limits<float>::denorm_min(), std::numeric_limits<float>::infinity()}) {
+    for (const float refused :
+         {9.99F, 34.01F, std::nextafter(10.0F, 0.0F), std::nextafter(34.0F, 100.0F), 1.0F,
+          std::numeric_limits<float>::denorm_min(), std::numeric_limits<float>::infinity()}) {
       EXPECT_EQ(flags(refused), 1) << refused;
     }
   }
 }
 
 TEST(QualityFlags, WarnOfFourCyclesOrFewer) {
-  const auto walked = [](std::size_t cycles) { return foot().speed(std::vector<double>(cycles, 1.2)); };
+  const auto walked = [](std::size_t cycles) {
+    return foot().speed(std::vector<double>(cycles, 1.2));
+  };
   EXPECT_EQ(flags_of(one_foot(walked(4))), 2);
   EXPECT_EQ(flags_of(one_foot(walked(5))), 0);
   EXPECT_EQ(flags_of(two_feet(walked(4))), 2);
@@ -251,7 +261,8 @@ TEST(QualityFlags, WarnOfAMeanSpeedThatIsNotWithin031To18) {
     EXPECT_EQ(right(accepted), 0) << accepted;
     EXPECT_EQ(left(accepted), 0) << accepted;
   }
-  for (const double refused : {std::nextafter(0.31, 0.0), std::nextafter(1.8, 2.0), -1.0, 0.0, -infinity, infinity}) {
+  for (const double refused :
+       {std::nextafter(0.31, 0.0), std::nextafter(1.8, 2.0), -1.0, 0.0, -infinity, infinity}) {
     EXPECT_EQ(one(refused), 4) << refused;
     EXPECT_EQ(right(refused), 8) << refused;
     EXPECT_EQ(left(refused), 16) << refused;
@@ -306,7 +317,8 @@ TEST(QualityFlags, OfTwoFeetNeedTheSpeedOfEitherSide) {
 
 // Swing asymmetry
 
-/// The "asymmetry" entry of a walk whose two-feet cycles have these swings (% of gait cycle), and its flag.
+/// The "asymmetry" entry of a walk whose two-feet cycles have these swings (% of gait cycle), and
+/// its flag.
 struct swing_asymmetry {
   gait_statistics_parameter parameter;
   bool flagged;
@@ -316,7 +328,8 @@ swing_asymmetry asymmetry_of(walk w) {
   const gait_result& result = w.analyse();
   return {result.statistics.parameters.at("asymmetry"), (result.quality_flags & 128) != 0};
 }
-swing_asymmetry asymmetry_of(const std::vector<double>& left, const std::vector<double>& right, int rate = 100) {
+swing_asymmetry asymmetry_of(const std::vector<double>& left, const std::vector<double>& right,
+                             int rate = 100) {
   return asymmetry_of(two_feet(foot().swing(left), foot().swing(right)).rate(rate));
 }
 
@@ -329,8 +342,8 @@ TEST(SwingAsymmetry, IsARecordOfItsOwn) {
   EXPECT_THAT(parameter.values, SameBitsEach({-20.0, 0.0}));
   EXPECT_THAT(parameter.mean, SameBits(-10.0));
   EXPECT_THAT(parameter.std, SameBits(std::sqrt(200.0)));
-  for (const double statistic :
-       {parameter.median, parameter.iqr, parameter.min, parameter.max, parameter.cv, parameter.asymmetry}) {
+  for (const double statistic : {parameter.median, parameter.iqr, parameter.min, parameter.max,
+                                 parameter.cv, parameter.asymmetry}) {
     EXPECT_THAT(statistic, SameBits(-1.0));
   }
   EXPECT_FALSE(parameter.asymmetry_enabled);
@@ -364,17 +377,20 @@ TEST(SwingAsymmetry, IsScaledByTheSamplingRate) {
   EXPECT_THAT(asymmetry_of({40.0}, {60.0}, 200).parameter.values, SameBitsEach({-40.0}));
   EXPECT_THAT(asymmetry_of({40.0}, {60.0}, 1).parameter.values, SameBitsEach({-0.2}));
   EXPECT_THAT(asymmetry_of({40.0}, {60.0}, -50).parameter.values, SameBitsEach({10.0}));
-  EXPECT_TRUE(asymmetry_of({45.0, 46.0}, {55.0, 54.0}, 400).flagged) << "and so is what raises the flag";
+  EXPECT_TRUE(asymmetry_of({45.0, 46.0}, {55.0, 54.0}, 400).flagged)
+      << "and so is what raises the flag";
   EXPECT_FALSE(asymmetry_of({45.0, 46.0}, {55.0, 54.0}, 100).flagged);
 }
 
 TEST(SwingAsymmetry, IsScaledByTheSamplingRateOfTheFirstEntryAlone) {
-  const auto left_first = asymmetry_of(two_feet(foot().swing({40.0}).rate(100), foot().swing({60.0}).rate(500)));
+  const auto left_first =
+      asymmetry_of(two_feet(foot().swing({40.0}).rate(100), foot().swing({60.0}).rate(500)));
   EXPECT_THAT(left_first.parameter.values, SameBitsEach({-20.0}));
 }
 
 TEST(SwingAsymmetry, MultipliesBeforeItDivides) {
-  EXPECT_THAT(asymmetry_of({31.0}, {40.0}).parameter.values, SameBitsEach({((31.0 - 40.0) * 100.0) / (31.0 + 40.0)}));
+  EXPECT_THAT(asymmetry_of({31.0}, {40.0}).parameter.values,
+              SameBitsEach({((31.0 - 40.0) * 100.0) / (31.0 + 40.0)}));
   EXPECT_THAT(asymmetry_of({31.0}, {40.0}).parameter.values, SameBitsEach({-0x1.95a240e6c2b45p+3}));
   EXPECT_THAT(asymmetry_of({30.0}, {42.0}).parameter.values, SameBitsEach({-0x1.0aaaaaaaaaaabp+4}));
 }
@@ -385,8 +401,10 @@ TEST(SwingAsymmetry, SumsInTheOrderOfTheCycles) {
   const auto parameter = asymmetry_of(left, right).parameter;
   EXPECT_THAT(parameter.mean, SameBits(-0x1.d8f71e9a75e0dp+2));
   EXPECT_THAT(parameter.std, SameBits(0x1.7f07dcc3eeb22p-1));
-  const auto reversed = asymmetry_of({left.rbegin(), left.rend()}, {right.rbegin(), right.rend()}).parameter;
-  EXPECT_NE(bits(reversed.mean), bits(parameter.mean)) << "these swings no longer tell the orders apart";
+  const auto reversed =
+      asymmetry_of({left.rbegin(), left.rend()}, {right.rbegin(), right.rend()}).parameter;
+  EXPECT_NE(bits(reversed.mean), bits(parameter.mean))
+      << "these swings no longer tell the orders apart";
 }
 
 TEST(SwingAsymmetry, OfOneStrideHasADeviationOfNanWhereAParameterHasZero) {
@@ -399,7 +417,8 @@ TEST(SwingAsymmetry, OfOneStrideHasADeviationOfNanWhereAParameterHasZero) {
 TEST(SwingAsymmetry, OfOneStrideRaisesItsFlagFromTwentyOn) {
   EXPECT_TRUE(asymmetry_of({40.0}, {60.0}).flagged);
   EXPECT_FALSE(asymmetry_of({41.0}, {60.0}).flagged);
-  EXPECT_TRUE(asymmetry_of({40.0, -1.0, 0.0}, {60.0, 50.0, 50.0}).flagged) << "one usable stride of several";
+  EXPECT_TRUE(asymmetry_of({40.0, -1.0, 0.0}, {60.0, 50.0, 50.0}).flagged)
+      << "one usable stride of several";
 }
 
 TEST(SwingAsymmetry, LeavesOutStridesWithoutASwingAboveZeroOnBothSides) {
@@ -421,24 +440,30 @@ TEST(SwingAsymmetry, TakesAnInfiniteSwingForOneAboveZero) {
 TEST(SwingAsymmetry, LeavesOutAStrideWithoutAPartner) {
   const foot left = foot().swing({40.0, 10.0, 30.0});
   const foot right = foot().swing({60.0, 60.0, 70.0});
-  EXPECT_THAT(asymmetry_of(two_feet(left, right).left_links({0, no_cycle, 2})).parameter.values, SameBitsEach({-20.0, -40.0}));
-  EXPECT_THAT(asymmetry_of(two_feet(left, right).right_links({0, no_cycle, 2})).parameter.values, SameBitsEach({-20.0, -40.0}));
+  EXPECT_THAT(asymmetry_of(two_feet(left, right).left_links({0, no_cycle, 2})).parameter.values,
+              SameBitsEach({-20.0, -40.0}));
+  EXPECT_THAT(asymmetry_of(two_feet(left, right).right_links({0, no_cycle, 2})).parameter.values,
+              SameBitsEach({-20.0, -40.0}));
 }
 
 TEST(SwingAsymmetry, PairsTheCyclesThatATwoFeetCycleLinks) {
   const foot left = foot().swing({40.0, 30.0});
   const foot right = foot().swing({70.0, 60.0});
-  EXPECT_THAT(asymmetry_of(two_feet(left, right).right_links({1, 0})).parameter.values, SameBitsEach({-20.0, -40.0}));
+  EXPECT_THAT(asymmetry_of(two_feet(left, right).right_links({1, 0})).parameter.values,
+              SameBitsEach({-20.0, -40.0}));
 }
 
 TEST(SwingAsymmetry, IsTakenOverTheIncludedCyclesOnly) {
-  const walk w = two_feet(foot().swing({40.0, 10.0, 30.0, 20.0}), foot().swing({60.0, 90.0, 70.0, 80.0}));
-  EXPECT_THAT(asymmetry_of(walk(w).excluded_1({1}).excluded_2({3})).parameter.values, SameBitsEach({-20.0, -40.0}));
+  const walk w =
+      two_feet(foot().swing({40.0, 10.0, 30.0, 20.0}), foot().swing({60.0, 90.0, 70.0, 80.0}));
+  EXPECT_THAT(asymmetry_of(walk(w).excluded_1({1}).excluded_2({3})).parameter.values,
+              SameBitsEach({-20.0, -40.0}));
 }
 
 TEST(SwingAsymmetry, WithoutAnyUsableStrideIsValidAllTheSame) {
-  for (const auto& [left, right] : {std::pair(std::vector<double>{-1.0, -1.0}, std::vector<double>{50.0, 50.0}),
-                                    std::pair(std::vector<double>{0.0, nan}, std::vector<double>{50.0, 50.0})}) {
+  for (const auto& [left, right] :
+       {std::pair(std::vector<double>{-1.0, -1.0}, std::vector<double>{50.0, 50.0}),
+        std::pair(std::vector<double>{0.0, nan}, std::vector<double>{50.0, 50.0})}) {
     const auto [parameter, flagged] = asymmetry_of(left, right);
     EXPECT_TRUE(parameter.valid);
     EXPECT_THAT(parameter.values, IsEmpty());
@@ -449,8 +474,8 @@ TEST(SwingAsymmetry, WithoutAnyUsableStrideIsValidAllTheSame) {
 }
 
 TEST(SwingAsymmetry, OfNoIncludedCycleIsNotValid) {
-  const auto [parameter, flagged] =
-      asymmetry_of(two_feet(foot().swing({40.0, 41.0}), foot().swing({60.0, 60.0})).excluded_1({0, 1}));
+  const auto [parameter, flagged] = asymmetry_of(
+      two_feet(foot().swing({40.0, 41.0}), foot().swing({60.0, 60.0})).excluded_1({0, 1}));
   EXPECT_FALSE(parameter.valid);
   EXPECT_EQ(parameter.description, "Asymmetry");
   EXPECT_EQ(parameter.decimals, 3);
@@ -483,11 +508,13 @@ protected:
 
   sensor_recording recording;
   gait_result result;
-  std::unordered_map<std::string, gait_statistics_parameter>& parameters = result.statistics.parameters;
+  std::unordered_map<std::string, gait_statistics_parameter>& parameters =
+      result.statistics.parameters;
 };
 
 TEST_F(SwingAsymmetryStage, OfZeroOrFewerIncludedCyclesHasNoMean) {
-  for (const auto& [cycles, excluded] : {std::pair(3, 3), std::pair(3, 4), std::pair(int_max, -1), std::pair(int_min, 0)}) {
+  for (const auto& [cycles, excluded] :
+       {std::pair(3, 3), std::pair(3, 4), std::pair(int_max, -1), std::pair(int_min, 0)}) {
     const auto parameter = of(cycles, excluded, {40.0, 30.0}, {60.0, 70.0});
     EXPECT_TRUE(parameter.valid);
     EXPECT_THAT(parameter.values, IsEmpty());
@@ -503,7 +530,8 @@ TEST_F(SwingAsymmetryStage, WrapsTheNumberOfIncludedCyclesAroundAt32Bits) {
 }
 
 TEST_F(SwingAsymmetryStage, ReadsNoMoreValuesThanThereAreIncludedCycles) {
-  EXPECT_THAT(of(9, 7, {40.0, 30.0, 10.0}, {60.0, 70.0, 90.0}).values, SameBitsEach({-20.0, -40.0}));
+  EXPECT_THAT(of(9, 7, {40.0, 30.0, 10.0}, {60.0, 70.0, 90.0}).values,
+              SameBitsEach({-20.0, -40.0}));
 }
 
 TEST_F(SwingAsymmetryStage, ReadsNoMoreValuesThanTheShorterListHolds) {
@@ -512,9 +540,9 @@ TEST_F(SwingAsymmetryStage, ReadsNoMoreValuesThanTheShorterListHolds) {
 }
 
 TEST_F(SwingAsymmetryStage, IsNotValidWhereASideHasNoValues) {
-  for (const auto& [left, right] :
-       {std::pair(std::vector<double>{}, std::vector<double>{60.0}),
-        std::pair(std::vector<double>{40.0}, std::vector<double>{}), std::pair(std::vector<double>{}, std::vector<double>{})}) {
+  for (const auto& [left, right] : {std::pair(std::vector<double>{}, std::vector<double>{60.0}),
+                                    std::pair(std::vector<double>{40.0}, std::vector<double>{}),
+                                    std::pair(std::vector<double>{}, std::vector<double>{})}) {
     result.quality_flags = 1;
     const auto parameter = of(5, 0, left, right);
     EXPECT_FALSE(parameter.valid);
@@ -559,7 +587,8 @@ TEST(SwingAsymmetry, IsNotOverwrittenByTheEntry) {
   present.description = "left by the caller";
   result.statistics.parameters["asymmetry"] = present;
   gait_generate_statistics(result, {});
-  EXPECT_EQ(difference(text_of(result.statistics.parameters.at("asymmetry")), text_of(present)), "");
+  EXPECT_EQ(difference(text_of(result.statistics.parameters.at("asymmetry")), text_of(present)),
+            "");
   EXPECT_NE(result.quality_flags & 128, 0);
 }
 

@@ -2,7 +2,8 @@
 #define GAIT_TESTS_LIBRARY_BITS_H
 
 /// \file
-/// Doubles compared by their bits: 0.0 is not -0.0, and sums that differ in their last bit differ. And numbers at the ends.
+/// Doubles compared by their bits: 0.0 is not -0.0, and sums that differ in their last bit differ.
+/// And numbers at the ends.
 
 #include <gmock/gmock.h>
 #include <gtest/gtest.h>
@@ -30,7 +31,8 @@ inline std::uint64_t bits(double value) {
   return pattern;
 }
 
-/// Every bit, for people. All NaNs are one: which of them an operation gives is the processor's choice.
+/// Every bit, for people. All NaNs are one: which of them an operation gives is the processor's
+/// choice.
 inline std::string exact(double value) {
   std::ostringstream text;
   if (value != value) {
@@ -50,7 +52,8 @@ MATCHER_P(SameBits, expected, "is " + exact(expected) + " to the bit") {
 /// A list of exactly these values, to the bit.
 inline auto SameBitsEach(const std::vector<double>& expected) {
   std::vector<testing::Matcher<double>> each;
-  std::transform(expected.begin(), expected.end(), std::back_inserter(each), [](double value) { return SameBits(value); });
+  std::transform(expected.begin(), expected.end(), std::back_inserter(each),
+                 [](double value) { return SameBits(value); });
   return testing::ElementsAreArray(each);
 }
 

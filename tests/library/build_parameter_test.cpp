@@ -41,8 +41,8 @@ std::vector<double> ramp(std::size_t count, double first, double step) {
 }
 
 MATCHER(HasNoStatistics, "is not valid and has no statistics") {
-  return !arg.valid && arg.mean == -1.0 && arg.median == -1.0 && arg.std == -1.0 && arg.iqr == -1.0 && arg.min == -1.0 &&
-         arg.max == -1.0 && arg.cv == -1.0;
+  return !arg.valid && arg.mean == -1.0 && arg.median == -1.0 && arg.std == -1.0 &&
+         arg.iqr == -1.0 && arg.min == -1.0 && arg.max == -1.0 && arg.cv == -1.0;
 }
 
 // What enters the sample
@@ -58,7 +58,9 @@ TEST(BuildParameter, OfNoCyclesIsInsertedWithoutStatistics) {
   EXPECT_EQ(parameter.asymmetry, -1.0);
 }
 
-TEST(BuildParameter, OfAFootWithoutCyclesHasNoStatistics) { EXPECT_THAT(built<GCT>(foot(), {0, 1}), HasNoStatistics()); }
+TEST(BuildParameter, OfAFootWithoutCyclesHasNoStatistics) {
+  EXPECT_THAT(built<GCT>(foot(), {0, 1}), HasNoStatistics());
+}
 
 TEST(BuildParameter, OfIndicesThatAreAllOutOfRangeHasMissingValuesOnly) {
   const auto parameter = built<GCT>(foot().gct({1.0, 1.1}), {2, -1, 7});
@@ -86,7 +88,8 @@ TEST(BuildParameter, SkipsAnIndexEqualToTheNumberOfCyclesAndTheExtremesOfInt) {
 }
 
 TEST(BuildParameter, ReportsValuesInTheOrderOfTheIndexList) {
-  EXPECT_THAT(built<GCT>(foot().gct({1.0, 1.1, 1.2}), {2, 0, 1}).values, SameBitsEach({1.2, 1.0, 1.1}));
+  EXPECT_THAT(built<GCT>(foot().gct({1.0, 1.1, 1.2}), {2, 0, 1}).values,
+              SameBitsEach({1.2, 1.0, 1.1}));
 }
 
 TEST(BuildParameter, ReportsValuesInTheOrderOfTheIndexListOverALongWalkToo) {
@@ -101,7 +104,8 @@ TEST(BuildParameter, ReportsValuesInTheOrderOfTheIndexListOverALongWalkToo) {
       indices.push_back(index);
       expected.push_back(index < 0 || index >= cycle_count ? -1.0 : 1.0 + index);
     }
-    ASSERT_THAT(built<GCT>(foot().gct(ramp(cycle_count, 1.0, 1.0)), indices).values, SameBitsEach(expected));
+    ASSERT_THAT(built<GCT>(foot().gct(ramp(cycle_count, 1.0, 1.0)), indices).values,
+                SameBitsEach(expected));
   }
 }
 
@@ -121,7 +125,8 @@ TEST(BuildParameter, KeepsMissingValuesInPlaceAndOutOfTheSample) {
 }
 
 TEST(BuildParameter, TakesNothingButExactlyMinusOneForMissing) {
-  const std::vector<double> measured = {-0.999, std::nextafter(-1.0, 0.0), std::nextafter(-1.0, -2.0), 0.0, -0.0, -5.0, 1.0};
+  const std::vector<double> measured = {
+      -0.999, std::nextafter(-1.0, 0.0), std::nextafter(-1.0, -2.0), 0.0, -0.0, -5.0, 1.0};
   for (const double value : measured) {
     const auto parameter = statistics_of({value});
     EXPECT_TRUE(parameter.valid) << value;
@@ -134,7 +139,8 @@ TEST(BuildParameter, CountsNaNAsMeasured) {
   const auto alone = statistics_of({nan});
   EXPECT_TRUE(alone.valid);
   EXPECT_THAT(alone.values, SameBitsEach({nan}));
-  EXPECT_THAT((std::vector<double>{alone.mean, alone.median, alone.iqr, alone.min, alone.max}), testing::Each(IsNan()));
+  EXPECT_THAT((std::vector<double>{alone.mean, alone.median, alone.iqr, alone.min, alone.max}),
+              testing::Each(IsNan()));
   EXPECT_EQ(alone.std, 0.0);
 
   const auto among_others = statistics_of({1.0, nan, 3.0});
@@ -156,7 +162,8 @@ TEST(BuildParameter, CountsInfinityAsMeasured) {
 TEST(BuildParameter, OfOneValueHasDeviationZeroAndNoVariation) {
   const auto parameter = statistics_of({1.375});
   EXPECT_TRUE(parameter.valid);
-  EXPECT_THAT((std::vector<double>{parameter.mean, parameter.median, parameter.min, parameter.max}), testing::Each(1.375));
+  EXPECT_THAT((std::vector<double>{parameter.mean, parameter.median, parameter.min, parameter.max}),
+              testing::Each(1.375));
   EXPECT_THAT(parameter.std, SameBits(0.0));
   EXPECT_THAT(parameter.iqr, SameBits(0.0));
   EXPECT_EQ(parameter.cv, -1.0);
@@ -281,7 +288,8 @@ TEST(CoefficientOfVariation, MultipliesByHundredBeforeItDivides) {
 
 TEST(CoefficientOfVariation, KeepsTheSignOfTheMean) {
   EXPECT_THAT(statistics_of(ramp(10, -10.0, 1.0 / 2.0)).cv, testing::Lt(0.0));
-  EXPECT_THAT(statistics_of({-2, -3, -4, -5, -6, -7, -8, -9, -10, -11}).cv, SameBits(-100.0 * 3.0276503540974917 / 6.5));
+  EXPECT_THAT(statistics_of({-2, -3, -4, -5, -6, -7, -8, -9, -10, -11}).cv,
+              SameBits(-100.0 * 3.0276503540974917 / 6.5));
 }
 
 TEST(CoefficientOfVariation, IsMissingForAMeanOfZero) {
@@ -326,8 +334,8 @@ TEST(CoefficientOfVariation, OfTenEqualValuesIsZero) {
 class BuildParameterInto : public testing::Test {
 protected:
   void build(const std::vector<double>& durations, const std::string& suffix) {
-    gait_statistics_build_parameter<gait_foot_result, GCT>(statistics, foot().gct(durations).result(),
-                                                           first_cycles(durations.size()), suffix, GCT{});
+    gait_statistics_build_parameter<gait_foot_result, GCT>(
+        statistics, foot().gct(durations).result(), first_cycles(durations.size()), suffix, GCT{});
   }
   gait_statistics statistics;
 };
@@ -419,18 +427,21 @@ double first_sample(const gait_foot_cycle& cycle) { return cycle.first_sample; }
 
 template <>
 inline constexpr auto gait_catalogue::row_of<FIRST_SAMPLE> = gait_catalogue::foot<FIRST_SAMPLE>(
-    "first sample", "First sample", "samples", 0, gait_catalogue::no_ratio, gait_catalogue::no_cv, first_sample);
+    "first sample", "First sample", "samples", 0, gait_catalogue::no_ratio, gait_catalogue::no_cv,
+    first_sample);
 
 template <>
 inline constexpr auto gait_catalogue::row_of<LONG_STRIDE_ONLY> =
-    gait_catalogue::foot<LONG_STRIDE_ONLY>("long", "Long strides", "meters", 3, gait_catalogue::ratio, gait_catalogue::cv,
-                                           [](const gait_foot_cycle& c) { return c.slength > 1.0 ? c.slength : gait_missing; });
+    gait_catalogue::foot<LONG_STRIDE_ONLY>("long", "Long strides", "meters", 3,
+                                           gait_catalogue::ratio, gait_catalogue::cv,
+                                           [](const gait_foot_cycle& c) {
+                                             return c.slength > 1.0 ? c.slength : gait_missing;
+                                           });
 
 template <>
-inline constexpr auto gait_catalogue::row_of<FEET_GCT> = gait_catalogue::feet<FEET_GCT>("feet gct", "Duration", "seconds", 3,
-                                                                                        gait_catalogue::no_ratio,
-                                                                                        gait_catalogue::cv,
-                                                                                        &gait_feet_cycle::gct);
+inline constexpr auto gait_catalogue::row_of<FEET_GCT> =
+    gait_catalogue::feet<FEET_GCT>("feet gct", "Duration", "seconds", 3, gait_catalogue::no_ratio,
+                                   gait_catalogue::cv, &gait_feet_cycle::gct);
 
 namespace {
 
@@ -456,7 +467,8 @@ TEST(OwnTag, MayReadTheTwoFeetTogether) {
   EXPECT_EQ(built<FEET_GCT>(feet, {1, 0, 1}).max, 2.0);
 
   gait_statistics statistics;
-  gait_statistics_build_parameter<gait_feet_result, FEET_GCT>(statistics, feet, {0}, "_both", FEET_GCT{});
+  gait_statistics_build_parameter<gait_feet_result, FEET_GCT>(statistics, feet, {0}, "_both",
+                                                              FEET_GCT{});
   EXPECT_EQ(statistics.parameters.at("feet gct_both").mean, 1.0);
 }
 

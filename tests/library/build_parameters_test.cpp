@@ -21,10 +21,15 @@ using gait_test::SameBits;
 using gait_test::SameBitsEach;
 using testing::UnorderedElementsAreArray;
 
-const std::vector<std::string> keys_of_one_foot = {
-    "gct",    "swing",      "stance", "contact", "cadence",   "LDr",        "FFr",         "PUr",        "slength",
-    "swidth", "PathLength", "speed",  "TA",      "peakswing", "TOP",        "HSP",         "maxHC",      "minTC",
-    "maxTC1", "maxTC2",     "mtcS",   "HS",      "Step Time", "StepLength", "impact_vert", "impact_hor", "strike_eversion"};
+const std::vector<std::string> keys_of_one_foot = {"gct",         "swing",      "stance",
+                                                   "contact",     "cadence",    "LDr",
+                                                   "FFr",         "PUr",        "slength",
+                                                   "swidth",      "PathLength", "speed",
+                                                   "TA",          "peakswing",  "TOP",
+                                                   "HSP",         "maxHC",      "minTC",
+                                                   "maxTC1",      "maxTC2",     "mtcS",
+                                                   "HS",          "Step Time",  "StepLength",
+                                                   "impact_vert", "impact_hor", "strike_eversion"};
 
 std::vector<std::string> with_suffix(std::vector<std::string> keys, const std::string& suffix) {
   for (std::string& key : keys) {
@@ -47,12 +52,16 @@ gait_statistics of_one_foot(const foot& side, const std::list<int>& cycles) {
   return statistics;
 }
 
-gait_statistics of_one_foot(const foot& side) { return of_one_foot(side, first_cycles(side.cycle_list().size())); }
+gait_statistics of_one_foot(const foot& side) {
+  return of_one_foot(side, first_cycles(side.cycle_list().size()));
+}
 
 /// The side of a foot with a two-feet result, and all its cycles.
-gait_statistics of_two_feet(const foot& side, gait_feet_result feet, const std::list<int>& feet_cycles) {
+gait_statistics of_two_feet(const foot& side, gait_feet_result feet,
+                            const std::list<int>& feet_cycles) {
   gait_statistics statistics;
-  gait_statistics_build_parameters(statistics, side.result(), first_cycles(side.cycle_list().size()), "", &feet, &feet_cycles);
+  gait_statistics_build_parameters(statistics, side.result(),
+                                   first_cycles(side.cycle_list().size()), "", &feet, &feet_cycles);
   return statistics;
 }
 
@@ -64,13 +73,15 @@ TEST(BuildParameters, WithoutATwoFeetResultBuildsTwentySevenAndNoDoubleSupport) 
 TEST(BuildParameters, WithATwoFeetResultBuildsTwentyEight) {
   auto expected = keys_of_one_foot;
   expected.emplace_back("DS");
-  EXPECT_THAT(keys_of(of_two_feet(foot().gct({1.0}), feet_with_ds({20.0}), {0})), UnorderedElementsAreArray(expected));
+  EXPECT_THAT(keys_of(of_two_feet(foot().gct({1.0}), feet_with_ds({20.0}), {0})),
+              UnorderedElementsAreArray(expected));
 }
 
 TEST(BuildParameters, OfANullTwoFeetResultDoesNotLookAtItsCycleList) {
   gait_statistics statistics;
   const std::list<int> feet_cycles = {0, 1};
-  gait_statistics_build_parameters(statistics, foot().gct({1.0}).result(), {0}, "", nullptr, &feet_cycles);
+  gait_statistics_build_parameters(statistics, foot().gct({1.0}).result(), {0}, "", nullptr,
+                                   &feet_cycles);
   EXPECT_EQ(statistics.parameters.size(), 27U);
   EXPECT_EQ(statistics.parameters.count("DS"), 0U);
 }
@@ -88,7 +99,8 @@ TEST(BuildParameters, ReadsTheFootByTheFootsListAndDoubleSupportByTheFeetsList) 
   gait_feet_result feet = feet_with_ds({20.0, 21.0, 22.0});
   const std::list<int> feet_cycles = {2, 9, 0};
   gait_statistics statistics;
-  gait_statistics_build_parameters(statistics, foot().ramp(3, 1.0, 1.0).result(), {1}, "_R", &feet, &feet_cycles);
+  gait_statistics_build_parameters(statistics, foot().ramp(3, 1.0, 1.0).result(), {1}, "_R", &feet,
+                                   &feet_cycles);
   EXPECT_THAT(statistics.parameters.at("DS_R").values, SameBitsEach({22.0, -1.0, 20.0}));
   for (const std::string& key : with_suffix(keys_of_one_foot, "_R")) {
     EXPECT_THAT(statistics.parameters.at(key).values, SameBitsEach({2.0})) << key;
@@ -102,7 +114,8 @@ TEST(BuildParameters, TakesHalfTheStrideForTheStepWhenTheOtherFootIsNotKnown) {
 
 TEST(BuildParameters, TakesTheFootsOwnStepLengthWhenTheOtherFootIsKnown) {
   const foot side = foot().slength({1.5, 1.25}).with(&gait_foot_cycle::step_length, {0.7, 0.6});
-  EXPECT_THAT(of_two_feet(side, feet_with_ds({}), {}).parameters.at("StepLength").values, SameBitsEach({0.7, 0.6}));
+  EXPECT_THAT(of_two_feet(side, feet_with_ds({}), {}).parameters.at("StepLength").values,
+              SameBitsEach({0.7, 0.6}));
 }
 
 TEST(BuildParameters, SkipsAMissingStrideLengthInSlengthAndCountsItsHalfInStepLength) {
@@ -129,16 +142,19 @@ TEST(BuildParameters, ReportsNoVariationForSwingWidthWhateverItsTwentyValues) {
 
 TEST(BuildParameters, ReportsTheVariationOfCycleDurationsFromTenValuesOn) {
   EXPECT_EQ(of_one_foot(foot().ramp(9, 1.0, 1.0)).parameters.at("gct").cv, -1.0);
-  EXPECT_THAT(of_one_foot(foot().ramp(10, 1.0, 1.0)).parameters.at("gct").cv, SameBits(55.04818825631803));
+  EXPECT_THAT(of_one_foot(foot().ramp(10, 1.0, 1.0)).parameters.at("gct").cv,
+              SameBits(55.04818825631803));
 }
 
 /// Both sides into one record, as the entry builds them.
-gait_statistics both_sides(const foot& right, const foot& left, gait_feet_result feet, const std::list<int>& feet_cycles) {
+gait_statistics both_sides(const foot& right, const foot& left, gait_feet_result feet,
+                           const std::list<int>& feet_cycles) {
   gait_statistics statistics;
-  gait_statistics_build_parameters(statistics, right.result(), first_cycles(right.cycle_list().size()), "_R", &feet,
+  gait_statistics_build_parameters(statistics, right.result(),
+                                   first_cycles(right.cycle_list().size()), "_R", &feet,
                                    &feet_cycles);
-  gait_statistics_build_parameters(statistics, left.result(), first_cycles(left.cycle_list().size()), "_L", &feet,
-                                   &feet_cycles);
+  gait_statistics_build_parameters(
+      statistics, left.result(), first_cycles(left.cycle_list().size()), "_L", &feet, &feet_cycles);
   return statistics;
 }
 
@@ -154,8 +170,8 @@ TEST(BuildParameters, GivesBothSidesTheSameKeysButForTheSuffix) {
 }
 
 TEST(BuildParameters, BuildsDoubleSupportDeliberatelyTwice) {
-  const auto statistics =
-      both_sides(foot().gct({1.0}), foot().gct({2.0, 3.0}), feet_with_ds({20.0, -1.0, 23.5, 22.0}), {3, 1, 0, 2});
+  const auto statistics = both_sides(foot().gct({1.0}), foot().gct({2.0, 3.0}),
+                                     feet_with_ds({20.0, -1.0, 23.5, 22.0}), {3, 1, 0, 2});
   const auto& right = statistics.parameters.at("DS_R");
   const auto& left = statistics.parameters.at("DS_L");
   EXPECT_EQ(gait_test::text_of(right), gait_test::text_of(left));
@@ -165,9 +181,11 @@ TEST(BuildParameters, BuildsDoubleSupportDeliberatelyTwice) {
 
 TEST(BuildParameters, KeepsEveryEntryThatIsPresent) {
   gait_statistics statistics;
-  gait_statistics_build_parameters(statistics, foot().ramp(2, 1.0, 1.0).result(), {0, 1}, "", nullptr, nullptr);
+  gait_statistics_build_parameters(statistics, foot().ramp(2, 1.0, 1.0).result(), {0, 1}, "",
+                                   nullptr, nullptr);
   const std::string before = gait_test::text_of(statistics);
-  gait_statistics_build_parameters(statistics, foot().ramp(3, 5.0, 1.0).result(), {0, 1, 2}, "", nullptr, nullptr);
+  gait_statistics_build_parameters(statistics, foot().ramp(3, 5.0, 1.0).result(), {0, 1, 2}, "",
+                                   nullptr, nullptr);
   EXPECT_EQ(gait_test::text_of(statistics), before);
 }
 

@@ -9,8 +9,9 @@
 ///     walk w = two_feet(foot().swing({40.0}), foot().swing({60.0})).gct({1.0}).rate(200);
 ///     const gait_result& result = w.analyse();
 ///
-/// Builders are plain values: copy them, change the copy, analyse both. What a test does not give is missing
-/// (gait_missing); cycle i starts at sample 100 * i and ends at 100 * i + 99, at 100 Hz, and its `index` is i.
+/// Builders are plain values: copy them, change the copy, analyse both. What a test does not give
+/// is missing (gait_missing); cycle i starts at sample 100 * i and ends at 100 * i + 99, at 100 Hz,
+/// and its `index` is i.
 
 #include <gait/generate_statistics.h>
 #include <gait/result.h>
@@ -37,7 +38,8 @@ Cycle& cycle_at(std::list<Cycle>& cycles, std::size_t position) {
   return *std::next(cycles.begin(), static_cast<std::ptrdiff_t>(position));
 }
 
-/// The list's first `values.size()` cycles get the values, and it grows to that many cycles if it holds fewer.
+/// The list's first `values.size()` cycles get the values, and it grows to that many cycles if it
+/// holds fewer.
 template <class Cycle>
 void fill(std::list<Cycle>& cycles, double Cycle::*field, const std::vector<double>& values) {
   cycles.resize(std::max(cycles.size(), values.size()));
@@ -71,7 +73,9 @@ public:
   }
   foot& gct(const std::vector<double>& values) { return with(&gait_foot_cycle::gct, values); }
   foot& swing(const std::vector<double>& values) { return with(&gait_foot_cycle::swing, values); }
-  foot& slength(const std::vector<double>& values) { return with(&gait_foot_cycle::slength, values); }
+  foot& slength(const std::vector<double>& values) {
+    return with(&gait_foot_cycle::slength, values);
+  }
   foot& speed(const std::vector<double>& values) { return with(&gait_foot_cycle::speed, values); }
 
   /// Every measured field of cycle i holds `first + step * i`.
@@ -152,13 +156,21 @@ public:
   walk& gct(const std::vector<double>& values) { return with(&gait_feet_cycle::gct, values); }
   walk& ds(const std::vector<double>& values) { return with(&gait_feet_cycle::ds, values); }
   /// The position of each two-feet cycle's partner among the foot's cycles, or no_cycle.
-  walk& left_links(const std::vector<int>& links) { return cycles(links.size()).set(left_links_, {links}); }
-  walk& right_links(const std::vector<int>& links) { return cycles(links.size()).set(right_links_, {links}); }
+  walk& left_links(const std::vector<int>& links) {
+    return cycles(links.size()).set(left_links_, {links});
+  }
+  walk& right_links(const std::vector<int>& links) {
+    return cycles(links.size()).set(right_links_, {links});
+  }
 
   walk& excluded_1(std::list<int> indices) { return set(excluded_1_, std::move(indices)); }
-  walk& excluded_1_fallback(std::list<int> indices) { return set(excluded_1_fallback_, std::move(indices)); }
+  walk& excluded_1_fallback(std::list<int> indices) {
+    return set(excluded_1_fallback_, std::move(indices));
+  }
   walk& excluded_2(std::list<int> indices) { return set(excluded_2_, std::move(indices)); }
-  walk& excluded_2_fallback(std::list<int> indices) { return set(excluded_2_fallback_, std::move(indices)); }
+  walk& excluded_2_fallback(std::list<int> indices) {
+    return set(excluded_2_fallback_, std::move(indices));
+  }
   walk& settings_value(float value) { return set(settings_.settings_value, value); }
 
   /// The sampling rate (Hz) of the first entry's recording: with two feet, that of the left foot.
@@ -169,8 +181,8 @@ public:
 
   const gait_generate_statistics_settings& settings() const { return settings_; }
 
-  /// The result as a caller would hand it in, rebuilt. Entry 0 is the only foot, or the left one of two.
-  /// It points into this walk: valid until the walk is changed, copied over, or destroyed.
+  /// The result as a caller would hand it in, rebuilt. Entry 0 is the only foot, or the left one of
+  /// two. It points into this walk: valid until the walk is changed, copied over, or destroyed.
   gait_result& result() {
     recordings_.clear();
     result_ = gait_result();
@@ -217,7 +229,8 @@ private:
       ++i;
     }
   }
-  static gait_foot_cycle* partner(gait_foot_result& side, const std::optional<std::vector<int>>& links, std::size_t i) {
+  static gait_foot_cycle* partner(gait_foot_result& side,
+                                  const std::optional<std::vector<int>>& links, std::size_t i) {
     if (links && (i >= links->size() || (*links)[i] == no_cycle)) {
       return nullptr;
     }

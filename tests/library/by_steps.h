@@ -1,8 +1,8 @@
 #ifndef GAIT_TESTS_BY_STEPS_H
 #define GAIT_TESTS_BY_STEPS_H
 
-// The sort and the percentile once more, written step after step from their definition, with bounds checked: what
-// the library's own are compared with, bit by bit. It shares no code with them.
+// The sort and the percentile once more, written step after step from their definition, with bounds
+// checked: what the library's own are compared with, bit by bit. It shares no code with them.
 
 #include <algorithm>
 #include <cmath>
@@ -11,13 +11,17 @@
 
 namespace by_steps {
 
-/// Sorts the elements of `a` from `left` to `right`, where the index `origin` (0 or below) stands for the first one.
+/// Sorts the elements of `a` from `left` to `right`, where the index `origin` (0 or below) stands
+/// for the first one.
 template <class T>
-void quicksort(std::vector<T>& a, std::ptrdiff_t left, std::ptrdiff_t right, std::ptrdiff_t origin = 0) {
+void quicksort(std::vector<T>& a, std::ptrdiff_t left, std::ptrdiff_t right,
+               std::ptrdiff_t origin = 0) {
   if (left >= right) {
     return;
   }
-  const auto at = [&](std::ptrdiff_t index) -> T& { return a.at(static_cast<std::size_t>(index - origin)); };
+  const auto at = [&](std::ptrdiff_t index) -> T& {
+    return a.at(static_cast<std::size_t>(index - origin));
+  };
   const T pivot = at((left + right) / 2);
   std::ptrdiff_t from_left = left;
   std::ptrdiff_t from_right = right;
@@ -41,7 +45,8 @@ void quicksort(std::vector<T>& a, std::ptrdiff_t left, std::ptrdiff_t right, std
   quicksort(a, from_left, right, origin);
 }
 
-inline double single_percentile(const std::vector<double>& s, double p, double med, double lo, double hi) {
+inline double single_percentile(const std::vector<double>& s, double p, double med, double lo,
+                                double hi) {
   const auto n = static_cast<double>(s.size());
   if (std::fabs(p - 50.0) < 1e-12) {
     return med;
@@ -64,7 +69,8 @@ inline double single_percentile(const std::vector<double>& s, double p, double m
 }
 
 /// The percentiles of `values` at every requested percentage.
-inline std::vector<double> percentile(const std::vector<double>& values, const std::vector<double>& request) {
+inline std::vector<double> percentile(const std::vector<double>& values,
+                                      const std::vector<double>& request) {
   if (values.size() <= 1) {
     return std::vector<double>(request.size(), values.at(0));
   }
@@ -77,8 +83,11 @@ inline std::vector<double> percentile(const std::vector<double>& values, const s
   const double lo = 50.0 / n;
   const double hi = ((0.5 + n) + (-1.0)) * 100.0 / n;
 
-  const auto every = [&](auto condition) { return std::all_of(request.begin(), request.end(), condition); };
-  if (every([](double p) { return std::fabs(p - 50.0) <= std::fmin(std::fabs(p), 50.0) * 1e-12; })) {
+  const auto every = [&](auto condition) {
+    return std::all_of(request.begin(), request.end(), condition);
+  };
+  if (every(
+          [](double p) { return std::fabs(p - 50.0) <= std::fmin(std::fabs(p), 50.0) * 1e-12; })) {
     return std::vector<double>(request.size(), med);
   }
   if (every([&](double p) { return p <= lo; })) {

@@ -2,7 +2,8 @@
 #define GAIT_TESTS_LIBRARY_BYTES_OF_H
 
 /// \file
-/// Records as bytes, to see whether two are the same to the last bit where text_of() would take too long.
+/// Records as bytes, to see whether two are the same to the last bit where text_of() would take too
+/// long.
 
 #include <gait/result.h>
 #include <gait/statistics.h>
@@ -18,7 +19,8 @@ namespace gait_test {
 
 /// Numbers and pointers, and plain records of both.
 template <class Value>
-std::enable_if_t<std::is_trivially_copyable_v<Value>> append_bytes(std::string& bytes, const Value& value) {
+std::enable_if_t<std::is_trivially_copyable_v<Value>> append_bytes(std::string& bytes,
+                                                                   const Value& value) {
   bytes.append(reinterpret_cast<const char*>(&value), sizeof value);
 }
 
@@ -51,10 +53,11 @@ std::string bytes_of_all(const Members&... members) {
 
 /// All of a parameter but its ratio to the other side.
 inline std::string bytes_without_ratio(const gait_statistics_parameter& parameter) {
-  const auto& [valid, description, unit, decimals, values, mean, median, std, iqr, min, max, cv, asymmetry_enabled, ratio] =
-      parameter;
+  const auto& [valid, description, unit, decimals, values, mean, median, std, iqr, min, max, cv,
+               asymmetry_enabled, ratio] = parameter;
   static_cast<void>(ratio);
-  return bytes_of_all(valid, description, unit, decimals, values, mean, median, std, iqr, min, max, cv, asymmetry_enabled);
+  return bytes_of_all(valid, description, unit, decimals, values, mean, median, std, iqr, min, max,
+                      cv, asymmetry_enabled);
 }
 
 inline std::string bytes_of(const gait_statistics_parameter& parameter) {
@@ -62,15 +65,17 @@ inline std::string bytes_of(const gait_statistics_parameter& parameter) {
 }
 
 inline std::string bytes_of(const gait_statistics_info& info) {
-  const auto& [recording_duration, duration, excluded_1_fallback_gct_sum, excluded_2_gct_sum, included_gct_sum,
-               included_distance, total_distance, cycle_count, excluded_count, cycles, excluded_2_fallback_count,
-               excluded_2_count, excluded_1_fallback_count, excluded_1_count, included_count, excluded_2_fallback_duration,
-               excluded_2_duration, excluded_1_fallback_duration, excluded_1_duration, included_duration] = info;
-  return bytes_of_all(recording_duration, duration, excluded_1_fallback_gct_sum, excluded_2_gct_sum, included_gct_sum,
-                      included_distance, total_distance, cycle_count, excluded_count, cycles, excluded_2_fallback_count,
-                      excluded_2_count, excluded_1_fallback_count, excluded_1_count, included_count,
-                      excluded_2_fallback_duration, excluded_2_duration, excluded_1_fallback_duration, excluded_1_duration,
-                      included_duration);
+  const auto& [recording_duration, duration, excluded_1_fallback_gct_sum, excluded_2_gct_sum,
+               included_gct_sum, included_distance, total_distance, cycle_count, excluded_count,
+               cycles, excluded_2_fallback_count, excluded_2_count, excluded_1_fallback_count,
+               excluded_1_count, included_count, excluded_2_fallback_duration, excluded_2_duration,
+               excluded_1_fallback_duration, excluded_1_duration, included_duration] = info;
+  return bytes_of_all(recording_duration, duration, excluded_1_fallback_gct_sum, excluded_2_gct_sum,
+                      included_gct_sum, included_distance, total_distance, cycle_count,
+                      excluded_count, cycles, excluded_2_fallback_count, excluded_2_count,
+                      excluded_1_fallback_count, excluded_1_count, included_count,
+                      excluded_2_fallback_duration, excluded_2_duration,
+                      excluded_1_fallback_duration, excluded_1_duration, included_duration);
 }
 
 inline std::string bytes_of(const gait_statistics& statistics) {
@@ -100,18 +105,20 @@ inline std::string bytes_of(const gait_foot_result& foot) {
   std::string bytes = bytes_of_all(foot.cycles, foot.recording);
   if (foot.recording != nullptr) {
     bytes += bytes_of_all(foot.recording->sampling_rate, foot.recording->signals.size());
-    for (const auto& [identifier, signal] : std::map(foot.recording->signals.begin(), foot.recording->signals.end())) {
+    for (const auto& [identifier, signal] :
+         std::map(foot.recording->signals.begin(), foot.recording->signals.end())) {
       bytes += bytes_of_all(identifier, signal);
     }
   }
   return bytes;
 }
 
-/// What the library only reads, the recordings among it. The left and the right foot may lie anywhere, or be null.
+/// What the library only reads, the recordings among it. The left and the right foot may lie
+/// anywhere, or be null.
 inline std::string bytes_of_input(const gait_result& result) {
-  std::string bytes =
-      bytes_of_all(result.foot_results.size(), result.left_foot, result.right_foot, result.feet_result.cycles,
-                   result.excluded_1, result.excluded_1_fallback, result.excluded_2, result.excluded_2_fallback);
+  std::string bytes = bytes_of_all(
+      result.foot_results.size(), result.left_foot, result.right_foot, result.feet_result.cycles,
+      result.excluded_1, result.excluded_1_fallback, result.excluded_2, result.excluded_2_fallback);
   for (const gait_foot_result& foot : result.foot_results) {
     bytes += bytes_of(foot);
   }

@@ -25,7 +25,8 @@ using testing::ElementsAre;
 template <class Row>
 constexpr bool reads_one_foot = std::is_same_v<typename Row::result_type, gait_foot_result>;
 
-/// The parameter of a row over as many cycles, each with the same measured values from 20 percent or so upwards.
+/// The parameter of a row over as many cycles, each with the same measured values from 20 percent
+/// or so upwards.
 template <class Row>
 gait_statistics_parameter built_from(const Row& /*row*/, std::size_t cycles) {
   using tag = typename Row::tag_type;
@@ -49,23 +50,29 @@ std::vector<std::string> keys_where(Condition condition) {
 }
 
 TEST(Catalogue, HasTwentyNineRowsInTheOrderInWhichTheyAreBuilt) {
-  EXPECT_THAT(keys_where([](const auto&) { return true; }),
-              ElementsAre("gct", "swing", "stance", "contact", "cadence", "LDr", "FFr", "PUr", "DS", "slength", "swidth",
-                          "PathLength", "speed", "TA", "peakswing", "TOP", "HSP", "maxHC", "minTC", "maxTC1", "maxTC2", "mtcS",
-                          "HS", "Step Time", "StepLength", "StepLength", "impact_vert", "impact_hor", "strike_eversion"));
+  EXPECT_THAT(
+      keys_where([](const auto&) { return true; }),
+      ElementsAre("gct", "swing", "stance", "contact", "cadence", "LDr", "FFr", "PUr", "DS",
+                  "slength", "swidth", "PathLength", "speed", "TA", "peakswing", "TOP", "HSP",
+                  "maxHC", "minTC", "maxTC1", "maxTC2", "mtcS", "HS", "Step Time", "StepLength",
+                  "StepLength", "impact_vert", "impact_hor", "strike_eversion"));
 }
 
 TEST(Catalogue, ReadsTheTwoFeetTogetherForDoubleSupportOnly) {
-  EXPECT_THAT(keys_where([](const auto& row) { return !reads_one_foot<std::decay_t<decltype(row)>>; }), ElementsAre("DS"));
+  EXPECT_THAT(
+      keys_where([](const auto& row) { return !reads_one_foot<std::decay_t<decltype(row)>>; }),
+      ElementsAre("DS"));
 }
 
 TEST(Catalogue, ComparesTheSidesOfAllButDoubleSupportAndHeelStrikeTime) {
-  EXPECT_THAT(keys_where([](const auto& row) { return !built_from(row, 2).asymmetry_enabled; }), ElementsAre("DS", "HS"));
+  EXPECT_THAT(keys_where([](const auto& row) { return !built_from(row, 2).asymmetry_enabled; }),
+              ElementsAre("DS", "HS"));
 }
 
 TEST(Catalogue, ReportsNoVariationForNineParametersWhateverTheirValues) {
   EXPECT_THAT(keys_where([](const auto& row) { return built_from(row, 20).cv == -1.0; }),
-              ElementsAre("swidth", "TA", "maxHC", "minTC", "maxTC1", "maxTC2", "mtcS", "HS", "strike_eversion"));
+              ElementsAre("swidth", "TA", "maxHC", "minTC", "maxTC1", "maxTC2", "mtcS", "HS",
+                          "strike_eversion"));
 }
 
 TEST(Catalogue, GivesEveryParameterTheTextsAndDecimalsOfItsRow) {
@@ -83,7 +90,8 @@ TEST(Catalogue, StoresEveryParameterUnderItsKey) {
   std::set<std::string> keys;
   gait_catalogue::for_each_row([&](const auto& row) {
     using row_type = std::decay_t<decltype(row)>;
-    gait_statistics_build_parameter(statistics, typename row_type::result_type{}, {}, "_L", typename row_type::tag_type{});
+    gait_statistics_build_parameter(statistics, typename row_type::result_type{}, {}, "_L",
+                                    typename row_type::tag_type{});
     keys.insert(row.key + std::string("_L"));
   });
   EXPECT_EQ(keys.size(), 28U);
@@ -120,7 +128,9 @@ TEST(CatalogueIrregularities, KeysDifferFromTheirTags) {
 }
 
 TEST(CatalogueIrregularities, OneKeyHasABlank) {
-  EXPECT_THAT(keys_where([](const auto& row) { return std::string(row.key).find(' ') != std::string::npos; }),
+  EXPECT_THAT(keys_where([](const auto& row) {
+                return std::string(row.key).find(' ') != std::string::npos;
+              }),
               ElementsAre("Step Time"));
   EXPECT_EQ(empty_parameter<STEPTIME>().description, "Step time");
 }
@@ -156,7 +166,8 @@ gait_foot_result cycles_with_distinct_fields() {
 template <class Tag>
 void expect_reads_as_stored(double gait_foot_cycle::*field) {
   const gait_foot_result result = cycles_with_distinct_fields();
-  EXPECT_THAT(built<Tag>(result, {1, 0}).values, SameBitsEach({result.cycles.back().*field, result.cycles.front().*field}))
+  EXPECT_THAT(built<Tag>(result, {1, 0}).values,
+              SameBitsEach({result.cycles.back().*field, result.cycles.front().*field}))
       << gait_catalogue::row_of<Tag>.key;
 }
 
@@ -197,7 +208,8 @@ TEST(CatalogueSource, OfDoubleSupportIsThatOfTheTwoFeetCycle) {
 }
 
 TEST(CatalogueSource, OfTheAlternativeStepLengthIsHalfTheStride) {
-  const auto parameter = built<STEPLENGTH_ALT>(foot().slength({1.5, 1.0}).with(&gait_foot_cycle::step_length, {9.0, 9.0}));
+  const auto parameter = built<STEPLENGTH_ALT>(
+      foot().slength({1.5, 1.0}).with(&gait_foot_cycle::step_length, {9.0, 9.0}));
   EXPECT_THAT(parameter.values, SameBitsEach({0.75, 0.5}));
   EXPECT_EQ(parameter.mean, 0.625);
 }

@@ -31,13 +31,17 @@ std::string visits(std::size_t count, const std::list<int>& indices) {
   return seen;
 }
 
-TEST(CycleAccess, ReachesCyclesInTheOrderOfTheIndexList) { EXPECT_EQ(visits(4, {2, 0, 3, 1}), "0:2 1:0 2:3 3:1 "); }
+TEST(CycleAccess, ReachesCyclesInTheOrderOfTheIndexList) {
+  EXPECT_EQ(visits(4, {2, 0, 3, 1}), "0:2 1:0 2:3 3:1 ");
+}
 
 TEST(CycleAccess, SkipsAnIndexEqualToTheLength) { EXPECT_EQ(visits(2, {1, 2, 0}), "0:1 2:0 "); }
 
 TEST(CycleAccess, SkipsANegativeIndex) { EXPECT_EQ(visits(2, {-1, 1}), "1:1 "); }
 
-TEST(CycleAccess, SkipsTheOutermostIndices) { EXPECT_EQ(visits(2, {int_min, 0, int_max, 1}), "1:0 3:1 "); }
+TEST(CycleAccess, SkipsTheOutermostIndices) {
+  EXPECT_EQ(visits(2, {int_min, 0, int_max, 1}), "1:0 3:1 ");
+}
 
 TEST(CycleAccess, ReadsACycleTwiceForADuplicateIndex) { EXPECT_EQ(visits(2, {1, 1}), "0:1 1:1 "); }
 
@@ -47,13 +51,16 @@ TEST(CycleAccess, ReadsNothingForAnEmptyIndexList) { EXPECT_EQ(visits(3, {}), ""
 
 TEST(CycleAccess, GivesTheRecordItselfAndNoCopy) {
   const foot f = foot().cycles(2);
-  for_each_cycle(f.cycle_list(), {1},
-                 [&](std::size_t, const gait_foot_cycle& cycle) { EXPECT_EQ(&cycle, &f.cycle_list().back()); });
+  for_each_cycle(f.cycle_list(), {1}, [&](std::size_t, const gait_foot_cycle& cycle) {
+    EXPECT_EQ(&cycle, &f.cycle_list().back());
+  });
 }
 
 TEST(CycleAccess, LetsAnExceptionOfTheVisitPass) {
   const foot f = foot().cycles(2);
-  EXPECT_THROW(for_each_cycle(f.cycle_list(), {1}, [](std::size_t, const gait_foot_cycle&) { throw 1; }), int);
+  EXPECT_THROW(
+      for_each_cycle(f.cycle_list(), {1}, [](std::size_t, const gait_foot_cycle&) { throw 1; }),
+      int);
 }
 
 /// The visits as one std::next after another makes them.
@@ -129,21 +136,28 @@ TEST(IndexSum, AddsInTheOrderOfTheIndexList) {
 TEST(IndexSum, AddsOneValueAfterTheOther) {
   // In pairs, or in several accumulators, the small ones would reach the last bit of 1.0.
   constexpr double small = 1e-16;
-  EXPECT_THAT(gct_sum({1.0, small, small, small, small, small, small, small, small}, {0, 1, 2, 3, 4, 5, 6, 7, 8}),
+  EXPECT_THAT(gct_sum({1.0, small, small, small, small, small, small, small, small},
+                      {0, 1, 2, 3, 4, 5, 6, 7, 8}),
               SameBits(1.0));
   EXPECT_THAT(gct_sum({1.0, small, small}, {1, 2, 0}), SameBits(1.0 + 2e-16));
 }
 
-TEST(IndexSum, LeavesOutMissingValues) { EXPECT_THAT(gct_sum({1.5, -1.0, 2.0}, {0, 1, 2}), SameBits(3.5)); }
+TEST(IndexSum, LeavesOutMissingValues) {
+  EXPECT_THAT(gct_sum({1.5, -1.0, 2.0}, {0, 1, 2}), SameBits(3.5));
+}
 
 TEST(IndexSum, AddsNegativeValuesThatAreNotMissing) {
   EXPECT_THAT(gct_sum({-0.999}, {0}), SameBits(-0.999));
   EXPECT_THAT(gct_sum({-1.0000001}, {0}), SameBits(-1.0000001));
 }
 
-TEST(IndexSum, AddsNanAsMeasured) { EXPECT_THAT(gct_sum({1.0, nan, 1.0}, {0, 1, 2}), SameBits(nan)); }
+TEST(IndexSum, AddsNanAsMeasured) {
+  EXPECT_THAT(gct_sum({1.0, nan, 1.0}, {0, 1, 2}), SameBits(nan));
+}
 
-TEST(IndexSum, AddsADuplicateOncePerOccurrence) { EXPECT_THAT(gct_sum({1.25, 7.0}, {0, 0, 0}), SameBits(3.75)); }
+TEST(IndexSum, AddsADuplicateOncePerOccurrence) {
+  EXPECT_THAT(gct_sum({1.25, 7.0}, {0, 0, 0}), SameBits(3.75));
+}
 
 TEST(IndexSum, AddsNothingForAnIndexOutOfRange) {
   EXPECT_THAT(gct_sum({1.25, 2.0}, {2, 1, -1, int_min, int_max}), SameBits(2.0));

@@ -16,7 +16,8 @@ namespace {
 using namespace gait_test;
 using gait_test::nan;
 
-/// An accounting of one foot, of which a test states what differs from four cycles of 1, 2, 4 and 8 seconds.
+/// An accounting of one foot, of which a test states what differs from four cycles of 1, 2, 4 and 8
+/// seconds.
 struct accounting {
   std::list<int> excluded_1 = {};
   std::list<int> excluded_1_fallback = {};
@@ -38,7 +39,8 @@ gait_result with_lists(const accounting& a) {
 
 gait_statistics_info info_of(const accounting& a, gait_statistics_info info = {}) {
   const gait_foot_result result = foot().gct(a.gct).result();
-  gait_statistics_compute_info<gait_foot_result, GCT>(info, result, with_lists(a), GCT{}, a.total_cycles, a.total_duration);
+  gait_statistics_compute_info<gait_foot_result, GCT>(info, result, with_lists(a), GCT{},
+                                                      a.total_cycles, a.total_duration);
   return info;
 }
 
@@ -63,7 +65,8 @@ TEST(CycleAccounting, OfFourEmptyListsTakesOffTwoCyclesAndNoTime) {
 }
 
 TEST(CycleAccounting, CountsTheConstantTwoWhateverTheLengthOfTheKind2Fallback) {
-  for (const std::list<int>& fallback : {std::list<int>{}, {0}, {0, 1}, {0, 1, 2}, {0, 1, 2, 3, 3, 9}}) {
+  for (const std::list<int>& fallback :
+       {std::list<int>{}, {0}, {0, 1}, {0, 1, 2}, {0, 1, 2, 3, 3, 9}}) {
     const auto info = info_of(excluding(&accounting::excluded_2_fallback, fallback));
     EXPECT_EQ(info.excluded_2_fallback_count, 2U);
     EXPECT_EQ(info.excluded_2_count, 2U);
@@ -130,13 +133,20 @@ TEST(CycleAccounting, AddsADuplicateOncePerOccurrence) {
 TEST(CycleAccounting, CountsOutOfRangeIndicesButAddsNoTime) {
   const std::list<int> indices = {4, -1, 1, int_min, int_max};
   EXPECT_EQ(info_of(excluding(&accounting::excluded_1, indices)).excluded_1_count, 5U);
-  EXPECT_EQ(info_of(excluding(&accounting::excluded_1_fallback, indices)).excluded_1_fallback_count, 5U);
+  EXPECT_EQ(info_of(excluding(&accounting::excluded_1_fallback, indices)).excluded_1_fallback_count,
+            5U);
   EXPECT_EQ(info_of(excluding(&accounting::excluded_2, indices)).excluded_2_count, 5U);
   EXPECT_EQ(info_of(excluding(&accounting::excluded_2, indices)).included_count, -1);
-  EXPECT_THAT(info_of(excluding(&accounting::excluded_1, indices)).excluded_1_duration, SameBits(2.0));
-  EXPECT_THAT(info_of(excluding(&accounting::excluded_1_fallback, indices)).excluded_1_fallback_duration, SameBits(2.0));
-  EXPECT_THAT(info_of(excluding(&accounting::excluded_2, indices)).excluded_2_duration, SameBits(2.0));
-  EXPECT_THAT(info_of(excluding(&accounting::excluded_2_fallback, indices)).excluded_2_fallback_duration, SameBits(2.0));
+  EXPECT_THAT(info_of(excluding(&accounting::excluded_1, indices)).excluded_1_duration,
+              SameBits(2.0));
+  EXPECT_THAT(
+      info_of(excluding(&accounting::excluded_1_fallback, indices)).excluded_1_fallback_duration,
+      SameBits(2.0));
+  EXPECT_THAT(info_of(excluding(&accounting::excluded_2, indices)).excluded_2_duration,
+              SameBits(2.0));
+  EXPECT_THAT(
+      info_of(excluding(&accounting::excluded_2_fallback, indices)).excluded_2_fallback_duration,
+      SameBits(2.0));
 }
 
 TEST(CycleAccounting, CountsACycleWithoutDurationButAddsNoTime) {
@@ -195,8 +205,10 @@ TEST(CycleAccounting, SumsInTheOrderOfTheList) {
 }
 
 TEST(CycleAccounting, PassesNanOnToTheIncludedDuration) {
-  for (accounting a : {excluding(&accounting::excluded_1, {0}), excluding(&accounting::excluded_1_fallback, {0}),
-                       excluding(&accounting::excluded_2, {0}), excluding(&accounting::excluded_2_fallback, {0})}) {
+  for (accounting a :
+       {excluding(&accounting::excluded_1, {0}), excluding(&accounting::excluded_1_fallback, {0}),
+        excluding(&accounting::excluded_2, {0}),
+        excluding(&accounting::excluded_2_fallback, {0})}) {
     a.gct = {nan};
     EXPECT_THAT(info_of(a).included_duration, SameBits(nan));
   }
@@ -214,7 +226,9 @@ TEST(CycleAccounting, DoesNotTouchTheFieldsOfTheWalk) {
   info.cycle_count = 77;
   info.excluded_count = -8;
   info.cycles = {5, 4, 3};
-  EXPECT_EQ(difference(text_of_walk(info_of(excluding(&accounting::excluded_1, {0, 1}), info)), text_of_walk(info)), "");
+  EXPECT_EQ(difference(text_of_walk(info_of(excluding(&accounting::excluded_1, {0, 1}), info)),
+                       text_of_walk(info)),
+            "");
 }
 
 TEST(CycleAccounting, WritesAllItsFieldsOnEveryCall) {
@@ -230,8 +244,9 @@ TEST(CycleAccounting, WritesAllItsFieldsOnEveryCall) {
   used.excluded_1_duration = nan;
   used.included_duration = nan;
   for (const accounting& a :
-       {accounting(), excluding(&accounting::excluded_1, {0}), excluding(&accounting::excluded_1_fallback, {0}),
-        excluding(&accounting::excluded_2, {0}), excluding(&accounting::excluded_2_fallback, {0})}) {
+       {accounting(), excluding(&accounting::excluded_1, {0}),
+        excluding(&accounting::excluded_1_fallback, {0}), excluding(&accounting::excluded_2, {0}),
+        excluding(&accounting::excluded_2_fallback, {0})}) {
     EXPECT_EQ(difference(text_of(info_of(a, used)), text_of(info_of(a))), "");
   }
 }
@@ -249,7 +264,8 @@ TEST(CycleAccounting, OfTwoFeetSumsTheTwoFeetCycles) {
   walk w = two_feet(foot().gct({50.0, 60.0})).gct({1.0, 2.0}).excluded_1({0}).excluded_2({0, 1});
   const gait_result& gait = w.result();
   gait_statistics_info feet;
-  gait_statistics_compute_info<gait_feet_result, GCT>(feet, gait.feet_result, gait, GCT{}, 2, 100.0);
+  gait_statistics_compute_info<gait_feet_result, GCT>(feet, gait.feet_result, gait, GCT{}, 2,
+                                                      100.0);
   EXPECT_THAT(feet.excluded_1_duration, SameBits(1.0));
   EXPECT_THAT(feet.excluded_2_duration, SameBits(3.0));
 
@@ -263,7 +279,8 @@ TEST(CycleAccounting, CannotFail) {
   gait_statistics_info info;
   const gait_foot_result result;
   const gait_result gait;
-  static_assert(noexcept(gait_statistics_compute_info<gait_foot_result, GCT>(info, result, gait, GCT{}, 0, 0.0)));
+  static_assert(noexcept(
+      gait_statistics_compute_info<gait_foot_result, GCT>(info, result, gait, GCT{}, 0, 0.0)));
   gait_statistics_compute_info<gait_foot_result, GCT>(info, result, gait, GCT{}, 0, 0.0);
   EXPECT_EQ(info.included_count, -2);
 }

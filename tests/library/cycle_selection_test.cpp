@@ -72,7 +72,9 @@ protected:
 };
 
 INSTANTIATE_TEST_SUITE_P(Modes, CycleSelection, testing::Values(alone, together),
-                         [](const auto& tested) { return tested.param == alone ? "OneFoot" : "TwoFeet"; });
+                         [](const auto& tested) {
+                           return tested.param == alone ? "OneFoot" : "TwoFeet";
+                         });
 
 TEST_P(CycleSelection, OfAWalkWithoutExclusionsIsEveryCycleInOrder) {
   const auto info = CycleSelection::info(of(5));
@@ -94,7 +96,8 @@ TEST_P(CycleSelection, LosesTheCyclesOfEitherListAlone) {
 }
 
 TEST_P(CycleSelection, NeverLosesTheCyclesOfTheFallbackLists) {
-  const auto info = CycleSelection::info(of(4).excluded_1_fallback({0, 1}).excluded_2_fallback({2, 3}));
+  const auto info =
+      CycleSelection::info(of(4).excluded_1_fallback({0, 1}).excluded_2_fallback({2, 3}));
   EXPECT_THAT(info.cycles, ElementsAre(0, 1, 2, 3));
   EXPECT_EQ(info.excluded_count, 0);
 }
@@ -106,7 +109,8 @@ TEST_P(CycleSelection, CountsACycleThatBothListsHoldOnce) {
 }
 
 TEST_P(CycleSelection, IsNotChangedByDuplicatesAndIndicesOutOfRange) {
-  const auto info = CycleSelection::info(of(4).excluded_1({2, 2, 2, 4, -1}).excluded_2({int_min, int_max, 4, 4, -3}));
+  const auto info = CycleSelection::info(
+      of(4).excluded_1({2, 2, 2, 4, -1}).excluded_2({int_min, int_max, 4, 4, -3}));
   EXPECT_THAT(info.cycles, ElementsAre(0, 1, 3));
   EXPECT_EQ(info.excluded_count, 1);
 }
@@ -129,14 +133,17 @@ TEST_P(CycleSelection, ReplacesTheListOfAnEarlierCall) {
 }
 
 TEST_P(CycleSelection, GivesTheValuesOfTheParametersTheirOrder) {
-  walk w = GetParam() == alone ? one_foot(foot().gct({1.0, 2.0, 3.0, 4.0})) : two_feet(foot().gct({1.0, 2.0, 3.0, 4.0}));
+  walk w = GetParam() == alone ? one_foot(foot().gct({1.0, 2.0, 3.0, 4.0}))
+                               : two_feet(foot().gct({1.0, 2.0, 3.0, 4.0}));
   const auto& parameters = w.excluded_1({2}).excluded_2({0}).analyse().statistics.parameters;
-  EXPECT_THAT(parameters.at(GetParam() == alone ? "gct" : "gct_R").values, SameBitsEach({2.0, 4.0}));
+  EXPECT_THAT(parameters.at(GetParam() == alone ? "gct" : "gct_R").values,
+              SameBitsEach({2.0, 4.0}));
 }
 
 TEST(CycleSelectionOfTwoFeet, CountsTheTwoFeetCyclesAndNotThoseOfAFoot) {
   walk w = two_feet(foot().cycles(7), foot().cycles(6)).left_links({0, 1}).right_links({0, 1});
-  EXPECT_EQ(w.analyse().statistics.info.cycle_count, 7) << "the builder gives a two-feet cycle to every foot cycle";
+  EXPECT_EQ(w.analyse().statistics.info.cycle_count, 7)
+      << "the builder gives a two-feet cycle to every foot cycle";
 
   gait_result& result = w.result();
   result.statistics = {};
@@ -154,7 +161,8 @@ TEST(CycleSelectionOfTwoFeet, MayHaveNoCycleToStartWith) {
   EXPECT_EQ(result.statistics.info.cycle_count, 0);
   EXPECT_EQ(result.statistics.info.excluded_count, 0);
   EXPECT_THAT(result.statistics.info.cycles, IsEmpty());
-  EXPECT_THAT(result.statistics.info.duration, SameBits(3.0)) << "the feet's cycles still tell how long the walk was";
+  EXPECT_THAT(result.statistics.info.duration, SameBits(3.0))
+      << "the feet's cycles still tell how long the walk was";
   EXPECT_FALSE(result.statistics.parameters.at("gct_R").valid);
 }
 

@@ -17,8 +17,9 @@
 #include <gmock/gmock.h>
 #include <gtest/gtest.h>
 
-// Numbers that no stride has: nothing guards against them, and what comes out is what the formulas give, in their order
-// of operations. The expected figures are worked out by hand, or by the plain loops of `expected_statistics`.
+// Numbers that no stride has: nothing guards against them, and what comes out is what the formulas
+// give, in their order of operations. The expected figures are worked out by hand, or by the plain
+// loops of `expected_statistics`.
 
 namespace {
 
@@ -70,8 +71,9 @@ figures expected_statistics(const sample& values) {
     f.min = value < f.min ? value : f.min;
     f.max = value > f.max ? value : f.max;
   }
-  f.cv = values.size() >= 10 && (f.mean > 2.220446049250313e-16 || f.mean < -2.220446049250313e-16) ? 100.0 * f.std / f.mean
-                                                                                                    : -1.0;
+  f.cv = values.size() >= 10 && (f.mean > 2.220446049250313e-16 || f.mean < -2.220446049250313e-16)
+             ? 100.0 * f.std / f.mean
+             : -1.0;
   return f;
 }
 
@@ -116,7 +118,8 @@ TEST(LargeNumbers, WhoseSquaresOverflowHaveAnInfiniteDeviationAboutAFiniteMean) 
   const auto parameter = checked({1e160, 3e160});
   EXPECT_THAT(parameter.mean, SameBits(2e160));
   EXPECT_THAT(parameter.std, SameBits(infinity));
-  EXPECT_THAT(checked({-1e154, 1e154}).std, SameBits(infinity)) << "each square is finite, their sum is not";
+  EXPECT_THAT(checked({-1e154, 1e154}).std, SameBits(infinity))
+      << "each square is finite, their sum is not";
   EXPECT_THAT(checked({-9e153, 9e153}).std, SameBits(0x1.e60992feac3efp+511)) << "just below";
 }
 
@@ -153,14 +156,16 @@ TEST(SmallNumbers, AreNotFlushedToZero) {
 }
 
 TEST(SmallNumbers, RoundToTheNearestOfTheirOwn) {
-  EXPECT_THAT(checked({smallest, 2.0 * smallest}).mean, SameBits(2.0 * smallest)) << "1.5 goes to the even one";
+  EXPECT_THAT(checked({smallest, 2.0 * smallest}).mean, SameBits(2.0 * smallest))
+      << "1.5 goes to the even one";
   EXPECT_THAT(checked({smallest, smallest, 0.0}).mean, SameBits(smallest)) << "0.67 goes to 1";
   EXPECT_THAT(checked({smallest, 0.0, 0.0}).mean, SameBits(0.0)) << "0.33 goes to 0";
 }
 
 TEST(SmallNumbers, WhoseSquaresUnderflowHaveNoDeviation) {
   EXPECT_THAT(checked({1e-170, 3e-170}).std, SameBits(0.0));
-  EXPECT_THAT(checked({0.0, 1e-161}).std, SameBits(0x1.94c583ada5b53p-536)) << "5 of the smallest number each";
+  EXPECT_THAT(checked({0.0, 1e-161}).std, SameBits(0x1.94c583ada5b53p-536))
+      << "5 of the smallest number each";
   EXPECT_THAT(checked({smallest, 3.0 * smallest}).std, SameBits(0.0));
 }
 
@@ -287,7 +292,8 @@ TEST(SignedZeros, AddUpToPositiveZero) {
 
 // All of it at random
 
-/// A finite or infinite number of any magnitude, of the largest, of the smallest, or a neighbour of 1.1.
+/// A finite or infinite number of any magnitude, of the largest, of the smallest, or a neighbour of
+/// 1.1.
 double random_number(std::mt19937_64& random, std::uint64_t kind) {
   const std::uint64_t sign = (random() & 1U) << 63U;
   const std::uint64_t any = random() & 0x7FFF'FFFF'FFFF'FFFFU;
@@ -328,9 +334,12 @@ TEST(IndexSums, OverflowToInfinity) {
 }
 
 TEST(IndexSums, MayCancelOutOnTheirWayOrNot) {
-  EXPECT_THAT(info_of(one_foot(foot().slength({1e308, -1e308, 1e308}))).total_distance, SameBits(1e308));
-  EXPECT_THAT(info_of(one_foot(foot().slength({1e308, 1e308, -1e308}))).total_distance, SameBits(infinity));
-  EXPECT_THAT(info_of(one_foot(foot().slength({infinity, 1.0, -infinity}))).total_distance, SameBits(nan));
+  EXPECT_THAT(info_of(one_foot(foot().slength({1e308, -1e308, 1e308}))).total_distance,
+              SameBits(1e308));
+  EXPECT_THAT(info_of(one_foot(foot().slength({1e308, 1e308, -1e308}))).total_distance,
+              SameBits(infinity));
+  EXPECT_THAT(info_of(one_foot(foot().slength({infinity, 1.0, -infinity}))).total_distance,
+              SameBits(nan));
 }
 
 TEST(IndexSums, KeepTheSmallestNumbers) {
@@ -349,7 +358,8 @@ TEST(IndexSums, LeaveOutMinusOneAndNoneOfItsNeighbours) {
 TEST(IndexSums, OfAnInfiniteExclusionLeaveNoFiniteDuration) {
   const auto w = one_foot(foot().gct({1e308, 1e308, 1.0}).samples(0, 299));
   EXPECT_THAT(info_of(walk(w).excluded_1({0, 1})).included_duration, SameBits(-infinity));
-  EXPECT_THAT(info_of(one_foot(foot().gct({infinity, -infinity})).excluded_1({0}).excluded_2({1})).included_duration,
+  EXPECT_THAT(info_of(one_foot(foot().gct({infinity, -infinity})).excluded_1({0}).excluded_2({1}))
+                  .included_duration,
               SameBits(nan));
 }
 
@@ -363,7 +373,8 @@ TEST(IndexSums, OfFourHundredEqualDurationsRoundAtEveryStep) {
 TEST(RecordingDuration, OfMoreSamplesThanADoubleCountsIsRounded) {
   constexpr auto all = std::numeric_limits<std::uint64_t>::max();
   const auto duration = [](std::uint64_t samples) {
-    return info_of(one_foot(foot().cycles(1).sample_counts(samples, all).rate(1))).recording_duration;
+    return info_of(one_foot(foot().cycles(1).sample_counts(samples, all).rate(1)))
+        .recording_duration;
   };
   EXPECT_THAT(duration(all), SameBits(0x1p64));
   EXPECT_THAT(duration((std::uint64_t{1} << 53U) + 1), SameBits(0x1p53));
@@ -390,7 +401,8 @@ TEST(ExtremeRatios, OverflowAndUnderflow) {
   EXPECT_THAT(ratios_of(1.0, smallest).right, SameBits(smallest));
   EXPECT_THAT(ratios_of(1.0, smallest).left, SameBits(infinity));
   EXPECT_THAT(ratios_of(1e200, 1e-200).right, SameBits(0.0));
-  EXPECT_THAT(ratios_of(1e200, 1e-200).left, SameBits(infinity)) << "the reciprocal of a ratio that underflowed";
+  EXPECT_THAT(ratios_of(1e200, 1e-200).left, SameBits(infinity))
+      << "the reciprocal of a ratio that underflowed";
   EXPECT_THAT(ratios_of(1e200, -1e-200).left, SameBits(-infinity));
 }
 
@@ -416,11 +428,14 @@ struct swing_asymmetry {
 swing_asymmetry swing_asymmetry_of(const sample& left, const sample& right) {
   walk w = two_feet(foot().swing(left), foot().swing(right));
   const gait_result& result = w.analyse();
-  return {result.statistics.parameters.at("asymmetry"), (result.quality_flags & gait_quality_swing_asymmetry) != 0};
+  return {result.statistics.parameters.at("asymmetry"),
+          (result.quality_flags & gait_quality_swing_asymmetry) != 0};
 }
 
 TEST(ExtremeSwingAsymmetry, OverflowsInItsStepsToInfinityZeroOrNaN) {
-  const auto index = [](double left, double right) { return swing_asymmetry_of({left}, {right}).parameter.mean; };
+  const auto index = [](double left, double right) {
+    return swing_asymmetry_of({left}, {right}).parameter.mean;
+  };
   EXPECT_THAT(index(1e308, 1.0), SameBits(infinity)) << "the product with the sampling rate";
   EXPECT_THAT(index(1.0, 1e308), SameBits(-infinity));
   EXPECT_THAT(index(1e308, 1e308), SameBits(0.0)) << "the sum alone";
@@ -465,10 +480,12 @@ TEST(SpeedAtTheLimit, IsPlausibleIfTheRoundedMeanIs) {
       const sample speeds(strides, limit);
       const double mean = sum_of(speeds) / static_cast<double>(strides);
       const bool plausible = mean >= 0.31 && mean <= 1.8;
-      ASSERT_EQ(one_foot(foot().speed(speeds)).analyse().quality_flags, plausible ? 0 : 4) << strides;
+      ASSERT_EQ(one_foot(foot().speed(speeds)).analyse().quality_flags, plausible ? 0 : 4)
+          << strides;
       flagged += plausible ? 0 : 1;
     }
-    EXPECT_EQ(flagged, limit == 0.31 ? 20 : 12) << "numbers of strides whose mean is off the limit by a last bit";
+    EXPECT_EQ(flagged, limit == 0.31 ? 20 : 12)
+        << "numbers of strides whose mean is off the limit by a last bit";
   }
 }
 

@@ -38,9 +38,9 @@ void* counted(void* memory) {
 }  // namespace
 }  // namespace gait_test
 
-// The linker turns the calls of malloc into calls of __wrap_malloc, those of __real_malloc into calls of malloc, and so
-// on (its option --wrap). A malloc of this program's own would take the place of the one that a sanitizer or valgrind
-// brings, and with it all that they find.
+// The linker turns the calls of malloc into calls of __wrap_malloc, those of __real_malloc into
+// calls of malloc, and so on (its option --wrap). A malloc of this program's own would take the
+// place of the one that a sanitizer or valgrind brings, and with it all that they find.
 // NOLINTBEGIN(bugprone-reserved-identifier,readability-identifier-naming)
 extern "C" {
 
@@ -50,7 +50,9 @@ void* __real_realloc(void* memory, std::size_t size);
 void* __real_aligned_alloc(std::size_t alignment, std::size_t size);
 void __real_free(void* memory);
 
-void* __wrap_malloc(std::size_t size) { return gait_test::fails() ? nullptr : gait_test::counted(__real_malloc(size)); }
+void* __wrap_malloc(std::size_t size) {
+  return gait_test::fails() ? nullptr : gait_test::counted(__real_malloc(size));
+}
 
 void* __wrap_calloc(std::size_t count, std::size_t size) {
   return gait_test::fails() ? nullptr : gait_test::counted(__real_calloc(count, size));
@@ -61,7 +63,8 @@ void* __wrap_realloc(void* memory, std::size_t size) {
     return nullptr;
   }
   void* const moved = __real_realloc(memory, size);
-  // The old block is gone, unless there was no memory for the new one; with a size of 0 it is gone without a new one.
+  // The old block is gone, unless there was no memory for the new one; with a size of 0 it is gone
+  // without a new one.
   if (memory != nullptr && (moved != nullptr || size == 0)) {
     --gait_test::live_allocations;
   }
@@ -95,37 +98,65 @@ void* aligned(std::size_t size, std::align_val_t alignment) {
 
 }  // namespace
 
-// Every form, because a sanitizer's own of a form that is left out would go past malloc. Not inlined: g++ would warn of
-// memory from `new` that goes to `free`.
+// Every form, because a sanitizer's own of a form that is left out would go past malloc. Not
+// inlined: g++ would warn of memory from `new` that goes to `free`.
 // NOLINTBEGIN(misc-new-delete-overloads)
 #define REPLACEMENT [[gnu::noinline]]
 REPLACEMENT void* operator new(std::size_t size) { return or_bad_alloc(std::malloc(size)); }
 REPLACEMENT void* operator new[](std::size_t size) { return or_bad_alloc(std::malloc(size)); }
-REPLACEMENT void* operator new(std::size_t size, const std::nothrow_t& /*tag*/) noexcept { return std::malloc(size); }
-REPLACEMENT void* operator new[](std::size_t size, const std::nothrow_t& /*tag*/) noexcept { return std::malloc(size); }
-REPLACEMENT void* operator new(std::size_t size, std::align_val_t to) { return or_bad_alloc(aligned(size, to)); }
-REPLACEMENT void* operator new[](std::size_t size, std::align_val_t to) { return or_bad_alloc(aligned(size, to)); }
-REPLACEMENT void* operator new(std::size_t size, std::align_val_t to, const std::nothrow_t& /*tag*/) noexcept {
+REPLACEMENT void* operator new(std::size_t size, const std::nothrow_t& /*tag*/) noexcept {
+  return std::malloc(size);
+}
+REPLACEMENT void* operator new[](std::size_t size, const std::nothrow_t& /*tag*/) noexcept {
+  return std::malloc(size);
+}
+REPLACEMENT void* operator new(std::size_t size, std::align_val_t to) {
+  return or_bad_alloc(aligned(size, to));
+}
+REPLACEMENT void* operator new[](std::size_t size, std::align_val_t to) {
+  return or_bad_alloc(aligned(size, to));
+}
+REPLACEMENT void* operator new(std::size_t size, std::align_val_t to,
+                               const std::nothrow_t& /*tag*/) noexcept {
   return aligned(size, to);
 }
-REPLACEMENT void* operator new[](std::size_t size, std::align_val_t to, const std::nothrow_t& /*tag*/) noexcept {
+REPLACEMENT void* operator new[](std::size_t size, std::align_val_t to,
+                                 const std::nothrow_t& /*tag*/) noexcept {
   return aligned(size, to);
 }
 
 REPLACEMENT void operator delete(void* memory) noexcept { std::free(memory); }
 REPLACEMENT void operator delete[](void* memory) noexcept { std::free(memory); }
 REPLACEMENT void operator delete(void* memory, std::size_t /*size*/) noexcept { std::free(memory); }
-REPLACEMENT void operator delete[](void* memory, std::size_t /*size*/) noexcept { std::free(memory); }
-REPLACEMENT void operator delete(void* memory, const std::nothrow_t& /*tag*/) noexcept { std::free(memory); }
-REPLACEMENT void operator delete[](void* memory, const std::nothrow_t& /*tag*/) noexcept { std::free(memory); }
-REPLACEMENT void operator delete(void* memory, std::align_val_t /*to*/) noexcept { std::free(memory); }
-REPLACEMENT void operator delete[](void* memory, std::align_val_t /*to*/) noexcept { std::free(memory); }
-REPLACEMENT void operator delete(void* memory, std::size_t /*size*/, std::align_val_t /*to*/) noexcept { std::free(memory); }
-REPLACEMENT void operator delete[](void* memory, std::size_t /*size*/, std::align_val_t /*to*/) noexcept { std::free(memory); }
-REPLACEMENT void operator delete(void* memory, std::align_val_t /*to*/, const std::nothrow_t& /*tag*/) noexcept {
+REPLACEMENT void operator delete[](void* memory, std::size_t /*size*/) noexcept {
   std::free(memory);
 }
-REPLACEMENT void operator delete[](void* memory, std::align_val_t /*to*/, const std::nothrow_t& /*tag*/) noexcept {
+REPLACEMENT void operator delete(void* memory, const std::nothrow_t& /*tag*/) noexcept {
+  std::free(memory);
+}
+REPLACEMENT void operator delete[](void* memory, const std::nothrow_t& /*tag*/) noexcept {
+  std::free(memory);
+}
+REPLACEMENT void operator delete(void* memory, std::align_val_t /*to*/) noexcept {
+  std::free(memory);
+}
+REPLACEMENT void operator delete[](void* memory, std::align_val_t /*to*/) noexcept {
+  std::free(memory);
+}
+REPLACEMENT void operator delete(void* memory, std::size_t /*size*/,
+                                 std::align_val_t /*to*/) noexcept {
+  std::free(memory);
+}
+REPLACEMENT void operator delete[](void* memory, std::size_t /*size*/,
+                                   std::align_val_t /*to*/) noexcept {
+  std::free(memory);
+}
+REPLACEMENT void operator delete(void* memory, std::align_val_t /*to*/,
+                                 const std::nothrow_t& /*tag*/) noexcept {
+  std::free(memory);
+}
+REPLACEMENT void operator delete[](void* memory, std::align_val_t /*to*/,
+                                   const std::nothrow_t& /*tag*/) noexcept {
   std::free(memory);
 }
 #undef REPLACEMENT

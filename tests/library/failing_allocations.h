@@ -2,12 +2,14 @@
 #define GAIT_TESTS_LIBRARY_FAILING_ALLOCATIONS_H
 
 /// \file
-/// Lets memory run out, and counts what is asked of it: by every form of operator new, and by malloc, calloc, realloc
-/// and aligned_alloc where the objects of this program call them, the templates of Eigen among them.
+/// Lets memory run out, and counts what is asked of it: by every form of operator new, and by
+/// malloc, calloc, realloc and aligned_alloc where the objects of this program call them, the
+/// templates of Eigen among them.
 
 namespace gait_test {
 
-/// How many allocations still succeed on this thread before one fails; none fails while it is negative.
+/// How many allocations still succeed on this thread before one fails; none fails while it is
+/// negative.
 extern thread_local long allocations_left;
 
 /// Whether every allocation after the first that fails does so too. If not, that one alone fails.

@@ -39,9 +39,10 @@ void mark(gait_result& result) {
   gait_statistics_info& info = result.statistics.info;
   double value = 0.5;
   for (double* field :
-       {&info.recording_duration, &info.duration, &info.excluded_1_fallback_gct_sum, &info.excluded_2_gct_sum,
-        &info.included_gct_sum, &info.included_distance, &info.total_distance, &info.excluded_2_fallback_duration,
-        &info.excluded_2_duration, &info.excluded_1_fallback_duration, &info.excluded_1_duration, &info.included_duration}) {
+       {&info.recording_duration, &info.duration, &info.excluded_1_fallback_gct_sum,
+        &info.excluded_2_gct_sum, &info.included_gct_sum, &info.included_distance,
+        &info.total_distance, &info.excluded_2_fallback_duration, &info.excluded_2_duration,
+        &info.excluded_1_fallback_duration, &info.excluded_1_duration, &info.included_duration}) {
     *field = value++;
   }
   info.cycle_count = 101;
@@ -83,10 +84,15 @@ std::set<std::string> keys_of(walk w) {
   return keys;
 }
 
-constexpr std::array foot_keys = {
-    "gct",    "swing",      "stance", "contact", "cadence",   "LDr",        "FFr",         "PUr",        "slength",
-    "swidth", "PathLength", "speed",  "TA",      "peakswing", "TOP",        "HSP",         "maxHC",      "minTC",
-    "maxTC1", "maxTC2",     "mtcS",   "HS",      "Step Time", "StepLength", "impact_vert", "impact_hor", "strike_eversion"};
+constexpr std::array foot_keys = {"gct",         "swing",      "stance",
+                                  "contact",     "cadence",    "LDr",
+                                  "FFr",         "PUr",        "slength",
+                                  "swidth",      "PathLength", "speed",
+                                  "TA",          "peakswing",  "TOP",
+                                  "HSP",         "maxHC",      "minTC",
+                                  "maxTC1",      "maxTC2",     "mtcS",
+                                  "HS",          "Step Time",  "StepLength",
+                                  "impact_vert", "impact_hor", "strike_eversion"};
 
 TEST(GenerateStatistics, GivesOneFootKeysWithoutSuffixAndNoTwoFeetParameter) {
   const auto keys = keys_of(one_foot(foot().cycles(2)));
@@ -102,7 +108,9 @@ TEST(GenerateStatistics, GivesTwoFeetEveryKeyWithBothSuffixesAndTheAsymmetry) {
 }
 
 TEST(GenerateStatistics, GivesTheTwoFeetParameterUnderBothSuffixesWithTheSameValues) {
-  walk w = two_feet(foot().ramp(3, 1.0, 1.0), foot().ramp(3, 5.0, 2.0)).ds({20.0, 22.0, 27.0}).excluded_1({1});
+  walk w = two_feet(foot().ramp(3, 1.0, 1.0), foot().ramp(3, 5.0, 2.0))
+               .ds({20.0, 22.0, 27.0})
+               .excluded_1({1});
   const auto& parameters = w.analyse().statistics.parameters;
   EXPECT_EQ(difference(text_of(parameters.at("DS_R")), text_of(parameters.at("DS_L"))), "");
   EXPECT_THAT(parameters.at("DS_R").values, SameBitsEach({20.0, 27.0}));
@@ -118,15 +126,21 @@ TEST(GenerateStatistics, ReadsEachSideFromItsFoot) {
 TEST(GenerateStatistics, TakesTheStepLengthOfTwoFeetAsMeasuredAndOfOneAsHalfAStride) {
   const foot f = foot().slength({1.5, -1.0}).with(&gait_foot_cycle::step_length, {0.625, -1.0});
   walk one = one_foot(f);
-  EXPECT_THAT(one.analyse().statistics.parameters.at("StepLength").values, SameBitsEach({0.75, -0.5}));
+  EXPECT_THAT(one.analyse().statistics.parameters.at("StepLength").values,
+              SameBitsEach({0.75, -0.5}));
   walk two = two_feet(f);
-  EXPECT_THAT(two.analyse().statistics.parameters.at("StepLength_L").values, SameBitsEach({0.625, -1.0}));
+  EXPECT_THAT(two.analyse().statistics.parameters.at("StepLength_L").values,
+              SameBitsEach({0.625, -1.0}));
 }
 
-/// The walk's feet, reached from a result whose entries hold nothing but the first one's sampling rate.
+/// The walk's feet, reached from a result whose entries hold nothing but the first one's sampling
+/// rate.
 struct feet_elsewhere {
   feet_elsewhere(walk& w, std::size_t entries)
-      : result(w.result()), left(*result.left_foot), right(*result.right_foot), only_a_rate{left.recording->sampling_rate, {}} {
+      : result(w.result()),
+        left(*result.left_foot),
+        right(*result.right_foot),
+        only_a_rate{left.recording->sampling_rate, {}} {
     result.left_foot = &left;
     result.right_foot = &right;
     result.foot_results.assign(entries, gait_foot_result());
@@ -141,7 +155,9 @@ struct feet_elsewhere {
 
 TEST(GenerateStatistics, OfTwoFeetReadsNoEntryBeyondTheSamplingRateOfTheFirst) {
   for (const std::size_t entries : {std::size_t{2}, std::size_t{3}, std::size_t{5}}) {
-    walk w = two_feet(foot().ramp(4, 1.0, 0.5), foot().ramp(4, 2.0, 0.25)).gct({1.0, 2.0, 3.0, 4.0}).excluded_1({1});
+    walk w = two_feet(foot().ramp(4, 1.0, 0.5), foot().ramp(4, 2.0, 0.25))
+                 .gct({1.0, 2.0, 3.0, 4.0})
+                 .excluded_1({1});
     feet_elsewhere elsewhere(w, entries);
     EXPECT_TRUE(gait_generate_statistics(elsewhere.result, {}));
     EXPECT_EQ(difference(text_of_output(elsewhere.result), text_of_output(w.analyse())), "");
@@ -176,8 +192,10 @@ TEST(GenerateStatistics, TakesTheSamplingRateFromTheFirstEntry) {
 }
 
 TEST(GenerateStatistics, TakesTheRecordingDurationFromTheShorterSignal) {
-  EXPECT_THAT(info_of(one_foot(foot().cycles(1).sample_counts(1000, 998))).recording_duration, SameBits(9.98));
-  EXPECT_THAT(info_of(one_foot(foot().cycles(1).sample_counts(998, 1000))).recording_duration, SameBits(9.98));
+  EXPECT_THAT(info_of(one_foot(foot().cycles(1).sample_counts(1000, 998))).recording_duration,
+              SameBits(9.98));
+  EXPECT_THAT(info_of(one_foot(foot().cycles(1).sample_counts(998, 1000))).recording_duration,
+              SameBits(9.98));
 }
 
 TEST(GenerateStatistics, TakesTheRecordingDurationFromTheShortestOfFourSignals) {
@@ -232,12 +250,15 @@ TEST(GenerateStatistics, TakesTheDurationFromTheFirstAndTheLastCycleOnly) {
 }
 
 TEST(GenerateStatistics, DoesNotShortenTheDurationByExclusions) {
-  EXPECT_THAT(info_of(one_foot(foot().cycles(3)).excluded_1({0}).excluded_2({2})).duration, SameBits(3.0));
+  EXPECT_THAT(info_of(one_foot(foot().cycles(3)).excluded_1({0}).excluded_2({2})).duration,
+              SameBits(3.0));
 }
 
 TEST(GenerateStatistics, SpansTheDurationOverBothFeet) {
   const auto duration = [](int left_first, int left_last, int right_first, int right_last) {
-    return info_of(two_feet(foot().samples(left_first, left_last), foot().samples(right_first, right_last))).duration;
+    return info_of(two_feet(foot().samples(left_first, left_last),
+                            foot().samples(right_first, right_last)))
+        .duration;
   };
   EXPECT_THAT(duration(0, 499, 50, 599), SameBits(6.0));
   EXPECT_THAT(duration(50, 599, 0, 499), SameBits(6.0));
@@ -248,12 +269,15 @@ TEST(GenerateStatistics, SpansTheDurationOverBothFeet) {
 }
 
 TEST(GenerateStatistics, WrapsTheSampleSpanAroundAt32Bits) {
-  const auto duration = [](int first, int last) { return info_of(one_foot(foot().samples(first, last))).duration; };
+  const auto duration = [](int first, int last) {
+    return info_of(one_foot(foot().samples(first, last))).duration;
+  };
   EXPECT_THAT(duration(int_min, int_max), SameBits(0.0)) << "a span of -1";
   EXPECT_THAT(duration(int_max, int_min), SameBits(0.02)) << "a span of 1";
   EXPECT_THAT(duration(-1, int_max), SameBits(-21474836.47)) << "a span of -2^31";
   EXPECT_THAT(duration(int_min, 0), SameBits(-21474836.47));
-  EXPECT_THAT(info_of(two_feet(foot().samples(int_min, 0), foot().samples(0, int_max))).duration, SameBits(0.0));
+  EXPECT_THAT(info_of(two_feet(foot().samples(int_min, 0), foot().samples(0, int_max))).duration,
+              SameBits(0.0));
 }
 
 TEST(GenerateStatistics, CountsTheLastSampleOfTheLongestSpan) {
@@ -270,27 +294,32 @@ TEST(GenerateStatistics, GivesInfiniteOrNanDurationsAtASamplingRateOfZero) {
 // Distances
 
 TEST(GenerateStatistics, SumsTheDistanceOfOneFootOverAllAndOverTheIncludedCycles) {
-  const auto info = info_of(one_foot(foot().slength({1.0, 2.0, -1.0, 4.0, 8.0})).excluded_1({0}).excluded_2({3}));
+  const auto info =
+      info_of(one_foot(foot().slength({1.0, 2.0, -1.0, 4.0, 8.0})).excluded_1({0}).excluded_2({3}));
   EXPECT_THAT(info.total_distance, SameBits(15.0));
   EXPECT_THAT(info.included_distance, SameBits(10.0));
 }
 
 TEST(GenerateStatistics, MeasuresDistanceByTheRightFootAlone) {
-  const auto info = info_of(two_feet(foot().slength({10.0, 20.0, 40.0}), foot().slength({1.0, 2.0, 4.0})).excluded_1({1}));
+  const auto info =
+      info_of(two_feet(foot().slength({10.0, 20.0, 40.0}), foot().slength({1.0, 2.0, 4.0}))
+                  .excluded_1({1}));
   EXPECT_THAT(info.total_distance, SameBits(7.0));
   EXPECT_THAT(info.included_distance, SameBits(5.0));
 }
 
 TEST(GenerateStatistics, MeasuresDistanceByTheRightCyclesThatSomeTwoFeetCyclePointsTo) {
   const foot right = foot().slength({1.0, 2.0, 4.0, 8.0, 16.0});
-  const auto info =
-      info_of(two_feet(foot().cycles(3), right).right_links({4, no_cycle, 1, no_cycle, no_cycle}).excluded_1({2}));
+  const auto info = info_of(two_feet(foot().cycles(3), right)
+                                .right_links({4, no_cycle, 1, no_cycle, no_cycle})
+                                .excluded_1({2}));
   EXPECT_THAT(info.total_distance, SameBits(18.0));
   EXPECT_THAT(info.included_distance, SameBits(16.0));
 }
 
 TEST(GenerateStatistics, MeasuresARightCycleOnceForEveryTwoFeetCycleThatPointsToIt) {
-  const auto info = info_of(two_feet(foot().cycles(2), foot().slength({1.0, 2.0})).right_links({1, 1}));
+  const auto info =
+      info_of(two_feet(foot().cycles(2), foot().slength({1.0, 2.0})).right_links({1, 1}));
   EXPECT_THAT(info.total_distance, SameBits(4.0));
 }
 
@@ -341,7 +370,8 @@ TEST(GenerateStatistics, MatchesTheFeetAnewAfterTheExclusions) {
 }
 
 TEST(GenerateStatistics, FollowsTheIndexThatALinkedCycleNames) {
-  walk w = two_feet(foot().gct({1.0, 2.0, 3.0}), foot().slength({1.0, 2.0, 4.0}).gct({10.0, 20.0, 30.0}));
+  walk w = two_feet(foot().gct({1.0, 2.0, 3.0}),
+                    foot().slength({1.0, 2.0, 4.0}).gct({10.0, 20.0, 30.0}));
   gait_result& result = w.result();
   cycle_at(result.right_foot->cycles, 0).index = 2;
   cycle_at(result.right_foot->cycles, 1).index = 3;
@@ -361,7 +391,9 @@ TEST(GenerateStatistics, FollowsTheIndexThatALinkedCycleNames) {
 
 walk alone(const std::vector<double>& gct) { return one_foot(foot().gct(gct)); }
 /// The feet's own durations would spoil every sum.
-walk together(const std::vector<double>& gct) { return two_feet(foot().gct(std::vector<double>(gct.size(), 1e6))).gct(gct); }
+walk together(const std::vector<double>& gct) {
+  return two_feet(foot().gct(std::vector<double>(gct.size(), 1e6))).gct(gct);
+}
 
 class DurationSums : public testing::TestWithParam<walk (*)(const std::vector<double>&)> {
 protected:
@@ -370,19 +402,25 @@ protected:
 };
 
 INSTANTIATE_TEST_SUITE_P(Modes, DurationSums, testing::Values(alone, together),
-                         [](const auto& tested) { return tested.param == alone ? "OneFoot" : "TwoFeet"; });
+                         [](const auto& tested) {
+                           return tested.param == alone ? "OneFoot" : "TwoFeet";
+                         });
 
 TEST_P(DurationSums, OfTheIncludedCyclesLeaveOutBothKinds) {
   EXPECT_THAT(info_of(of_powers()).included_gct_sum, SameBits(31.0));
-  EXPECT_THAT(info_of(of_powers().excluded_1({0}).excluded_2({3})).included_gct_sum, SameBits(22.0));
+  EXPECT_THAT(info_of(of_powers().excluded_1({0}).excluded_2({3})).included_gct_sum,
+              SameBits(22.0));
   EXPECT_THAT(info_of(of({1.0, -1.0, 4.0})).included_gct_sum, SameBits(5.0));
 }
 
 TEST_P(DurationSums, OfTheKind1FallbackAreTakenWhateverKind1Holds) {
-  EXPECT_THAT(info_of(of_powers().excluded_1_fallback({1, 2, 2, 5, -1})).excluded_1_fallback_gct_sum, SameBits(10.0));
+  EXPECT_THAT(
+      info_of(of_powers().excluded_1_fallback({1, 2, 2, 5, -1})).excluded_1_fallback_gct_sum,
+      SameBits(10.0));
   const auto info = info_of(of_powers().excluded_1({0}).excluded_1_fallback({0, 2}));
   EXPECT_THAT(info.excluded_1_fallback_gct_sum, SameBits(5.0));
-  EXPECT_THAT(info.excluded_1_fallback_duration, SameBits(0.0)) << "the accounting of the exclusions has a rule of its own";
+  EXPECT_THAT(info.excluded_1_fallback_duration, SameBits(0.0))
+      << "the accounting of the exclusions has a rule of its own";
 }
 
 TEST_P(DurationSums, OfKind2AreThoseOfTheFallbackWithoutExclusions) {
@@ -392,14 +430,16 @@ TEST_P(DurationSums, OfKind2AreThoseOfTheFallbackWithoutExclusions) {
 }
 
 TEST_P(DurationSums, OfKind2AreThoseOfAllItsIndicesIfItTookAnyCycleOut) {
-  const auto info = info_of(of_powers().excluded_1({0}).excluded_2({0, 1, 1, 5, -1}).excluded_2_fallback({4}));
+  const auto info =
+      info_of(of_powers().excluded_1({0}).excluded_2({0, 1, 1, 5, -1}).excluded_2_fallback({4}));
   EXPECT_THAT(info.excluded_2_gct_sum, SameBits(5.0));
 }
 
 TEST_P(DurationSums, AskTwoDifferentQuestionsAboutKind2) {
-  // Kind 1 took both cycles out already: the driver's sum is left to the fallback list, while the accounting
-  // sees that the list of kind 2 is not empty.
-  const auto info = info_of(of_powers().excluded_1({0, 1, 2}).excluded_2({1, 2}).excluded_2_fallback({3}));
+  // Kind 1 took both cycles out already: the driver's sum is left to the fallback list, while the
+  // accounting sees that the list of kind 2 is not empty.
+  const auto info =
+      info_of(of_powers().excluded_1({0, 1, 2}).excluded_2({1, 2}).excluded_2_fallback({3}));
   EXPECT_THAT(info.excluded_2_gct_sum, SameBits(8.0));
   EXPECT_EQ(info.excluded_2_fallback_count, 0U);
   EXPECT_EQ(info.excluded_2_count, 2U);
@@ -417,8 +457,11 @@ TEST_P(DurationSums, AskTwoDifferentQuestionsAboutAKind2ThatIsOutOfRange) {
 }
 
 TEST_P(DurationSums, AddNothingForAnIndexOutOfRange) {
-  const auto info =
-      info_of(of_powers().excluded_1({5, -1}).excluded_1_fallback({5}).excluded_2({0, 5}).excluded_2_fallback({-1}));
+  const auto info = info_of(of_powers()
+                                .excluded_1({5, -1})
+                                .excluded_1_fallback({5})
+                                .excluded_2({0, 5})
+                                .excluded_2_fallback({-1}));
   EXPECT_THAT(info.excluded_1_fallback_gct_sum, SameBits(0.0));
   EXPECT_THAT(info.excluded_2_gct_sum, SameBits(1.0));
   EXPECT_THAT(info.excluded_1_duration, SameBits(0.0));
@@ -427,7 +470,8 @@ TEST_P(DurationSums, AddNothingForAnIndexOutOfRange) {
 TEST_P(DurationSums, RunInTheOrderOfTheirLists) {
   const std::vector<double> gct = {1e16, 1.0, -1e16};
   EXPECT_THAT(info_of(of(gct)).included_gct_sum, SameBits(0.0));
-  EXPECT_THAT(info_of(of(gct).excluded_1_fallback({0, 2, 1})).excluded_1_fallback_gct_sum, SameBits(1.0));
+  EXPECT_THAT(info_of(of(gct).excluded_1_fallback({0, 2, 1})).excluded_1_fallback_gct_sum,
+              SameBits(1.0));
   EXPECT_THAT(info_of(of(gct).excluded_2_fallback({0, 2, 1})).excluded_2_gct_sum, SameBits(1.0));
   EXPECT_THAT(info_of(of(gct).excluded_2({0, 1, 2})).excluded_2_gct_sum, SameBits(0.0));
   EXPECT_THAT(info_of(of(gct).excluded_2({2, 0, 1})).excluded_2_gct_sum, SameBits(1.0));
@@ -476,17 +520,19 @@ TEST_P(AbsentSignal, ThrowsAndLeavesTheResultUntouched) {
   EXPECT_EQ(difference(text_of_input(result), input), "") << "the lookup adds no signal either";
 }
 
-INSTANTIATE_TEST_SUITE_P(Recordings, AbsentSignal,
-                         testing::Values(absence{"OneFoot1", [] { return one_foot(lacking(1)); }},
-                                         absence{"OneFoot2", [] { return one_foot(lacking(2)); }},
-                                         absence{"OneFootWithoutCycles", [] { return one_foot(foot().without_signal(2)); }},
-                                         absence{"OneFootBoth", [] { return one_foot(lacking(1).without_signal(2)); }},
-                                         absence{"Left1", [] { return two_feet(lacking(1), whole()); }},
-                                         absence{"Left2", [] { return two_feet(lacking(2), whole()); }},
-                                         absence{"Right1", [] { return two_feet(whole(), lacking(1)); }},
-                                         absence{"Right2", [] { return two_feet(whole(), lacking(2)); }},
-                                         absence{"LeftAndRight", [] { return two_feet(lacking(2), lacking(1)); }}),
-                         [](const auto& tested) { return std::string(tested.param.name); });
+INSTANTIATE_TEST_SUITE_P(
+    Recordings, AbsentSignal,
+    testing::Values(absence{"OneFoot1", [] { return one_foot(lacking(1)); }},
+                    absence{"OneFoot2", [] { return one_foot(lacking(2)); }},
+                    absence{"OneFootWithoutCycles",
+                            [] { return one_foot(foot().without_signal(2)); }},
+                    absence{"OneFootBoth", [] { return one_foot(lacking(1).without_signal(2)); }},
+                    absence{"Left1", [] { return two_feet(lacking(1), whole()); }},
+                    absence{"Left2", [] { return two_feet(lacking(2), whole()); }},
+                    absence{"Right1", [] { return two_feet(whole(), lacking(1)); }},
+                    absence{"Right2", [] { return two_feet(whole(), lacking(2)); }},
+                    absence{"LeftAndRight", [] { return two_feet(lacking(2), lacking(1)); }}),
+    [](const auto& tested) { return std::string(tested.param.name); });
 
 TEST(GenerateStatistics, NeedsNoSignalInARecordingThatGivesTheSamplingRateOnly) {
   walk w = two_feet(foot().cycles(2));
@@ -511,7 +557,8 @@ TEST(GenerateStatistics, KeepsTheFirstEntryUnderAKeyAndAddsTheOthers) {
 
 TEST(GenerateStatistics, KeepsTheParametersOfTheFirstCallButRecomputesTheInfo) {
   for (walk w : {one_foot(foot().ramp(6, 1.0, 0.5)),
-                 two_feet(foot().ramp(6, 1.0, 0.5), foot().ramp(6, 2.0, 0.25)).gct({1.0, 2.0, 3.0, 4.0, 5.0, 6.0})}) {
+                 two_feet(foot().ramp(6, 1.0, 0.5), foot().ramp(6, 2.0, 0.25))
+                     .gct({1.0, 2.0, 3.0, 4.0, 5.0, 6.0})}) {
     gait_result& result = w.excluded_1({0, 5}).analyse();
     gait_statistics first = result.statistics;
 
@@ -578,7 +625,8 @@ TEST(GenerateStatistics, OfDifferentResultsMayRunAtOnceOnTheSameFeet) {
   walk w = two_feet(foot().ramp(40, 1.0, 0.03), foot().ramp(40, 1.5, 0.02)).excluded_1({3, 7});
   gait_result& shared = w.result();
 
-  // Each has lists and two-feet cycles of its own; the feet, their cycles and recordings are shared.
+  // Each has lists and two-feet cycles of its own; the feet, their cycles and recordings are
+  // shared.
   std::vector<gait_result> results(8, shared);
   std::vector<gait_result> one_by_one(8, shared);
   for (std::size_t i = 0; i < results.size(); ++i) {

@@ -21,8 +21,8 @@ namespace {
 using gait_test::foot;
 using testing::ElementsAre;
 
-/// Runs `build` into new statistics with ever more allocations until they suffice, and shows those that it left
-/// each time that they did not.
+/// Runs `build` into new statistics with ever more allocations until they suffice, and shows those
+/// that it left each time that they did not.
 template <class Build, class Visit>
 void let_memory_run_out(Build build, Visit visit) {
   for (long allowed = 0;; ++allowed) {
@@ -49,7 +49,9 @@ TEST(BuildParameter, LeavesTheMapUnchangedWhenMemoryRunsOut) {
   const std::string suffix = "_a suffix too long to be held without an allocation";
   int failures = 0;
   let_memory_run_out(
-      [&](gait_statistics& s) { gait_statistics_build_parameter<gait_foot_result, GCT>(s, result, cycles, suffix, GCT{}); },
+      [&](gait_statistics& s) {
+        gait_statistics_build_parameter<gait_foot_result, GCT>(s, result, cycles, suffix, GCT{});
+      },
       [&](const gait_statistics& s) {
         ++failures;
         ASSERT_TRUE(s.parameters.empty());
@@ -57,38 +59,44 @@ TEST(BuildParameter, LeavesTheMapUnchangedWhenMemoryRunsOut) {
   EXPECT_GE(failures, 3);  // the values, the key and the entry
 }
 
-/// The keys of a side in the order in which they are inserted, but for the last: when that is in, nothing fails.
+/// The keys of a side in the order in which they are inserted, but for the last: when that is in,
+/// nothing fails.
 std::vector<std::string> order_of_insertion(gait_feet_result* feet) {
   const gait_foot_result result = foot().ramp(3, 1.0, 0.25).result();
   const std::list<int> cycles = {0, 1, 2};
   std::vector<std::string> order;
-  let_memory_run_out([&](gait_statistics& s) { gait_statistics_build_parameters(s, result, cycles, "_R", feet, &cycles); },
-                     [&](const gait_statistics& statistics) {
-                       for (const auto& [key, parameter] : statistics.parameters) {
-                         if (std::find(order.begin(), order.end(), key) == order.end()) {
-                           order.push_back(key);
-                         }
-                       }
-                       ASSERT_EQ(order.size(), statistics.parameters.size());
-                     });
+  let_memory_run_out(
+      [&](gait_statistics& s) {
+        gait_statistics_build_parameters(s, result, cycles, "_R", feet, &cycles);
+      },
+      [&](const gait_statistics& statistics) {
+        for (const auto& [key, parameter] : statistics.parameters) {
+          if (std::find(order.begin(), order.end(), key) == order.end()) {
+            order.push_back(key);
+          }
+        }
+        ASSERT_EQ(order.size(), statistics.parameters.size());
+      });
   return order;
 }
 
 TEST(BuildParameters, InsertsInTheOrderOfTheCatalogueWithDoubleSupportAfterPushing) {
   gait_feet_result feet = gait_test::feet_with_ds({20.0});
-  EXPECT_THAT(
-      order_of_insertion(&feet),
-      ElementsAre("gct_R", "swing_R", "stance_R", "contact_R", "cadence_R", "LDr_R", "FFr_R", "PUr_R", "DS_R", "slength_R",
-                  "swidth_R", "PathLength_R", "speed_R", "TA_R", "peakswing_R", "TOP_R", "HSP_R", "maxHC_R", "minTC_R",
-                  "maxTC1_R", "maxTC2_R", "mtcS_R", "HS_R", "Step Time_R", "StepLength_R", "impact_vert_R", "impact_hor_R"));
+  EXPECT_THAT(order_of_insertion(&feet),
+              ElementsAre("gct_R", "swing_R", "stance_R", "contact_R", "cadence_R", "LDr_R",
+                          "FFr_R", "PUr_R", "DS_R", "slength_R", "swidth_R", "PathLength_R",
+                          "speed_R", "TA_R", "peakswing_R", "TOP_R", "HSP_R", "maxHC_R", "minTC_R",
+                          "maxTC1_R", "maxTC2_R", "mtcS_R", "HS_R", "Step Time_R", "StepLength_R",
+                          "impact_vert_R", "impact_hor_R"));
 }
 
 TEST(BuildParameters, InsertsInTheSameOrderWithoutDoubleSupport) {
-  EXPECT_THAT(
-      order_of_insertion(nullptr),
-      ElementsAre("gct_R", "swing_R", "stance_R", "contact_R", "cadence_R", "LDr_R", "FFr_R", "PUr_R", "slength_R", "swidth_R",
-                  "PathLength_R", "speed_R", "TA_R", "peakswing_R", "TOP_R", "HSP_R", "maxHC_R", "minTC_R", "maxTC1_R",
-                  "maxTC2_R", "mtcS_R", "HS_R", "Step Time_R", "StepLength_R", "impact_vert_R", "impact_hor_R"));
+  EXPECT_THAT(order_of_insertion(nullptr),
+              ElementsAre("gct_R", "swing_R", "stance_R", "contact_R", "cadence_R", "LDr_R",
+                          "FFr_R", "PUr_R", "slength_R", "swidth_R", "PathLength_R", "speed_R",
+                          "TA_R", "peakswing_R", "TOP_R", "HSP_R", "maxHC_R", "minTC_R", "maxTC1_R",
+                          "maxTC2_R", "mtcS_R", "HS_R", "Step Time_R", "StepLength_R",
+                          "impact_vert_R", "impact_hor_R"));
 }
 
 }  // namespace

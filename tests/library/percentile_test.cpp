@@ -25,20 +25,23 @@ using gait_test::nan;
 using gait_test::SameBitsEach;
 
 using one_percentage = Eigen::Array<double, 1, 1>;
-using constant_request = Eigen::CwiseNullaryOp<Eigen::internal::scalar_constant_op<double>, one_percentage>;
+using constant_request =
+    Eigen::CwiseNullaryOp<Eigen::internal::scalar_constant_op<double>, one_percentage>;
 
 template <class Receiver, class Request>
 using returned = typename Receiver::template precentile_return_type<Request>::type;
 
 static_assert(std::is_same_v<returned<VectorXd, Array2d>, Eigen::Array<double, 2, 1>>);
 static_assert(std::is_same_v<returned<VectorXd, constant_request>, one_percentage>);
-static_assert(std::is_same_v<returned<Eigen::DenseBase<VectorXd>, Array2d>, Eigen::Array<double, 2, 1>>);
+static_assert(
+    std::is_same_v<returned<Eigen::DenseBase<VectorXd>, Array2d>, Eigen::Array<double, 2, 1>>);
 static_assert(std::is_same_v<returned<VectorXd, ArrayXd>, ArrayXd>);
 static_assert(std::is_same_v<returned<VectorXd, Eigen::RowVector3d>, Eigen::Array<double, 1, 3>>);
 static_assert(std::is_same_v<returned<Eigen::VectorXf, Array2d>, Eigen::Array<float, 2, 1>>);
 
 template <class Receiver, class Request>
-using call_result = decltype(std::declval<const Receiver&>().percentile(std::declval<const Request&>()));
+using call_result =
+    decltype(std::declval<const Receiver&>().percentile(std::declval<const Request&>()));
 
 static_assert(std::is_same_v<call_result<VectorXd, Array2d>, Array2d>);
 static_assert(std::is_same_v<call_result<VectorXd, constant_request>, one_percentage>);
@@ -49,9 +52,15 @@ VectorXd vector_of(const std::vector<double>& values) {
   return Eigen::Map<const VectorXd>(values.data(), static_cast<Eigen::Index>(values.size()));
 }
 
-double median(const VectorXd& values) { return values.percentile(one_percentage::Constant(50.0))[0]; }
-double at(double percentage, const VectorXd& values) { return values.percentile(one_percentage::Constant(percentage))[0]; }
-Array2d at(double first, double second, const VectorXd& values) { return values.percentile(Array2d(first, second)); }
+double median(const VectorXd& values) {
+  return values.percentile(one_percentage::Constant(50.0))[0];
+}
+double at(double percentage, const VectorXd& values) {
+  return values.percentile(one_percentage::Constant(percentage))[0];
+}
+Array2d at(double first, double second, const VectorXd& values) {
+  return values.percentile(Array2d(first, second));
+}
 Array2d quartiles(const VectorXd& values) { return at(25.0, 75.0, values); }
 
 /// The percentage `steps` doubles above `percentage`, or below it.
@@ -71,8 +80,10 @@ std::vector<double> list_of(const Eigen::DenseBase<Values>& values) {
 }
 
 /// Two percentiles, to the bit.
-MATCHER_P2(AreBits, first, second, "are " + gait_test::exact(first) + " and " + gait_test::exact(second)) {
-  *result_listener << "which are " << gait_test::exact(arg[0]) << " and " << gait_test::exact(arg[1]);
+MATCHER_P2(AreBits, first, second,
+           "are " + gait_test::exact(first) + " and " + gait_test::exact(second)) {
+  *result_listener << "which are " << gait_test::exact(arg[0]) << " and "
+                   << gait_test::exact(arg[1]);
   return gait_test::same_bits(arg[0], first) && gait_test::same_bits(arg[1], second);
 }
 
@@ -134,7 +145,9 @@ TEST(Percentile, BelowZeroIsTheMinimumAndAboveHundredTheMaximum) {
   EXPECT_EQ(at(100.001, values), 8.0);
 }
 
-TEST(Percentile, KeepsTheOrderOfTheRequest) { EXPECT_THAT(at(75.0, 25.0, vector_of({1.0, 2.0, 3.0, 4.0})), AreBits(3.5, 1.5)); }
+TEST(Percentile, KeepsTheOrderOfTheRequest) {
+  EXPECT_THAT(at(75.0, 25.0, vector_of({1.0, 2.0, 3.0, 4.0})), AreBits(3.5, 1.5));
+}
 
 TEST(Percentile, ClampsToTheOuterValuesOutsideLoAndHi) {
   const VectorXd four = vector_of({1.0, 2.0, 3.0, 4.0});  // lo = 12.5, hi = 87.5
@@ -146,7 +159,8 @@ TEST(Percentile, ClampsToTheOuterValuesOutsideLoAndHi) {
 }
 
 TEST(Percentile, DoesNotInterpolateWithinATrillionthOfAPosition) {
-  // Position 1 of four lies at 37.5 percent. Its neighbour above is infinite, so any interpolation shows.
+  // Position 1 of four lies at 37.5 percent. Its neighbour above is infinite, so any interpolation
+  // shows.
   const VectorXd values = vector_of({1.0, 2.0, infinity, infinity});
   EXPECT_EQ(at(37.5, values), 2.0);
   EXPECT_EQ(at(37.5 + 2e-11, values), 2.0);
@@ -180,7 +194,9 @@ TEST(PercentileTolerance, OfAWholeRequestAroundFiftyIsRelative) {
 TEST(PercentileTolerance, OfASinglePercentageAroundFiftyIsAbsolute) {
   const VectorXd values = vector_of(far_apart);
   constexpr int within = 140;  // doubles next to 50 within 1e-12
-  const auto beside_the_minimum = [&](int steps) { return at(neighbour(50.0, steps), 0.0, values)[0]; };
+  const auto beside_the_minimum = [&](int steps) {
+    return at(neighbour(50.0, steps), 0.0, values)[0];
+  };
   EXPECT_EQ(beside_the_minimum(within), 0.0);
   EXPECT_EQ(beside_the_minimum(-within), 0.0);
   EXPECT_GT(beside_the_minimum(within + 1), 0.0);
@@ -213,7 +229,9 @@ TEST(PercentileReceiver, MayBeAnyExpressionThatIsAVector) {
   EXPECT_THAT(as_column.transpose().row(2).percentile(request), are_the_quartiles);
   EXPECT_THAT((five * 2.0 - five).percentile(request), are_the_quartiles);
   EXPECT_THAT(five.reverse().percentile(request), are_the_quartiles);
-  EXPECT_THAT((Eigen::Map<const VectorXd, 0, Eigen::InnerStride<2>>(strided.data(), 5).percentile(request)), are_the_quartiles);
+  EXPECT_THAT(
+      (Eigen::Map<const VectorXd, 0, Eigen::InnerStride<2>>(strided.data(), 5).percentile(request)),
+      are_the_quartiles);
 }
 
 TEST(PercentileReceiver, MayBeAProduct) {
@@ -224,9 +242,11 @@ TEST(PercentileReceiver, MayBeAProduct) {
   EXPECT_THAT((identity * five + five).percentile(request), AreBits(3.5, 8.5));
   EXPECT_THAT(((identity + identity) * five).percentile(request), AreBits(3.5, 8.5));
   EXPECT_THAT((Eigen::MatrixXd::Identity(5, 5) * five).percentile(request), AreBits(1.75, 4.25));
-  EXPECT_THAT((identity.triangularView<Eigen::Upper>() * five).percentile(request), AreBits(1.75, 4.25));
+  EXPECT_THAT((identity.triangularView<Eigen::Upper>() * five).percentile(request),
+              AreBits(1.75, 4.25));
   EXPECT_THAT((five.transpose() * identity).percentile(request), AreBits(1.75, 4.25));
-  EXPECT_THAT((Eigen::RowVector2d(2.0, 3.0) * Eigen::Vector2d(4.0, 5.0)).percentile(request), AreBits(23.0, 23.0));
+  EXPECT_THAT((Eigen::RowVector2d(2.0, 3.0) * Eigen::Vector2d(4.0, 5.0)).percentile(request),
+              AreBits(23.0, 23.0));
 }
 
 TEST(PercentileReceiver, OfFloatsGivesFloats) {
@@ -281,7 +301,8 @@ std::vector<double> random_sample(std::mt19937_64& random) {
   const bool few_values = random() % 2 == 0;
   std::vector<double> values;
   while (values.size() < size) {
-    values.push_back(few_values || random() % 3 == 0 ? common[random() % common.size()] : spread(random));
+    values.push_back(few_values || random() % 3 == 0 ? common[random() % common.size()]
+                                                     : spread(random));
   }
   return values;
 }
@@ -306,7 +327,8 @@ double random_percentage(std::mt19937_64& random, std::size_t size) {
     case 6:
       return neighbour(hi, static_cast<int>(random() % 3) - 1);
     case 7:
-      return neighbour(100.0 * (static_cast<double>(random() % size) + 0.5) / n, static_cast<int>(random() % 7) - 3);
+      return neighbour(100.0 * (static_cast<double>(random() % size) + 0.5) / n,
+                       static_cast<int>(random() % 7) - 3);
     default:
       return std::uniform_real_distribution<double>(-10.0, 110.0)(random);
   }
@@ -321,7 +343,8 @@ TEST(Percentile, IsThatOfItsStepsToTheBitOnRandomSamplesAndRequests) {
       percentage = random_percentage(random, sample.size());
     }
     const ArrayXd result = vector_of(sample).percentile(vector_of(request));
-    ASSERT_THAT(list_of(result), SameBitsEach(by_steps::percentile(sample, request))) << "round " << round;
+    ASSERT_THAT(list_of(result), SameBitsEach(by_steps::percentile(sample, request)))
+        << "round " << round;
   }
 }
 
@@ -338,7 +361,8 @@ TEST(Percentile, KeepsTheSignsOfZeroThatTheSortLeaves) {
       positions.push_back(100.0 * (static_cast<double>(k) + 0.5) / n);
     }
     const ArrayXd result = vector_of(sample).percentile(vector_of(positions));
-    ASSERT_THAT(list_of(result), SameBitsEach(by_steps::percentile(sample, positions))) << "round " << round;
+    ASSERT_THAT(list_of(result), SameBitsEach(by_steps::percentile(sample, positions)))
+        << "round " << round;
   }
 }
 

@@ -26,8 +26,8 @@ using gait_test::SameBitsEach;
 using index_type = std::ptrdiff_t;
 
 // The instance that `percentile` uses: doubles, signed 64-bit indices, nothing returned.
-static_assert(
-    std::is_same_v<decltype(&_kalvio_eigen_quicksort<double, std::int64_t>), void (*)(double*, std::int64_t, std::int64_t)>);
+static_assert(std::is_same_v<decltype(&_kalvio_eigen_quicksort<double, std::int64_t>),
+                             void (*)(double*, std::int64_t, std::int64_t)>);
 
 template <class T>
 std::vector<T> sorted(std::vector<T> values) {
@@ -74,7 +74,9 @@ struct labelled {
 };
 bool operator<(const labelled& a, const labelled& b) { return a.key < b.key; }
 bool operator>(const labelled& a, const labelled& b) { return a.key > b.key; }
-bool operator==(const labelled& a, const labelled& b) { return a.key == b.key && a.label == b.label; }
+bool operator==(const labelled& a, const labelled& b) {
+  return a.key == b.key && a.label == b.label;
+}
 
 std::vector<labelled> random_labelled(std::mt19937_64& random, int size, int highest_key) {
   std::uniform_int_distribution<int> key(0, highest_key);
@@ -129,7 +131,8 @@ TEST(Quicksort, SortsSortedReversedEqualOrganPipeAndSawtoothInputs) {
 TEST(Quicksort, SortsInfinitiesAndTheSmallestValues) {
   constexpr double tiny = std::numeric_limits<double>::denorm_min();
   const std::vector<double> values = {infinity, tiny, -infinity, 0.0, -tiny, 1.0, infinity};
-  EXPECT_EQ(sorted(values), (std::vector<double>{-infinity, -tiny, 0.0, tiny, 1.0, infinity, infinity}));
+  EXPECT_EQ(sorted(values),
+            (std::vector<double>{-infinity, -tiny, 0.0, tiny, 1.0, infinity, infinity}));
 }
 
 TEST(Quicksort, SortsOnlyTheGivenRangeBothEndsIncluded) {
@@ -150,7 +153,8 @@ TEST(Quicksort, LeavesAnEmptyRangeAlone) {
 TEST(Quicksort, SwapsElementsThatEqualThePivot) {
   // A sort that left equal elements where they are would keep this order.
   EXPECT_EQ(sorted(std::vector<labelled>{{1, 0}, {1, 1}}), (std::vector<labelled>{{1, 1}, {1, 0}}));
-  EXPECT_EQ(sorted(std::vector<labelled>{{1, 0}, {1, 1}, {1, 2}}), (std::vector<labelled>{{1, 2}, {1, 1}, {1, 0}}));
+  EXPECT_EQ(sorted(std::vector<labelled>{{1, 0}, {1, 1}, {1, 2}}),
+            (std::vector<labelled>{{1, 2}, {1, 1}, {1, 0}}));
 }
 
 TEST(Quicksort, OrdersEqualElementsAsItsStepsDo) {
@@ -182,7 +186,8 @@ TEST(Quicksort, TruncatesTheMiddleTowardZeroBelowIndexZero) {
   }
 }
 
-/// A value among guards, which notes when a guard is compared: the sort then read outside its range.
+/// A value among guards, which notes when a guard is compared: the sort then read outside its
+/// range.
 struct guarded {
   double value;
   bool is_guard;
@@ -190,7 +195,9 @@ struct guarded {
 };
 bool guarded::guard_was_read = false;
 
-void note_guards(const guarded& a, const guarded& b) { guarded::guard_was_read |= a.is_guard || b.is_guard; }
+void note_guards(const guarded& a, const guarded& b) {
+  guarded::guard_was_read |= a.is_guard || b.is_guard;
+}
 bool operator<(const guarded& a, const guarded& b) {
   note_guards(a, b);
   return a.value < b.value;
@@ -200,7 +207,8 @@ bool operator>(const guarded& a, const guarded& b) {
   return a.value > b.value;
 }
 
-/// Sorts `values` between guards that hold `guard_value`, and tells whether a guard was read or moved.
+/// Sorts `values` between guards that hold `guard_value`, and tells whether a guard was read or
+/// moved.
 bool stays_within_its_range(const std::vector<double>& values, double guard_value) {
   constexpr std::size_t guards = 3;
   std::vector<guarded> row(guards, {guard_value, true});
@@ -210,11 +218,13 @@ bool stays_within_its_range(const std::vector<double>& values, double guard_valu
   row.insert(row.end(), guards, {guard_value, true});
 
   guarded::guard_was_read = false;
-  _kalvio_eigen_quicksort(row.data(), static_cast<index_type>(guards), static_cast<index_type>(guards + values.size()) - 1);
+  _kalvio_eigen_quicksort(row.data(), static_cast<index_type>(guards),
+                          static_cast<index_type>(guards + values.size()) - 1);
   const auto all_guards = [](auto first, auto last) {
     return std::all_of(first, last, [](const guarded& g) { return g.is_guard; });
   };
-  return !guarded::guard_was_read && all_guards(row.begin(), row.begin() + guards) && all_guards(row.end() - guards, row.end());
+  return !guarded::guard_was_read && all_guards(row.begin(), row.begin() + guards) &&
+         all_guards(row.end() - guards, row.end());
 }
 
 TEST(Quicksort, NeverReadsOutsideItsRangeWhateverTheNaNs) {
@@ -226,7 +236,9 @@ TEST(Quicksort, NeverReadsOutsideItsRangeWhateverTheNaNs) {
   }
 }
 
-MATCHER(SameBitsPair, "are the same to the bit") { return gait_test::same_bits(std::get<0>(arg), std::get<1>(arg)); }
+MATCHER(SameBitsPair, "are the same to the bit") {
+  return gait_test::same_bits(std::get<0>(arg), std::get<1>(arg));
+}
 
 TEST(Quicksort, KeepsEveryValueOfAnInputWithNaNs) {
   std::mt19937_64 random(33);

@@ -23,13 +23,16 @@ using gait_test::nan;
 using testing::IsEmpty;
 
 template <class... Records>
-constexpr bool are_values = ((std::is_default_constructible_v<Records> && std::is_copy_constructible_v<Records> &&
-                              std::is_copy_assignable_v<Records> && std::is_nothrow_move_constructible_v<Records> &&
+constexpr bool are_values = ((std::is_default_constructible_v<Records> &&
+                              std::is_copy_constructible_v<Records> &&
+                              std::is_copy_assignable_v<Records> &&
+                              std::is_nothrow_move_constructible_v<Records> &&
                               std::is_nothrow_move_assignable_v<Records>)&&...);
 
-static_assert(are_values<gait_foot_cycle, gait_feet_cycle, sensor_signal, sensor_recording, gait_foot_result, gait_feet_result,
-                         gait_result, gait_generate_statistics_settings, gait_statistics_parameter, gait_statistics_info,
-                         gait_statistics>);
+static_assert(
+    are_values<gait_foot_cycle, gait_feet_cycle, sensor_signal, sensor_recording, gait_foot_result,
+               gait_feet_result, gait_result, gait_generate_statistics_settings,
+               gait_statistics_parameter, gait_statistics_info, gait_statistics>);
 
 TEST(DefaultValues, OfAFootCycleAreMissing) {
   const gait_foot_cycle cycle;
@@ -72,7 +75,9 @@ TEST(DefaultValues, OfAResultAreEmptyAndNull) {
   EXPECT_THAT(gait_foot_result().cycles, IsEmpty());
 }
 
-TEST(DefaultValues, OfTheSettingsRaiseNoFlag) { EXPECT_EQ(gait_generate_statistics_settings().settings_value, 0.0F); }
+TEST(DefaultValues, OfTheSettingsRaiseNoFlag) {
+  EXPECT_EQ(gait_generate_statistics_settings().settings_value, 0.0F);
+}
 
 TEST(DefaultValues, OfAParameterAreThoseOfAnEmptySample) {
   const gait_statistics_parameter parameter;
@@ -81,8 +86,8 @@ TEST(DefaultValues, OfAParameterAreThoseOfAnEmptySample) {
   EXPECT_EQ(parameter.unit, "");
   EXPECT_EQ(parameter.decimals, 0);
   EXPECT_THAT(parameter.values, IsEmpty());
-  for (const double statistic : {parameter.mean, parameter.median, parameter.std, parameter.iqr, parameter.min, parameter.max,
-                                 parameter.cv, parameter.asymmetry}) {
+  for (const double statistic : {parameter.mean, parameter.median, parameter.std, parameter.iqr,
+                                 parameter.min, parameter.max, parameter.cv, parameter.asymmetry}) {
     EXPECT_THAT(statistic, SameBits(-1.0));
   }
   EXPECT_FALSE(parameter.asymmetry_enabled);
@@ -91,9 +96,10 @@ TEST(DefaultValues, OfAParameterAreThoseOfAnEmptySample) {
 TEST(DefaultValues, OfTheAccountingAreZero) {
   const gait_statistics_info info;
   for (const double value :
-       {info.recording_duration, info.duration, info.excluded_1_fallback_gct_sum, info.excluded_2_gct_sum,
-        info.included_gct_sum, info.included_distance, info.total_distance, info.excluded_2_fallback_duration,
-        info.excluded_2_duration, info.excluded_1_fallback_duration, info.excluded_1_duration, info.included_duration}) {
+       {info.recording_duration, info.duration, info.excluded_1_fallback_gct_sum,
+        info.excluded_2_gct_sum, info.included_gct_sum, info.included_distance, info.total_distance,
+        info.excluded_2_fallback_duration, info.excluded_2_duration,
+        info.excluded_1_fallback_duration, info.excluded_1_duration, info.included_duration}) {
     EXPECT_THAT(value, SameBits(0.0));
   }
   EXPECT_EQ(info.cycle_count, 0);
@@ -145,7 +151,8 @@ TEST(Records, AMoveKeepsEveryLinkBetweenTheRecords) {
 }
 
 TEST(Records, TheEntryWritesOnlyStatisticsAndQualityFlags) {
-  for (walk w : {full_walk(), one_foot(foot().ramp(6, 1.0, 0.25)).excluded_1({1, 1, 9}).excluded_2({2, -4})}) {
+  for (walk w : {full_walk(),
+                 one_foot(foot().ramp(6, 1.0, 0.25)).excluded_1({1, 1, 9}).excluded_2({2, -4})}) {
     gait_result& result = w.result();
     const std::string input = text_of_input(result);
     gait_generate_statistics(result, w.settings());
@@ -156,8 +163,9 @@ TEST(Records, TheEntryWritesOnlyStatisticsAndQualityFlags) {
 
 TEST(MissingValue, IsOnlyWhatComparesEqualToMinusOne) {
   EXPECT_TRUE(gait_detail::is_missing(-1.0));
-  for (const double measured : {-0.999, -1.0000001, std::nextafter(-1.0, 0.0), std::nextafter(-1.0, -2.0), 0.0, -0.0, 1.0, -2.0,
-                                nan, infinity, -infinity}) {
+  for (const double measured :
+       {-0.999, -1.0000001, std::nextafter(-1.0, 0.0), std::nextafter(-1.0, -2.0), 0.0, -0.0, 1.0,
+        -2.0, nan, infinity, -infinity}) {
     EXPECT_FALSE(gait_detail::is_missing(measured)) << measured;
   }
 }
@@ -209,7 +217,8 @@ TEST_P(EveryFootParameter, HasAnEntryWithItsTextsWhenItsSampleIsEmpty) {
   EXPECT_EQ(empty.unit, measured.unit);
   EXPECT_EQ(empty.decimals, measured.decimals);
   EXPECT_THAT(empty.values, SameBitsEach({-1.0, -1.0}));
-  for (const double statistic : {empty.mean, empty.median, empty.std, empty.iqr, empty.min, empty.max, empty.cv}) {
+  for (const double statistic :
+       {empty.mean, empty.median, empty.std, empty.iqr, empty.min, empty.max, empty.cv}) {
     EXPECT_THAT(statistic, SameBits(-1.0));
   }
 }
@@ -217,19 +226,27 @@ TEST_P(EveryFootParameter, HasAnEntryWithItsTextsWhenItsSampleIsEmpty) {
 using cycle = gait_foot_cycle;
 INSTANTIATE_TEST_SUITE_P(
     Catalogue, EveryFootParameter,
-    testing::Values(source{"gct", &cycle::gct}, source{"swing", &cycle::swing}, source{"stance", &cycle::stance},
-                    source{"contact", &cycle::contact}, source{"cadence", &cycle::cadence}, source{"LDr", &cycle::ldr},
-                    source{"FFr", &cycle::ffr}, source{"PUr", &cycle::pur}, source{"slength", &cycle::slength},
-                    source{"swidth", &cycle::swidth}, source{"PathLength", &cycle::path_length}, source{"speed", &cycle::speed},
-                    source{"TA", &cycle::ta}, source{"peakswing", &cycle::peakswing}, source{"TOP", &cycle::top},
-                    source{"HSP", &cycle::hsp}, source{"maxHC", &cycle::max_hc}, source{"minTC", &cycle::min_tc},
-                    source{"maxTC1", &cycle::max_tc1}, source{"maxTC2", &cycle::max_tc2}, source{"mtcS", &cycle::mtc_speed},
-                    source{"HS", &cycle::hs}, source{"Step Time", &cycle::step_time}, source{"StepLength", &cycle::step_length},
-                    source{"impact_vert", &cycle::impact_vert}, source{"impact_hor", &cycle::impact_hor},
+    testing::Values(source{"gct", &cycle::gct}, source{"swing", &cycle::swing},
+                    source{"stance", &cycle::stance}, source{"contact", &cycle::contact},
+                    source{"cadence", &cycle::cadence}, source{"LDr", &cycle::ldr},
+                    source{"FFr", &cycle::ffr}, source{"PUr", &cycle::pur},
+                    source{"slength", &cycle::slength}, source{"swidth", &cycle::swidth},
+                    source{"PathLength", &cycle::path_length}, source{"speed", &cycle::speed},
+                    source{"TA", &cycle::ta}, source{"peakswing", &cycle::peakswing},
+                    source{"TOP", &cycle::top}, source{"HSP", &cycle::hsp},
+                    source{"maxHC", &cycle::max_hc}, source{"minTC", &cycle::min_tc},
+                    source{"maxTC1", &cycle::max_tc1}, source{"maxTC2", &cycle::max_tc2},
+                    source{"mtcS", &cycle::mtc_speed}, source{"HS", &cycle::hs},
+                    source{"Step Time", &cycle::step_time},
+                    source{"StepLength", &cycle::step_length},
+                    source{"impact_vert", &cycle::impact_vert},
+                    source{"impact_hor", &cycle::impact_hor},
                     source{"strike_eversion", &cycle::strike_eversion}),
     [](const auto& tested) {
       std::string name = tested.param.key;
-      name.erase(std::remove_if(name.begin(), name.end(), [](char c) { return c == ' ' || c == '_'; }), name.end());
+      name.erase(
+          std::remove_if(name.begin(), name.end(), [](char c) { return c == ' ' || c == '_'; }),
+          name.end());
       return name;
     });
 

@@ -50,7 +50,9 @@ gait_statistics_parameter built(const foot& side) {
 }
 
 /// The statistics of a sample of cycle durations.
-inline gait_statistics_parameter statistics_of(const std::vector<double>& sample) { return built<GCT>(foot().gct(sample)); }
+inline gait_statistics_parameter statistics_of(const std::vector<double>& sample) {
+  return built<GCT>(foot().gct(sample));
+}
 
 }  // namespace gait_test
 

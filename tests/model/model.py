@@ -20,10 +20,10 @@ MISSING = -1.0
 DOUBLE_EPSILON = 2.220446049250313e-16
 NAN = math.nan
 
-# The columns of definitions.md, typed in by hand: the page's table is printed from the library's catalogue, so that
-# reading it would compare the catalogue with itself.
+# The columns of definitions.md, typed in by hand: the page's table is printed from the library's
+# catalogue, so that reading it would compare the catalogue with itself.
 #
-#   parameter            key                unit                   decimals  ratio  cv     field
+#   parameter key unit decimals ratio cv field
 CATALOGUE = (
     ("Cycle duration",     "gct",             "seconds",             3,        True,  True,  "gct"),
     ("Swing",              "swing",           "% of gait cycle",     2,        True,  True,  "swing"),

@@ -1,7 +1,8 @@
 // Runs cases that stand on standard input, and prints every output of every call.
 //
-// A line is a word and what belongs to it, separated by tabs. Doubles are 16 hexadecimal digits, their bits; -1 stands
-// for null where a position is expected. What model.py and walks.py call a case is
+// A line is a word and what belongs to it, separated by tabs. Doubles are 16 hexadecimal digits,
+// their bits; -1 stands for null where a position is expected. What model.py and walks.py call a
+// case is
 //
 //     case        number, quality_flags                   outputs as constructed but for the flags
 //     parameter   the members of an entry, as printed     one that the caller put into the map
@@ -15,8 +16,9 @@
 //     call        settings_value as a double, how many times
 //     end
 //
-// Every call prints "called" with what it returned or threw, and, if the input is not what it was, a line that says so;
-// then "info", "parameter" for every entry, and "quality_flags". The end of a case is printed too.
+// Every call prints "called" with what it returned or threw, and, if the input is not what it was,
+// a line that says so; then "info", "parameter" for every entry, and "quality_flags". The end of a
+// case is printed too.
 
 #include "builders.h"
 
@@ -161,8 +163,9 @@ void each_member(Parameter& parameter, Do&& f) {
   f(parameter.decimals);
   f(parameter.values);
   for (double gait_statistics_parameter::*statistic :
-       {&gait_statistics_parameter::mean, &gait_statistics_parameter::median, &gait_statistics_parameter::std,
-        &gait_statistics_parameter::iqr, &gait_statistics_parameter::min, &gait_statistics_parameter::max,
+       {&gait_statistics_parameter::mean, &gait_statistics_parameter::median,
+        &gait_statistics_parameter::std, &gait_statistics_parameter::iqr,
+        &gait_statistics_parameter::min, &gait_statistics_parameter::max,
         &gait_statistics_parameter::cv}) {
     f(parameter.*statistic);
   }
@@ -172,11 +175,22 @@ void each_member(Parameter& parameter, Do&& f) {
 
 void print(const gait_statistics_info& info) {
   line text("info");
-  text.add(info.recording_duration).add(info.duration).add(info.excluded_1_fallback_gct_sum).add(info.excluded_2_gct_sum);
-  text.add(info.included_gct_sum).add(info.included_distance).add(info.total_distance).add(info.cycle_count);
-  text.add(info.excluded_count).add(info.cycles).add(info.excluded_2_fallback_count).add(info.excluded_2_count);
+  text.add(info.recording_duration)
+      .add(info.duration)
+      .add(info.excluded_1_fallback_gct_sum)
+      .add(info.excluded_2_gct_sum);
+  text.add(info.included_gct_sum)
+      .add(info.included_distance)
+      .add(info.total_distance)
+      .add(info.cycle_count);
+  text.add(info.excluded_count)
+      .add(info.cycles)
+      .add(info.excluded_2_fallback_count)
+      .add(info.excluded_2_count);
   text.add(info.excluded_1_fallback_count).add(info.excluded_1_count).add(info.included_count);
-  text.add(info.excluded_2_fallback_duration).add(info.excluded_2_duration).add(info.excluded_1_fallback_duration);
+  text.add(info.excluded_2_fallback_duration)
+      .add(info.excluded_2_duration)
+      .add(info.excluded_1_fallback_duration);
   text.add(info.excluded_1_duration).add(info.included_duration);
   text.print();
 }
@@ -218,7 +232,8 @@ public:
   }
   void add_foot(words& from) {
     const int recording = from.get<int>();
-    feet_.at(next_foot_++)->recording = recording < 0 ? nullptr : &recordings_.at(static_cast<std::size_t>(recording));
+    feet_.at(next_foot_++)->recording =
+        recording < 0 ? nullptr : &recordings_.at(static_cast<std::size_t>(recording));
   }
   void add_cycle(words& from) {
     gait_foot_cycle& cycle = feet_.at(next_foot_ - 1)->cycles.emplace_back();
@@ -243,23 +258,31 @@ public:
     for (gait_foot_cycle** link : {&cycle.right_cycle, &cycle.left_cycle}) {
       const int foot = from.get<int>();
       const int position = from.get<int>();
-      *link = foot < 0 ? nullptr : cycles_.at(static_cast<std::size_t>(foot)).at(static_cast<std::size_t>(position));
+      *link =
+          foot < 0
+              ? nullptr
+              : cycles_.at(static_cast<std::size_t>(foot)).at(static_cast<std::size_t>(position));
     }
   }
   void add_exclusions(words& from) {
-    const std::array<std::list<int>*, 4> lists = {&result.excluded_1, &result.excluded_1_fallback, &result.excluded_2,
-                                                  &result.excluded_2_fallback};
+    const std::array<std::list<int>*, 4> lists = {&result.excluded_1, &result.excluded_1_fallback,
+                                                  &result.excluded_2, &result.excluded_2_fallback};
     std::list<int>& indices = *lists.at(next_list_++);
     while (!from.at_end()) {
       indices.push_back(from.get<int>());
     }
   }
 
-  /// All that a call may read, and nothing that it may write; two of them are equal if nothing was changed.
+  /// All that a call may read, and nothing that it may write; two of them are equal if nothing was
+  /// changed.
   std::string inputs() const {
     std::string bytes;
-    const auto add = [&bytes](const auto& value) { bytes.append(reinterpret_cast<const char*>(&value), sizeof(value)); };
-    const auto add_pointer = [&add](const void* pointer) { add(reinterpret_cast<std::uintptr_t>(pointer)); };
+    const auto add = [&bytes](const auto& value) {
+      bytes.append(reinterpret_cast<const char*>(&value), sizeof(value));
+    };
+    const auto add_pointer = [&add](const void* pointer) {
+      add(reinterpret_cast<std::uintptr_t>(pointer));
+    };
     for (const sensor_recording& recording : recordings_) {
       add(recording.sampling_rate);
       for (const auto& [identifier, signal] : recording.signals) {
@@ -288,8 +311,8 @@ public:
       add_pointer(cycle.right_cycle);
       add_pointer(cycle.left_cycle);
     }
-    for (const auto* indices :
-         {&result.excluded_1, &result.excluded_1_fallback, &result.excluded_2, &result.excluded_2_fallback}) {
+    for (const auto* indices : {&result.excluded_1, &result.excluded_1_fallback, &result.excluded_2,
+                                &result.excluded_2_fallback}) {
       add(indices->size());
       for (const int index : *indices) {
         add(index);
@@ -328,7 +351,8 @@ public:
       outputs_ = {};
       from.read(outputs_.quality_flags);
     } else if (name == "parameter") {
-      gait_statistics_parameter& parameter = outputs_.statistics.parameters[from.get<std::string>()];
+      gait_statistics_parameter& parameter =
+          outputs_.statistics.parameters[from.get<std::string>()];
       each_member(parameter, [&from](auto& member) { from.read(member); });
     } else if (name == "walk") {
       const auto entries = from.get<std::size_t>();

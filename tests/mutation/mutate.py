@@ -51,12 +51,30 @@ def mutants_of(lists, only):
 
 
 def mutated(tree, mutant):
-    """The file's text with the fault; ends the program if there is no one place for it."""
+    """The file's text with the fault; ends the program if there is no one place for it.
+
+    Where clang-format breaks a line does not matter: between two words any white space will do, and
+    elsewhere none is needed.
+    """
     text = (tree / mutant["file"]).read_text()
-    found = text.count(mutant["from"])
-    if found != 1:
-        sys.exit(f"{mutant['list']}.toml: {mutant['file']} holds {found} times, expected once:\n{mutant['from']}")
-    return text.replace(mutant["from"], mutant["to"])
+    places = list(re.finditer(any_layout(mutant["from"]), text))
+    if len(places) != 1:
+        sys.exit(f"{mutant['list']}.toml: {mutant['file']} holds {len(places)} times, expected once:\n"
+                 f"{mutant['from']}")
+    return text[: places[0].start()] + mutant["to"] + text[places[0].end() :]
+
+
+def any_layout(code):
+    """A regular expression for the code, wherever its lines break."""
+    tokens = re.findall(r"\s+|\w+|[^\w\s]", code.strip())
+    pattern = ""
+    for before, token, after in zip(["", *tokens], tokens, [*tokens[1:], ""]):
+        if token.isspace():
+            between_words = before[-1:].isalnum() and after[:1].isalnum()
+            pattern += r"\s+" if between_words else r"\s*"
+        else:
+            pattern += re.escape(token) + ("" if after.isspace() or not after else r"\s*")
+    return pattern
 
 
 def run(arguments, folder, timeout=None):

@@ -1,4 +1,5 @@
-// A program outside the project: it must compile with nothing but what the package hands on, and get its figures right.
+// A program outside the project: it must compile with nothing but what the package hands on, and
+// get its figures right.
 #include <gait/gait.h>
 
 #include <cstdio>
@@ -26,6 +27,7 @@ int main() {
   const Eigen::Array3d included(1.0, 1.25, 1.5);
   const double from_headers = included.percentile(Eigen::Array<double, 1, 1>(50.0)).value();
 
-  std::printf("median cycle duration: %g s by the library, %g s by the headers\n", from_library, from_headers);
+  std::printf("median cycle duration: %g s by the library, %g s by the headers\n", from_library,
+              from_headers);
   return from_library == 1.25 && from_headers == 1.25 ? 0 : 1;
 }

@@ -1,6 +1,7 @@
 #!/usr/bin/env bash
 # Builds the Debian packages, installs, uses and removes them, and looks for what they leave behind:
-# BUILD_TREE COMPILER VERSION. Exits with 77, which CTest counts as skipped, where that cannot be done.
+# BUILD_TREE COMPILER VERSION. Exits with 77, which CTest counts as skipped, where that cannot be
+# done.
 set -euo pipefail
 tree=$1
 compiler=$2

@@ -1,5 +1,6 @@
 #!/usr/bin/env bash
-# The program runs from wherever it was installed, and finds a shared library by itself: BUILD_TREE PREFIX VERSION
+# The program runs from wherever it was installed, and finds a shared library by itself: BUILD_TREE
+# PREFIX VERSION
 set -euo pipefail
 rm -rf "$2"
 for component in runtime program; do

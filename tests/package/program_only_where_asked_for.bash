@@ -1,5 +1,6 @@
 #!/usr/bin/env bash
-# Tests need the program, but do not bring it into an installation without tools: SOURCE_TREE BUILD_TREE [CMAKE_OPTION]...
+# Tests need the program, but do not bring it into an installation without tools: SOURCE_TREE
+# BUILD_TREE [CMAKE_OPTION]...
 set -euo pipefail
 
 cmake -S "$1" -B "$2" -DGAIT_BUILD_TESTS=ON -DGAIT_BUILD_TOOLS=OFF "${@:3}"

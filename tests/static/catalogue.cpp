@@ -11,13 +11,14 @@ namespace {
 
 /// Whether a row holds exactly this. A source of another type than the row's is another source.
 template <class Tag, class ResultT, class Source>
-constexpr bool row_is(std::string_view key, std::string_view description, std::string_view unit, int decimals, bool has_ratio,
-                      bool has_cv, Source source) {
+constexpr bool row_is(std::string_view key, std::string_view description, std::string_view unit,
+                      int decimals, bool has_ratio, bool has_cv, Source source) {
   using row_type = std::decay_t<decltype(gait_catalogue::row_of<Tag>)>;
   constexpr const row_type& row = gait_catalogue::row_of<Tag>;
   if constexpr (std::is_same_v<decltype(row.source), Source>) {
-    return std::is_same_v<typename row_type::result_type, ResultT> && std::is_same_v<typename row_type::tag_type, Tag> &&
-           std::is_empty_v<Tag> && row.key == key && row.description == description && row.unit == unit &&
+    return std::is_same_v<typename row_type::result_type, ResultT> &&
+           std::is_same_v<typename row_type::tag_type, Tag> && std::is_empty_v<Tag> &&
+           row.key == key && row.description == description && row.unit == unit &&
            row.decimals == decimals && (row.sides == gait_catalogue::ratio) == has_ratio &&
            (row.spread == gait_catalogue::cv) == has_cv && row.source == source;
   }
@@ -68,8 +69,9 @@ template <class... Rows>
 tags<typename Rows::tag_type...> tags_of(const std::tuple<Rows...>&);
 
 static_assert(std::is_same_v<decltype(tags_of(gait_catalogue::table)),
-                             tags<GCT, SWING, STANCE, STANCE_MS, CADENCE, LDR, FFR, PUR, DS, SLENGTH, SWIDTH, PATHLENGTH, SPEED,
-                                  TA, PEAKSWING, TOP, HSP, MAXHC, MINTC, MAXTC1, MAXTC2, MTCS, HS, STEPTIME, STEPLENGTH,
+                             tags<GCT, SWING, STANCE, STANCE_MS, CADENCE, LDR, FFR, PUR, DS,
+                                  SLENGTH, SWIDTH, PATHLENGTH, SPEED, TA, PEAKSWING, TOP, HSP,
+                                  MAXHC, MINTC, MAXTC1, MAXTC2, MTCS, HS, STEPTIME, STEPLENGTH,
                                   STEPLENGTH_ALT, IMPACT_VERT, IMPACT_BREAK, PRONATION>>);
 
 constexpr int visited_rows() {

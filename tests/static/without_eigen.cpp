@@ -1,4 +1,5 @@
-// What a caller who only fills records and calls the entry includes, and all other headers that stand without Eigen.
+// What a caller who only fills records and calls the entry includes, and all other headers that
+// stand without Eigen.
 
 #include <eigen_plugins/quicksort.h>
 #include <gait/catalogue.h>

@@ -19,7 +19,8 @@ inline std::string bytes_of(const gait_walk::walk& walk) {
   for (const auto* foot : {&walk.left, &walk.right}) {
     add(foot->has_value());
     if (*foot) {
-      add((*foot)->sampling_rate, (*foot)->signal_1_samples, (*foot)->signal_2_samples, (*foot)->cycles.size());
+      add((*foot)->sampling_rate, (*foot)->signal_1_samples, (*foot)->signal_2_samples,
+          (*foot)->cycles.size());
       for (const gait_foot_cycle& cycle : (*foot)->cycles) {
         add(cycle.index, cycle.first_sample, cycle.last_sample);
         for (const auto field : gait_test::foot::measured_fields) {

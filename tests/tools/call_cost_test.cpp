@@ -51,7 +51,8 @@ walk with_exclusions(walk walk, exclusion_list list, int count) {
   return walk;
 }
 
-// How near the estimate must be: the lesser of both times, divided by the greater. On a quiet machine that is above 0.5.
+// How near the estimate must be: the lesser of both times, divided by the greater. On a quiet
+// machine that is above 0.5.
 constexpr double not_far_off = 0.25;
 
 double processor_seconds(const std::function<void()>& work) {
@@ -60,14 +61,16 @@ double processor_seconds(const std::function<void()>& work) {
   return static_cast<double>(std::clock() - start) / CLOCKS_PER_SEC;
 }
 
-/// How near the expected time is to what the call takes: 1 where they agree, 0.5 for half of it and for twice of it.
-/// Tried again when they are far off, because other programs take the caches away at times.
+/// How near the expected time is to what the call takes: 1 where they agree, 0.5 for half of it and
+/// for twice of it. Tried again when they are far off, because other programs take the caches away
+/// at times.
 double nearness(const walk& walk, std::optional<side> only = std::nullopt) {
   double best = 0.0;
   for (int tries = 0; tries < 3 && best <= not_far_off; ++tries) {
     analysis analysis = gait_walk::make_analysis(walk, only);
     const double expected = expected_seconds(analysis.result);
-    const double ratio = expected / processor_seconds([&] { gait_generate_statistics(analysis.result, {}); });
+    const double ratio =
+        expected / processor_seconds([&] { gait_generate_statistics(analysis.result, {}); });
     best = std::max(best, std::min(ratio, 1.0 / ratio));
   }
   return best;
@@ -75,7 +78,9 @@ double nearness(const walk& walk, std::optional<side> only = std::nullopt) {
 
 TEST(ExpectedTime, IsThatOfACallForBothFeet) { EXPECT_GT(nearness(walk_of(8000)), not_far_off); }
 
-TEST(ExpectedTime, IsThatOfACallForOneFoot) { EXPECT_GT(nearness(walk_of(8000), side::left), not_far_off); }
+TEST(ExpectedTime, IsThatOfACallForOneFoot) {
+  EXPECT_GT(nearness(walk_of(8000), side::left), not_far_off);
+}
 
 TEST(ExpectedTime, CountsEachFoot) {
   walk long_left = walk_of(8000);
@@ -91,13 +96,15 @@ TEST(ExpectedTime, CountsEachFoot) {
 }
 
 TEST(ExpectedTime, CountsTheSearchInTheExclusionLists) {
-  EXPECT_GT(nearness(with_exclusions(walk_of(12000), exclusion_list::excluded_1, 11999)), not_far_off);
+  EXPECT_GT(nearness(with_exclusions(walk_of(12000), exclusion_list::excluded_1, 11999)),
+            not_far_off);
 }
 
 TEST(ExpectedTime, CountsTheFallbackLists) {
   walk walk = with_exclusions(walk_of(4000), exclusion_list::excluded_1, 3999);
   for (int i = 0; i < 400000; ++i) {
-    walk.exclusions.push_back({analysed_cycles::feet, exclusion_list::excluded_2_fallback, i % 4000, ""});
+    walk.exclusions.push_back(
+        {analysed_cycles::feet, exclusion_list::excluded_2_fallback, i % 4000, ""});
   }
   EXPECT_GT(nearness(walk), not_far_off);
 }

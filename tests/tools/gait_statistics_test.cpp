@@ -1,4 +1,5 @@
-// What gait-statistics writes as JSON and CSV, against the values that the library computes of the same walk.
+// What gait-statistics writes as JSON and CSV, against the values that the library computes of the
+// same walk.
 
 #include "bits.h"
 #include "temporary_folder.h"
@@ -58,17 +59,20 @@ public:
       cycle.left_index = i % 7 == 3 ? std::nullopt : std::optional(i);
       walk.feet.push_back(cycle);
     }
-    walk.exclusions = {{gait_walk::analysed_cycles::feet, gait_walk::exclusion_list::excluded_1, 2, "turn"},
-                       {gait_walk::analysed_cycles::feet, gait_walk::exclusion_list::excluded_2_fallback, 5, "stop"},
-                       {gait_walk::analysed_cycles::left, gait_walk::exclusion_list::excluded_2, 1, "start"}};
+    walk.exclusions = {
+        {gait_walk::analysed_cycles::feet, gait_walk::exclusion_list::excluded_1, 2, "turn"},
+        {gait_walk::analysed_cycles::feet, gait_walk::exclusion_list::excluded_2_fallback, 5,
+         "stop"},
+        {gait_walk::analysed_cycles::left, gait_walk::exclusion_list::excluded_2, 1, "start"}};
     return walk;
   }
 
 private:
   /// About `typical`, and missing now and then.
   double measured(double typical) {
-    return std::uniform_int_distribution(0, 9)(random_) == 0 ? gait_missing
-                                                             : typical * std::uniform_real_distribution(0.8, 1.2)(random_);
+    return std::uniform_int_distribution(0, 9)(random_) == 0
+               ? gait_missing
+               : typical * std::uniform_real_distribution(0.8, 1.2)(random_);
   }
 
   gait_walk::foot foot(int cycles) {
@@ -109,13 +113,16 @@ protected:
                        (folder_ / "random").string());
   }
   const gait_result& result() const { return analysis_.result; }
-  const gait_statistics_parameter& parameter(const std::string& key) const { return result().statistics.parameters.at(key); }
+  const gait_statistics_parameter& parameter(const std::string& key) const {
+    return result().statistics.parameters.at(key);
+  }
 
   /// Whether the ratio of a key's parameter compares two measured sides.
   bool has_ratio(const std::string& key) const {
     const std::string name = key.substr(0, key.size() - 2);
-    return result().foot_results.size() > 1 && key != "asymmetry" && parameter(key).asymmetry_enabled &&
-           parameter(name + "_R").valid && parameter(name + "_L").valid;
+    return result().foot_results.size() > 1 && key != "asymmetry" &&
+           parameter(key).asymmetry_enabled && parameter(name + "_R").valid &&
+           parameter(name + "_L").valid;
   }
 
   static constexpr float settings_value = 40.1F;
@@ -127,10 +134,13 @@ private:
 };
 
 INSTANTIATE_TEST_SUITE_P(Modes, ProgramOutput,
-                         testing::Values(std::pair("", std::nullopt), std::pair("--foot left", std::optional(side::left)),
+                         testing::Values(std::pair("", std::nullopt),
+                                         std::pair("--foot left", std::optional(side::left)),
                                          std::pair("--foot right", std::optional(side::right))),
                          [](const auto& mode) {
-                           return !mode.param.second ? "BothFeet" : *mode.param.second == side::left ? "LeftFoot" : "RightFoot";
+                           return !mode.param.second                 ? "BothFeet"
+                                  : *mode.param.second == side::left ? "LeftFoot"
+                                                                     : "RightFoot";
                          });
 
 void expect_number(const json& actual, double expected, const std::string& what) {
@@ -192,7 +202,8 @@ TEST_P(ProgramOutput, CarriesEveryFieldOfEveryParameterAsJsonToTheBit) {
     expect_number(actual.at("min"), record.min, key + " min");
     expect_number(actual.at("max"), record.max, key + " max");
     expect_number(actual.at("cv"), record.cv, key + " cv");
-    expect_number(actual.at("asymmetry"), has_ratio(key) ? record.asymmetry : gait_missing, key + " asymmetry");
+    expect_number(actual.at("asymmetry"), has_ratio(key) ? record.asymmetry : gait_missing,
+                  key + " asymmetry");
   }
 }
 
@@ -231,7 +242,8 @@ std::vector<std::string> cells_of(const std::string& line) {
   std::vector<std::string> cells;
   std::istringstream text(line + ",");
   for (std::string cell; std::getline(text, cell, ',');) {
-    cells.push_back(cell.size() >= 2 && cell.front() == '"' ? cell.substr(1, cell.size() - 2) : cell);
+    cells.push_back(cell.size() >= 2 && cell.front() == '"' ? cell.substr(1, cell.size() - 2)
+                                                            : cell);
   }
   return cells;
 }
@@ -250,7 +262,8 @@ TEST_P(ProgramOutput, CarriesEveryStatisticOfEveryParameterAsCsvToTheBit) {
   std::istringstream table(run("csv"));
   std::string line;
   std::getline(table, line);
-  ASSERT_EQ(line, "walk,parameter,side,description,unit,n,mean,median,std,iqr,min,max,cv,asymmetry");
+  ASSERT_EQ(line,
+            "walk,parameter,side,description,unit,n,mean,median,std,iqr,min,max,cv,asymmetry");
   const bool both_feet = result().foot_results.size() > 1;
 
   std::size_t rows = 0;

@@ -73,9 +73,13 @@ const std::list<gait_foot_cycle>& cycles_of(const walk& walk, side side) {
   return (side == side::left ? walk.left : walk.right).value().cycles;
 }
 
-std::vector<gait_foot_cycle> as_vector(const std::list<gait_foot_cycle>& cycles) { return {cycles.begin(), cycles.end()}; }
+std::vector<gait_foot_cycle> as_vector(const std::list<gait_foot_cycle>& cycles) {
+  return {cycles.begin(), cycles.end()};
+}
 
-analysed_cycles alone(side side) { return side == side::left ? analysed_cycles::left : analysed_cycles::right; }
+analysed_cycles alone(side side) {
+  return side == side::left ? analysed_cycles::left : analysed_cycles::right;
+}
 
 std::set<int> excluded(const walk& walk, analysed_cycles cycles, const std::string& reason = "") {
   std::set<int> indices;
@@ -109,7 +113,9 @@ std::vector<double> values(const std::vector<gait_foot_cycle>& cycles, cycle_fie
 
 // ---------------------------------------------------------------- statistics
 
-double mean(const std::vector<double>& x) { return std::accumulate(x.begin(), x.end(), 0.0) / static_cast<double>(x.size()); }
+double mean(const std::vector<double>& x) {
+  return std::accumulate(x.begin(), x.end(), 0.0) / static_cast<double>(x.size());
+}
 
 double covariance(const std::vector<double>& x, const std::vector<double>& y) {
   const double mean_x = mean(x);
@@ -127,7 +133,9 @@ double correlation(const std::vector<double>& x, const std::vector<double>& y) {
   return covariance(x, y) / (deviation(x) * deviation(y));
 }
 
-double slope(const std::vector<double>& x, const std::vector<double>& y) { return covariance(x, y) / covariance(x, x); }
+double slope(const std::vector<double>& x, const std::vector<double>& y) {
+  return covariance(x, y) / covariance(x, x);
+}
 
 /// Squared distance of y from its straight line.
 double off_the_line(const std::vector<double>& y) {
@@ -137,8 +145,8 @@ double off_the_line(const std::vector<double>& y) {
   return (covariance(y, y) - b * b * covariance(x, x)) * static_cast<double>(y.size() - 1);
 }
 
-/// The exponent of detrended fluctuation analysis (C.-K. Peng et al., Phys Rev E 49:1685-1689, 1994), over box sizes
-/// from 4 to a quarter of the series.
+/// The exponent of detrended fluctuation analysis (C.-K. Peng et al., Phys Rev E 49:1685-1689,
+/// 1994), over box sizes from 4 to a quarter of the series.
 double dfa_exponent(const std::vector<double>& series) {
   std::vector<double> profile;
   const double level = mean(series);
@@ -185,13 +193,14 @@ struct run_result {
 /// Runs a gait-make-walk command line in a folder.
 run_result run(const fs::path& folder, const std::string& arguments) {
   const fs::path output = folder / "output.txt";
-  const std::string command =
-      "cd '" + folder.string() + "' && '" GAIT_MAKE_WALK "' " + arguments + " >'" + output.string() + "' 2>&1";
+  const std::string command = "cd '" + folder.string() + "' && '" GAIT_MAKE_WALK "' " + arguments +
+                              " >'" + output.string() + "' 2>&1";
   const int status = std::system(command.c_str());
   return {WIFEXITED(status) ? WEXITSTATUS(status) : -1, file_text(output)};
 }
 
-const std::vector<std::string> tables = {"recording.csv", "foot_cycles.csv", "feet_cycles.csv", "exclusions.csv"};
+const std::vector<std::string> tables = {"recording.csv", "foot_cycles.csv", "feet_cycles.csv",
+                                         "exclusions.csv"};
 
 // ---------------------------------------------------------------- the model's figures
 
@@ -253,7 +262,8 @@ TEST(WalkModel, LongerStridesAreQuickerAndFaster) {
   const walk walk = make_walk(straight_walk(4096));
   const auto straight = strides(walk, side::left);
   const auto lengths = values(straight, &gait_foot_cycle::slength);
-  EXPECT_NEAR(correlation(lengths, values(straight, &gait_foot_cycle::gct)), typical::step_time_length_correlation, 0.15);
+  EXPECT_NEAR(correlation(lengths, values(straight, &gait_foot_cycle::gct)),
+              typical::step_time_length_correlation, 0.15);
   EXPECT_GT(correlation(lengths, values(straight, &gait_foot_cycle::speed)), 0.7);
 }
 
@@ -301,7 +311,8 @@ TEST(WalkModel, AStrideIsAStepOfEachFoot) {
   const auto right = as_vector(cycles_of(walk, side::right));
   for (std::size_t i = 1; i < right.size(); ++i) {
     EXPECT_NEAR(right[i].gct, left[i - 1].step_time + right[i].step_time, 1e-9) << i;
-    EXPECT_NEAR(right[i].slength, left[i - 1].step_length + right[i].step_length, 0.00015 + 1e-9) << i;
+    EXPECT_NEAR(right[i].slength, left[i - 1].step_length + right[i].step_length, 0.00015 + 1e-9)
+        << i;
   }
 }
 
@@ -309,12 +320,15 @@ TEST(WalkModel, DoubleSupportIsTheTimeInWhichTheStancesOfBothFeetOverlap) {
   const walk walk = make_walk(straight_walk(50));
   const auto left = as_vector(cycles_of(walk, side::left));
   const auto right = as_vector(cycles_of(walk, side::right));
-  const auto toe_off = [](const gait_foot_cycle& cycle) { return cycle.hs + cycle.contact / 1000.0; };
+  const auto toe_off = [](const gait_foot_cycle& cycle) {
+    return cycle.hs + cycle.contact / 1000.0;
+  };
   for (std::size_t i = 1; i < right.size(); ++i) {
     const double both = toe_off(left[i - 1]) - right[i].hs + toe_off(right[i]) - left[i].hs;
     EXPECT_NEAR(walk.feet[i].ds, 100.0 * both / right[i].gct, 0.001) << i;
   }
-  EXPECT_EQ(walk.feet[0].ds, gait_missing) << "the left foot's stance before the first stride is not known";
+  EXPECT_EQ(walk.feet[0].ds, gait_missing)
+      << "the left foot's stance before the first stride is not known";
 }
 
 TEST(WalkModel, CyclesOfBothFeetLinkARightStrideToTheLeftOneThatBeginsWithinIt) {
@@ -357,7 +371,8 @@ TEST(WalkModel, ALostStrideIsInNoTableAndLeavesItsPartnerAlone) {
   settings.lost = 5;
   const walk walk = make_walk(settings);
   const auto without = [&](auto link) {
-    return std::count_if(walk.feet.begin(), walk.feet.end(), [&](const auto& cycle) { return !(cycle.*link); });
+    return std::count_if(walk.feet.begin(), walk.feet.end(),
+                         [&](const auto& cycle) { return !(cycle.*link); });
   };
   EXPECT_EQ(walk.feet.size(), 100U);
   EXPECT_EQ(cycles_of(walk, side::left).size(), 97U);
@@ -375,7 +390,8 @@ TEST(WalkModel, RecordingsHoldAllStridesAndTheStandingAroundThem) {
   for (const auto* foot : {&walk.left, &walk.right}) {
     EXPECT_EQ((*foot)->sampling_rate, 100);
     EXPECT_GE((*foot)->cycles.front().first_sample, 200);
-    EXPECT_GE((*foot)->signal_1_samples, static_cast<std::uint64_t>((*foot)->cycles.back().last_sample) + 200U);
+    EXPECT_GE((*foot)->signal_1_samples,
+              static_cast<std::uint64_t>((*foot)->cycles.back().last_sample) + 200U);
     EXPECT_EQ((*foot)->signal_1_samples, (*foot)->signal_2_samples);
   }
 }
@@ -391,7 +407,8 @@ TEST(WalkModel, OnlyWhatCannotBeKnownIsMissingAndNoValueIsRoundedToTheMissingOne
       beside += cycle.ta == -0.99 ? 1 : 0;
     }
   }
-  EXPECT_GT(beside, 80) << "about 65 turning angles a hundredth of a degree, and -1.00 is counted with -0.99";
+  EXPECT_GT(beside, 80)
+      << "about 65 turning angles a hundredth of a degree, and -1.00 is counted with -0.99";
 }
 
 // ---------------------------------------------------------------- turns, starts and stops
@@ -413,7 +430,9 @@ TEST(WalkModel, StridesInATurnAreSlowerShorterAndWider) {
   for (const side side : {side::left, side::right}) {
     const auto turn = strides(walk, side, "turn");
     const auto straight = strides(walk, side);
-    const auto compared = [&](cycle_field field) { return mean(values(turn, field)) / mean(values(straight, field)); };
+    const auto compared = [&](cycle_field field) {
+      return mean(values(turn, field)) / mean(values(straight, field));
+    };
     EXPECT_LT(compared(&gait_foot_cycle::speed), 0.9);
     EXPECT_LT(compared(&gait_foot_cycle::slength), 0.9);
     EXPECT_GT(compared(&gait_foot_cycle::gct), 1.02);
@@ -454,7 +473,8 @@ TEST(WalkModel, TurnsAndStumblesAreOfKindOneStartsAndStopsOfKindTwo) {
   for (const gait_walk::exclusion& exclusion : walk.exclusions) {
     EXPECT_EQ(exclusion.list, list_of.at(exclusion.reason));
   }
-  for (const analysed_cycles cycles : {analysed_cycles::feet, analysed_cycles::left, analysed_cycles::right}) {
+  for (const analysed_cycles cycles :
+       {analysed_cycles::feet, analysed_cycles::left, analysed_cycles::right}) {
     EXPECT_EQ(excluded(walk, cycles, "outlier").size(), 3U);
     EXPECT_EQ(excluded(walk, cycles, "start").size(), 3U);
     EXPECT_EQ(excluded(walk, cycles, "stop").size(), 3U);
@@ -480,7 +500,8 @@ TEST(WalkModel, AnyLengthFromOneStrideOnKeepsACycle) {
   for (int n = 1; n <= 40; ++n) {
     const walk walk = make_walk(straight_walk(n));
     EXPECT_EQ(walk.feet.size(), static_cast<std::size_t>(n));
-    for (const analysed_cycles cycles : {analysed_cycles::feet, analysed_cycles::left, analysed_cycles::right}) {
+    for (const analysed_cycles cycles :
+         {analysed_cycles::feet, analysed_cycles::left, analysed_cycles::right}) {
       EXPECT_EQ(excluded(walk, cycles).size(), n < 4 ? 0U : 2U) << n;
     }
   }
@@ -574,8 +595,10 @@ TEST(WalkModel, TheFewestStridesThatASettingTakesAreEnough) {
       settings.strides = (pauses + 1) * 6 * ((turns + pauses) / (pauses + 1) + 1);
       settings.lost = settings.strides / 10;
       const walk walk = make_walk(settings);
-      EXPECT_EQ(excluded(walk, analysed_cycles::right, "turn").size(), 3U * static_cast<unsigned>(turns));
-      EXPECT_EQ(excluded(walk, analysed_cycles::right, "start").size(), static_cast<unsigned>(pauses) + 1U);
+      EXPECT_EQ(excluded(walk, analysed_cycles::right, "turn").size(),
+                3U * static_cast<unsigned>(turns));
+      EXPECT_EQ(excluded(walk, analysed_cycles::right, "start").size(),
+                static_cast<unsigned>(pauses) + 1U);
       --settings.strides;
       settings.lost = 0;
       EXPECT_THROW(make_walk(settings), std::invalid_argument);
@@ -617,7 +640,8 @@ TEST(RandomNumbers, NormalOnesHaveMeanZeroDeviationOneAndTheTailsOfTheNormalDist
   gait_walk::random_numbers random(1);
   std::vector<double> x(100'000);
   std::generate(x.begin(), x.end(), [&] { return random.normal(); });
-  const auto beyond = std::count_if(x.begin(), x.end(), [](double z) { return std::abs(z) > 1.959963984540054; });
+  const auto beyond =
+      std::count_if(x.begin(), x.end(), [](double z) { return std::abs(z) > 1.959963984540054; });
   EXPECT_NEAR(mean(x), 0.0, 0.015);
   EXPECT_NEAR(deviation(x), 1.0, 0.01);
   EXPECT_NEAR(static_cast<double>(beyond) / 100'000.0, 0.05, 0.003);
@@ -664,7 +688,9 @@ gait_result analysed(const walk& walk, std::optional<side> only, gait_walk::anal
   return analysis.result;
 }
 
-walk example(const char* name) { return gait_walk::read_walk_folder(fs::path(GAIT_EXAMPLE_WALKS) / name).walk; }
+walk example(const char* name) {
+  return gait_walk::read_walk_folder(fs::path(GAIT_EXAMPLE_WALKS) / name).walk;
+}
 
 TEST(ExampleWalks, TheWalkOfBothFeetHasNoQualityFlagAndEveryParameter) {
   gait_walk::analysis analysis;
@@ -684,7 +710,8 @@ TEST(ExampleWalks, TheWalkOfBothFeetIsPlausible) {
     EXPECT_NEAR(parameters.at("speed" + side).mean, 1.26, 0.1);
     EXPECT_GT(parameters.at("gct" + side).cv, 1.0);
     EXPECT_LT(parameters.at("gct" + side).cv, 3.0);
-    for (const char* key : {"gct", "swing", "stance", "slength", "speed", "Step Time", "StepLength"}) {
+    for (const char* key :
+         {"gct", "swing", "stance", "slength", "speed", "Step Time", "StepLength"}) {
       EXPECT_NEAR(parameters.at(key + side).asymmetry, 1.0, 0.05) << key;
     }
   }
@@ -696,7 +723,8 @@ TEST(ExampleWalks, TheWalkOfBothFeetHasATurnAStumbleStartsStopsAndStridesWithout
   EXPECT_EQ(walk.feet.size(), 40U);
   EXPECT_EQ(cycles_of(walk, side::left).size(), 39U);
   EXPECT_EQ(cycles_of(walk, side::right).size(), 39U);
-  for (const analysed_cycles cycles : {analysed_cycles::feet, analysed_cycles::left, analysed_cycles::right}) {
+  for (const analysed_cycles cycles :
+       {analysed_cycles::feet, analysed_cycles::left, analysed_cycles::right}) {
     for (const char* reason : {"turn", "outlier", "start", "stop"}) {
       EXPECT_FALSE(excluded(walk, cycles, reason).empty()) << reason;
     }
@@ -742,7 +770,8 @@ TEST(ExampleWalks, TheCommandInEachReadmeMakesItsTablesAgainToTheBit) {
     const run_result result = run(folder.path(), command_in(original / "README.md"));
     ASSERT_EQ(result.exit_code, 0) << result.output;
     for (const std::string& table : tables) {
-      EXPECT_EQ(file_text(folder / name / table), file_text(original / table)) << name << '/' << table;
+      EXPECT_EQ(file_text(folder / name / table), file_text(original / table))
+          << name << '/' << table;
     }
   }
 }
@@ -758,9 +787,10 @@ TEST(ExampleWalks, EachReadmeSaysThatTheWalkIsModelled) {
 
 TEST(MakeWalkProgram, WritesTheWalkOfItsOptions) {
   const temporary_folder folder;
-  const run_result result = run(folder.path(),
-                                "some/walk --strides 60 --seed 7 --feet both --turns 2 --pauses 1 --outliers 1 "
-                                "--lost 2 --missing 0.1 --rate 200");
+  const run_result result =
+      run(folder.path(),
+          "some/walk --strides 60 --seed 7 --feet both --turns 2 --pauses 1 --outliers 1 "
+          "--lost 2 --missing 0.1 --rate 200");
   ASSERT_EQ(result.exit_code, 0) << result.output;
   EXPECT_EQ(result.output, "");
   walk_settings settings;
@@ -773,7 +803,8 @@ TEST(MakeWalkProgram, WritesTheWalkOfItsOptions) {
   settings.lost = 2;
   settings.missing = 0.1;
   settings.rate = 200;
-  EXPECT_TRUE(bytes_of(gait_walk::read_walk_folder(folder / "some" / "walk").walk) == bytes_of(make_walk(settings)));
+  EXPECT_TRUE(bytes_of(gait_walk::read_walk_folder(folder / "some" / "walk").walk) ==
+              bytes_of(make_walk(settings)));
 }
 
 TEST(MakeWalkProgram, RefusesAFolderThatIsThereUnlessForced) {
@@ -792,8 +823,9 @@ TEST(MakeWalkProgram, RefusesAFolderThatIsThereUnlessForced) {
 
 TEST(MakeWalkProgram, AnswersBadUsageWithCodeTwoAndWritesNothing) {
   const temporary_folder folder;
-  for (const std::string arguments : {"", "walk --strides many", "walk --strides 0", "walk --feet three", "walk --turns 40",
-                                      "walk --missing 2", "walk --no-such-option"}) {
+  for (const std::string arguments :
+       {"", "walk --strides many", "walk --strides 0", "walk --feet three", "walk --turns 40",
+        "walk --missing 2", "walk --no-such-option"}) {
     const run_result result = run(folder.path(), arguments);
     EXPECT_EQ(result.exit_code, 2) << arguments;
     EXPECT_FALSE(result.output.empty()) << arguments;
@@ -811,8 +843,9 @@ TEST(MakeWalkProgram, NamesEveryOptionInItsHelp) {
   const temporary_folder folder;
   const run_result result = run(folder.path(), "--help");
   EXPECT_EQ(result.exit_code, 0);
-  for (const char* option : {"FOLDER", "--strides", "--seed", "--feet", "--turns", "--pauses", "--outliers", "--lost",
-                             "--missing", "--rate", "--force", "both, left or right", "modelled, not measured"}) {
+  for (const char* option :
+       {"FOLDER", "--strides", "--seed", "--feet", "--turns", "--pauses", "--outliers", "--lost",
+        "--missing", "--rate", "--force", "both, left or right", "modelled, not measured"}) {
     EXPECT_NE(result.output.find(option), std::string::npos) << option;
   }
 }

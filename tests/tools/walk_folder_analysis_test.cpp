@@ -88,7 +88,8 @@ TEST(Analysis, RefusesAFootThatTheWalkLacks) {
 }
 
 const char* const exclusions_of_all_kinds =
-    "feet,excluded_2,9,a\nleft,excluded_1,1,b\nfeet,excluded_1,1,c\nfeet,excluded_1,-4,d\nfeet,excluded_1,1,e\n"
+    "feet,excluded_2,9,a\nleft,excluded_1,1,b\nfeet,excluded_1,1,c\nfeet,excluded_1,-4,d\nfeet,"
+    "excluded_1,1,e\n"
     "feet,excluded_1_fallback,0,f\nfeet,excluded_2_fallback,7,g\nright,excluded_2,0,h\n";
 
 TEST(Analysis, KeepsTheListsOfItsOwnModeInOrder) {
@@ -113,7 +114,8 @@ TEST(Analysis, StaysWholeWhenItIsMoved) {
   EXPECT_EQ(moved.result.left_foot->recording, &moved.recordings.front());
   analysis assigned;
   assigned = make_analysis(walk_of({}));
-  EXPECT_EQ(assigned.result.feet_result.cycles.front().left_cycle, &assigned.result.left_foot->cycles.front());
+  EXPECT_EQ(assigned.result.feet_result.cycles.front().left_cycle,
+            &assigned.result.left_foot->cycles.front());
   EXPECT_TRUE(gait_generate_statistics(assigned.result, {}));
   EXPECT_EQ(assigned.result.statistics.parameters.at("gct_L").mean, 1.25);
 }
@@ -141,14 +143,16 @@ TEST(CheckAnalysis, HasNothingToSayAboutAWalkWithIncludedCycles) {
 TEST(CheckAnalysis, ReportsThatNoCycleIsLeft) {
   const walk walk = walk_with_exclusions("feet,excluded_1,1,\nfeet,excluded_2,0,\n");
   EXPECT_EQ(messages_of(check_analysis(walk, std::nullopt, "some/w")),
-            (messages{"some/w/exclusions.csv: found all 2 cycles of \"feet\" excluded, expected at least one to be left"}));
+            (messages{"some/w/exclusions.csv: found all 2 cycles of \"feet\" excluded, expected at "
+                      "least one to be left"}));
   EXPECT_EQ(messages_of(check_analysis(walk, side::left, "w")), messages{});
 }
 
 TEST(CheckAnalysis, ReportsThatNoCycleOfTheOneFootIsLeft) {
   const walk walk = walk_with_exclusions("left,excluded_1,0,\nleft,excluded_1,1,\n");
   EXPECT_EQ(messages_of(check_analysis(walk, side::left, "w/")),
-            (messages{"w/exclusions.csv: found all 2 cycles of \"left\" excluded, expected at least one to be left"}));
+            (messages{"w/exclusions.csv: found all 2 cycles of \"left\" excluded, expected at "
+                      "least one to be left"}));
   EXPECT_EQ(messages_of(check_analysis(walk, std::nullopt, "w")), messages{});
   EXPECT_EQ(messages_of(check_analysis(walk, side::right, "w")), messages{});
 }
@@ -162,7 +166,8 @@ TEST(CheckAnalysis, DoesNotCountFallbackListsOrIndicesOutOfRange) {
 
 TEST(CheckAnalysis, ReportsAFootThatTheWalkLacks) {
   EXPECT_EQ(messages_of(check_analysis(walk_of(left_foot_only()), side::right, "w")),
-            (messages{"w/recording.csv: column foot: found no right foot, expected the foot that is to be analysed"}));
+            (messages{"w/recording.csv: column foot: found no right foot, expected the foot that "
+                      "is to be analysed"}));
 }
 
 }  // namespace

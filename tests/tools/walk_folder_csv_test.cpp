@@ -58,7 +58,9 @@ TEST(CsvTable, NeedsNoLineBreakAtTheEnd) {
   EXPECT_EQ(rows_of("a,b\nc,"), (rows{{1, {"a", "b"}}, {2, {"c", ""}}}));
 }
 
-TEST(CsvTable, SkipsBlankLinesButCountsThem) { EXPECT_EQ(rows_of("\na\n\n  \r\n\r\nb\n\n"), (rows{{2, {"a"}}, {6, {"b"}}})); }
+TEST(CsvTable, SkipsBlankLinesButCountsThem) {
+  EXPECT_EQ(rows_of("\na\n\n  \r\n\r\nb\n\n"), (rows{{2, {"a"}}, {6, {"b"}}}));
+}
 
 TEST(CsvTable, CountsTheLinesWithinQuotedCells) {
   EXPECT_EQ(rows_of("\"a\nb\r\nc\",d\ne,f\n"), (rows{{1, {"a\nb\r\nc", "d"}}, {4, {"e", "f"}}}));
@@ -75,9 +77,12 @@ TEST(CsvTable, TakesBlanksAroundCellsAwayButNotWithinQuotes) {
   EXPECT_EQ(rows_of(" a ,\tb\n\" c \",d"), (rows{{1, {"a", "b"}}, {2, {" c ", "d"}}}));
 }
 
-TEST(CsvTable, ReadsDoubledQuotationMarksAsOne) { EXPECT_EQ(rows_of("\"a \"\"b\"\"\"\n"), (rows{{1, {"a \"b\""}}})); }
+TEST(CsvTable, ReadsDoubledQuotationMarksAsOne) {
+  EXPECT_EQ(rows_of("\"a \"\"b\"\"\"\n"), (rows{{1, {"a \"b\""}}}));
+}
 
-// The chunks are 65536 bytes: the pair of CR and LF, a character of two bytes and a cell lie across their border.
+// The chunks are 65536 bytes: the pair of CR and LF, a character of two bytes and a cell lie across
+// their border.
 TEST(CsvTable, GivesTheSameRowsWhereverChunksEnd) {
   for (const std::size_t length : {65533U, 65534U, 65535U, 65536U, 65537U}) {
     const std::string first(length, 'a');
@@ -108,20 +113,24 @@ TEST(CsvTable, RefusesNulBytes) {
 }
 
 TEST(CsvTable, RefusesWhatIsNoUtf8) {
-  for (const char* bytes : {"\x80", "\xC1\x80", "\xC3(", "\xE0\x9F\xBF", "\xED\xA0\x80", "\xE2\x82", "\xF0\x8F\xBF\xBF",
-                            "\xF4\x90\x80\x80", "\xF5\x80\x80\x80", "m\374de"}) {
-    EXPECT_EQ(error_of(std::string("a\n") + bytes),
-              (error{2, "found a byte that is not UTF-8, expected UTF-8: save the table as UTF-8"}));
+  for (const char* bytes :
+       {"\x80", "\xC1\x80", "\xC3(", "\xE0\x9F\xBF", "\xED\xA0\x80", "\xE2\x82", "\xF0\x8F\xBF\xBF",
+        "\xF4\x90\x80\x80", "\xF5\x80\x80\x80", "m\374de"}) {
+    EXPECT_EQ(
+        error_of(std::string("a\n") + bytes),
+        (error{2, "found a byte that is not UTF-8, expected UTF-8: save the table as UTF-8"}));
   }
 }
 
 TEST(CsvTable, TakesEveryLengthOfUtf8) {
-  const std::string text = "\x7F\xC2\xA0\xDF\xBF\xE0\xA0\x80\xED\x9F\xBF\xEF\xBF\xBF\xF0\x90\x80\x80\xF4\x8F\xBF\xBF";
+  const std::string text =
+      "\x7F\xC2\xA0\xDF\xBF\xE0\xA0\x80\xED\x9F\xBF\xEF\xBF\xBF\xF0\x90\x80\x80\xF4\x8F\xBF\xBF";
   EXPECT_EQ(rows_of(text), (rows{{1, {text}}}));
 }
 
 TEST(CsvTable, NamesTheLineOfBrokenQuoting) {
-  const std::string inside = "found a quotation mark inside a cell, expected such marks only around a whole cell";
+  const std::string inside =
+      "found a quotation mark inside a cell, expected such marks only around a whole cell";
   EXPECT_EQ(error_of("a\nb\"c\n"), (error{2, inside}));
   EXPECT_EQ(error_of("a\n\"b\"c\n"), (error{2, inside}));
   EXPECT_EQ(error_of("a\n\"b\nb\"c\n"), (error{3, inside}));
@@ -134,10 +143,13 @@ TEST(CsvTable, NamesTheLineOnWhichAnOpenQuotationBegins) {
 }
 
 TEST(CsvTable, RefusesARowThatIsTooLong) {
-  const error too_long = {2, "found a row of more than 1048576 bytes, expected a shorter one: is a quotation mark left open?"};
+  const error too_long = {2,
+                          "found a row of more than 1048576 bytes, expected a shorter one: is a "
+                          "quotation mark left open?"};
   EXPECT_EQ(error_of("a\n\"" + std::string(csv_table::max_row_bytes, 'b')), too_long);
   EXPECT_EQ(error_of("a\n" + std::string(csv_table::max_row_bytes + 1, ',')), too_long);
-  EXPECT_EQ(error_of("a\n" + std::string(csv_table::max_row_bytes - 1, 'b') + "\n"), (error{0, "none"}));
+  EXPECT_EQ(error_of("a\n" + std::string(csv_table::max_row_bytes - 1, 'b') + "\n"),
+            (error{0, "none"}));
 }
 
 TEST(CsvTable, TellsOtherSeparatorsByTheHeaderLine) {

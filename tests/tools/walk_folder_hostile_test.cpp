@@ -24,7 +24,8 @@ using namespace std::string_view_literals;
 
 TEST(HostileInput, OfTablesThroughPipesIsReadOneAfterTheOther) {
   const temporary_folder folder;
-  const std::vector<std::string> names = {"recording.csv", "foot_cycles.csv", "feet_cycles.csv", "exclusions.csv"};
+  const std::vector<std::string> names = {"recording.csv", "foot_cycles.csv", "feet_cycles.csv",
+                                          "exclusions.csv"};
   for (const std::string& name : names) {
     ASSERT_EQ(mkfifo((folder.path() / name).c_str(), 0600), 0);
   }
@@ -41,7 +42,8 @@ TEST(HostileInput, OfTablesThroughPipesIsReadOneAfterTheOther) {
 /// A text without end, of one character.
 class endless : public std::streambuf {
 public:
-  endless(char character, std::size_t most) : text_(std::size_t{1} << 16U, character), left_(most) {}
+  endless(char character, std::size_t most)
+      : text_(std::size_t{1} << 16U, character), left_(most) {}
   std::size_t given() const { return given_; }
 
 protected:
@@ -68,9 +70,9 @@ TEST(HostileInput, OfALineOfAHundredMegabytesIsNotReadToItsEnd) {
     tables.recording = &recording;
     const messages faults = faults_thrown_by([&] { gait_walk::read_walk_tables(tables); });
     ASSERT_FALSE(faults.empty());
-    EXPECT_EQ(
-        faults.front(),
-        "recording.csv:1: found a row of more than 1048576 bytes, expected a shorter one: is a quotation mark left open?");
+    EXPECT_EQ(faults.front(),
+              "recording.csv:1: found a row of more than 1048576 bytes, expected a shorter one: is "
+              "a quotation mark left open?");
     EXPECT_LT(buffer.given(), 2U << 20U);
   }
 }
@@ -109,7 +111,8 @@ std::string spoilt(std::string text, std::mt19937_64& random) {
   return text;
 }
 
-/// Whether a walk is read, and then whole enough to be analysed. What is thrown but faults ends the test.
+/// Whether a walk is read, and then whole enough to be analysed. What is thrown but faults ends the
+/// test.
 bool is_read(const tables& text) {
   try {
     const gait_walk::walk walk = read(text).walk;
@@ -130,7 +133,8 @@ TEST(HostileInput, GivesAWholeWalkOrFaults) {
   constexpr int walks = 4000;
   for (int i = 0; i < walks; ++i) {
     tables walk;
-    const std::array<std::string*, 4> all = {&walk.recording, &walk.foot_cycles, &walk.feet_cycles, &walk.exclusions};
+    const std::array<std::string*, 4> all = {&walk.recording, &walk.foot_cycles, &walk.feet_cycles,
+                                             &walk.exclusions};
     std::string& one = *all.at(random() % all.size());
     one = spoilt(one, random);
     whole += is_read(walk) ? 1 : 0;

@@ -24,8 +24,10 @@ using messages = std::vector<std::string>;
 // NOLINTBEGIN(cert-err58-cpp)
 inline const std::string recording_header = "foot,sampling_rate,signal_1_samples,signal_2_samples";
 inline const std::string foot_cycles_header =
-    "foot,index,first_sample,last_sample,hs,gct,swing,stance,contact,cadence,ldr,ffr,pur,slength,swidth,path_length,speed,ta,"
-    "peakswing,top,hsp,step_time,step_length,strike_eversion,max_hc,min_tc,max_tc1,max_tc2,mtc_speed,impact_vert,impact_hor";
+    "foot,index,first_sample,last_sample,hs,gct,swing,stance,contact,cadence,ldr,ffr,pur,slength,"
+    "swidth,path_length,speed,ta,"
+    "peakswing,top,hsp,step_time,step_length,strike_eversion,max_hc,min_tc,max_tc1,max_tc2,mtc_"
+    "speed,impact_vert,impact_hor";
 inline const std::string feet_cycles_header = "index,gct,ds,right_index,left_index";
 inline const std::string exclusions_header = "cycles,list,index,reason";
 
@@ -36,8 +38,9 @@ inline const std::string only_gct = ",1.25" + std::string(25, ',') + "\n";
 /// Two cycles of each foot and two of both, lines 2 to 5 and 2 to 3 of their tables.
 struct tables {
   std::string recording = recording_header + "\nleft,100,1000,1000\nright,100,1000,1000\n";
-  std::string foot_cycles = foot_cycles_header + "\nleft,0,0,99,0.5" + only_gct + "left,1,100,199,1.5" + only_gct +
-                            "right,0,50,149,1.0" + only_gct + "right,1,150,249,2.0" + only_gct;
+  std::string foot_cycles = foot_cycles_header + "\nleft,0,0,99,0.5" + only_gct +
+                            "left,1,100,199,1.5" + only_gct + "right,0,50,149,1.0" + only_gct +
+                            "right,1,150,249,2.0" + only_gct;
   std::string feet_cycles = feet_cycles_header + "\n0,1.25,25.5,0,0\n1,1.5,26.5,1,1\n";
   std::string exclusions = exclusions_header + "\nfeet,excluded_1,1,turn\n";
 };
@@ -46,7 +49,8 @@ struct tables {
 inline tables left_foot_only() {
   tables walk;
   walk.recording = recording_header + "\nleft,100,1000,1000\n";
-  walk.foot_cycles = foot_cycles_header + "\nleft,0,0,99,0.5" + only_gct + "left,1,100,199,1.5" + only_gct;
+  walk.foot_cycles =
+      foot_cycles_header + "\nleft,0,0,99,0.5" + only_gct + "left,1,100,199,1.5" + only_gct;
   walk.feet_cycles = feet_cycles_header + "\n";
   walk.exclusions = exclusions_header + "\n";
   return walk;
@@ -62,18 +66,21 @@ inline void change(std::string& table, const std::string& from, const std::strin
 }
 
 inline std::string replaced(std::string text, const std::string& from, const std::string& to) {
-  for (std::size_t at = text.find(from); at != std::string::npos; at = text.find(from, at + to.size())) {
+  for (std::size_t at = text.find(from); at != std::string::npos;
+       at = text.find(from, at + to.size())) {
     text.replace(at, from.size(), to);
   }
   return text;
 }
 
-inline gait_walk::read_result read(const tables& walk, const gait_walk::read_options& options = {}) {
+inline gait_walk::read_result read(const tables& walk,
+                                   const gait_walk::read_options& options = {}) {
   std::istringstream recording(walk.recording);
   std::istringstream foot_cycles(walk.foot_cycles);
   std::istringstream feet_cycles(walk.feet_cycles);
   std::istringstream exclusions(walk.exclusions);
-  return gait_walk::read_walk_tables({"w", &recording, &foot_cycles, &feet_cycles, &exclusions}, options);
+  return gait_walk::read_walk_tables({"w", &recording, &foot_cycles, &feet_cycles, &exclusions},
+                                     options);
 }
 
 inline messages messages_of(const std::vector<gait_walk::fault>& faults) {

@@ -30,7 +30,7 @@ using gait_walk::read_walk_folder;
 using gait_walk::walk;
 using gait_walk::write_walk_folder;
 
-// ---- What is read ---------------------------------------------------------------------------------------------
+// ---- What is read
 
 TEST(ReadWalk, SkipsRowsOfEmptyCellsAsSpreadsheetsLeaveThem) {
   tables text;
@@ -44,7 +44,10 @@ TEST(ReadWalk, SkipsRowsOfEmptyCellsAsSpreadsheetsLeaveThem) {
 TEST(ReadWalk, CountsRowsOfEmptyCellsAsLines) {
   tables text;
   change(text.feet_cycles, "0,1.25", ",,,,\n0,x");
-  EXPECT_EQ(faults_of(text), (messages{"w/feet_cycles.csv:3: column gct: found \"x\", expected a number or an empty cell"}));
+  EXPECT_EQ(
+      faults_of(text),
+      (messages{
+          "w/feet_cycles.csv:3: column gct: found \"x\", expected a number or an empty cell"}));
 }
 
 TEST(ReadWalk, FillsEveryRecordOfTheWalk) {
@@ -98,8 +101,8 @@ TEST(ReadWalk, TakesColumnsInAnyOrder) {
 TEST(ReadWalk, TakesRowsInAnyOrder) {
   tables text;
   text.recording = recording_header + "\nright,100,1000,1000\nleft,100,1000,1000\n";
-  text.foot_cycles =
-      foot_cycles_header + "\nright,1,150,249,2" + only_gct + "left,0,0,99,1" + only_gct + "right,0,50,149,1" + only_gct;
+  text.foot_cycles = foot_cycles_header + "\nright,1,150,249,2" + only_gct + "left,0,0,99,1" +
+                     only_gct + "right,0,50,149,1" + only_gct;
   text.feet_cycles = feet_cycles_header + "\n1,1.5,,1,\n0,1.25,,0,0\n";
   const walk walk = read(text).walk;
   EXPECT_EQ(walk.right->cycles.front().first_sample, 50);
@@ -122,9 +125,9 @@ TEST(ReadWalk, TakesEveryWordForNotMeasured) {
 }
 
 TEST(ReadWalk, TakesNumbersAsProgramsWriteThem) {
-  const std::vector<std::pair<std::string, double>> numbers = {{"1", 1.0},      {"+1.5", 1.5},     {"-0.25", -0.25},
-                                                               {"1e3", 1000.0}, {"1.5E-2", 0.015}, {".5", 0.5},
-                                                               {"5.", 5.0},     {"\"2.5\"", 2.5}};
+  const std::vector<std::pair<std::string, double>> numbers = {
+      {"1", 1.0},        {"+1.5", 1.5}, {"-0.25", -0.25}, {"1e3", 1000.0},
+      {"1.5E-2", 0.015}, {".5", 0.5},   {"5.", 5.0},      {"\"2.5\"", 2.5}};
   for (const auto& [cell, value] : numbers) {
     tables text;
     change(text.foot_cycles, ",1.25,", "," + cell + ",");
@@ -134,7 +137,8 @@ TEST(ReadWalk, TakesNumbersAsProgramsWriteThem) {
 
 TEST(ReadWalk, TakesAByteOrderMarkAndWindowsLineBreaksSilently) {
   tables text;
-  for (std::string* table : {&text.recording, &text.foot_cycles, &text.feet_cycles, &text.exclusions}) {
+  for (std::string* table :
+       {&text.recording, &text.foot_cycles, &text.feet_cycles, &text.exclusions}) {
     *table = "\xEF\xBB\xBF" + replaced(*table, "\n", "\r\n");
   }
   EXPECT_TRUE(warnings_of(text).empty());
@@ -170,7 +174,8 @@ struct decimal_comma : std::numpunct<char> {
 };
 
 TEST(ReadAndWriteWalk, DoNotDependOnTheLocale) {
-  const std::locale before = std::locale::global(std::locale(std::locale::classic(), new decimal_comma));
+  const std::locale before =
+      std::locale::global(std::locale(std::locale::classic(), new decimal_comma));
   const temporary_folder folder;
   write_walk_folder(read({}).walk, folder.path());
   const walk walk = read_walk_folder(folder.path()).walk;
@@ -183,11 +188,12 @@ TEST(ReadWalk, NamesTheWalkAfterItsFolder) {
   const temporary_folder folder;
   write_tables({}, folder.path() / "morning walk");
   EXPECT_EQ(read_walk_folder(folder.path() / "morning walk").walk.name, "morning walk");
-  EXPECT_EQ(read_walk_folder((folder.path() / "morning walk").string() + "/").walk.name, "morning walk");
+  EXPECT_EQ(read_walk_folder((folder.path() / "morning walk").string() + "/").walk.name,
+            "morning walk");
   EXPECT_EQ(read_walk_folder(folder.path() / "morning walk" / ".").walk.name, "morning walk");
 }
 
-// ---- What is written ------------------------------------------------------------------------------------------
+// ---- What is written
 
 TEST(WriteWalk, WritesTheTablesThatWereRead) {
   const temporary_folder folder;
@@ -208,9 +214,17 @@ walk written_and_read(const walk& walk) {
 
 TEST(WriteWalk, KeepsEveryBitOfANumber) {
   walk walk = read({}).walk;
-  const std::vector<double> numbers = {
-      0.1,   -0.0, 1.0 / 3.0, DBL_MAX, DBL_MIN, DBL_TRUE_MIN, -DBL_MAX, 1e22, 123456789.123456789, std::nextafter(-1.0, 0.0),
-      5e-324};
+  const std::vector<double> numbers = {0.1,
+                                       -0.0,
+                                       1.0 / 3.0,
+                                       DBL_MAX,
+                                       DBL_MIN,
+                                       DBL_TRUE_MIN,
+                                       -DBL_MAX,
+                                       1e22,
+                                       123456789.123456789,
+                                       std::nextafter(-1.0, 0.0),
+                                       5e-324};
   for (const double number : numbers) {
     walk.feet[0].ds = number;
     walk.left->cycles.front().ta = number;
@@ -223,8 +237,9 @@ TEST(WriteWalk, KeepsEveryBitOfANumber) {
 
 TEST(WriteWalk, KeepsEveryReason) {
   walk walk = read({}).walk;
-  for (const char* reason : {"", "turn", "turn, left", "\"turn\"", "two\nlines", "two\r\nlines", "\r", " blanks ", "\tb", "\"",
-                             "Drehung \303\274ber links", "#", "n/a", ";"}) {
+  for (const char* reason :
+       {"", "turn", "turn, left", "\"turn\"", "two\nlines", "two\r\nlines", "\r", " blanks ", "\tb",
+        "\"", "Drehung \303\274ber links", "#", "n/a", ";"}) {
     walk.exclusions[0].reason = reason;
     EXPECT_EQ(written_and_read(walk).exclusions[0].reason, reason);
   }
@@ -267,7 +282,8 @@ TEST(WriteWalk, RefusesNumbersThatNoTableCanHold) {
 
 TEST(WriteWalk, RefusesReasonsThatNoTableCanHold) {
   walk walk = read({}).walk;
-  for (const std::string& reason : {std::string("\xFF"), std::string("\xC3"), std::string(1, '\0')}) {
+  for (const std::string& reason :
+       {std::string("\xFF"), std::string("\xC3"), std::string(1, '\0')}) {
     walk.exclusions[0].reason = reason;
     EXPECT_TRUE(is_refused(walk));
   }
@@ -307,7 +323,7 @@ TEST(WriteWalk, SaysThatTheDiskIsFull) {
   EXPECT_TRUE(fs::is_empty(folder.path()));
 }
 
-// ---- Measured walks -------------------------------------------------------------------------------------------
+// ---- Measured walks
 
 TEST(RealWalks, AreReadWithoutFaultAndWrittenBack) {
   const char* const folder = std::getenv("GAIT_REAL_WALKS");

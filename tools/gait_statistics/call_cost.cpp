@@ -18,14 +18,16 @@
 namespace gait_program {
 namespace {
 
-/// The processor time used so far (s): the same on a busy machine, where the clock on the wall runs on.
+/// The processor time used so far (s): the same on a busy machine, where the clock on the wall runs
+/// on.
 double processor_time() {
   timespec time{};
   ::clock_gettime(CLOCK_THREAD_CPUTIME_ID, &time);
   return static_cast<double>(time.tv_sec) + 1e-9 * static_cast<double>(time.tv_nsec);
 }
 
-/// The shortest of three times that some work takes (s): the first brings the lists into the caches, as far as they fit.
+/// The shortest of three times that some work takes (s): the first brings the lists into the
+/// caches, as far as they fit.
 template <class Work>
 double time_of(Work work) {
   std::array<double, 3> seconds{};
@@ -73,7 +75,8 @@ double walking_time(const std::list<Cycle>& cycles, const std::list<int>& indice
   const double seconds = time_of([&] {
     // Otherwise the compiler drops the walk, whose end nobody reads.
     volatile const void* reached = nullptr;
-    gait_detail::for_each_cycle(cycles, sample.indices, [&](std::size_t, const Cycle& cycle) { reached = &cycle; });
+    gait_detail::for_each_cycle(cycles, sample.indices,
+                                [&](std::size_t, const Cycle& cycle) { reached = &cycle; });
     static_cast<void>(reached);
   });
   return seconds / sample.share;
@@ -101,7 +104,8 @@ std::list<int> all_indices(std::size_t count) {
   return indices;
 }
 
-/// The cycles of `count` that neither list excludes. The library's own way takes long where the lists are long.
+/// The cycles of `count` that neither list excludes. The library's own way takes long where the
+/// lists are long.
 std::list<int> included_of(std::size_t count, const gait_result& result) {
   std::vector<bool> excluded(count, false);
   for (const auto* list : {&result.excluded_1, &result.excluded_2}) {
@@ -118,8 +122,8 @@ std::list<int> included_of(std::size_t count, const gait_result& result) {
 
 /// The time of all that is done in the list of the analysed cycles but for the parameters (s).
 template <class Cycle>
-double accounting_time(const std::list<Cycle>& cycles, const std::list<int>& all, const std::list<int>& included,
-                       const gait_result& result) {
+double accounting_time(const std::list<Cycle>& cycles, const std::list<int>& all,
+                       const std::list<int>& included, const gait_result& result) {
   double seconds = walking_time(cycles, all) + walking_time(cycles, included);
   for (const auto* excluded : {&result.excluded_1, &result.excluded_2}) {
     seconds += exclusion_time(all, *excluded) + 2.0 * walking_time(cycles, *excluded);
@@ -130,7 +134,8 @@ double accounting_time(const std::list<Cycle>& cycles, const std::list<int>& all
   return seconds;
 }
 
-/// The indices of one foot's cycles that belong to two-feet cycles: what the library looks up in its list.
+/// The indices of one foot's cycles that belong to two-feet cycles: what the library looks up in
+/// its list.
 std::list<int> linked_cycles(const gait_feet_result& feet, const std::list<int>& included,
                              gait_foot_cycle* gait_feet_cycle::*side) {
   std::list<int> linked;
@@ -152,8 +157,10 @@ double expected_seconds_of_single_foot(const gait_result& result) {
   const auto& cycles = result.foot_results.front().cycles;
   const std::list<int> all = all_indices(cycles.size());
   const std::list<int> included = included_of(cycles.size(), result);
-  // Beside the parameters, the distances: of all cycles, which is among the accounting, and of those included.
-  return accounting_time(cycles, all, included, result) + (foot_parameters() + 1.0) * walking_time(cycles, included);
+  // Beside the parameters, the distances: of all cycles, which is among the accounting, and of
+  // those included.
+  return accounting_time(cycles, all, included, result) +
+         (foot_parameters() + 1.0) * walking_time(cycles, included);
 }
 
 double expected_seconds_of_both_feet(const gait_result& result) {
@@ -162,9 +169,10 @@ double expected_seconds_of_both_feet(const gait_result& result) {
   const std::list<int> included = included_of(feet.cycles.size(), result);
   const std::list<int> right = linked_cycles(feet, included, &gait_feet_cycle::right_cycle);
   const std::list<int> left = linked_cycles(feet, included, &gait_feet_cycle::left_cycle);
-  // Beside the parameters: two distances along the right foot; along the feet, the links to each foot and the double
-  // support of each side.
-  return accounting_time(feet.cycles, all, included, result) + 4.0 * walking_time(feet.cycles, included) +
+  // Beside the parameters: two distances along the right foot; along the feet, the links to each
+  // foot and the double support of each side.
+  return accounting_time(feet.cycles, all, included, result) +
+         4.0 * walking_time(feet.cycles, included) +
          (foot_parameters() + 2.0) * walking_time(result.right_foot->cycles, right) +
          foot_parameters() * walking_time(result.left_foot->cycles, left);
 }
@@ -172,7 +180,8 @@ double expected_seconds_of_both_feet(const gait_result& result) {
 }  // namespace
 
 double expected_seconds(const gait_result& result) {
-  return result.foot_results.size() == 1 ? expected_seconds_of_single_foot(result) : expected_seconds_of_both_feet(result);
+  return result.foot_results.size() == 1 ? expected_seconds_of_single_foot(result)
+                                         : expected_seconds_of_both_feet(result);
 }
 
 std::string rough_duration(double seconds) {
@@ -180,9 +189,11 @@ std::string rough_duration(double seconds) {
     double seconds;
     const char* name;
   };
-  constexpr std::array<unit, 4> units = {{{86400.0, "days"}, {3600.0, "hours"}, {60.0, "minutes"}, {1.0, "seconds"}}};
+  constexpr std::array<unit, 4> units = {
+      {{86400.0, "days"}, {3600.0, "hours"}, {60.0, "minutes"}, {1.0, "seconds"}}};
   // Below two of a unit, the next smaller one says more.
-  const auto* unit = std::find_if(units.begin(), units.end(), [&](const auto& u) { return seconds >= 2.0 * u.seconds; });
+  const auto* unit = std::find_if(units.begin(), units.end(),
+                                  [&](const auto& u) { return seconds >= 2.0 * u.seconds; });
   if (unit == units.end()) {
     unit = std::prev(units.end());
   }

@@ -18,8 +18,8 @@ std::string row(const walk_statistics& walk, const std::string& parameter, const
     text += (cell.empty() ? "" : gait_walk::quoted_csv_cell(cell)) + ",";
   }
   text += std::to_string(statistics.n);
-  for (const auto& value : {statistics.mean, statistics.median, statistics.std, statistics.iqr, statistics.min, statistics.max,
-                            statistics.cv, statistics.ratio}) {
+  for (const auto& value : {statistics.mean, statistics.median, statistics.std, statistics.iqr,
+                            statistics.min, statistics.max, statistics.cv, statistics.ratio}) {
     text += "," + csv_number(value);
   }
   return text + "\n";
@@ -27,7 +27,9 @@ std::string row(const walk_statistics& walk, const std::string& parameter, const
 
 }  // namespace
 
-std::string csv_header() { return "walk,parameter,side,description,unit,n,mean,median,std,iqr,min,max,cv,asymmetry\n"; }
+std::string csv_header() {
+  return "walk,parameter,side,description,unit,n,mean,median,std,iqr,min,max,cv,asymmetry\n";
+}
 
 std::string csv_rows(const walk_statistics& walk) {
   std::string text;

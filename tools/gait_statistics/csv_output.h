@@ -2,7 +2,8 @@
 #define TOOLS_GAIT_STATISTICS_CSV_OUTPUT_H
 
 /// \file
-/// The parameters of walks as one CSV table in long form: a row for each parameter and side, unrounded.
+/// The parameters of walks as one CSV table in long form: a row for each parameter and side,
+/// unrounded.
 
 #include "run_walk.h"
 

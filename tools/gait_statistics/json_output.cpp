@@ -66,8 +66,9 @@ json json_values(const std::vector<double>& values, minus_one meaning) {
   return list;
 }
 
-json json_parameter(const std::string& parameter, const json& side, const gait_statistics_parameter& record,
-                    const computed_statistics& statistics, json values) {
+json json_parameter(const std::string& parameter, const json& side,
+                    const gait_statistics_parameter& record, const computed_statistics& statistics,
+                    json values) {
   return {{"parameter", parameter},
           {"side", side},
           {"valid", record.valid},
@@ -91,13 +92,15 @@ json json_parameters(const walk_statistics& walk) {
   json object = json::object();
   for (const auto& parameter : parameters_of(walk)) {
     for (const auto& side : parameter.sides) {
-      object[side.key] = json_parameter(parameter.row.key, side.side->name, *side.record, side.statistics,
-                                        json_values(side.record->values, minus_one::is_missing));
+      object[side.key] =
+          json_parameter(parameter.row.key, side.side->name, *side.record, side.statistics,
+                         json_values(side.record->values, minus_one::is_missing));
     }
   }
   if (const auto* asymmetry = swing_asymmetry_record(walk)) {
-    object[swing_asymmetry_key] = json_parameter(swing_asymmetry_key, nullptr, *asymmetry, swing_asymmetry_of(*asymmetry),
-                                                 json_values(asymmetry->values, minus_one::is_a_number));
+    object[swing_asymmetry_key] =
+        json_parameter(swing_asymmetry_key, nullptr, *asymmetry, swing_asymmetry_of(*asymmetry),
+                       json_values(asymmetry->values, minus_one::is_a_number));
   }
   return object;
 }

@@ -13,8 +13,9 @@ namespace {
 
 using namespace gait_program;
 
-/// Lets the stack grow as far as the system allows. On orders of values that were made for it, the sort of the percentiles
-/// is as many calls deep as there are strides, and the usual eight megabytes would end at some hundred thousand.
+/// Lets the stack grow as far as the system allows. On orders of values that were made for it, the
+/// sort of the percentiles is as many calls deep as there are strides, and the usual eight
+/// megabytes would end at some hundred thousand.
 void let_stack_grow() {
   rlimit limit{};
   if (::getrlimit(RLIMIT_STACK, &limit) == 0) {
@@ -32,7 +33,9 @@ int say(const reply& reply) {
   return reply.exit_code;
 }
 
-int run(const options& options) { return options.list_parameters ? report_parameter_list(options) : report_walks(options); }
+int run(const options& options) {
+  return options.list_parameters ? report_parameter_list(options) : report_walks(options);
+}
 
 }  // namespace
 

@@ -30,7 +30,9 @@ bool is_zero_with_sign(const std::string& text) {
 
 }  // namespace
 
-std::string shortest(double value) { return std::isfinite(value) ? text_of(value) : infinite_or_nan(value); }
+std::string shortest(double value) {
+  return std::isfinite(value) ? text_of(value) : infinite_or_nan(value);
+}
 
 std::string shortest(float value) {
   return std::isfinite(value) ? text_of(value) : infinite_or_nan(static_cast<double>(value));
@@ -40,7 +42,8 @@ std::string rounded(double value, int decimals) {
   if (!std::isfinite(value)) {
     return infinite_or_nan(value);
   }
-  const auto form = std::abs(value) < 1e12 ? std::chars_format::fixed : std::chars_format::scientific;
+  const auto form =
+      std::abs(value) < 1e12 ? std::chars_format::fixed : std::chars_format::scientific;
   const std::string text = text_of(value, form, decimals);
   return is_zero_with_sign(text) ? text.substr(1) : text;
 }

@@ -22,7 +22,8 @@
 namespace gait_program {
 namespace {
 
-constexpr const char* description = "Prints the statistics of recorded walks: cycle accounting, gait parameters, asymmetry.";
+constexpr const char* description =
+    "Prints the statistics of recorded walks: cycle accounting, gait parameters, asymmetry.";
 
 constexpr const char* footer =
     R"(Each WALK is a folder of four CSV tables; docs/walk-folder.md describes them, docs/output.md what is written.
@@ -54,7 +55,9 @@ std::string refuse_other_than_finite_float(const std::string& text) {
 }
 
 output_format format_of(const std::string& name) {
-  return name == "csv" ? output_format::csv : name == "json" ? output_format::json : output_format::table;
+  return name == "csv"    ? output_format::csv
+         : name == "json" ? output_format::json
+                          : output_format::table;
 }
 
 /// The options as texts, which is how CLI11 checks and shows them best.
@@ -72,29 +75,39 @@ struct option_texts {
 void declare(CLI::App& app, option_texts& texts) {
   app.footer(footer);
   app.set_help_flag("-h,--help", "Print this help");
-  app.set_version_flag("--version", "gait-statistics " GAIT_STATISTICS_VERSION, "Print the version");
-  app.add_option("WALK", texts.walks, "Folders of walks, reported one after the other")->type_name("");
-  app.add_option("--foot", texts.foot, "Analyse this foot alone: left or right (default: both feet, if the walk has both)")
+  app.set_version_flag("--version", "gait-statistics " GAIT_STATISTICS_VERSION,
+                       "Print the version");
+  app.add_option("WALK", texts.walks, "Folders of walks, reported one after the other")
+      ->type_name("");
+  app.add_option(
+         "--foot", texts.foot,
+         "Analyse this foot alone: left or right (default: both feet, if the walk has both)")
       ->check(CLI::IsMember({"left", "right"}).description(""))
       ->type_name("FOOT");
   app.add_option("--settings-value", texts.settings_value,
-                 "Setting of the analysis that made the walk; above 0 and outside " + shortest(gait_quality_setting_min) +
-                     " to " + shortest(gait_quality_setting_max) + " it raises a quality flag")
+                 "Setting of the analysis that made the walk; above 0 and outside " +
+                     shortest(gait_quality_setting_min) + " to " +
+                     shortest(gait_quality_setting_max) + " it raises a quality flag")
       ->check(CLI::Validator(refuse_other_than_finite_float, ""))
       ->type_name("V");
-  app.add_option("--format", texts.format, "Form of the output: table, csv or json (default: table)")
+  app.add_option("--format", texts.format,
+                 "Form of the output: table, csv or json (default: table)")
       ->check(CLI::IsMember({"table", "csv", "json"}).description(""))
       ->type_name("FORMAT");
-  app.add_option("--output", texts.output, "Write to this file, which is replaced when the new one is whole")
+  app.add_option("--output", texts.output,
+                 "Write to this file, which is replaced when the new one is whole")
       ->type_name("FILE");
-  app.add_option("--width", texts.width, "Width of the table in characters (default: the terminal's, or 100)")
+  app.add_option("--width", texts.width,
+                 "Width of the table in characters (default: the terminal's, or 100)")
       ->check(CLI::Range(20, 10000).description(""))
       ->type_name("N");
   app.add_option("--max-strides", texts.max_strides,
-                 "Refuse a walk with more strides in a foot than N (default: no limit); the time grows with their square")
+                 "Refuse a walk with more strides in a foot than N (default: no limit); the time "
+                 "grows with their square")
       ->check(CLI::Range(1, std::numeric_limits<int>::max()).description(""))
       ->type_name("N");
-  app.add_flag("--list-parameters", texts.list_parameters, "Print the catalogue of gait parameters, instead of walks");
+  app.add_flag("--list-parameters", texts.list_parameters,
+               "Print the catalogue of gait parameters, instead of walks");
 }
 
 options options_of(const option_texts& texts) {

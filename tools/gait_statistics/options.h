@@ -38,7 +38,8 @@ struct reply {
   std::string text;
 };
 
-/// The options of a command line, or the reply to one that asks for help or is wrong. Throws nothing but std::bad_alloc.
+/// The options of a command line, or the reply to one that asks for help or is wrong. Throws
+/// nothing but std::bad_alloc.
 std::variant<options, reply> parse_command_line(int argc, const char* const* argv);
 
 }  // namespace gait_program

@@ -36,7 +36,8 @@ void write_all(int descriptor, std::string_view text, const std::string& destina
 /// An open file, closed at the end.
 class open_file {
 public:
-  open_file(int descriptor, std::string destination) : descriptor_(descriptor), destination_(std::move(destination)) {
+  open_file(int descriptor, std::string destination)
+      : descriptor_(descriptor), destination_(std::move(destination)) {
     if (descriptor_ < 0) {
       fail(destination_);
     }
@@ -66,7 +67,8 @@ private:
   std::string destination_;
 };
 
-/// The permissions that the new file is to have: those of the file it replaces, or those of any new file.
+/// The permissions that the new file is to have: those of the file it replaces, or those of any new
+/// file.
 mode_t mode_of(const fs::path& file) {
   struct stat status {};
   if (::stat(file.c_str(), &status) == 0) {
@@ -77,8 +79,8 @@ mode_t mode_of(const fs::path& file) {
   return 0666U & ~mask;
 }
 
-/// Puts off the signals that end the program, so that none comes between a file and its removal or renaming. What
-/// arrives meanwhile ends the program afterwards.
+/// Puts off the signals that end the program, so that none comes between a file and its removal or
+/// renaming. What arrives meanwhile ends the program afterwards.
 class signals_put_off {
 public:
   signals_put_off() {
@@ -123,8 +125,8 @@ void replace(const fs::path& file, std::string_view text) {
 void prepare_standard_streams() {
   static_cast<void>(std::signal(SIGPIPE, SIG_IGN));
   static_cast<void>(std::signal(SIGXFSZ, SIG_IGN));
-  // Opened files take the lowest free number. The standard output is held open for reading only, so that
-  // writing to it still fails; messages have nowhere to go.
+  // Opened files take the lowest free number. The standard output is held open for reading only, so
+  // that writing to it still fails; messages have nowhere to go.
   for (const int descriptor : {STDIN_FILENO, STDOUT_FILENO, STDERR_FILENO}) {
     if (::fcntl(descriptor, F_GETFD) < 0) {
       static_cast<void>(::open("/dev/null", descriptor == STDERR_FILENO ? O_WRONLY : O_RDONLY));

@@ -11,19 +11,21 @@
 
 namespace gait_program {
 
-/// Makes failed writes arrive as errors, and not as a signal or in the wrong file: a closed pipe and a limit of the
-/// file size end in an error of write(), and no file that is opened later takes the place of a closed standard
-/// stream.
+/// Makes failed writes arrive as errors, and not as a signal or in the wrong file: a closed pipe
+/// and a limit of the file size end in an error of write(), and no file that is opened later takes
+/// the place of a closed standard stream.
 void prepare_standard_streams();
 
 /// The destination of the results.
 ///
-/// The standard output is written at once. What is meant for a file is held until finish(), then written to a
-/// temporary file beside it, which is renamed: the file has its old content or the new, never a part of it, also
-/// when the disk is full. Signals that end the program wait meanwhile, so that the temporary file does not stay.
-/// A device or a pipe cannot be replaced, and is written as it is. Without finish() the file is not touched.
+/// The standard output is written at once. What is meant for a file is held until finish(), then
+/// written to a temporary file beside it, which is renamed: the file has its old content or the
+/// new, never a part of it, also when the disk is full. Signals that end the program wait
+/// meanwhile, so that the temporary file does not stay. A device or a pipe cannot be replaced, and
+/// is written as it is. Without finish() the file is not touched.
 ///
-/// Everything throws std::system_error, with a message that names the destination, when it cannot be written.
+/// Everything throws std::system_error, with a message that names the destination, when it cannot
+/// be written.
 class output {
 public:
   /// To a file, or (nullopt) to the standard output.

@@ -57,8 +57,9 @@ std::string as_table(const text_style& style) {
 std::string as_csv() {
   std::string text = "key,description,unit,decimals,ratio,cv,analysed\n";
   for (const auto& row : list_parameters()) {
-    text += quoted_csv_cell(row.key) + "," + quoted_csv_cell(row.description) + "," + quoted_csv_cell(row.unit) + "," +
-            std::to_string(row.decimals) + "," + yes_or_no(row.has_ratio) + "," + yes_or_no(row.has_cv) + "," +
+    text += quoted_csv_cell(row.key) + "," + quoted_csv_cell(row.description) + "," +
+            quoted_csv_cell(row.unit) + "," + std::to_string(row.decimals) + "," +
+            yes_or_no(row.has_ratio) + "," + yes_or_no(row.has_cv) + "," +
             quoted_csv_cell(words(row.when)) + "\n";
   }
   return text;
@@ -83,8 +84,9 @@ std::string as_json() {
 std::vector<listed_parameter> list_parameters() {
   std::vector<listed_parameter> list;
   gait_catalogue::for_each_row([&](const auto& row) {
-    list.push_back({row.key, row.description, row.unit, row.decimals, row.sides == gait_catalogue::ratio,
-                    row.spread == gait_catalogue::cv, gait_catalogue::when_built<std::decay_t<decltype(row)>>()});
+    list.push_back({row.key, row.description, row.unit, row.decimals,
+                    row.sides == gait_catalogue::ratio, row.spread == gait_catalogue::cv,
+                    gait_catalogue::when_built<std::decay_t<decltype(row)>>()});
   });
   return list;
 }
@@ -92,7 +94,9 @@ std::vector<listed_parameter> list_parameters() {
 std::vector<listed_parameter> list_parameters_of(bool both_feet) {
   std::vector<listed_parameter> list = list_parameters();
   const built other = both_feet ? built::with_one_foot : built::with_both_feet;
-  list.erase(std::remove_if(list.begin(), list.end(), [&](const auto& row) { return row.when == other; }), list.end());
+  list.erase(
+      std::remove_if(list.begin(), list.end(), [&](const auto& row) { return row.when == other; }),
+      list.end());
   return list;
 }
 

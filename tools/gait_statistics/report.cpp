@@ -38,7 +38,8 @@ text_style style_of(const options& options) {
 /// Writes the walks of a run in one format.
 class report_writer {
 public:
-  report_writer(output_format format, const text_style& style, output& out) : format_(format), style_(style), out_(out) {}
+  report_writer(output_format format, const text_style& style, output& out)
+      : format_(format), style_(style), out_(out) {}
 
   void add(const walk_statistics& walk) {
     const bool is_first = !wrote_any_;
@@ -88,15 +89,17 @@ void announce(const std::string& walk, const gait_result& result) {
   for (const auto& foot : result.foot_results) {
     strides = std::max(strides, foot.cycles.size());
   }
-  print_message(
-      "note: " + walk + ": the statistics of " + std::to_string(strides) + " strides a foot will take about " +
-      rough_duration(seconds) +
-      ": their time grows with the square of the strides. Ctrl-C ends the program; --max-strides refuses such walks.");
+  print_message("note: " + walk + ": the statistics of " + std::to_string(strides) +
+                " strides a foot will take about " + rough_duration(seconds) +
+                ": their time grows with the square of the strides. Ctrl-C ends the program; "
+                "--max-strides refuses such walks.");
 }
 
-/// Whether the output would take the place of a table of one of the walks, and with it of the recording.
+/// Whether the output would take the place of a table of one of the walks, and with it of the
+/// recording.
 bool output_is_a_table(const options& options) {
-  return options.output && std::any_of(options.walks.begin(), options.walks.end(), [&](const auto& folder) {
+  return options.output &&
+         std::any_of(options.walks.begin(), options.walks.end(), [&](const auto& folder) {
            const auto tables = gait_walk::table_files(folder);
            return std::any_of(tables.begin(), tables.end(), [&](const auto& table) {
              std::error_code absent;
@@ -105,7 +108,8 @@ bool output_is_a_table(const options& options) {
          });
 }
 
-/// What each walk is called in the report: its folder's name, or, where several folders have the same, its path as given.
+/// What each walk is called in the report: its folder's name, or, where several folders have the
+/// same, its path as given.
 std::vector<std::string> reported_names(const std::vector<std::filesystem::path>& folders) {
   std::vector<std::string> names;
   std::unordered_map<std::string, std::size_t> count;
@@ -122,8 +126,8 @@ std::vector<std::string> reported_names(const std::vector<std::filesystem::path>
 }
 
 /// A walk's statistics; nullopt, with its faults on the standard error, when there are none.
-std::optional<walk_statistics> read_and_run(const std::filesystem::path& folder, const std::string& name,
-                                            const options& options) {
+std::optional<walk_statistics> read_and_run(const std::filesystem::path& folder,
+                                            const std::string& name, const options& options) {
   try {
     gait_walk::read_options limits;
     limits.most_strides = options.max_strides.value_or(limits.most_strides);
@@ -131,14 +135,17 @@ std::optional<walk_statistics> read_and_run(const std::filesystem::path& folder,
     for (const auto& warning : read.warnings) {
       print_message("warning: " + warning.message());
     }
-    if (auto faults = gait_walk::check_analysis(read.walk, options.foot, folder.string()); !faults.empty()) {
+    if (auto faults = gait_walk::check_analysis(read.walk, options.foot, folder.string());
+        !faults.empty()) {
       throw gait_walk::walk_error(std::move(faults));
     }
-    for (const auto& warning : gait_walk::analysis_warnings(read.walk, options.foot, folder.string())) {
+    for (const auto& warning :
+         gait_walk::analysis_warnings(read.walk, options.foot, folder.string())) {
       print_message("warning: " + warning.message());
     }
     read.walk.name = name;
-    walk_statistics statistics = prepare_walk(std::move(read.walk), options.foot, options.settings_value);
+    walk_statistics statistics =
+        prepare_walk(std::move(read.walk), options.foot, options.settings_value);
     announce(folder.string(), statistics.result());
     compute_statistics(statistics);
     return statistics;

@@ -8,9 +8,9 @@
 
 namespace gait_program {
 
-/// Reads, analyses and reports every walk of the options; what is wrong with one goes to the standard error, and
-/// the rest goes on. Returns exit_fine, or exit_failed when a walk was left out, exit_bad_usage
-/// when the output would replace a table of a walk.
+/// Reads, analyses and reports every walk of the options; what is wrong with one goes to the
+/// standard error, and the rest goes on. Returns exit_fine, or exit_failed when a walk was left
+/// out, exit_bad_usage when the output would replace a table of a walk.
 ///
 /// Throws std::system_error when the output cannot be written.
 int report_walks(const options& options);

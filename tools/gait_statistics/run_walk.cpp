@@ -22,13 +22,14 @@ using gait_detail::is_missing;
 using gait_walk::exclusion_list;
 
 /// The reasons of the list that is accounted for.
-counted_reasons reasons_of(const gait_walk::walk& walk, gait_walk::analysed_cycles cycles, exclusion_list primary,
-                           exclusion_list fallback) {
+counted_reasons reasons_of(const gait_walk::walk& walk, gait_walk::analysed_cycles cycles,
+                           exclusion_list primary, exclusion_list fallback) {
   const auto is_of = [&](const auto& exclusion, exclusion_list list) {
     return exclusion.cycles == cycles && exclusion.list == list;
   };
-  const bool has_primary = std::any_of(walk.exclusions.begin(), walk.exclusions.end(),
-                                       [&](const auto& exclusion) { return is_of(exclusion, primary); });
+  const bool has_primary =
+      std::any_of(walk.exclusions.begin(), walk.exclusions.end(),
+                  [&](const auto& exclusion) { return is_of(exclusion, primary); });
   counted_reasons reasons;
   std::unordered_map<std::string_view, std::size_t> places;
   for (const auto& exclusion : walk.exclusions) {
@@ -64,10 +65,13 @@ stride_length_gaps find_stride_length_gaps(const gait_result& result, bool both_
   const std::list<int>& included = result.statistics.info.cycles;
   stride_length_gaps gaps;
   gaps.cycles = lengths.size();
-  gaps.without = static_cast<std::size_t>(std::count_if(lengths.begin(), lengths.end(), is_missing));
+  gaps.without =
+      static_cast<std::size_t>(std::count_if(lengths.begin(), lengths.end(), is_missing));
   gaps.included = included.size();
-  gaps.included_without = static_cast<std::size_t>(std::count_if(
-      included.begin(), included.end(), [&](int index) { return is_missing(lengths.at(static_cast<std::size_t>(index))); }));
+  gaps.included_without =
+      static_cast<std::size_t>(std::count_if(included.begin(), included.end(), [&](int index) {
+        return is_missing(lengths.at(static_cast<std::size_t>(index)));
+      }));
   return gaps;
 }
 
@@ -75,7 +79,8 @@ void describe_feet(walk_statistics& statistics, gait_walk::analysed_cycles cycle
   const gait_result& result = statistics.result();
   if (statistics.both_feet) {
     statistics.sides = {{"right", "_R"}, {"left", "_L"}};
-    statistics.feet = {{"right", result.right_foot->cycles.size()}, {"left", result.left_foot->cycles.size()}};
+    statistics.feet = {{"right", result.right_foot->cycles.size()},
+                       {"left", result.left_foot->cycles.size()}};
   } else {
     const std::string name = cycles == gait_walk::analysed_cycles::left ? "left" : "right";
     statistics.sides = {{name, ""}};
@@ -83,13 +88,16 @@ void describe_feet(walk_statistics& statistics, gait_walk::analysed_cycles cycle
   }
 }
 
-std::optional<double> number_if(bool computed, double value) { return computed ? std::optional(value) : std::nullopt; }
+std::optional<double> number_if(bool computed, double value) {
+  return computed ? std::optional(value) : std::nullopt;
+}
 
 /// What the record holds, told apart from gait_missing by `valid`: a mean may well be -1.
 computed_statistics statistics_of(const gait_statistics_parameter& record) {
   computed_statistics statistics;
   statistics.n =
-      record.values.size() - static_cast<std::size_t>(std::count_if(record.values.begin(), record.values.end(), is_missing));
+      record.values.size() - static_cast<std::size_t>(std::count_if(
+                                 record.values.begin(), record.values.end(), is_missing));
   statistics.mean = number_if(record.valid, record.mean);
   statistics.median = number_if(record.valid, record.median);
   statistics.std = number_if(record.valid, record.std);
@@ -100,34 +108,41 @@ computed_statistics statistics_of(const gait_statistics_parameter& record) {
   return statistics;
 }
 
-/// Fills in the ratios of both sides. The library divides by a missing mean as by any other; such a quotient
-/// compares nothing.
+/// Fills in the ratios of both sides. The library divides by a missing mean as by any other; such a
+/// quotient compares nothing.
 void compute_ratios(computed_parameter& parameter) {
-  const bool all_measured =
-      std::all_of(parameter.sides.begin(), parameter.sides.end(), [](const auto& side) { return side.record->valid; });
+  const bool all_measured = std::all_of(parameter.sides.begin(), parameter.sides.end(),
+                                        [](const auto& side) { return side.record->valid; });
   for (auto& side : parameter.sides) {
-    side.statistics.ratio = number_if(all_measured && side.record->asymmetry_enabled, side.record->asymmetry);
+    side.statistics.ratio =
+        number_if(all_measured && side.record->asymmetry_enabled, side.record->asymmetry);
   }
 }
 
-std::string speed_in_words(const walk_statistics& walk, const std::string& side, const std::string& suffix) {
-  const auto& speed = walk.result().statistics.parameters.at(gait_catalogue::row_of<SPEED>.key + suffix);
+std::string speed_in_words(const walk_statistics& walk, const std::string& side,
+                           const std::string& suffix) {
+  const auto& speed =
+      walk.result().statistics.parameters.at(gait_catalogue::row_of<SPEED>.key + suffix);
   const std::string subject = "The stride velocity of the " + side + " foot ";
-  return subject + (speed.valid ? "is not plausible: its mean is outside " + shortest(gait_quality_speed_min) + " to " +
+  return subject + (speed.valid ? "is not plausible: its mean is outside " +
+                                      shortest(gait_quality_speed_min) + " to " +
                                       shortest(gait_quality_speed_max) + " m/s."
                                 : "was not measured.");
 }
 
 }  // namespace
 
-walk_statistics prepare_walk(gait_walk::walk walk, std::optional<gait_walk::side> foot, float settings_value) {
+walk_statistics prepare_walk(gait_walk::walk walk, std::optional<gait_walk::side> foot,
+                             float settings_value) {
   const auto cycles = gait_walk::cycles_of(walk, foot);
   walk_statistics statistics;
   statistics.name = walk.name;
   statistics.settings_value = settings_value;
   statistics.both_feet = cycles == gait_walk::analysed_cycles::feet;
-  statistics.excluded_1_reasons = reasons_of(walk, cycles, exclusion_list::excluded_1, exclusion_list::excluded_1_fallback);
-  statistics.excluded_2_reasons = reasons_of(walk, cycles, exclusion_list::excluded_2, exclusion_list::excluded_2_fallback);
+  statistics.excluded_1_reasons =
+      reasons_of(walk, cycles, exclusion_list::excluded_1, exclusion_list::excluded_1_fallback);
+  statistics.excluded_2_reasons =
+      reasons_of(walk, cycles, exclusion_list::excluded_2, exclusion_list::excluded_2_fallback);
   statistics.analysis = gait_walk::make_analysis(std::move(walk), foot);
   statistics.sampling_rate = statistics.result().foot_results.front().recording->sampling_rate;
   describe_feet(statistics, cycles);
@@ -140,7 +155,8 @@ void compute_statistics(walk_statistics& statistics) {
 }
 
 bool computed_parameter::has_values() const {
-  return std::any_of(sides.begin(), sides.end(), [](const auto& side) { return side.record->valid; });
+  return std::any_of(sides.begin(), sides.end(),
+                     [](const auto& side) { return side.record->valid; });
 }
 
 std::vector<computed_parameter> parameters_of(const walk_statistics& walk) {
@@ -175,14 +191,18 @@ computed_statistics swing_asymmetry_of(const gait_statistics_parameter& record) 
 }
 
 std::vector<std::string> quality_flags_in_words(const walk_statistics& walk) {
-  const auto raised = [&](gait_quality_flag flag) { return (walk.result().quality_flags & flag) != 0; };
+  const auto raised = [&](gait_quality_flag flag) {
+    return (walk.result().quality_flags & flag) != 0;
+  };
   std::vector<std::string> words;
   if (raised(gait_quality_setting)) {
     words.push_back("The settings value, " + shortest(walk.settings_value) + ", is not within " +
-                    shortest(gait_quality_setting_min) + " to " + shortest(gait_quality_setting_max) + ".");
+                    shortest(gait_quality_setting_min) + " to " +
+                    shortest(gait_quality_setting_max) + ".");
   }
   if (raised(gait_quality_few_cycles)) {
-    words.push_back("The walk has " + std::to_string(gait_quality_few_cycles_max) + " cycles or fewer.");
+    words.push_back("The walk has " + std::to_string(gait_quality_few_cycles_max) +
+                    " cycles or fewer.");
   }
   if (raised(gait_quality_speed)) {
     words.push_back(speed_in_words(walk, walk.sides.front().name, ""));
@@ -194,8 +214,9 @@ std::vector<std::string> quality_flags_in_words(const walk_statistics& walk) {
     words.push_back(speed_in_words(walk, "left", "_L"));
   }
   if (raised(gait_quality_swing_asymmetry)) {
-    words.push_back("The swing asymmetry is large: its mean is " + shortest(gait_quality_swing_asymmetry_min) +
-                    " or more, or " + shortest(-gait_quality_swing_asymmetry_min) + " or less.");
+    words.push_back("The swing asymmetry is large: its mean is " +
+                    shortest(gait_quality_swing_asymmetry_min) + " or more, or " +
+                    shortest(-gait_quality_swing_asymmetry_min) + " or less.");
   }
   return words;
 }

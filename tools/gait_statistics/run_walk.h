@@ -30,8 +30,8 @@ struct reported_foot {
   std::size_t cycles = 0;
 };
 
-/// The cycles whose stride length is summed, and those among them that have none. A two-feet cycle has the
-/// stride length of its right foot.
+/// The cycles whose stride length is summed, and those among them that have none. A two-feet cycle
+/// has the stride length of its right foot.
 struct stride_length_gaps {
   std::size_t cycles = 0;
   std::size_t without = 0;
@@ -39,7 +39,8 @@ struct stride_length_gaps {
   std::size_t included_without = 0;
 };
 
-/// Reasons for an exclusion with the number of cycles that give it, in the order of their first one.
+/// Reasons for an exclusion with the number of cycles that give it, in the order of their first
+/// one.
 using counted_reasons = std::vector<std::pair<std::string, std::size_t>>;
 
 /// A walk with its statistics.
@@ -51,7 +52,8 @@ struct walk_statistics {
   int sampling_rate = 0;             ///< (Hz); the library takes that of one foot for both
   float settings_value = 0.0F;
   stride_length_gaps stride_lengths;
-  counted_reasons excluded_1_reasons;  ///< of the list that is accounted for: the primary one, else the fallback
+  /// Of the list that is accounted for: the primary one, else the fallback.
+  counted_reasons excluded_1_reasons;
   counted_reasons excluded_2_reasons;
   gait_walk::analysis analysis;
 
@@ -62,7 +64,8 @@ struct walk_statistics {
 /// A walk made ready for its statistics, which are still to be computed: both of its feet, or one.
 ///
 /// Throws std::invalid_argument when the walk does not have that foot.
-walk_statistics prepare_walk(gait_walk::walk walk, std::optional<gait_walk::side> foot, float settings_value);
+walk_statistics prepare_walk(gait_walk::walk walk, std::optional<gait_walk::side> foot,
+                             float settings_value);
 
 /// Computes the statistics. Their time grows with the square of the strides.
 void compute_statistics(walk_statistics& statistics);
@@ -106,7 +109,8 @@ computed_statistics swing_asymmetry_of(const gait_statistics_parameter& record);
 /// Each quality flag that is raised, as a sentence.
 std::vector<std::string> quality_flags_in_words(const walk_statistics& walk);
 
-/// The number of included cycles whose missing stride length was halved, and entered the step length as -0.5 m.
+/// The number of included cycles whose missing stride length was halved, and entered the step
+/// length as -0.5 m.
 std::size_t halved_missing_stride_lengths(const walk_statistics& walk);
 
 }  // namespace gait_program

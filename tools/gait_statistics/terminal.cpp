@@ -36,7 +36,8 @@ std::string printable(std::string_view text) {
   unsigned char before = 0;
   for (const char c : text) {
     const auto byte = static_cast<unsigned char>(c);
-    // Control characters have codes up to 0x1f, 0x7f, and 0x80 to 0x9f: in UTF-8, 0xc2 and the code itself.
+    // Control characters have codes up to 0x1f, 0x7f, and 0x80 to 0x9f: in UTF-8, 0xc2 and the code
+    // itself.
     const bool is_control = byte < 0x20 || byte == 0x7f || (before == 0xc2 && byte < 0xa0);
     if (before == 0xc2 && is_control) {
       result.pop_back();

@@ -40,7 +40,8 @@ std::size_t widest(const std::vector<std::string>& cells) {
 /// A column group together with the widths of its columns.
 class measured_group {
 public:
-  measured_group(const column_group& group, const std::vector<std::string>& sub_headings) : group_(&group) {
+  measured_group(const column_group& group, const std::vector<std::string>& sub_headings)
+      : group_(&group) {
     for (std::size_t i = 0; i < group.columns.size(); ++i) {
       sub_headings_.push_back(group.columns.size() > 1 ? sub_headings.at(i) : "");
       widths_.push_back(std::max(widest(group.columns[i]), sub_headings_[i].size()));
@@ -51,11 +52,13 @@ public:
   }
 
   std::size_t width() const {
-    return std::accumulate(widths_.begin(), widths_.end(), column_gap.size() * (widths_.size() - 1));
+    return std::accumulate(widths_.begin(), widths_.end(),
+                           column_gap.size() * (widths_.size() - 1));
   }
 
   std::string heading_line() const {
-    return widths_.size() > 1 ? centred(group_->heading, width()) : aligned(group_->heading, width(), group_->align);
+    return widths_.size() > 1 ? centred(group_->heading, width())
+                              : aligned(group_->heading, width(), group_->align);
   }
   std::string sub_heading_line() const {
     return joined([&](std::size_t column) { return sub_headings_[column]; });
@@ -107,15 +110,20 @@ std::string block_line(const std::string& label, const block& groups, Part part)
   return without_trailing_blanks(line);
 }
 
-std::string lay_out_block(const flowing_table& table, const block& groups, std::size_t label_width, const text_style& style) {
-  const auto titles =
-      block_line(pad_right(table.label_heading, label_width), groups, [](const auto& g) { return g.heading_line(); });
+std::string lay_out_block(const flowing_table& table, const block& groups, std::size_t label_width,
+                          const text_style& style) {
+  const auto titles = block_line(pad_right(table.label_heading, label_width), groups,
+                                 [](const auto& g) { return g.heading_line(); });
   std::string text = heading(titles, style) + "\n";
   if (!table.sub_headings.empty()) {
-    text += block_line(std::string(label_width, ' '), groups, [](const auto& g) { return g.sub_heading_line(); }) + "\n";
+    text += block_line(std::string(label_width, ' '), groups,
+                       [](const auto& g) { return g.sub_heading_line(); }) +
+            "\n";
   }
   for (std::size_t i = 0; i < table.labels.size(); ++i) {
-    text += block_line(pad_right(table.labels[i], label_width), groups, [&](const auto& g) { return g.row(i); }) + "\n";
+    text += block_line(pad_right(table.labels[i], label_width), groups,
+                       [&](const auto& g) { return g.row(i); }) +
+            "\n";
   }
   return text;
 }
@@ -136,7 +144,8 @@ std::string pad_right(std::string_view text, std::size_t width) {
   return std::string(text).append(width - std::min(width, text.size()), ' ');
 }
 
-std::string wrapped(std::string_view first, std::string_view text, std::size_t indent, const text_style& style) {
+std::string wrapped(std::string_view first, std::string_view text, std::size_t indent,
+                    const text_style& style) {
   std::string lines;
   std::string line(first);
   bool line_has_words = false;

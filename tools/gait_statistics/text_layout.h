@@ -2,7 +2,8 @@
 #define TOOLS_GAIT_STATISTICS_TEXT_LAYOUT_H
 
 /// \file
-/// Plain text within a width: wrapped sentences, and tables that flow into as many blocks as they need.
+/// Plain text within a width: wrapped sentences, and tables that flow into as many blocks as they
+/// need.
 
 #include <cstddef>
 #include <string>
@@ -24,27 +25,33 @@ std::string heading(std::string_view text, const text_style& style);
 std::string pad_left(std::string_view text, std::size_t width);
 std::string pad_right(std::string_view text, std::size_t width);
 
-/// A paragraph that begins with `first` and is broken at blanks; further lines are indented by `indent`.
-std::string wrapped(std::string_view first, std::string_view text, std::size_t indent, const text_style& style);
+/// A paragraph that begins with `first` and is broken at blanks; further lines are indented by
+/// `indent`.
+std::string wrapped(std::string_view first, std::string_view text, std::size_t indent,
+                    const text_style& style);
 
 enum class alignment { left, right };
 
-/// Columns that belong together under one heading and stay together: one for each sub-heading, or a single one.
+/// Columns that belong together under one heading and stay together: one for each sub-heading, or a
+/// single one.
 struct column_group {
   std::string heading;
   alignment align = alignment::right;
-  std::vector<std::vector<std::string>> columns;  ///< the cells of each column, one for each row of the table
+  /// The cells of each column, one for each row of the table.
+  std::vector<std::vector<std::string>> columns;
 };
 
 struct flowing_table {
   std::string label_heading;
-  std::vector<std::string> labels;        ///< one for each row
-  std::vector<std::string> sub_headings;  ///< of a group's columns; none when every group has a single column
+  std::vector<std::string> labels;  ///< one for each row
+  /// Of a group's columns; none when every group has a single column.
+  std::vector<std::string> sub_headings;
   std::vector<column_group> groups;
 };
 
-/// The table in as many blocks as its width needs, each with the labels: every group goes into the first block
-/// that has room for it, in order. A group that is wider than any block gets one for itself.
+/// The table in as many blocks as its width needs, each with the labels: every group goes into the
+/// first block that has room for it, in order. A group that is wider than any block gets one for
+/// itself.
 std::string lay_out(const flowing_table& table, const text_style& style);
 
 }  // namespace gait_program

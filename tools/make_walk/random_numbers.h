@@ -12,7 +12,8 @@
 
 namespace gait_walk {
 
-/// The standard fixes the numbers of std::mt19937_64 but not those of its distributions, hence our own.
+/// The standard fixes the numbers of std::mt19937_64 but not those of its distributions, hence our
+/// own.
 class random_numbers {
 public:
   explicit random_numbers(std::uint64_t seed) : engine_(seed) {}
@@ -25,9 +26,10 @@ public:
 
   /// Normal with mean 0 and standard deviation 1.
   ///
-  /// Box and Muller's transformation in its polar form (G. Marsaglia and T. A. Bray, "A convenient method for
-  /// generating normal variables", SIAM Review 6:260-264, 1964): of the mathematical functions it needs only the
-  /// logarithm and the square root, so there is little that two libraries can round differently.
+  /// Box and Muller's transformation in its polar form (G. Marsaglia and T. A. Bray, "A convenient
+  /// method for generating normal variables", SIAM Review 6:260-264, 1964): of the mathematical
+  /// functions it needs only the logarithm and the square root, so there is little that two
+  /// libraries can round differently.
   double normal() {
     if (has_spare_) {
       has_spare_ = false;
@@ -53,13 +55,14 @@ private:
   bool has_spare_ = false;
 };
 
-/// A stationary series with mean 0 and standard deviation 1 whose correlations reach over thousands of values.
+/// A stationary series with mean 0 and standard deviation 1 whose correlations reach over thousands
+/// of values.
 ///
-/// A sum of first-order autoregressive processes with time constants 1, 4, 16, ... has long memory as far as the
-/// longest of them (C. W. J. Granger, "Long memory relationships and the aggregation of dynamic models", Journal of
-/// Econometrics 14:227-238, 1980), and each value costs the same however long the series is. Variances that fall
-/// with the time constant to the power -0.4 give a spectrum of about f^-0.6, which is a DFA exponent of
-/// (1 + 0.6) / 2 = 0.8.
+/// A sum of first-order autoregressive processes with time constants 1, 4, 16, ... has long memory
+/// as far as the longest of them (C. W. J. Granger, "Long memory relationships and the aggregation
+/// of dynamic models", Journal of Econometrics 14:227-238, 1980), and each value costs the same
+/// however long the series is. Variances that fall with the time constant to the power -0.4 give a
+/// spectrum of about f^-0.6, which is a DFA exponent of (1 + 0.6) / 2 = 0.8.
 class long_memory_series {
 public:
   explicit long_memory_series(random_numbers& random) : random_(random) {
@@ -82,7 +85,8 @@ public:
   double next() {
     double sum = 0.0;
     for (process& p : processes_) {
-      p.value = p.coefficient * p.value + p.deviation * std::sqrt(1.0 - p.coefficient * p.coefficient) * random_.normal();
+      p.value = p.coefficient * p.value +
+                p.deviation * std::sqrt(1.0 - p.coefficient * p.coefficient) * random_.normal();
       sum += p.value;
     }
     return sum;

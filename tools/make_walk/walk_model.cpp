@@ -29,8 +29,9 @@ struct step {
   bool lost = false;     ///< the stride that begins with this step was not found
 };
 
-/// Walking without standing still. A bout of n strides begins with the right foot's heel strike and has 2 n + 1 steps:
-/// the right foot's stride i is made of steps 2 i and 2 i + 1, the left foot's of steps 2 i + 1 and 2 i + 2.
+/// Walking without standing still. A bout of n strides begins with the right foot's heel strike and
+/// has 2 n + 1 steps: the right foot's stride i is made of steps 2 i and 2 i + 1, the left foot's
+/// of steps 2 i + 1 and 2 i + 2.
 struct bout {
   std::vector<step> steps;
 
@@ -63,14 +64,19 @@ void require(bool condition, const std::string& otherwise) {
 
 void check(const walk_settings& settings) {
   constexpr int most_strides = 1'000'000;
-  require(settings.strides >= 1 && settings.strides <= most_strides, "the number of strides must be from 1 to 1000000");
-  require(settings.rate >= 50 && settings.rate <= 1000, "the sampling rate must be from 50 to 1000 Hz");
-  require(settings.missing >= 0.0 && settings.missing <= 1.0, "the share of missing values must be from 0 to 1");
+  require(settings.strides >= 1 && settings.strides <= most_strides,
+          "the number of strides must be from 1 to 1000000");
+  require(settings.rate >= 50 && settings.rate <= 1000,
+          "the sampling rate must be from 50 to 1000 Hz");
+  require(settings.missing >= 0.0 && settings.missing <= 1.0,
+          "the share of missing values must be from 0 to 1");
   for (const int count : {settings.turns, settings.pauses, settings.outliers, settings.lost}) {
-    require(count >= 0 && count <= most_strides, "turns, pauses, outliers and lost strides must be from 0 to 1000000");
+    require(count >= 0 && count <= most_strides,
+            "turns, pauses, outliers and lost strides must be from 0 to 1000000");
   }
   require(settings.strides >= fewest_strides(settings),
-          "that many turns and pauses need at least " + std::to_string(fewest_strides(settings)) + " strides");
+          "that many turns and pauses need at least " + std::to_string(fewest_strides(settings)) +
+              " strides");
   require(settings.outliers + settings.lost <= settings.strides / 10,
           "outliers and lost strides together must be at most a tenth of the strides");
 }
@@ -114,19 +120,23 @@ std::vector<bout> planned_bouts(const walk_settings& settings) {
   std::vector<bout> bouts;
   bouts.reserve(static_cast<std::size_t>(count));
   for (int i = 0; i < count; ++i) {
-    bouts.push_back(planned_bout(share_of(settings.strides, i, count), share_of(settings.turns, i, count)));
+    bouts.push_back(
+        planned_bout(share_of(settings.strides, i, count), share_of(settings.turns, i, count)));
   }
   return bouts;
 }
 
 /// Whether the strides of both feet that begin here are like any other.
 bool is_straight(const step* stride) {
-  return std::all_of(stride, stride + 3, [](const step& step) { return step.kind == step_kind::straight && !step.lost; });
+  return std::all_of(stride, stride + 3, [](const step& step) {
+    return step.kind == step_kind::straight && !step.lost;
+  });
 }
 
 /// Any straight stride that is not at the end of a bout.
 ///
-/// There always is one: turns, starts and stops leave more than the tenth of the strides that is asked for.
+/// There always is one: turns, starts and stops leave more than the tenth of the strides that is
+/// asked for.
 step* any_straight_stride(std::vector<bout>& bouts, random_numbers& random) {
   while (true) {
     bout& bout = bouts[static_cast<std::size_t>(random.below(static_cast<int>(bouts.size())))];
@@ -164,7 +174,8 @@ double mean_of(const typical_value& value, side side, double turning) {
   return value.mean + turning * (value.in_turn - value.mean) + difference / 2.0;
 }
 
-/// Gives every step its duration and length. Times are summed up unrounded, so that samples do not drift away.
+/// Gives every step its duration and length. Times are summed up unrounded, so that samples do not
+/// drift away.
 void walk_steps(std::vector<bout>& bouts, int rate, random_numbers& random) {
   long_memory_series durations(random);
   long_memory_series lengths(random);
@@ -177,8 +188,10 @@ void walk_steps(std::vector<bout>& bouts, int rate, random_numbers& random) {
     for (step& step : bout.steps) {
       const double z = durations.next();
       const double z_length = r * z + std::sqrt(1.0 - r * r) * lengths.next();
-      const double duration = mean_of(typical::step_time, side, step.turning) + z * typical::step_time.deviation;
-      const double length = mean_of(typical::step_length, side, step.turning) + z_length * typical::step_length.deviation;
+      const double duration =
+          mean_of(typical::step_time, side, step.turning) + z * typical::step_time.deviation;
+      const double length = mean_of(typical::step_length, side, step.turning) +
+                            z_length * typical::step_length.deviation;
       step.begin = sample();
       time += duration * factor(step, &typical::slowed_step::time);
       step.end = sample();
@@ -188,7 +201,8 @@ void walk_steps(std::vector<bout>& bouts, int rate, random_numbers& random) {
   }
 }
 
-/// Rounded as in an export. Never the missing value, which is a plausible turning angle, but its neighbour.
+/// Rounded as in an export. Never the missing value, which is a plausible turning angle, but its
+/// neighbour.
 double rounded(double value, int decimals) {
   double scale = 1.0;
   for (int i = 0; i < decimals; ++i) {
@@ -204,10 +218,12 @@ struct stride {
   int toe_off = 0;  ///< sample
 };
 
-stride make_stride(const step& first, const step& second, side side, int rate, random_numbers& random) {
+stride make_stride(const step& first, const step& second, side side, int rate,
+                   random_numbers& random) {
   const double turning = (first.turning + second.turning) / 2.0;
   const auto drawn = [&](const typical_value& value) {
-    return rounded(mean_of(value, side, turning) + value.deviation * random.normal(), value.decimals);
+    return rounded(mean_of(value, side, turning) + value.deviation * random.normal(),
+                   value.decimals);
   };
   const auto seconds = [&](int samples) { return static_cast<double>(samples) / rate; };
   const int samples = second.end - first.begin;
@@ -252,7 +268,8 @@ public:
   }
 
   walk finish(int last_sample) {
-    const auto samples = static_cast<std::uint64_t>(last_sample + std::lround(typical::standing * rate_));
+    const auto samples =
+        static_cast<std::uint64_t>(last_sample + std::lround(typical::standing * rate_));
     for (foot* foot : {&*walk_.left, &*walk_.right}) {
       foot->sampling_rate = rate_;
       foot->signal_1_samples = samples;
@@ -282,7 +299,8 @@ private:
     left_toe_off_ = steps[1].lost ? std::nullopt : std::optional(left.toe_off);
   }
 
-  std::optional<int> add_foot(foot& foot, analysed_cycles cycles, const stride& stride, const step* steps) {
+  std::optional<int> add_foot(foot& foot, analysed_cycles cycles, const stride& stride,
+                              const step* steps) {
     if (steps->lost) {
       return std::nullopt;
     }
@@ -293,7 +311,8 @@ private:
     return static_cast<int>(index);
   }
 
-  /// From the right heel strike to the left toe-off, and from the left heel strike to the right toe-off.
+  /// From the right heel strike to the left toe-off, and from the left heel strike to the right
+  /// toe-off.
   double double_support(const stride& right, const step& left_step) const {
     if (!left_toe_off_) {
       return gait_missing;
@@ -308,7 +327,8 @@ private:
   void exclude(analysed_cycles cycles, std::size_t index, const step* begin, const step* end) {
     const auto where = [&](step_kind kind, exclusion_list list, const char* reason) {
       if (std::any_of(begin, end, [&](const step& step) { return step.kind == kind; })) {
-        exclusions_[static_cast<std::size_t>(cycles)].push_back({cycles, list, static_cast<int>(index), reason});
+        exclusions_[static_cast<std::size_t>(cycles)].push_back(
+            {cycles, list, static_cast<int>(index), reason});
       }
     };
     where(step_kind::turn, exclusion_list::excluded_1, "turn");
@@ -321,14 +341,16 @@ private:
   random_numbers& random_;
   walk walk_;
   std::array<std::vector<exclusion>, 3> exclusions_;  ///< by analysed_cycles
-  std::optional<int> left_toe_off_;                   ///< sample of the one before, where it was found
+  /// Sample of the one before, where it was found.
+  std::optional<int> left_toe_off_;
 };
 
 void take_off(walk& walk, std::optional<foot>& unworn, analysed_cycles worn) {
   unworn.reset();
   walk.feet.clear();
   const auto is_other = [&](const exclusion& exclusion) { return exclusion.cycles != worn; };
-  walk.exclusions.erase(std::remove_if(walk.exclusions.begin(), walk.exclusions.end(), is_other), walk.exclusions.end());
+  walk.exclusions.erase(std::remove_if(walk.exclusions.begin(), walk.exclusions.end(), is_other),
+                        walk.exclusions.end());
   for (gait_foot_cycle& cycle : (worn == analysed_cycles::left ? walk.left : walk.right)->cycles) {
     cycle.step_time = gait_missing;
     cycle.step_length = gait_missing;

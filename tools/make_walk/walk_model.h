@@ -2,11 +2,13 @@
 #define TOOLS_MAKE_WALK_WALK_MODEL_H
 
 /// \file
-/// Modelled walks, for examples, tests and benchmarks: like measured ones in form and size, but measured on nobody.
+/// Modelled walks, for examples, tests and benchmarks: like measured ones in form and size, but
+/// measured on nobody.
 ///
-/// A walk is a row of steps, left and right by turns, each with a duration and a length; a stride is two steps in a
-/// row, so that times and distances of the two feet agree. Step durations and step lengths are long-range correlated.
-/// Heel strikes and toe-offs fall on samples, and every value is rounded as an export would round it.
+/// A walk is a row of steps, left and right by turns, each with a duration and a length; a stride
+/// is two steps in a row, so that times and distances of the two feet agree. Step durations and
+/// step lengths are long-range correlated. Heel strikes and toe-offs fall on samples, and every
+/// value is rounded as an export would round it.
 
 #include "walk.h"
 
@@ -29,18 +31,20 @@ struct walk_settings {
   int turns = 1;                 ///< number of turns by 180 degrees
   int pauses = 0;                ///< number of times that the person stops, stands, and walks on
   int outliers = 0;              ///< number of stumbles
-  int lost = 0;                  ///< number of strides of one foot that were not found, left and right by turns
-  double missing = 0.0;          ///< share of values that were not measured, from 0 to 1
-  int rate = 100;                ///< sampling rate (Hz), from 50 to 1000
+  /// Number of strides of one foot that were not found, left and right by turns.
+  int lost = 0;
+  double missing = 0.0;  ///< share of values that were not measured, from 0 to 1
+  int rate = 100;        ///< sampling rate (Hz), from 50 to 1000
 };
 
 /// The walk of these settings. Time and memory are in proportion to the number of strides.
 ///
-/// Turns and stumbles are excluded as kind 1, starts and stops as kind 2. A walk of fewer than four strides is taken
-/// out of the middle of a longer one, without start and stop. A foot worn alone has no step times and lengths, because
-/// its sensor does not see the other foot.
+/// Turns and stumbles are excluded as kind 1, starts and stops as kind 2. A walk of fewer than four
+/// strides is taken out of the middle of a longer one, without start and stop. A foot worn alone
+/// has no step times and lengths, because its sensor does not see the other foot.
 ///
-/// Throws std::invalid_argument when a setting is out of range or the strides are too few for what they should hold.
+/// Throws std::invalid_argument when a setting is out of range or the strides are too few for what
+/// they should hold.
 walk make_walk(const walk_settings& settings);
 
 /// A row of the model's table: how a value is distributed over the strides of a foot.
@@ -56,34 +60,36 @@ struct typical_value {
 // The model's table.
 //
 // Figures taken from publications:
-// - Speed: the mean speeds of healthy adults at normal gait in T. Oeberg, A. Karsznia and K. Oeberg, "Basic gait
-//   parameters: reference data for normal subjects, 10-79 years of age", J Rehabil Res Dev 30:210-223, 1993, are about
-//   1.1 to 1.3 m/s. Ours is 1.26 m/s.
-// - Stance and double support: 62 % of the gait cycle in stance and 38 % in swing at the customary speed of 80 m/min
-//   (J. Perry and J. M. Burnfield, "Gait Analysis: Normal and Pathological Function", 2nd edition, 2010); the double
-//   support of 24 % follows.
-// - Minimal toe clearance: 1.3 cm (D. A. Winter, "Foot trajectory in human gait: a precise and multifactorial motor
-//   control task", Phys Ther 72:45-53, 1992).
+// - Speed: the mean speeds of healthy adults at normal gait in T. Oeberg, A. Karsznia and K.
+//   Oeberg, "Basic gait parameters: reference data for normal subjects, 10-79 years of age", J
+//   Rehabil Res Dev 30:210-223, 1993, are about 1.1 to 1.3 m/s. Ours is 1.26 m/s.
+// - Stance and double support: 62 % of the gait cycle in stance and 38 % in swing at the customary
+//   speed of 80 m/min (J. Perry and J. M. Burnfield, "Gait Analysis: Normal and Pathological
+//   Function", 2nd edition, 2010); the double support of 24 % follows.
+// - Minimal toe clearance: 1.3 cm (D. A. Winter, "Foot trajectory in human gait: a precise and
+//   multifactorial motor control task", Phys Ther 72:45-53, 1992).
 //
 // Behaviour taken from publications, with figures of our own:
-// - Stride durations have long-range correlations, a DFA exponent between 0.5 and 1 (J. M. Hausdorff et al., "Is walking
-//   a random walk? Evidence for long-range correlations in stride interval of human gait", J Appl Physiol 78:349-358,
-//   1995). Ours is 0.8.
-// - Longer strides go with a higher step frequency as speed changes (D. W. Grieve and R. J. Gear, "The relationships
-//   between length of stride, step frequency, time of swing and speed of walking for children and adults", Ergonomics
-//   9:379-399, 1966), hence a negative correlation of step length and step duration.
-// - The feet of able-bodied people differ a little (H. Sadeghi et al., "Symmetry and limb dominance in able-bodied
-//   gait: a review", Gait Posture 12:34-45, 2000).
-// - Turning means slowing down (K. Hase and R. B. Stein, "Turning strategies during human walking", J Neurophysiol
-//   81:2914-2922, 1999).
+// - Stride durations have long-range correlations, a DFA exponent between 0.5 and 1 (J. M.
+//   Hausdorff et al., "Is walking a random walk? Evidence for long-range correlations in stride
+//   interval of human gait", J Appl Physiol 78:349-358, 1995). Ours is 0.8.
+// - Longer strides go with a higher step frequency as speed changes (D. W. Grieve and R. J. Gear,
+//   "The relationships between length of stride, step frequency, time of swing and speed of walking
+//   for children and adults", Ergonomics 9:379-399, 1966), hence a negative correlation of step
+//   length and step duration.
+// - The feet of able-bodied people differ a little (H. Sadeghi et al., "Symmetry and limb dominance
+//   in able-bodied gait: a review", Gait Posture 12:34-45, 2000).
+// - Turning means slowing down (K. Hase and R. B. Stein, "Turning strategies during human walking",
+//   J Neurophysiol 81:2914-2922, 1999).
 //
-// Every other figure is chosen for plausibility and not taken from a publication: all standard deviations, all
-// left/right differences, all means in the turn, and every mean that is not named above.
+// Every other figure is chosen for plausibility and not taken from a publication: all standard
+// deviations, all left/right differences, all means in the turn, and every mean that is not named
+// above.
 namespace typical {
 
-// Two steps in a row correlate by 0.50, so the deviation of a stride is 1.73 times that of a step: 0.021 s, a
-// coefficient of variation of 2 %, and 0.034 m, one of 2.5 %. On average the strides of the two feet are equally long
-// in any straight walk; what can differ are the steps.
+// Two steps in a row correlate by 0.50, so the deviation of a stride is 1.73 times that of a step:
+// 0.021 s, a coefficient of variation of 2 %, and 0.034 m, one of 2.5 %. On average the strides of
+// the two feet are equally long in any straight walk; what can differ are the steps.
 inline constexpr double step_time_length_correlation = -0.4;
 
 // clang-format off

@@ -18,7 +18,9 @@ auto& foot_of(Walk& walk, side side) {
 }
 
 /// The foot that must be there: the one that is analysed alone, or either of two.
-side needed_foot(analysed_cycles cycles) { return cycles == analysed_cycles::right ? side::right : side::left; }
+side needed_foot(analysed_cycles cycles) {
+  return cycles == analysed_cycles::right ? side::right : side::left;
+}
 
 sensor_recording recording_of(const foot& foot) {
   sensor_recording recording;
@@ -72,14 +74,17 @@ std::list<int>& list_of(gait_result& result, exclusion_list list) {
   return result.excluded_1;
 }
 
-bool takes_out(exclusion_list list) { return list == exclusion_list::excluded_1 || list == exclusion_list::excluded_2; }
+bool takes_out(exclusion_list list) {
+  return list == exclusion_list::excluded_1 || list == exclusion_list::excluded_2;
+}
 
 /// Whether an analysis keeps at least one of `count` cycles.
 bool keeps_any(const walk& walk, analysed_cycles cycles, std::size_t count) {
   std::vector<bool> excluded(count, false);
   for (const exclusion& exclusion : walk.exclusions) {
     const auto index = static_cast<std::size_t>(exclusion.index);
-    if (exclusion.cycles == cycles && takes_out(exclusion.list) && exclusion.index >= 0 && index < count) {
+    if (exclusion.cycles == cycles && takes_out(exclusion.list) && exclusion.index >= 0 &&
+        index < count) {
       excluded[index] = true;
     }
   }
@@ -92,7 +97,8 @@ analysed_cycles cycles_of(const walk& walk, std::optional<side> only) {
   if (!only && walk.left && walk.right) {
     return analysed_cycles::feet;
   }
-  return only.value_or(walk.left ? side::left : side::right) == side::left ? analysed_cycles::left : analysed_cycles::right;
+  return only.value_or(walk.left ? side::left : side::right) == side::left ? analysed_cycles::left
+                                                                           : analysed_cycles::right;
 }
 
 analysis make_analysis(walk walk, std::optional<side> only) {
@@ -103,7 +109,8 @@ analysis make_analysis(walk walk, std::optional<side> only) {
   }
   analysis analysis;
   if (cycles == analysed_cycles::feet) {
-    // The result's pointers to its feet stay good because both are there before the first is pointed to.
+    // The result's pointers to its feet stay good because both are there before the first is
+    // pointed to.
     add_foot(*std::move(walk.left), analysis);
     add_foot(*std::move(walk.right), analysis);
     link_feet(walk, analysis.result);
@@ -118,14 +125,17 @@ analysis make_analysis(walk walk, std::optional<side> only) {
   return analysis;
 }
 
-std::vector<fault> check_analysis(const walk& walk, std::optional<side> only, const std::string& folder) {
+std::vector<fault> check_analysis(const walk& walk, std::optional<side> only,
+                                  const std::string& folder) {
   const analysed_cycles cycles = cycles_of(walk, only);
   const side foot = needed_foot(cycles);
   if (!foot_of(walk, foot)) {
     return {{table_file<recording_row>(folder), 0, "foot",
-             "found no " + std::string(name_of(foot)) + " foot, expected the foot that is to be analysed"}};
+             "found no " + std::string(name_of(foot)) +
+                 " foot, expected the foot that is to be analysed"}};
   }
-  const std::size_t count = cycles == analysed_cycles::feet ? walk.feet.size() : foot_of(walk, foot)->cycles.size();
+  const std::size_t count =
+      cycles == analysed_cycles::feet ? walk.feet.size() : foot_of(walk, foot)->cycles.size();
   if (!keeps_any(walk, cycles, count)) {
     return {{table_file<exclusion_row>(folder), 0, "",
              "found all " + std::to_string(count) + " cycles of \"" + std::string(name_of(cycles)) +
@@ -134,10 +144,12 @@ std::vector<fault> check_analysis(const walk& walk, std::optional<side> only, co
   return {};
 }
 
-std::vector<fault> analysis_warnings(const walk& walk, std::optional<side> only, const std::string& folder) {
+std::vector<fault> analysis_warnings(const walk& walk, std::optional<side> only,
+                                     const std::string& folder) {
   const analysed_cycles cycles = cycles_of(walk, only);
   const auto is_of_another = [&](const exclusion& exclusion) { return exclusion.cycles != cycles; };
-  if (walk.exclusions.empty() || !std::all_of(walk.exclusions.begin(), walk.exclusions.end(), is_of_another)) {
+  if (walk.exclusions.empty() ||
+      !std::all_of(walk.exclusions.begin(), walk.exclusions.end(), is_of_another)) {
     return {};
   }
   return {{table_file<exclusion_row>(folder), 0, "cycles",

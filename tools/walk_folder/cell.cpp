@@ -15,8 +15,8 @@ namespace gait_walk {
 
 namespace {
 
-/// std::from_chars on the whole cell, which may begin with a plus sign; a cell with anything behind the number is
-/// std::errc::invalid_argument.
+/// std::from_chars on the whole cell, which may begin with a plus sign; a cell with anything behind
+/// the number is std::errc::invalid_argument.
 template <class Number>
 std::errc parse(std::string_view cell, Number& value) {
   if (cell.size() > 1 && cell[0] == '+' && cell[1] != '-') {
@@ -48,9 +48,11 @@ std::string read_whole(std::string_view cell, Whole lowest, Whole& value) {
     value = number;
     return {};
   }
-  // A minus sign is no part of an unsigned number: "-5" is told apart from "abc" by reading it as a signed one.
+  // A minus sign is no part of an unsigned number: "-5" is told apart from "abc" by reading it as a
+  // signed one.
   std::intmax_t negative = 0;
-  if (error != std::errc::invalid_argument || parse(cell, negative) != std::errc::invalid_argument) {
+  if (error != std::errc::invalid_argument ||
+      parse(cell, negative) != std::errc::invalid_argument) {
     return found(cell) + ", expected a whole number from " + std::to_string(lowest) + " to " +
            std::to_string(std::numeric_limits<Whole>::max());
   }
@@ -80,8 +82,9 @@ bool is_not_measured(std::string_view cell) {
   }
   std::string lower(cell);
   // std::tolower would ask the locale.
-  std::transform(lower.begin(), lower.end(), lower.begin(),
-                 [](char c) { return c >= 'A' && c <= 'Z' ? static_cast<char>(c - 'A' + 'a') : c; });
+  std::transform(lower.begin(), lower.end(), lower.begin(), [](char c) {
+    return c >= 'A' && c <= 'Z' ? static_cast<char>(c - 'A' + 'a') : c;
+  });
   return std::find(words.begin(), words.end(), lower) != words.end();
 }
 
@@ -100,7 +103,8 @@ std::string read_cell(std::string_view cell, const whole_limits& /*limits*/, dou
     return found(cell) + ", expected a finite number or an empty cell";
   }
   if (error == std::errc::result_out_of_range) {
-    return found(cell) + ", expected a number that is neither too large nor too small to compute with";
+    return found(cell) +
+           ", expected a number that is neither too large nor too small to compute with";
   }
   if (has_decimal_comma(cell)) {
     return found(cell) + " with a decimal comma, expected a decimal point";
@@ -116,7 +120,8 @@ std::string read_cell(std::string_view cell, const whole_limits& /*limits*/, std
   return read_whole(cell, std::uint64_t{0}, value);
 }
 
-std::string read_cell(std::string_view cell, const whole_limits& limits, std::optional<int>& value) {
+std::string read_cell(std::string_view cell, const whole_limits& limits,
+                      std::optional<int>& value) {
   value.reset();
   if (is_not_measured(cell)) {
     return {};
@@ -146,12 +151,15 @@ std::string to_cell(double value) {
 
 std::string to_cell(int value) { return digits_of(value); }
 std::string to_cell(std::uint64_t value) { return digits_of(value); }
-std::string to_cell(const std::optional<int>& value) { return value ? digits_of(*value) : std::string(); }
+std::string to_cell(const std::optional<int>& value) {
+  return value ? digits_of(*value) : std::string();
+}
 
 std::string to_cell(const std::string& value) {
   utf8_check utf8;
-  const bool is_text =
-      std::all_of(value.begin(), value.end(), [&](char c) { return c != '\0' && utf8.accept(static_cast<unsigned char>(c)); });
+  const bool is_text = std::all_of(value.begin(), value.end(), [&](char c) {
+    return c != '\0' && utf8.accept(static_cast<unsigned char>(c));
+  });
   if (!is_text || !utf8.complete()) {
     throw std::invalid_argument("a walk folder cannot hold a text that is not UTF-8");
   }

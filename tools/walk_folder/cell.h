@@ -17,8 +17,8 @@ namespace gait_walk {
 /// Whether a cell says that there is no value: empty, NA, NaN or n/a, in capitals or not.
 bool is_not_measured(std::string_view cell);
 
-// Each of these reads a cell into `value`, and returns what is wrong with the cell ("found ..., expected ..."), or
-// an empty text. `limits` bounds whole numbers.
+// Each of these reads a cell into `value`, and returns what is wrong with the cell ("found ...,
+// expected ..."), or an empty text. `limits` bounds whole numbers.
 std::string read_cell(std::string_view cell, const whole_limits& limits, double& value);
 std::string read_cell(std::string_view cell, const whole_limits& limits, int& value);
 std::string read_cell(std::string_view cell, const whole_limits& limits, std::uint64_t& value);
@@ -38,7 +38,8 @@ std::string read_cell(std::string_view cell, const whole_limits& /*limits*/, Nam
   return found(cell) + ", expected one of: " + known;
 }
 
-// The cells that read_cell() reads back as the same value. Throws std::invalid_argument for a value that has none.
+// The cells that read_cell() reads back as the same value. Throws std::invalid_argument for a value
+// that has none.
 std::string to_cell(double value);
 std::string to_cell(int value);
 std::string to_cell(std::uint64_t value);

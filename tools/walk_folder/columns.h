@@ -2,7 +2,8 @@
 #define TOOLS_WALK_FOLDER_COLUMNS_H
 
 /// \file
-/// The columns of the four tables, in the order in which they are written; reader and writer share them.
+/// The columns of the four tables, in the order in which they are written; reader and writer share
+/// them.
 
 #include "walk.h"
 
@@ -28,10 +29,13 @@ struct named {
 template <class Value>
 inline constexpr std::array<named<Value>, 0> names = {};
 template <>
-inline constexpr std::array<named<side>, 2> names<side> = {{{side::left, "left"}, {side::right, "right"}}};
+inline constexpr std::array<named<side>, 2> names<side> = {
+    {{side::left, "left"}, {side::right, "right"}}};
 template <>
 inline constexpr std::array<named<analysed_cycles>, 3> names<analysed_cycles> = {
-    {{analysed_cycles::feet, "feet"}, {analysed_cycles::left, "left"}, {analysed_cycles::right, "right"}}};
+    {{analysed_cycles::feet, "feet"},
+     {analysed_cycles::left, "left"},
+     {analysed_cycles::right, "right"}}};
 template <>
 inline constexpr std::array<named<exclusion_list>, 4> names<exclusion_list> = {
     {{exclusion_list::excluded_1, "excluded_1"},
@@ -75,8 +79,8 @@ struct whole_limits {
 template <class Row>
 struct column {
   std::string_view name;
-  std::variant<double Row::*, int Row::*, std::uint64_t Row::*, std::optional<int> Row::*, side Row::*, analysed_cycles Row::*,
-               exclusion_list Row::*, std::string Row::*>
+  std::variant<double Row::*, int Row::*, std::uint64_t Row::*, std::optional<int> Row::*,
+               side Row::*, analysed_cycles Row::*, exclusion_list Row::*, std::string Row::*>
       member;
   whole_limits limits = {};
 };

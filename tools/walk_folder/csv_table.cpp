@@ -31,7 +31,9 @@ namespace {
 
 constexpr std::size_t chunk_bytes = std::size_t{1} << 16U;
 
-bool begins_with(std::string_view text, std::string_view beginning) { return text.substr(0, beginning.size()) == beginning; }
+bool begins_with(std::string_view text, std::string_view beginning) {
+  return text.substr(0, beginning.size()) == beginning;
+}
 
 /// "UTF-16" or "UTF-32" if the text is that, else nothing.
 ///
@@ -47,10 +49,12 @@ const char* wide_encoding(std::string_view text) {
   if (begins_with(start, "\xFF\xFE"sv) || begins_with(start, "\xFE\xFF"sv)) {
     return "UTF-16";
   }
-  if ((letter(0) && zero(1) && zero(2) && zero(3)) || (zero(0) && zero(1) && zero(2) && letter(3))) {
+  if ((letter(0) && zero(1) && zero(2) && zero(3)) ||
+      (zero(0) && zero(1) && zero(2) && letter(3))) {
     return "UTF-32";
   }
-  if ((letter(0) && zero(1) && letter(2) && zero(3)) || (zero(0) && letter(1) && zero(2) && letter(3))) {
+  if ((letter(0) && zero(1) && letter(2) && zero(3)) ||
+      (zero(0) && letter(1) && zero(2) && letter(3))) {
     return "UTF-16";
   }
   return nullptr;
@@ -120,13 +124,15 @@ private:
 
   void look_at_beginning() {
     if (const char* encoding = wide_encoding(chunk_)) {
-      throw table_error(0, std::string("found ") + encoding + " text, expected UTF-8: save the table as UTF-8");
+      throw table_error(
+          0, std::string("found ") + encoding + " text, expected UTF-8: save the table as UTF-8");
     }
     if (begins_with(chunk_, "\xEF\xBB\xBF")) {
       at_ = 3;
     }
     if (const char* separator = foreign_separator(std::string_view(chunk_).substr(at_))) {
-      throw table_error(1, std::string("found columns separated by ") + separator + ", expected commas");
+      throw table_error(
+          1, std::string("found columns separated by ") + separator + ", expected commas");
     }
   }
 
@@ -161,7 +167,8 @@ private:
   }
 
   [[noreturn]] void throw_no_utf8() const {
-    throw table_error(line_, "found a byte that is not UTF-8, expected UTF-8: save the table as UTF-8");
+    throw table_error(line_,
+                      "found a byte that is not UTF-8, expected UTF-8: save the table as UTF-8");
   }
 
   void feed(std::string_view slice) {
@@ -170,13 +177,16 @@ private:
     }
     row_bytes_ += slice.size();
     if (row_bytes_ > max_row_bytes) {
-      throw table_error(row_->line, "found a row of more than " + std::to_string(max_row_bytes) +
-                                        " bytes, expected a shorter one: is a quotation mark left open?");
+      throw table_error(row_->line,
+                        "found a row of more than " + std::to_string(max_row_bytes) +
+                            " bytes, expected a shorter one: is a quotation mark left open?");
     }
     const std::size_t parsed = csv_parse(&csv_, slice.data(), slice.size(), on_cell, on_row, this);
     rethrow_failure();
     if (parsed != slice.size()) {
-      throw_parser_error(line_, "found a quotation mark inside a cell, expected such marks only around a whole cell");
+      throw_parser_error(
+          line_,
+          "found a quotation mark inside a cell, expected such marks only around a whole cell");
     }
   }
 
@@ -187,7 +197,8 @@ private:
     const int failed = csv_fini(&csv_, on_cell, on_row, this);
     rethrow_failure();
     if (failed != 0) {
-      throw_parser_error(row_->line, "found a quotation mark that is never closed, expected another one");
+      throw_parser_error(row_->line,
+                         "found a quotation mark that is never closed, expected another one");
     }
     return row_->size() != 0;
   }
@@ -199,7 +210,8 @@ private:
     throw table_error(line, broken_quoting);
   }
 
-  /// An exception must not pass through the frames of a C library: it waits until libcsv has returned.
+  /// An exception must not pass through the frames of a C library: it waits until libcsv has
+  /// returned.
   void rethrow_failure() {
     if (failure_) {
       std::rethrow_exception(std::exchange(failure_, nullptr));

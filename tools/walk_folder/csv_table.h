@@ -42,12 +42,13 @@ private:
 
 /// Reads the rows of a comma-separated table.
 ///
-/// Of the text no more is held than a chunk and one row. Accepts LF, CRLF and CR, a UTF-8 byte-order mark, and a
-/// last line without a line break; blank lines are no rows. Blanks around a cell that is not quoted are not part
-/// of it.
+/// Of the text no more is held than a chunk and one row. Accepts LF, CRLF and CR, a UTF-8
+/// byte-order mark, and a last line without a line break; blank lines are no rows. Blanks around a
+/// cell that is not quoted are not part of it.
 class csv_table {
 public:
-  /// No row that is meant comes near this size; one quotation mark too few makes a row of the rest of the file.
+  /// No row that is meant comes near this size; one quotation mark too few makes a row of the rest
+  /// of the file.
   static constexpr std::size_t max_row_bytes = std::size_t{1} << 20U;
 
   explicit csv_table(std::istream& text);
@@ -57,8 +58,9 @@ public:
   csv_table(csv_table&&) = delete;
   csv_table& operator=(csv_table&&) = delete;
 
-  /// Reads the next row into `row`; false when there is none left. Throws table_error for a text that is not UTF-8,
-  /// not separated by commas or wrongly quoted, for a row that is too long, and for a text that cannot be read.
+  /// Reads the next row into `row`; false when there is none left. Throws table_error for a text
+  /// that is not UTF-8, not separated by commas or wrongly quoted, for a row that is too long, and
+  /// for a text that cannot be read.
   bool next(csv_row& row);
 
 private:

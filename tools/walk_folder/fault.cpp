@@ -18,7 +18,8 @@ std::string fault::message() const {
 }
 
 walk_error::walk_error(std::vector<fault> faults)
-    : std::runtime_error(faults.empty() ? "walk cannot be read" : faults.front().message()), faults_(std::move(faults)) {}
+    : std::runtime_error(faults.empty() ? "walk cannot be read" : faults.front().message()),
+      faults_(std::move(faults)) {}
 
 void fault_list::add(std::size_t line, std::string_view column, std::string text) {
   if (faults_.size() < limit_) {
@@ -29,7 +30,8 @@ void fault_list::add(std::size_t line, std::string_view column, std::string text
 }
 
 void fault_list::append_to(std::vector<fault>& all) && {
-  std::stable_sort(faults_.begin(), faults_.end(), [](const fault& a, const fault& b) { return a.line < b.line; });
+  std::stable_sort(faults_.begin(), faults_.end(),
+                   [](const fault& a, const fault& b) { return a.line < b.line; });
   std::move(faults_.begin(), faults_.end(), std::back_inserter(all));
   if (beyond_limit_ != 0) {
     all.push_back({file_, 0, "", "and " + std::to_string(beyond_limit_) + " more"});
@@ -88,6 +90,8 @@ std::string shown(std::string_view text) {
 
 std::string in_quotes(std::string_view cell) { return '"' + shown(cell) + '"'; }
 
-std::string found(std::string_view cell) { return cell.empty() ? "found an empty cell" : "found " + in_quotes(cell); }
+std::string found(std::string_view cell) {
+  return cell.empty() ? "found an empty cell" : "found " + in_quotes(cell);
+}
 
 }  // namespace gait_walk

@@ -15,9 +15,10 @@ namespace gait_walk {
 
 namespace {
 
-// ---- The header line ------------------------------------------------------------------------------------------
+// ---- The header line
 
-/// The number of letters to insert, delete or replace that makes one name of the other (Levenshtein 1966).
+/// The number of letters to insert, delete or replace that makes one name of the other (Levenshtein
+/// 1966).
 std::size_t edit_distance(std::string_view a, std::string_view b) {
   std::vector<std::size_t> distances(b.size() + 1);
   for (std::size_t j = 0; j <= b.size(); ++j) {
@@ -51,7 +52,8 @@ std::string_view nearest_column(std::string_view name) {
   // More than half of the letters, or three of them, make another word.
   std::size_t smallest = std::min<std::size_t>((name.size() + 1) / 2, 3) + 1;
   for (const auto& column : columns<Row>) {
-    const std::size_t distance = name.size() > longest_name ? smallest : edit_distance(name, column.name);
+    const std::size_t distance =
+        name.size() > longest_name ? smallest : edit_distance(name, column.name);
     if (distance < smallest) {
       smallest = distance;
       nearest = column.name;
@@ -72,18 +74,21 @@ template <class Row>
 std::size_t find_column(std::string_view name) {
   const auto& all = columns<Row>;
   return static_cast<std::size_t>(std::distance(
-      all.begin(), std::find_if(all.begin(), all.end(), [&](const auto& column) { return column.name == name; })));
+      all.begin(), std::find_if(all.begin(), all.end(),
+                                [&](const auto& column) { return column.name == name; })));
 }
 
 template <class Row>
 void report_unknown_column(const csv_row& row, std::size_t cell, fault_list& faults) {
   if (row[cell].empty()) {
-    faults.add(row.line, "", "found no name for column " + std::to_string(cell + 1) + ", expected one");
+    faults.add(row.line, "",
+               "found no name for column " + std::to_string(cell + 1) + ", expected one");
     return;
   }
   const std::string_view nearest = nearest_column<Row>(row[cell]);
   faults.add(row.line, shown(row[cell]),
-             "found an unknown column, expected " + (nearest.empty() ? "only " + column_names<Row>() : std::string(nearest)));
+             "found an unknown column, expected " +
+                 (nearest.empty() ? "only " + column_names<Row>() : std::string(nearest)));
 }
 
 template <class Row>
@@ -95,7 +100,8 @@ header<Row> read_header(const csv_row& row, table_report& report) {
   }
   if (!header.usable) {
     report.every_row_known = false;
-    report.faults.add(row.line, "", found(row[0]) + ", expected the header line " + column_names<Row>());
+    report.faults.add(row.line, "",
+                      found(row[0]) + ", expected the header line " + column_names<Row>());
     return header;
   }
   std::bitset<columns<Row>.size()> present;
@@ -104,7 +110,8 @@ header<Row> read_header(const csv_row& row, table_report& report) {
     if (column == header.no_column) {
       report_unknown_column<Row>(row, cell, report.faults);
     } else if (present[column]) {
-      report.faults.add(row.line, columns<Row>[column].name, "found the column twice, expected it once");
+      report.faults.add(row.line, columns<Row>[column].name,
+                        "found the column twice, expected it once");
       column = header.no_column;
     } else {
       present.set(column);
@@ -112,16 +119,18 @@ header<Row> read_header(const csv_row& row, table_report& report) {
   }
   for (std::size_t column = 0; column < columns<Row>.size(); ++column) {
     if (!present[column]) {
-      report.faults.add(row.line, columns<Row>[column].name, "found no such column, expected it in the header line");
+      report.faults.add(row.line, columns<Row>[column].name,
+                        "found no such column, expected it in the header line");
     }
   }
   return header;
 }
 
-// ---- Rows -----------------------------------------------------------------------------------------------------
+// ---- Rows
 
 template <class Row>
-bool read_column(std::string_view cell, std::size_t line, const column<Row>& column, Row& row, table_report& report) {
+bool read_column(std::string_view cell, std::size_t line, const column<Row>& column, Row& row,
+                 table_report& report) {
   return std::visit(
       [&](auto member) {
         auto& value = row.*member;
@@ -132,7 +141,9 @@ bool read_column(std::string_view cell, std::size_t line, const column<Row>& col
         }
         if constexpr (std::is_same_v<decltype(member), double Row::*>) {
           if (value == gait_missing && !is_not_measured(cell)) {
-            report.warnings.add(line, column.name, found(cell) + ", which counts as not measured, expected an empty cell");
+            report.warnings.add(
+                line, column.name,
+                found(cell) + ", which counts as not measured, expected an empty cell");
           }
         }
         return true;
@@ -147,7 +158,8 @@ checked_row<Row> read_row(const csv_row& cells, const header<Row>& header, table
   for (std::size_t cell = 0; cell < cells.size(); ++cell) {
     const std::size_t column = header.column_of_cell[cell];
     if (column != header.no_column) {
-      checked.good[column] = read_column(cells[cell], cells.line, columns<Row>[column], checked.row, report);
+      checked.good[column] =
+          read_column(cells[cell], cells.line, columns<Row>[column], checked.row, report);
     }
   }
   return checked;
@@ -163,13 +175,15 @@ bool may_be_split(std::string_view whole, std::string_view decimals) {
   return is_digits(whole) && is_digits(decimals);
 }
 
-/// Whether the cells are as many as the columns when numbers of measured columns are put together again.
+/// Whether the cells are as many as the columns when numbers of measured columns are put together
+/// again.
 template <class Row>
 bool are_split_by_decimal_commas(const csv_row& cells, const header<Row>& header) {
   std::size_t extra = cells.size() - header.column_of_cell.size();
   std::size_t cell = 0;
   for (const std::size_t column : header.column_of_cell) {
-    const bool is_measured = column != header.no_column && std::holds_alternative<double Row::*>(columns<Row>[column].member);
+    const bool is_measured = column != header.no_column &&
+                             std::holds_alternative<double Row::*>(columns<Row>[column].member);
     if (is_measured && extra != 0 && may_be_split(cells[cell], cells[cell + 1])) {
       --extra;
       ++cell;
@@ -188,7 +202,9 @@ std::string why_too_many(const csv_row& cells, const header<Row>& header) {
   if (are_split_by_decimal_commas(cells, header)) {
     return ": are there decimal commas in place of decimal points?";
   }
-  return std::is_same_v<Row, exclusion_row> ? ": a reason with a comma in it needs quotation marks around it" : "";
+  return std::is_same_v<Row, exclusion_row>
+             ? ": a reason with a comma in it needs quotation marks around it"
+             : "";
 }
 
 /// Whether a row holds nothing, as spreadsheets leave them below a table.
@@ -202,11 +218,13 @@ bool is_empty(const csv_row& cells) {
 }
 
 template <class Row>
-void read_rows(csv_table& table, table_report& report, const std::function<void(const checked_row<Row>&)>& use) {
+void read_rows(csv_table& table, table_report& report,
+               const std::function<void(const checked_row<Row>&)>& use) {
   csv_row cells;
   if (!table.next(cells)) {
     report.every_row_known = false;
-    report.faults.add(0, "", "found an empty file, expected the header line " + column_names<Row>());
+    report.faults.add(0, "",
+                      "found an empty file, expected the header line " + column_names<Row>());
     return;
   }
   const header<Row> header = read_header<Row>(cells, report);
@@ -219,8 +237,10 @@ void read_rows(csv_table& table, table_report& report, const std::function<void(
     } else {
       report.every_row_known = false;
       report.faults.add(cells.line, "",
-                        "found " + std::to_string(cells.size()) + (cells.size() == 1 ? " cell" : " cells") + ", expected " +
-                            std::to_string(header.column_of_cell.size()) + why_too_many(cells, header));
+                        "found " + std::to_string(cells.size()) +
+                            (cells.size() == 1 ? " cell" : " cells") + ", expected " +
+                            std::to_string(header.column_of_cell.size()) +
+                            why_too_many(cells, header));
     }
   }
 }
@@ -228,7 +248,8 @@ void read_rows(csv_table& table, table_report& report, const std::function<void(
 }  // namespace
 
 template <class Row>
-void read_table(const opened_table& opened, table_report& report, const std::function<void(const checked_row<Row>&)>& use) {
+void read_table(const opened_table& opened, table_report& report,
+                const std::function<void(const checked_row<Row>&)>& use) {
   if (opened.text == nullptr) {
     report.every_row_known = false;
     report.faults.add(0, "", opened.complaint);
@@ -243,9 +264,13 @@ void read_table(const opened_table& opened, table_report& report, const std::fun
   }
 }
 
-template void read_table(const opened_table&, table_report&, const std::function<void(const checked_row<recording_row>&)>&);
-template void read_table(const opened_table&, table_report&, const std::function<void(const checked_row<foot_cycle_row>&)>&);
-template void read_table(const opened_table&, table_report&, const std::function<void(const checked_row<feet_cycle_row>&)>&);
-template void read_table(const opened_table&, table_report&, const std::function<void(const checked_row<exclusion_row>&)>&);
+template void read_table(const opened_table&, table_report&,
+                         const std::function<void(const checked_row<recording_row>&)>&);
+template void read_table(const opened_table&, table_report&,
+                         const std::function<void(const checked_row<foot_cycle_row>&)>&);
+template void read_table(const opened_table&, table_report&,
+                         const std::function<void(const checked_row<feet_cycle_row>&)>&);
+template void read_table(const opened_table&, table_report&,
+                         const std::function<void(const checked_row<exclusion_row>&)>&);
 
 }  // namespace gait_walk

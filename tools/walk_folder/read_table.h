@@ -21,7 +21,8 @@ namespace gait_walk {
 struct table_report {
   fault_list faults;
   fault_list warnings;
-  /// Whether every row is known by its foot and index. Where one is not, it may be the very row that seems missing.
+  /// Whether every row is known by its foot and index. Where one is not, it may be the very row
+  /// that seems missing.
   bool every_row_known = true;
 };
 
@@ -45,14 +46,16 @@ struct checked_row {
   bool has(Value Base::*member) const {
     const decltype(column<Row>::member) wanted = static_cast<Value Row::*>(member);
     const auto is_wanted = [&](const column<Row>& column) { return column.member == wanted; };
-    const auto place = std::find_if(columns<Row>.begin(), columns<Row>.end(), is_wanted) - columns<Row>.begin();
+    const auto place =
+        std::find_if(columns<Row>.begin(), columns<Row>.end(), is_wanted) - columns<Row>.begin();
     return good.test(static_cast<std::size_t>(place));
   }
 };
 
 /// Reads all rows of a table and hands each to `use`.
 template <class Row>
-void read_table(const opened_table& opened, table_report& report, const std::function<void(const checked_row<Row>&)>& use);
+void read_table(const opened_table& opened, table_report& report,
+                const std::function<void(const checked_row<Row>&)>& use);
 
 }  // namespace gait_walk
 

@@ -22,7 +22,7 @@ namespace fs = std::filesystem;
 
 using table_opener = std::function<opened_table(std::string_view table)>;
 
-// ---- Indices --------------------------------------------------------------------------------------------------
+// ---- Indices
 
 std::string repeated(int index, std::size_t first_line) {
   return found(std::to_string(index)) + " again (as on line " + std::to_string(first_line) + ")";
@@ -63,12 +63,15 @@ private:
 };
 
 void index_lines::check(table_report& report, const std::string& whose) {
-  std::sort(lines_.begin(), lines_.end(),
-            [](const place& a, const place& b) { return std::pair(a.index, a.line) < std::pair(b.index, b.line); });
+  std::sort(lines_.begin(), lines_.end(), [](const place& a, const place& b) {
+    return std::pair(a.index, a.line) < std::pair(b.index, b.line);
+  });
   const place* last = nullptr;
   for (const place& next : lines_) {
     if (last != nullptr && next.index == last->index) {
-      report.faults.add(next.line, "index", repeated(next.index, last->line) + ", expected each index" + whose + " once");
+      report.faults.add(
+          next.line, "index",
+          repeated(next.index, last->line) + ", expected each index" + whose + " once");
       continue;
     }
     const int expected = last == nullptr ? 0 : last->index + 1;
@@ -79,7 +82,7 @@ void index_lines::check(table_report& report, const std::string& whose) {
   }
 }
 
-// ---- The walk -------------------------------------------------------------------------------------------------
+// ---- The walk
 
 /// What the tables say of one foot.
 struct foot_tables {
@@ -143,7 +146,9 @@ private:
   std::optional<foot> take_foot(side side);
 
   /// Whether recording.csv names one foot, beyond doubt.
-  bool has_one_foot() const { return recording_.every_row_known && left_.recorded.has_value() != right_.recorded.has_value(); }
+  bool has_one_foot() const {
+    return recording_.every_row_known && left_.recorded.has_value() != right_.recorded.has_value();
+  }
 
   std::string folder_;
   table_opener open_;
@@ -160,7 +165,9 @@ private:
   std::vector<exclusion> excluded_;
 };
 
-std::string of_the(side side, const char* what) { return "the " + std::string(name_of(side)) + " " + what; }
+std::string of_the(side side, const char* what) {
+  return "the " + std::string(name_of(side)) + " " + what;
+}
 
 void walk_reader::read_recording() {
   std::size_t rows = 0;
@@ -182,17 +189,19 @@ void walk_reader::add_recording(const checked_row<recording_row>& checked) {
   }
   foot_tables& foot = of(row.foot);
   if (foot.recorded) {
-    recording_.faults.add(
-        checked.line, "foot",
-        found(name_of(row.foot)) + " again (as on line " + std::to_string(foot.recorded_line) + "), expected each foot once");
+    recording_.faults.add(checked.line, "foot",
+                          found(name_of(row.foot)) + " again (as on line " +
+                              std::to_string(foot.recorded_line) + "), expected each foot once");
     return;
   }
   const foot_tables& other = of(row.foot == side::left ? side::right : side::left);
   // A rate of 0 is that of a cell with a fault of its own.
   const int other_rate = other.recorded ? other.recorded->sampling_rate : 0;
-  if (checked.has(&recording_row::sampling_rate) && other_rate != 0 && row.sampling_rate != other_rate) {
+  if (checked.has(&recording_row::sampling_rate) && other_rate != 0 &&
+      row.sampling_rate != other_rate) {
     recording_.faults.add(checked.line, "sampling_rate",
-                          found(std::to_string(row.sampling_rate)) + ", expected the sampling rate of the other foot, " +
+                          found(std::to_string(row.sampling_rate)) +
+                              ", expected the sampling rate of the other foot, " +
                               in_quotes(std::to_string(other_rate)));
   }
   foot.recorded.emplace();
@@ -236,7 +245,8 @@ void walk_reader::check_samples(const checked_row<foot_cycle_row>& checked) {
   const std::string what = found(std::to_string(row.last_sample));
   if (checked.has(&foot_cycle_row::first_sample) && row.first_sample > row.last_sample) {
     foot_cycles_.faults.add(checked.line, "last_sample",
-                            what + ", expected at least the first sample, " + in_quotes(std::to_string(row.first_sample)));
+                            what + ", expected at least the first sample, " +
+                                in_quotes(std::to_string(row.first_sample)));
     return;
   }
   const auto& recorded = of(row.foot).recorded;
@@ -247,16 +257,18 @@ void walk_reader::check_samples(const checked_row<foot_cycle_row>& checked) {
   if (static_cast<std::uint64_t>(row.last_sample) >= samples) {
     foot_cycles_.warnings.add(
         checked.line, "last_sample",
-        what + ", expected less than the number of samples that recording.csv gives, " + in_quotes(std::to_string(samples)));
+        what + ", expected less than the number of samples that recording.csv gives, " +
+            in_quotes(std::to_string(samples)));
   }
 }
 
-void walk_reader::check_count(table_report& report, std::size_t count, const std::string& what) const {
+void walk_reader::check_count(table_report& report, std::size_t count,
+                              const std::string& what) const {
   if (count > most_strides_) {
     report.every_row_known = false;
     report.faults.add(0, "",
-                      "found " + std::to_string(count) + " " + what + ", expected at most " + std::to_string(most_strides_) +
-                          ", the limit that was set");
+                      "found " + std::to_string(count) + " " + what + ", expected at most " +
+                          std::to_string(most_strides_) + ", the limit that was set");
   }
 }
 
@@ -265,12 +277,14 @@ void walk_reader::check_foot(side side) {
   foot.indices.check(foot_cycles_, " of " + of_the(side, "foot"));
   foot.cycles.sort([](const auto& a, const auto& b) { return a.index < b.index; });
   if (foot.recorded && foot.indices.empty() && foot_cycles_.every_row_known) {
-    foot_cycles_.faults.add(
-        0, "", "found no cycle of " + of_the(side, "foot") + ", expected at least one: recording.csv names that foot");
+    foot_cycles_.faults.add(0, "",
+                            "found no cycle of " + of_the(side, "foot") +
+                                ", expected at least one: recording.csv names that foot");
   }
   if (!foot.recorded && !foot.indices.empty() && recording_.every_row_known) {
     foot_cycles_.faults.add(foot.first_line, "foot",
-                            found(name_of(side)) + " (rows: " + std::to_string(foot.indices.size()) +
+                            found(name_of(side)) +
+                                " (rows: " + std::to_string(foot.indices.size()) +
                                 "), expected only feet that recording.csv names");
   }
 }
@@ -299,8 +313,9 @@ void walk_reader::read_feet_cycles() {
 void walk_reader::check_feet_cycles() {
   if (has_one_foot()) {
     if (!feet_.empty()) {
-      feet_cycles_.faults.add(feet_.front().line, "",
-                              "found a cycle of both feet, expected no row: recording.csv names one foot only");
+      feet_cycles_.faults.add(
+          feet_.front().line, "",
+          "found a cycle of both feet, expected no row: recording.csv names one foot only");
     }
     return;
   }
@@ -308,12 +323,14 @@ void walk_reader::check_feet_cycles() {
     feet_cycles_.faults.add(0, "", "found no row, expected at least one cycle of both feet");
   }
   feet_indices_.check(feet_cycles_, "");
-  std::stable_sort(feet_.begin(), feet_.end(), [](const auto& a, const auto& b) { return a.row.index < b.row.index; });
+  std::stable_sort(feet_.begin(), feet_.end(),
+                   [](const auto& a, const auto& b) { return a.row.index < b.row.index; });
   check_links(side::right, &feet_cycle_row::right_index, "right_index");
   check_links(side::left, &feet_cycle_row::left_index, "left_index");
 }
 
-void walk_reader::check_links(side side, std::optional<int> feet_cycle_row::*link, std::string_view column) {
+void walk_reader::check_links(side side, std::optional<int> feet_cycle_row::*link,
+                              std::string_view column) {
   const index_lines& indices = of(side).indices;
   std::map<int, std::size_t> line_of_link;
   for (const auto& [row, line] : feet_) {
@@ -324,24 +341,26 @@ void walk_reader::check_links(side side, std::optional<int> feet_cycle_row::*lin
     const std::string what = found(std::to_string(*index));
     if (!indices.contains(*index)) {
       if (foot_cycles_.every_row_known) {
-        feet_cycles_.faults.add(line, column, what + ", expected the index of a cycle of " + of_the(side, "foot"));
+        feet_cycles_.faults.add(
+            line, column, what + ", expected the index of a cycle of " + of_the(side, "foot"));
       }
       continue;
     }
     const auto [other, is_first] = line_of_link.emplace(*index, line);
     if (!is_first) {
       feet_cycles_.warnings.add(line, column,
-                                what + " again (as on line " + std::to_string(other->second) + "), expected each cycle of " +
-                                    of_the(side, "foot") + " once");
+                                what + " again (as on line " + std::to_string(other->second) +
+                                    "), expected each cycle of " + of_the(side, "foot") + " once");
     }
   }
 }
 
 void walk_reader::read_exclusions() {
-  read_table<exclusion_row>(open_(table_name<exclusion_row>), exclusions_, [&](const auto& checked) {
-    excluded_.push_back(checked.row);
-    check_exclusion(checked);
-  });
+  read_table<exclusion_row>(open_(table_name<exclusion_row>), exclusions_,
+                            [&](const auto& checked) {
+                              excluded_.push_back(checked.row);
+                              check_exclusion(checked);
+                            });
 }
 
 void walk_reader::check_exclusion(const checked_row<exclusion_row>& checked) {
@@ -352,11 +371,13 @@ void walk_reader::check_exclusion(const checked_row<exclusion_row>& checked) {
   const bool of_both = row.cycles == analysed_cycles::feet;
   const foot_tables& foot = of(row.cycles == analysed_cycles::left ? side::left : side::right);
   if (of_both ? has_one_foot() : !foot.recorded) {
-    exclusions_.warnings.add(checked.line, "cycles",
-                             found(name_of(row.cycles)) + ", expected cycles that the walk has: nothing is excluded");
+    exclusions_.warnings.add(
+        checked.line, "cycles",
+        found(name_of(row.cycles)) + ", expected cycles that the walk has: nothing is excluded");
     return;
   }
-  if (checked.has(&exclusion_row::index) && (of_both ? feet_cycles_ : foot_cycles_).every_row_known) {
+  if (checked.has(&exclusion_row::index) &&
+      (of_both ? feet_cycles_ : foot_cycles_).every_row_known) {
     check_excluded_index(row.index, checked.line, of_both ? feet_.size() : foot.indices.size());
   }
 }
@@ -364,7 +385,8 @@ void walk_reader::check_exclusion(const checked_row<exclusion_row>& checked) {
 void walk_reader::check_excluded_index(int index, std::size_t line, std::size_t count) {
   if (count != 0 && (index < 0 || static_cast<std::size_t>(index) >= count)) {
     exclusions_.warnings.add(line, "index",
-                             found(std::to_string(index)) + ", expected an index from 0 to " + std::to_string(count - 1) +
+                             found(std::to_string(index)) + ", expected an index from 0 to " +
+                                 std::to_string(count - 1) +
                                  ": it is counted, but excludes no cycle");
   }
 }
@@ -397,7 +419,7 @@ std::optional<foot> walk_reader::take_foot(side side) {
   return std::move(tables.recorded);
 }
 
-// ---- Where tables come from -----------------------------------------------------------------------------------
+// ---- Where tables come from
 
 opened_table unreadable(std::string complaint, bool missing = false) {
   return {nullptr, nullptr, std::move(complaint), missing};
@@ -417,7 +439,8 @@ opened_table open_file(const fs::path& file) {
   errno = 0;
   stream->open(file, std::ios::binary);
   if (!stream->is_open()) {
-    return unreadable("found a file that cannot be read (" + std::generic_category().message(errno) + "), expected a table");
+    return unreadable("found a file that cannot be read (" +
+                      std::generic_category().message(errno) + "), expected a table");
   }
   std::istream* const text = stream.get();
   return {text, std::move(stream), "", false};
@@ -439,28 +462,32 @@ void require_folder(const fs::path& folder) {
   if (fs::exists(status)) {
     throw walk_error({{folder.string(), 0, "", "found a file, expected a walk folder"}});
   }
-  const std::string why = status.type() == fs::file_type::not_found ? "" : " (" + error.message() + ")";
-  throw walk_error({{folder.string(), 0, "", "found no such folder" + why + ", expected a walk folder"}});
+  const std::string why =
+      status.type() == fs::file_type::not_found ? "" : " (" + error.message() + ")";
+  throw walk_error(
+      {{folder.string(), 0, "", "found no such folder" + why + ", expected a walk folder"}});
 }
 
 }  // namespace
 
 std::vector<fs::path> table_files(const fs::path& folder) {
-  return {folder / table_name<recording_row>, folder / table_name<foot_cycle_row>, folder / table_name<feet_cycle_row>,
-          folder / table_name<exclusion_row>};
+  return {folder / table_name<recording_row>, folder / table_name<foot_cycle_row>,
+          folder / table_name<feet_cycle_row>, folder / table_name<exclusion_row>};
 }
 
 std::string walk_name(const fs::path& folder) {
   std::error_code error;
   const fs::path canonical = fs::weakly_canonical(folder, error);
-  // What cannot be resolved, such as a loop of links, cannot be read either, and is named by the fault that says so.
+  // What cannot be resolved, such as a loop of links, cannot be read either, and is named by the
+  // fault that says so.
   const fs::path& whole = error ? folder : canonical;
   return whole.has_filename() ? whole.filename().string() : whole.string();
 }
 
 read_result read_walk_folder(const fs::path& folder, const read_options& options) {
   require_folder(folder);
-  // Each table is opened when its turn comes: whoever writes them into pipes may do so one after the other.
+  // Each table is opened when its turn comes: whoever writes them into pipes may do so one after
+  // the other.
   const auto open = [&](std::string_view table) { return open_file(folder / table); };
   return walk_reader(folder.string(), open, options).read(walk_name(folder));
 }

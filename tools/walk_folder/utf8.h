@@ -8,7 +8,8 @@ namespace gait_walk {
 
 /// Checks a text whose bytes arrive one by one, in chunks of any size.
 ///
-/// Overlong forms, surrogates and what lies beyond U+10FFFF are no UTF-8 (The Unicode Standard, table 3-7).
+/// Overlong forms, surrogates and what lies beyond U+10FFFF are no UTF-8 (The Unicode Standard,
+/// table 3-7).
 class utf8_check {
 public:
   /// Whether the text can be UTF-8 up to and with this byte.

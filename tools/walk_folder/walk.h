@@ -17,7 +17,8 @@ namespace gait_walk {
 
 enum class side { left, right };
 
-/// Which cycle list an exclusion counts in: that of the two feet together, or that of one foot analysed alone.
+/// Which cycle list an exclusion counts in: that of the two feet together, or that of one foot
+/// analysed alone.
 enum class analysed_cycles { feet, left, right };
 
 /// Which of the four exclusion lists of gait_result an entry belongs to.
@@ -36,7 +37,8 @@ struct foot {
   int sampling_rate = 0;               ///< (Hz)
   std::uint64_t signal_1_samples = 0;  ///< number of samples of signal 1
   std::uint64_t signal_2_samples = 0;  ///< number of samples of signal 2
-  std::list<gait_foot_cycle> cycles;   ///< in index order; a value that was not measured is gait_missing
+  /// In index order; a value that was not measured is gait_missing.
+  std::list<gait_foot_cycle> cycles;
 };
 
 /// One row of feet_cycles.csv.
@@ -56,7 +58,8 @@ struct walk {
   std::vector<exclusion> exclusions;
 };
 
-/// A gait_result made of a walk, together with the recordings that it points to. May be moved, not copied.
+/// A gait_result made of a walk, together with the recordings that it points to. May be moved, not
+/// copied.
 struct analysis {
   gait_result result;
   std::list<sensor_recording> recordings;
@@ -69,14 +72,15 @@ struct analysis {
   analysis& operator=(analysis&&) = default;
 };
 
-/// The cycles that are analysed: those of the foot `only`; without it (nullopt), those of both feet together, or of the
-/// only foot that the walk has.
+/// The cycles that are analysed: those of the foot `only`; without it (nullopt), those of both feet
+/// together, or of the only foot that the walk has.
 analysed_cycles cycles_of(const walk& walk, std::optional<side> only);
 
-/// Makes the gait_result of the analysis of those cycles. Its `foot_results` hold left before right, or the single foot.
+/// Makes the gait_result of the analysis of those cycles. Its `foot_results` hold left before
+/// right, or the single foot.
 ///
-/// Throws std::invalid_argument when the walk does not have the foot that is asked for. A walk that is moved in
-/// gives its strides away, so that a long one is not held twice.
+/// Throws std::invalid_argument when the walk does not have the foot that is asked for. A walk that
+/// is moved in gives its strides away, so that a long one is not held twice.
 analysis make_analysis(walk walk, std::optional<side> only = std::nullopt);
 
 }  // namespace gait_walk

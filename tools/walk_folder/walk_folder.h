@@ -39,8 +39,10 @@ private:
 };
 
 struct read_options {
-  std::size_t faults_per_file = 20;  ///< further ones are counted in one last fault ("... and 12 more")
-  /// Strides of a foot, and cycles of both feet; those beyond are counted for the fault, and not kept.
+  std::size_t faults_per_file =
+      20;  ///< further ones are counted in one last fault ("... and 12 more")
+  /// Strides of a foot, and cycles of both feet; those beyond are counted for the fault, and not
+  /// kept.
   std::size_t most_strides = std::numeric_limits<std::size_t>::max();
 };
 
@@ -71,21 +73,26 @@ read_result read_walk_folder(const std::filesystem::path& folder, const read_opt
 /// Reads and checks a walk from streams. Throws walk_error with every fault found.
 read_result read_walk_tables(const walk_tables& tables, const read_options& options = {});
 
-/// What keeps a walk from being analysed: the foot that is asked for is not there, or no cycle is left to include.
+/// What keeps a walk from being analysed: the foot that is asked for is not there, or no cycle is
+/// left to include.
 ///
-/// `only` is as for make_analysis(), `folder` the folder in the faults' file names. What is excluded from other
-/// analyses of the walk is of no concern.
-std::vector<fault> check_analysis(const walk& walk, std::optional<side> only, const std::string& folder);
+/// `only` is as for make_analysis(), `folder` the folder in the faults' file names. What is
+/// excluded from other analyses of the walk is of no concern.
+std::vector<fault> check_analysis(const walk& walk, std::optional<side> only,
+                                  const std::string& folder);
 
-/// What is worth a warning about such an analysis: that all of the walk's exclusions are those of another.
-std::vector<fault> analysis_warnings(const walk& walk, std::optional<side> only, const std::string& folder);
+/// What is worth a warning about such an analysis: that all of the walk's exclusions are those of
+/// another.
+std::vector<fault> analysis_warnings(const walk& walk, std::optional<side> only,
+                                     const std::string& folder);
 
 /// Writes a walk as a folder that read_walk_folder reads back as the same walk, to the bit.
 ///
-/// The folder is made when it is not there, and tables in it are replaced once all four are written. The walk
-/// must be one that could be read: each foot with cycles whose indices run from 0, links to cycles that are there.
-/// Throws std::invalid_argument for a walk with a value that no table can hold (infinity, NaN, a reason that is not
-/// UTF-8), std::filesystem::filesystem_error or std::ios_base::failure when the folder cannot be written.
+/// The folder is made when it is not there, and tables in it are replaced once all four are
+/// written. The walk must be one that could be read: each foot with cycles whose indices run from
+/// 0, links to cycles that are there. Throws std::invalid_argument for a walk with a value that no
+/// table can hold (infinity, NaN, a reason that is not UTF-8), std::filesystem::filesystem_error or
+/// std::ios_base::failure when the folder cannot be written.
 void write_walk_folder(const walk& walk, const std::filesystem::path& folder);
 
 }  // namespace gait_walk

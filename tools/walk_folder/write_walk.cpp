@@ -63,7 +63,8 @@ private:
   static void write_row(std::ostream& text, const Row& row) {
     const char* separator = "";
     for (const auto& column : columns<Row>) {
-      text << separator << std::visit([&](auto member) { return to_cell(row.*member); }, column.member);
+      text << separator
+           << std::visit([&](auto member) { return to_cell(row.*member); }, column.member);
       separator = ",";
     }
     text << '\n';

@@ -1,4 +1,5 @@
-// Reads samples from standard input, one a line, and prints the library's statistics of each on a line:
+// Reads samples from standard input, one a line, and prints the library's statistics of each on a
+// line:
 //
 //     PERCENTAGE,... VALUE,...    ->    valid mean std median iqr min max PERCENTILE...
 //
@@ -38,9 +39,11 @@ gait_statistics_parameter statistics_of(const std::vector<double>& sample) {
   return statistics.parameters.at("gct");
 }
 
-Eigen::ArrayXd percentiles_of(const std::vector<double>& sample, const std::vector<double>& percentages) {
+Eigen::ArrayXd percentiles_of(const std::vector<double>& sample,
+                              const std::vector<double>& percentages) {
   const auto vector_of = [](const std::vector<double>& values) {
-    return Eigen::Map<const Eigen::VectorXd>(values.data(), static_cast<Eigen::Index>(values.size()));
+    return Eigen::Map<const Eigen::VectorXd>(values.data(),
+                                             static_cast<Eigen::Index>(values.size()));
   };
   return vector_of(sample).percentile(vector_of(percentages));
 }
@@ -52,7 +55,8 @@ int main() {
   for (std::string percentages, sample; std::cin >> percentages >> sample;) {
     const std::vector<double> values = numbers_of(sample);
     const gait_statistics_parameter s = statistics_of(values);
-    std::cout << s.valid << ' ' << s.mean << ' ' << s.std << ' ' << s.median << ' ' << s.iqr << ' ' << s.min << ' ' << s.max;
+    std::cout << s.valid << ' ' << s.mean << ' ' << s.std << ' ' << s.median << ' ' << s.iqr << ' '
+              << s.min << ' ' << s.max;
     for (const double percentile : percentiles_of(values, numbers_of(percentages))) {
       std::cout << ' ' << percentile;
     }

@@ -1,6 +1,7 @@
 #!/usr/bin/env bash
-# The results of programs that differ in compiler and flags alone, compared byte by byte with those of the first.
-# usage: compare.bash FOLDER PROGRAM...   (one whose name says avx2 is left out where the processor lacks it)
+# The results of programs that differ in compiler and flags alone, compared byte by byte with those
+# of the first. usage: compare.bash FOLDER PROGRAM... (one whose name says avx2 is left out where
+# the processor lacks it)
 set -euo pipefail
 
 cd "$1"

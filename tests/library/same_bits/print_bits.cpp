@@ -1,5 +1,6 @@
-// Prints the results of walks of either mode and of percentiles, to the last bit, for comparison with what the same
-// source prints when it is compiled otherwise. The whole library is part of it, so that it is compiled likewise.
+// Prints the results of walks of either mode and of percentiles, to the last bit, for comparison
+// with what the same source prints when it is compiled otherwise. The whole library is part of it,
+// so that it is compiled likewise.
 
 #include <gait/gait.h>
 
@@ -37,7 +38,8 @@ public:
   /// From 0 to 1.
   double fraction() { return static_cast<double>(next() >> 11U) * 0x1p-53; }
 
-  /// As strides have them, rounded as they may be, missing, or of any magnitude, infinities among them.
+  /// As strides have them, rounded as they may be, missing, or of any magnitude, infinities among
+  /// them.
   double measured(std::size_t kind) {
     switch (kind) {
       case 0:
@@ -89,20 +91,22 @@ void print(const gait_statistics_parameter& parameter) {
 
 void print(const gait_statistics_info& info) {
   for (const double value :
-       {info.recording_duration, info.duration, info.excluded_1_fallback_gct_sum, info.excluded_2_gct_sum,
-        info.included_gct_sum, info.included_distance, info.total_distance, info.excluded_2_fallback_duration,
-        info.excluded_2_duration, info.excluded_1_fallback_duration, info.excluded_1_duration, info.included_duration}) {
+       {info.recording_duration, info.duration, info.excluded_1_fallback_gct_sum,
+        info.excluded_2_gct_sum, info.included_gct_sum, info.included_distance, info.total_distance,
+        info.excluded_2_fallback_duration, info.excluded_2_duration,
+        info.excluded_1_fallback_duration, info.excluded_1_duration, info.included_duration}) {
     print("", value);
   }
-  std::printf(" %d %d %zu %u %u %u %u %d\n", info.cycle_count, info.excluded_count, info.cycles.size(),
-              info.excluded_2_fallback_count, info.excluded_2_count, info.excluded_1_fallback_count, info.excluded_1_count,
-              info.included_count);
+  std::printf(" %d %d %zu %u %u %u %u %d\n", info.cycle_count, info.excluded_count,
+              info.cycles.size(), info.excluded_2_fallback_count, info.excluded_2_count,
+              info.excluded_1_fallback_count, info.excluded_1_count, info.included_count);
 }
 
 void print(const gait_result& result) {
   std::printf("flags %d", result.quality_flags);
   print(result.statistics.info);
-  for (const auto& [key, parameter] : std::map(result.statistics.parameters.begin(), result.statistics.parameters.end())) {
+  for (const auto& [key, parameter] :
+       std::map(result.statistics.parameters.begin(), result.statistics.parameters.end())) {
     std::printf("%s", key.c_str());
     print(parameter);
     std::printf("\n");
@@ -126,13 +130,21 @@ foot random_foot(random_numbers& random, std::size_t strides) {
 void print_walk(random_numbers& random, std::size_t strides) {
   const foot left = random_foot(random, strides);
   const int listed = static_cast<int>(strides / 3);
-  print(gait_test::one_foot(left).rate(128).excluded_1({listed, listed + 1}).excluded_2_fallback({0}).analyse());
+  print(gait_test::one_foot(left)
+            .rate(128)
+            .excluded_1({listed, listed + 1})
+            .excluded_2_fallback({0})
+            .analyse());
 
   std::vector<double> durations;
   for (std::size_t i = 0; i < strides; ++i) {
     durations.push_back(random.measured(0));
   }
-  print(gait_test::two_feet(left, random_foot(random, strides)).gct(durations).ds(durations).excluded_2({listed}).analyse());
+  print(gait_test::two_feet(left, random_foot(random, strides))
+            .gct(durations)
+            .ds(durations)
+            .excluded_2({listed})
+            .analyse());
 }
 
 void print_percentiles(random_numbers& random, std::size_t size, std::size_t kind) {
