@@ -107,7 +107,7 @@ TEST(Readme, ShowsWhatItsProgramPrints) {
 TEST(Readme, ShowsThePartsOfTheReportThatTheProgramPrints) {
   const std::string command = "cd " + quoted(GAIT_PROJECT_FOLDER) + " && " + quoted(GAIT_PROGRAM) +
                               " examples/walks/two_feet_turn";
-  const std::string shown = block_after(page("README.md"), "prints, shortened", "text");
+  const std::string shown = block_after(page("README.md"), "shortened:", "text");
   ASSERT_GT(lines_of(shown).size(), 10U);
   EXPECT_TRUE(is_shortened(shown, "\n" + output_of(command)));
 }
