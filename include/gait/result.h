@@ -119,8 +119,8 @@ struct gait_generate_statistics_settings {
   float settings_value = 0.0F;
 };
 
-// Producers fill the measured fields as one row of doubles from `hs` to `impact_hor`, with `index`
-// behind it.
+// Producers fill the measured fields as one row of doubles from `hs` to `impact_hor`, which `index`
+// follows.
 static_assert(offsetof(gait_foot_cycle, first_sample) == 0);
 static_assert(offsetof(gait_foot_cycle, impact_hor) ==
               offsetof(gait_foot_cycle, hs) + 26 * sizeof(double));
