@@ -26,7 +26,7 @@ using gait_detail::index_sum;
 using gait_detail::sample_count_of;
 using gait_detail::to_int32;
 
-/// The cycles that count, on their way from all cycles to those that are left.
+/// The cycles that count: every cycle at first, then those that no exclusion has taken out.
 class cycle_selection {
 public:
   /// Selects every cycle of a list of `size`, in ascending order.
@@ -84,8 +84,8 @@ void write_info(gait_result& result, const ResultT& analysed, const cycle_select
   const auto duration_sum = [&](const std::list<int>& indices) {
     return index_sum(analysed.cycles, indices, gait_detail::summed_field<ResultT, GCT>);
   };
-  // Whether kind 2 took a cycle out decides here, not whether its list holds anything, as in the
-  // counts: a list of cycles that kind 1 took out already leaves this sum to the fallback list.
+  // Here it matters whether kind 2 took a cycle out, and not whether its list holds anything, as in
+  // the counts: where kind 1 took all of these cycles out first, the fallback list is summed.
   const double excluded_2_sum =
       duration_sum(selection.kind_2_took_any() ? result.excluded_2 : result.excluded_2_fallback);
   const double excluded_1_fallback_sum = duration_sum(result.excluded_1_fallback);

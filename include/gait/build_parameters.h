@@ -28,8 +28,9 @@
 /// \param feet         the two-feet result, or null
 /// \param feet_cycles  the two-feet cycles that count; must not be null unless `feet` is
 ///
-/// Throws, costs and shares as gait_statistics_build_parameter() does, once for each parameter;
-/// after an exception the map holds the parameters built so far.
+/// Throws and costs what gait_statistics_build_parameter() does, once for each parameter, and may
+/// be called at the same time under the same conditions. After an exception the map holds the
+/// parameters built so far.
 inline void gait_statistics_build_parameters(gait_statistics& stats, const gait_foot_result& foot,
                                              const std::list<int>& cycles,
                                              const std::string& suffix, gait_feet_result* feet,

@@ -64,7 +64,7 @@ exclusion account_exclusion(const ResultT& result, const std::list<int>& primary
 ///
 /// For each kind, the primary list counts if it is not empty, else the fallback list does: that of
 /// kind 1 with its length, that of kind 2 as two cycles, however many it holds. A cycle that both
-/// kinds list is taken off twice, and an index out of range is counted but adds no time, so that
+/// kinds list is taken off twice, and an index out of range is counted but adds no time. Therefore
 /// `included_count` may be below the number of included cycles, and negative. It wraps around at 32
 /// bits.
 ///
@@ -73,7 +73,7 @@ exclusion account_exclusion(const ResultT& result, const std::list<int>& primary
 /// \param total_cycles    number of cycles of the walk
 /// \param total_duration  duration of the walk (s)
 ///
-/// O(n * k) steps for k listed indices over n cycles. Throws nothing and allocates nothing.
+/// O(n * k) for k listed indices over n cycles. Throws nothing and allocates nothing.
 template <class ResultT, class Tag>
 void gait_statistics_compute_info(gait_statistics_info& info, const ResultT& result,
                                   const gait_result& gait, Tag /*tag*/, int total_cycles,

@@ -6,8 +6,8 @@
 ///
 /// Plain records with public members, copied and moved as values. The caller fills a gait_result,
 /// calls gait_generate_statistics() with it, and reads `statistics` and `quality_flags` from the
-/// same object. The records check nothing. Pointers do not own; what they point to must outlive the
-/// call. Those of a copy still point where those of the original do, into the original's feet.
+/// same object. The records check nothing. Pointers do not own what they point to, which must
+/// outlive the call. A copy of a gait_result still points into the feet of the original.
 
 #include <gait/statistics.h>
 
@@ -98,8 +98,8 @@ struct gait_feet_result {
 /// `excluded_2` take cycles out; the fallback lists enter the accounting alone. See
 /// gait_generate_statistics() for what the library requires.
 struct gait_result {
-  /// One entry per instrumented foot. One entry: single-foot mode; more: two-feet mode; none:
-  /// nothing is done. The sampling rate is always that of the first entry's recording.
+  /// One entry per instrumented foot. One entry means single-foot mode, more mean two-feet mode,
+  /// and with none nothing is done. The sampling rate is always that of the first entry's recording.
   std::vector<gait_foot_result> foot_results;
   gait_foot_result* left_foot = nullptr;   ///< two-feet mode only, suffix "_L"; not owned
   gait_foot_result* right_foot = nullptr;  ///< two-feet mode only, suffix "_R"; not owned

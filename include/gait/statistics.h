@@ -16,8 +16,8 @@
 #include <unordered_map>
 #include <vector>
 
-// NaN counts as a measured value throughout the library. A compiler that is told that there are no
-// NaNs drops the very comparisons that say so, silently, and only in some places.
+// NaN counts as a measured value throughout the library. A compiler that may assume that there are
+// no NaNs drops the comparisons that rely on them, silently and only in some places.
 #if defined(__FAST_MATH__) || (defined(__FINITE_MATH_ONLY__) && __FINITE_MATH_ONLY__)
 #error \
     "gait_statistics needs NaN and signed zero to work: compile without -ffast-math and -ffinite-math-only"
@@ -36,8 +36,8 @@ constexpr bool gait_is_missing(double value) { return value == gait_missing; }
 /// The descriptive statistics of one gait parameter on one side, over the cycles that count.
 ///
 /// The sample is the list of `values` that are not missing; its size n is gait_sample_size(). When
-/// it is empty, `valid` is false and every statistic is gait_missing. The entry "asymmetry" differs: see
-/// gait_generate_statistics().
+/// it is empty, `valid` is false and every statistic is gait_missing. The entry "asymmetry"
+/// differs: see gait_generate_statistics().
 struct gait_statistics_parameter {
   bool valid = false;       ///< true when at least one value entered the statistics
   std::string description;  ///< name of the parameter, for people ("Cycle duration")
@@ -83,11 +83,11 @@ inline std::size_t gait_sample_size(const gait_statistics_parameter& parameter) 
 struct gait_statistics_info {
   /// Length of the recording (s): the shortest signal counts.
   double recording_duration = 0.0;
-  /// First sample of the first to last sample of the last cycle (s)
+  /// From the first sample of the first cycle to the last sample of the last one (s).
   double duration = 0.0;
-  /// Cycle durations over excluded_1_fallback, always summed (s)
+  /// Cycle durations over excluded_1_fallback, whether or not that list counts (s).
   double excluded_1_fallback_gct_sum = 0.0;
-  /// Over excluded_2 if it took a cycle out, else excluded_2_fallback (s)
+  /// Cycle durations over excluded_2 if it took a cycle out, else over excluded_2_fallback (s).
   double excluded_2_gct_sum = 0.0;
   double included_gct_sum = 0.0;  ///< cycle durations over the included cycles (s)
   /// Stride lengths over the included cycles (m); the right foot's of two.
@@ -103,15 +103,15 @@ struct gait_statistics_info {
   /// Kind-1 exclusions that came from the fallback list.
   std::uint32_t excluded_1_fallback_count = 0;
   std::uint32_t excluded_1_count = 0;  ///< cycles excluded for kind 1
-  /// Cycle_count - excluded_2_count - excluded_1_count.
+  /// cycle_count - excluded_2_count - excluded_1_count
   int included_count = 0;
-  /// Cycle durations over the kind-2 fallback list, or 0 (s)
+  /// Cycle durations over the kind-2 fallback list if it counts, else 0 (s).
   double excluded_2_fallback_duration = 0.0;
   double excluded_2_duration = 0.0;  ///< cycle durations over the kind-2 exclusions (s)
-  /// Cycle durations over the kind-1 fallback list, or 0 (s)
+  /// Cycle durations over the kind-1 fallback list if it counts, else 0 (s).
   double excluded_1_fallback_duration = 0.0;
   double excluded_1_duration = 0.0;  ///< cycle durations over the kind-1 exclusions (s)
-  /// Duration - (excluded_2_duration + excluded_1_duration) (s)
+  /// duration - (excluded_2_duration + excluded_1_duration) (s)
   double included_duration = 0.0;
 };
 
@@ -119,8 +119,8 @@ struct gait_statistics_info {
 struct gait_statistics {
   gait_statistics_info info;
   /// Keyed by the parameter key and the side suffix: "gct" for one foot, "gct_R" and "gct_L" for
-  /// two. The library never clears the map and never replaces an entry; of one that is present it
-  /// rewrites `asymmetry` only.
+  /// two. The library never clears the map and never replaces an entry; it rewrites only the
+  /// `asymmetry` of one that is present.
   std::unordered_map<std::string, gait_statistics_parameter> parameters;
 };
 

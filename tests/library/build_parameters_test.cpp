@@ -177,4 +177,11 @@ TEST(BuildParameters, LeavesTheAccountingAndTheAsymmetriesAlone) {
   }
 }
 
+TEST(SampleSize, IsTheNumberOfValuesThatAreNotMissing) {
+  const gait_statistics statistics = of_one_foot(foot().gct({1.0, -1.0, -0.5, gait_test::nan}));
+  EXPECT_EQ(gait_sample_size(statistics.parameters.at("gct")), 3U);
+  EXPECT_EQ(gait_sample_size(statistics.parameters.at("swing")), 0U);
+  EXPECT_EQ(gait_sample_size(gait_statistics_parameter()), 0U);
+}
+
 }  // namespace

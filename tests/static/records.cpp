@@ -276,7 +276,7 @@ static_assert(offsetof(gait_generate_statistics_settings, settings_value) == 0);
 static_assert(std::is_same_v<decltype(gait_generate_statistics),
                              bool(gait_result&, const gait_generate_statistics_settings&)>);
 
-// Records without containers are constants of the language, so that their defaults show here.
+// Records without containers are constants of the language: their defaults show here.
 
 constexpr gait_foot_cycle unmeasured{};
 static_assert(unmeasured.hs == gait_missing && unmeasured.gct == gait_missing &&
