@@ -36,9 +36,9 @@
 ///   quotient by a mean of 0.0.
 /// - "asymmetry", with two feet: the swing asymmetry (left - right) * sampling rate / (left +
 ///   right) of every included stride whose swings are both above 0, with the mean and the
-///   deviation. Here the deviation of a single value is NaN, and -1.0 is a value like any other. Where no stride
-///   has both swings, the record is valid, its mean NaN and its deviation -0.0. Without any
-///   included cycle it is not valid, and both are 0.0.
+///   deviation. Here the deviation of a single value is NaN, and -1.0 is a value like any other.
+///   Where no stride has both swings, the record is valid, its mean NaN and its deviation -0.0.
+///   Without any included cycle it is not valid, and both are 0.0.
 /// - `quality_flags`: rewritten, a set of gait_quality_flag bits.
 ///
 /// Nothing else is changed. In two-feet mode both distances are the right foot's: the stride

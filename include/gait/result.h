@@ -99,7 +99,8 @@ struct gait_feet_result {
 /// gait_generate_statistics() for what the library requires.
 struct gait_result {
   /// One entry per instrumented foot. One entry means single-foot mode, more mean two-feet mode,
-  /// and with none nothing is done. The sampling rate is always that of the first entry's recording.
+  /// and with none nothing is done. The sampling rate is always that of the first entry's
+  /// recording.
   std::vector<gait_foot_result> foot_results;
   gait_foot_result* left_foot = nullptr;   ///< two-feet mode only, suffix "_L"; not owned
   gait_foot_result* right_foot = nullptr;  ///< two-feet mode only, suffix "_R"; not owned
