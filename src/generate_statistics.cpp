@@ -4,12 +4,14 @@
 
 #include "asymmetry.h"
 #include "is_included_in.h"
-#include "lookup.h"
 #include "mode.h"
+#include "recording.h"
 
 #include <gait/build_parameters.h>
 #include <gait/compute_info.h>
 #include <gait/cycle_access.h>
+#include <gait/int32_count.h>
+#include <gait/matching_cycles.h>
 
 #include <algorithm>
 #include <cstddef>
@@ -21,10 +23,10 @@
 namespace {
 
 using gait_detail::index_sum;
-using gait_detail::lookup;
+using gait_detail::sample_count_of;
 using gait_detail::to_int32;
 
-/// The cycles that count, on their way from all cycles to those that are left.
+/// The cycles that count: every cycle at first, then those that no exclusion has taken out.
 class cycle_selection {
 public:
   /// Selects every cycle of a list of `size`, in ascending order.
@@ -66,14 +68,6 @@ walk_span span_of(const gait_foot_result& foot) {
   return {foot.cycles.front().first_sample, foot.cycles.back().last_sample};
 }
 
-/// The number of samples that both signals of a foot have.
-std::uint64_t sample_count_of(const gait_foot_result& foot) {
-  const auto& signals = foot.recording->signals;
-  const std::uint64_t signal_1 = lookup(signals, 1).sample_count;
-  const std::uint64_t signal_2 = lookup(signals, 2).sample_count;
-  return std::min(signal_1, signal_2);
-}
-
 /// What the accounting needs of the walk as a whole.
 struct walk_extent {
   std::uint64_t sample_count;  ///< samples that every signal has
@@ -90,8 +84,8 @@ void write_info(gait_result& result, const ResultT& analysed, const cycle_select
   const auto duration_sum = [&](const std::list<int>& indices) {
     return index_sum(analysed.cycles, indices, gait_detail::summed_field<ResultT, GCT>);
   };
-  // Whether kind 2 took a cycle out decides here, not whether its list holds anything, as in the
-  // counts: a list of cycles that kind 1 took out already leaves this sum to the fallback list.
+  // Here it matters whether kind 2 took a cycle out, and not whether its list holds anything, as in
+  // the counts: where kind 1 took all of these cycles out first, the fallback list is summed.
   const double excluded_2_sum =
       duration_sum(selection.kind_2_took_any() ? result.excluded_2 : result.excluded_2_fallback);
   const double excluded_1_fallback_sum = duration_sum(result.excluded_1_fallback);
@@ -131,18 +125,6 @@ void analyse_single_foot(gait_result& result) {
                                    nullptr);
 }
 
-/// The indices of one foot's cycles that belong to the selected two-feet cycles, position by
-/// position; -1 where there is none.
-std::list<int> matching_cycles(const gait_feet_result& feet, const std::list<int>& selected,
-                               gait_foot_cycle* gait_feet_cycle::*side) {
-  std::list<int> matching;
-  gait_detail::for_each_cycle(
-      feet.cycles, selected, [&](std::size_t, const gait_feet_cycle& cycle) {
-        matching.push_back(cycle.*side != nullptr ? (cycle.*side)->index : -1);
-      });
-  return matching;
-}
-
 void analyse_two_feet(gait_result& result) {
   const gait_foot_result& left = *result.left_foot;
   const gait_foot_result& right = *result.right_foot;
@@ -161,13 +143,13 @@ void analyse_two_feet(gait_result& result) {
     return index_sum(right.cycles, right_cycles, &gait_foot_cycle::slength);
   };
   const double total_distance =
-      distance(matching_cycles(feet, selection.cycles(), &gait_feet_cycle::right_cycle));
+      distance(gait_matching_cycles(feet, selection.cycles(), &gait_feet_cycle::right_cycle));
   selection.exclude(result);
 
   const std::list<int> right_cycles =
-      matching_cycles(feet, selection.cycles(), &gait_feet_cycle::right_cycle);
+      gait_matching_cycles(feet, selection.cycles(), &gait_feet_cycle::right_cycle);
   const std::list<int> left_cycles =
-      matching_cycles(feet, selection.cycles(), &gait_feet_cycle::left_cycle);
+      gait_matching_cycles(feet, selection.cycles(), &gait_feet_cycle::left_cycle);
   write_info(result, feet, selection, {sample_count, span, total_distance, distance(right_cycles)});
   gait_statistics_build_parameters(result.statistics, right, right_cycles, "_R", &feet,
                                    &selection.cycles());

@@ -6,16 +6,25 @@
 
 #include <gait/catalogue.h>
 #include <gait/cycle_access.h>
+#include <gait/int32_count.h>
 #include <gait/result.h>
 
 #include <cstddef>
 #include <cstdint>
 #include <list>
 
-namespace gait_detail {
+/// The exclusions of one kind that the cycle accounting counts: the primary list, or the fallback
+/// list where the primary one is empty.
+///
+/// It says nothing of which cycles are included: only the primary lists take cycles out. Any
+/// container will do, such as a list of indices or a vector of reasons. Returns one of its
+/// arguments.
+template <class List>
+const List& gait_accounted_exclusions(const List& primary, const List& fallback) noexcept {
+  return primary.empty() ? fallback : primary;
+}
 
-/// The low 32 bits of a difference or a length, as in two's complement.
-constexpr int to_int32(std::int64_t value) { return static_cast<int>(value); }
+namespace gait_detail {
 
 /// The field of a result's cycles that the accounting of a tag sums.
 template <class ResultT, class Tag>
@@ -40,7 +49,7 @@ struct exclusion {
 template <class ResultT, class Tag>
 exclusion account_exclusion(const ResultT& result, const std::list<int>& primary,
                             const std::list<int>& fallback, std::uint32_t fallback_count) {
-  const auto& applied = primary.empty() ? fallback : primary;
+  const auto& applied = gait_accounted_exclusions(primary, fallback);
   const double duration = index_sum(result.cycles, applied, summed_field<ResultT, Tag>);
   if (primary.empty()) {
     return {fallback_count, fallback_count, duration, duration};
@@ -55,7 +64,7 @@ exclusion account_exclusion(const ResultT& result, const std::list<int>& primary
 ///
 /// For each kind, the primary list counts if it is not empty, else the fallback list does: that of
 /// kind 1 with its length, that of kind 2 as two cycles, however many it holds. A cycle that both
-/// kinds list is taken off twice, and an index out of range is counted but adds no time, so that
+/// kinds list is taken off twice, and an index out of range is counted but adds no time. Therefore
 /// `included_count` may be below the number of included cycles, and negative. It wraps around at 32
 /// bits.
 ///
@@ -64,7 +73,7 @@ exclusion account_exclusion(const ResultT& result, const std::list<int>& primary
 /// \param total_cycles    number of cycles of the walk
 /// \param total_duration  duration of the walk (s)
 ///
-/// O(n * k) steps for k listed indices over n cycles. Throws nothing and allocates nothing.
+/// O(n * k) for k listed indices over n cycles. Throws nothing and allocates nothing.
 template <class ResultT, class Tag>
 void gait_statistics_compute_info(gait_statistics_info& info, const ResultT& result,
                                   const gait_result& gait, Tag /*tag*/, int total_cycles,

@@ -6,8 +6,8 @@
 ///
 /// Plain records with public members, copied and moved as values. The caller fills a gait_result,
 /// calls gait_generate_statistics() with it, and reads `statistics` and `quality_flags` from the
-/// same object. The records check nothing. Pointers do not own; what they point to must outlive the
-/// call. Those of a copy still point where those of the original do, into the original's feet.
+/// same object. The records check nothing. Pointers do not own what they point to, which must
+/// outlive the call. A copy of a gait_result still points into the feet of the original.
 
 #include <gait/statistics.h>
 
@@ -98,8 +98,9 @@ struct gait_feet_result {
 /// `excluded_2` take cycles out; the fallback lists enter the accounting alone. See
 /// gait_generate_statistics() for what the library requires.
 struct gait_result {
-  /// One entry per instrumented foot. One entry: single-foot mode; more: two-feet mode; none:
-  /// nothing is done. The sampling rate is always that of the first entry's recording.
+  /// One entry per instrumented foot. One entry means single-foot mode, more mean two-feet mode,
+  /// and with none nothing is done. The sampling rate is always that of the first entry's
+  /// recording.
   std::vector<gait_foot_result> foot_results;
   gait_foot_result* left_foot = nullptr;   ///< two-feet mode only, suffix "_L"; not owned
   gait_foot_result* right_foot = nullptr;  ///< two-feet mode only, suffix "_R"; not owned
@@ -112,31 +113,6 @@ struct gait_result {
   int quality_flags = 0;                   ///< output: a set of gait_quality_flag bits
 };
 
-// The limits of the quality flags.
-inline constexpr double gait_quality_setting_min = 10.0;  ///< a setting from this
-/// To this is plausible, both included.
-inline constexpr double gait_quality_setting_max = 34.0;
-/// A walk of so many cycles or fewer has few.
-inline constexpr int gait_quality_few_cycles_max = 4;
-inline constexpr double gait_quality_speed_min = 0.31;  ///< a mean speed from this (m/s)
-/// To this is plausible, both included (m/s)
-inline constexpr double gait_quality_speed_max = 1.8;
-/// A mean of so much, to either side, is large.
-inline constexpr double gait_quality_swing_asymmetry_min = 20.0;
-
-/// The plausibility warnings of gait_result::quality_flags. Bits 32 and 64 are never set.
-///
-/// A side without any measured speed raises its bit.
-enum gait_quality_flag : int {
-  gait_quality_setting = 1,      ///< settings_value is above 0 and not plausible
-  gait_quality_few_cycles = 2,   ///< the walk has few cycles
-  gait_quality_speed = 4,        ///< mean of "speed" not plausible (single-foot mode)
-  gait_quality_speed_right = 8,  ///< mean of "speed_R" not plausible (two-feet mode)
-  gait_quality_speed_left = 16,  ///< mean of "speed_L" not plausible (two-feet mode)
-  gait_quality_swing_asymmetry =
-      128,  ///< mean of "asymmetry" large, and its deviation not 0 (two-feet mode)
-};
-
 /// The settings of gait_generate_statistics().
 struct gait_generate_statistics_settings {
   /// What it stands for is the caller's choice. It enters no computation: a value above 0 that is
@@ -144,8 +120,8 @@ struct gait_generate_statistics_settings {
   float settings_value = 0.0F;
 };
 
-// Producers fill the measured fields as one row of doubles from `hs` to `impact_hor`, with `index`
-// behind it.
+// Producers fill the measured fields as one row of doubles from `hs` to `impact_hor`, which `index`
+// follows.
 static_assert(offsetof(gait_foot_cycle, first_sample) == 0);
 static_assert(offsetof(gait_foot_cycle, impact_hor) ==
               offsetof(gait_foot_cycle, hs) + 26 * sizeof(double));

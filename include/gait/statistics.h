@@ -8,14 +8,16 @@
 /// Plain records with public members, copied and moved as values. gait_generate_statistics() fills
 /// one gait_statistics; the caller reads it out of its gait_result.
 
+#include <algorithm>
+#include <cstddef>
 #include <cstdint>
 #include <list>
 #include <string>
 #include <unordered_map>
 #include <vector>
 
-// NaN counts as a measured value throughout the library. A compiler that is told that there are no
-// NaNs drops the very comparisons that say so, silently, and only in some places.
+// NaN counts as a measured value throughout the library. A compiler that may assume that there are
+// no NaNs drops the comparisons that rely on them, silently and only in some places.
 #if defined(__FAST_MATH__) || (defined(__FINITE_MATH_ONLY__) && __FINITE_MATH_ONLY__)
 #error \
     "gait_statistics needs NaN and signed zero to work: compile without -ffast-math and -ffinite-math-only"
@@ -28,18 +30,14 @@
 /// NaN, other negative values, and -0.999 too.
 inline constexpr double gait_missing = -1.0;
 
-namespace gait_detail {
-
-/// True when `value` is the missing value; false for NaN.
-constexpr bool is_missing(double value) { return value == gait_missing; }
-
-}  // namespace gait_detail
+/// Whether a value is the missing value; false for NaN.
+constexpr bool gait_is_missing(double value) { return value == gait_missing; }
 
 /// The descriptive statistics of one gait parameter on one side, over the cycles that count.
 ///
-/// The sample is the list of `values` that are not missing; its size n is not stored. When it is
-/// empty, `valid` is false and every statistic is gait_missing. The entry "asymmetry" differs: see
-/// gait_generate_statistics().
+/// The sample is the list of `values` that are not missing; its size n is gait_sample_size(). When
+/// it is empty, `valid` is false and every statistic is gait_missing. The entry "asymmetry"
+/// differs: see gait_generate_statistics().
 struct gait_statistics_parameter {
   bool valid = false;       ///< true when at least one value entered the statistics
   std::string description;  ///< name of the parameter, for people ("Cycle duration")
@@ -65,6 +63,16 @@ struct gait_statistics_parameter {
   double asymmetry = gait_missing;
 };
 
+/// The size n of a parameter's sample: how many of its `values` are not missing.
+///
+/// Not for the entry "asymmetry": each of its values was computed, one of -1.0 too, and n is their
+/// number. O(n), throws nothing.
+inline std::size_t gait_sample_size(const gait_statistics_parameter& parameter) noexcept {
+  const auto& values = parameter.values;
+  return values.size() -
+         static_cast<std::size_t>(std::count_if(values.begin(), values.end(), gait_is_missing));
+}
+
 /// The cycle accounting of the walk: durations, distances, and what each kind of exclusion took
 /// out.
 ///
@@ -75,11 +83,11 @@ struct gait_statistics_parameter {
 struct gait_statistics_info {
   /// Length of the recording (s): the shortest signal counts.
   double recording_duration = 0.0;
-  /// First sample of the first to last sample of the last cycle (s)
+  /// From the first sample of the first cycle to the last sample of the last one (s).
   double duration = 0.0;
-  /// Cycle durations over excluded_1_fallback, always summed (s)
+  /// Cycle durations over excluded_1_fallback, whether or not that list counts (s).
   double excluded_1_fallback_gct_sum = 0.0;
-  /// Over excluded_2 if it took a cycle out, else excluded_2_fallback (s)
+  /// Cycle durations over excluded_2 if it took a cycle out, else over excluded_2_fallback (s).
   double excluded_2_gct_sum = 0.0;
   double included_gct_sum = 0.0;  ///< cycle durations over the included cycles (s)
   /// Stride lengths over the included cycles (m); the right foot's of two.
@@ -95,15 +103,15 @@ struct gait_statistics_info {
   /// Kind-1 exclusions that came from the fallback list.
   std::uint32_t excluded_1_fallback_count = 0;
   std::uint32_t excluded_1_count = 0;  ///< cycles excluded for kind 1
-  /// Cycle_count - excluded_2_count - excluded_1_count.
+  /// cycle_count - excluded_2_count - excluded_1_count
   int included_count = 0;
-  /// Cycle durations over the kind-2 fallback list, or 0 (s)
+  /// Cycle durations over the kind-2 fallback list if it counts, else 0 (s).
   double excluded_2_fallback_duration = 0.0;
   double excluded_2_duration = 0.0;  ///< cycle durations over the kind-2 exclusions (s)
-  /// Cycle durations over the kind-1 fallback list, or 0 (s)
+  /// Cycle durations over the kind-1 fallback list if it counts, else 0 (s).
   double excluded_1_fallback_duration = 0.0;
   double excluded_1_duration = 0.0;  ///< cycle durations over the kind-1 exclusions (s)
-  /// Duration - (excluded_2_duration + excluded_1_duration) (s)
+  /// duration - (excluded_2_duration + excluded_1_duration) (s)
   double included_duration = 0.0;
 };
 
@@ -111,8 +119,8 @@ struct gait_statistics_info {
 struct gait_statistics {
   gait_statistics_info info;
   /// Keyed by the parameter key and the side suffix: "gct" for one foot, "gct_R" and "gct_L" for
-  /// two. The library never clears the map and never replaces an entry; of one that is present it
-  /// rewrites `asymmetry` only.
+  /// two. The library never clears the map and never replaces an entry; it rewrites only the
+  /// `asymmetry` of one that is present.
   std::unordered_map<std::string, gait_statistics_parameter> parameters;
 };
 

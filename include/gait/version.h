@@ -5,8 +5,8 @@
 /// The version of gait_statistics: this file is its one source, and the build reads it from here.
 ///
 /// The numbers follow semantic versioning. The records of gait/statistics.h and gait/result.h are
-/// laid out by the caller's compiler and read by the library's, so that any change to a record's
-/// members is a change of the binary interface: it raises the major number, and the SONAME with it
+/// laid out by the caller's compiler and read by the library's. Any change to a record's members is
+/// therefore a change of the binary interface: it raises the major number, and the SONAME with it
 /// (`libgait_statistics.so.<major>`). A minor release may add functions, and tags to the catalogue;
 /// a patch release changes neither interface. A change that moves a number which the library
 /// computes is named in CHANGELOG.md under "Scientific changes", whatever the release.

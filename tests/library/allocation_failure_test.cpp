@@ -2,6 +2,7 @@
 
 #include "builders.h"
 #include "bytes_of.h"
+#include "catalogue_keys.h"
 #include "failing_allocations.h"
 #include "side.h"
 #include "text_of.h"
@@ -335,7 +336,7 @@ gait_statistics every_other_record(walk other) {
 
 TEST(EntryShortOfMemory, IsTriedOnWalksThatReachEveryStage) {
   const whole_run two(with_exclusions(together()), {});
-  EXPECT_EQ(two.statistics.parameters.size(), 2U * 28U + 1U);
+  EXPECT_EQ(two.statistics.parameters.size(), 2 * keys_of_side(true).size() + 1);
   EXPECT_EQ(two.statistics.parameters.at("asymmetry").values.size(), 8U);
   EXPECT_EQ(two.statistics.info.excluded_count, 2);
   EXPECT_NE(two.quality_flags & gait_quality_swing_asymmetry, 0);
@@ -391,7 +392,7 @@ TEST(EntryShortOfMemory, BuildsTheRightSideBeforeTheLeft) {
                           const auto& parameters = call.result().statistics.parameters;
                           if (parameters.count("gct_L") != 0 && !left_seen) {
                             left_seen = true;
-                            EXPECT_EQ(parameters.size(), 28U + 1U)
+                            EXPECT_EQ(parameters.size(), keys_of_side(true).size() + 1)
                                 << "all of the right side, and the first of the left";
                           }
                         });
@@ -423,7 +424,8 @@ TEST(EntryShortOfMemory, WritesRatiosBeforeItRaisesFlags) {
         const auto& parameters = call.result().statistics.parameters;
         const bool has_ratio = parameters.at("what the caller measured_L").asymmetry == 1.0;
         EXPECT_TRUE(has_ratio || call.result().quality_flags == entry_call::earlier_flags);
-        was_short_of_memory_for_a_ratio |= !has_ratio && parameters.size() == 2U + 2U * 28U;
+        was_short_of_memory_for_a_ratio |=
+            !has_ratio && parameters.size() == 2 + 2 * keys_of_side(true).size();
       });
   EXPECT_TRUE(was_short_of_memory_for_a_ratio);
 }
@@ -447,8 +449,8 @@ TEST(EntryAllocations, GrowWithTheCyclesByTheNodesOfTheirIndexListsAlone) {
     EXPECT_EQ(of_one_foot(cycles), of_one_foot(20));
     EXPECT_EQ(of_two_feet(cycles), of_two_feet(20));
   }
-  EXPECT_LT(of_one_foot(20), 8 * 27);
-  EXPECT_LT(of_two_feet(20), 8 * (2 * 28 + 1));
+  EXPECT_LT(of_one_foot(20), 8 * static_cast<long>(keys_of_side(false).size()));
+  EXPECT_LT(of_two_feet(20), 8 * static_cast<long>(2 * keys_of_side(true).size() + 1));
 }
 
 TEST(PercentileOfOneValue, AllocatesNothing) {

@@ -121,7 +121,7 @@ public:
 
   // clang-format off
   /// Every measured field, in declaration order.
-  static constexpr std::array<double gait_foot_cycle::*, 27> measured_fields = {
+  static constexpr std::array measured_fields = {
       &gait_foot_cycle::hs, &gait_foot_cycle::gct, &gait_foot_cycle::swing, &gait_foot_cycle::stance,
       &gait_foot_cycle::contact, &gait_foot_cycle::cadence, &gait_foot_cycle::ldr, &gait_foot_cycle::ffr,
       &gait_foot_cycle::pur, &gait_foot_cycle::slength, &gait_foot_cycle::swidth, &gait_foot_cycle::path_length,

@@ -49,15 +49,6 @@ std::vector<std::string> keys_where(Condition condition) {
   return keys;
 }
 
-TEST(Catalogue, HasTwentyNineRowsInTheOrderInWhichTheyAreBuilt) {
-  EXPECT_THAT(
-      keys_where([](const auto&) { return true; }),
-      ElementsAre("gct", "swing", "stance", "contact", "cadence", "LDr", "FFr", "PUr", "DS",
-                  "slength", "swidth", "PathLength", "speed", "TA", "peakswing", "TOP", "HSP",
-                  "maxHC", "minTC", "maxTC1", "maxTC2", "mtcS", "HS", "Step Time", "StepLength",
-                  "StepLength", "impact_vert", "impact_hor", "strike_eversion"));
-}
-
 TEST(Catalogue, ReadsTheTwoFeetTogetherForDoubleSupportOnly) {
   EXPECT_THAT(
       keys_where([](const auto& row) { return !reads_one_foot<std::decay_t<decltype(row)>>; }),
@@ -69,7 +60,7 @@ TEST(Catalogue, ComparesTheSidesOfAllButDoubleSupportAndHeelStrikeTime) {
               ElementsAre("DS", "HS"));
 }
 
-TEST(Catalogue, ReportsNoVariationForNineParametersWhateverTheirValues) {
+TEST(Catalogue, ReportsNoVariationForSomeParametersWhateverTheirValues) {
   EXPECT_THAT(keys_where([](const auto& row) { return built_from(row, 20).cv == -1.0; }),
               ElementsAre("swidth", "TA", "maxHC", "minTC", "maxTC1", "maxTC2", "mtcS", "HS",
                           "strike_eversion"));
@@ -94,7 +85,6 @@ TEST(Catalogue, StoresEveryParameterUnderItsKey) {
                                     typename row_type::tag_type{});
     keys.insert(row.key + std::string("_L"));
   });
-  EXPECT_EQ(keys.size(), 28U);
   EXPECT_EQ(statistics.parameters.size(), keys.size());
   for (const std::string& key : keys) {
     EXPECT_EQ(statistics.parameters.count(key), 1U) << key;
@@ -163,42 +153,17 @@ gait_foot_result cycles_with_distinct_fields() {
   return result.result();
 }
 
-template <class Tag>
-void expect_reads_as_stored(double gait_foot_cycle::*field) {
+TEST(CatalogueSource, OfEveryFieldIsItsValueAsStored) {
   const gait_foot_result result = cycles_with_distinct_fields();
-  EXPECT_THAT(built<Tag>(result, {1, 0}).values,
-              SameBitsEach({result.cycles.back().*field, result.cycles.front().*field}))
-      << gait_catalogue::row_of<Tag>.key;
-}
-
-TEST(CatalogueSource, OfEveryFootParameterButOneIsAFieldAsStored) {
-  expect_reads_as_stored<GCT>(&gait_foot_cycle::gct);
-  expect_reads_as_stored<SWING>(&gait_foot_cycle::swing);
-  expect_reads_as_stored<STANCE>(&gait_foot_cycle::stance);
-  expect_reads_as_stored<STANCE_MS>(&gait_foot_cycle::contact);
-  expect_reads_as_stored<CADENCE>(&gait_foot_cycle::cadence);
-  expect_reads_as_stored<LDR>(&gait_foot_cycle::ldr);
-  expect_reads_as_stored<FFR>(&gait_foot_cycle::ffr);
-  expect_reads_as_stored<PUR>(&gait_foot_cycle::pur);
-  expect_reads_as_stored<SLENGTH>(&gait_foot_cycle::slength);
-  expect_reads_as_stored<SWIDTH>(&gait_foot_cycle::swidth);
-  expect_reads_as_stored<PATHLENGTH>(&gait_foot_cycle::path_length);
-  expect_reads_as_stored<SPEED>(&gait_foot_cycle::speed);
-  expect_reads_as_stored<TA>(&gait_foot_cycle::ta);
-  expect_reads_as_stored<PEAKSWING>(&gait_foot_cycle::peakswing);
-  expect_reads_as_stored<TOP>(&gait_foot_cycle::top);
-  expect_reads_as_stored<HSP>(&gait_foot_cycle::hsp);
-  expect_reads_as_stored<MAXHC>(&gait_foot_cycle::max_hc);
-  expect_reads_as_stored<MINTC>(&gait_foot_cycle::min_tc);
-  expect_reads_as_stored<MAXTC1>(&gait_foot_cycle::max_tc1);
-  expect_reads_as_stored<MAXTC2>(&gait_foot_cycle::max_tc2);
-  expect_reads_as_stored<MTCS>(&gait_foot_cycle::mtc_speed);
-  expect_reads_as_stored<HS>(&gait_foot_cycle::hs);
-  expect_reads_as_stored<STEPTIME>(&gait_foot_cycle::step_time);
-  expect_reads_as_stored<STEPLENGTH>(&gait_foot_cycle::step_length);
-  expect_reads_as_stored<IMPACT_VERT>(&gait_foot_cycle::impact_vert);
-  expect_reads_as_stored<IMPACT_BREAK>(&gait_foot_cycle::impact_hor);
-  expect_reads_as_stored<PRONATION>(&gait_foot_cycle::strike_eversion);
+  gait_catalogue::for_each_row([&](const auto& row) {
+    using row_type = std::decay_t<decltype(row)>;
+    if constexpr (std::is_same_v<decltype(row.source), double gait_foot_cycle::*>) {
+      EXPECT_THAT(
+          built<typename row_type::tag_type>(result, {1, 0}).values,
+          SameBitsEach({result.cycles.back().*row.source, result.cycles.front().*row.source}))
+          << row.key;
+    }
+  });
 }
 
 TEST(CatalogueSource, OfDoubleSupportIsThatOfTheTwoFeetCycle) {

@@ -285,4 +285,13 @@ TEST(CycleAccounting, CannotFail) {
   EXPECT_EQ(info.included_count, -2);
 }
 
+TEST(AccountedExclusions, AreThePrimaryListsOrTheFallbackListsWhereThatIsEmpty) {
+  const std::list<int> none;
+  const std::list<int> some = {3};
+  const std::list<int> others = {1, 2};
+  EXPECT_EQ(&gait_accounted_exclusions(some, others), &some);
+  EXPECT_EQ(&gait_accounted_exclusions(none, others), &others);
+  EXPECT_EQ(&gait_accounted_exclusions(some, none), &some);
+}
+
 }  // namespace

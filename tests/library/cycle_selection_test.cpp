@@ -4,11 +4,13 @@
 
 #include "is_included_in.h"
 
+#include <gait/matching_cycles.h>
 #include <gait/result.h>
 
 #include <cstddef>
 #include <list>
 #include <string>
+#include <vector>
 
 #include <gmock/gmock.h>
 #include <gtest/gtest.h>
@@ -164,6 +166,35 @@ TEST(CycleSelectionOfTwoFeet, MayHaveNoCycleToStartWith) {
   EXPECT_THAT(result.statistics.info.duration, SameBits(3.0))
       << "the feet's cycles still tell how long the walk was";
   EXPECT_FALSE(result.statistics.parameters.at("gct_R").valid);
+}
+
+// Cycles of one foot that belong to cycles of two
+
+gait_feet_result feet_with_right_cycles(const std::vector<gait_foot_cycle*>& cycles) {
+  gait_feet_result feet;
+  for (gait_foot_cycle* cycle : cycles) {
+    feet.cycles.emplace_back().right_cycle = cycle;
+  }
+  return feet;
+}
+
+TEST(MatchingCycles, HaveTheIndexOfTheCyclePointedToOrMinusOnePositionByPosition) {
+  gait_foot_cycle a;
+  gait_foot_cycle b;
+  a.index = 7;
+  b.index = 4;
+  const gait_feet_result feet = feet_with_right_cycles({&a, nullptr, &b});
+  EXPECT_THAT(gait_matching_cycles(feet, {2, 1, 0, 2}, &gait_feet_cycle::right_cycle),
+              ElementsAre(4, -1, 7, 4));
+  EXPECT_THAT(gait_matching_cycles(feet, {2, 0}, &gait_feet_cycle::left_cycle),
+              ElementsAre(-1, -1));
+}
+
+TEST(MatchingCycles, HaveNoPlaceForAnIndexOutOfRange) {
+  gait_foot_cycle only;
+  EXPECT_THAT(gait_matching_cycles(feet_with_right_cycles({&only}), {-1, 0, 1},
+                                   &gait_feet_cycle::right_cycle),
+              ElementsAre(0));
 }
 
 }  // namespace

@@ -14,46 +14,51 @@ A measured field that is not there is missing. The outputs are {"info": ..., "pa
 with their members in declaration order.
 """
 
+import csv
 import math
+import pathlib
+import typing
+
+CATALOGUE_FILE = pathlib.Path(__file__).resolve().parent.parent / "static" / "catalogue.inc"
 
 MISSING = -1.0
 DOUBLE_EPSILON = 2.220446049250313e-16
 NAN = math.nan
 
-# The columns of definitions.md, typed in by hand: the page's table is printed from the library's
-# catalogue, so that reading it would compare the catalogue with itself.
-#
-#   parameter key unit decimals ratio cv field
-CATALOGUE = (
-    ("Cycle duration",     "gct",             "seconds",             3,        True,  True,  "gct"),
-    ("Swing",              "swing",           "% of gait cycle",     2,        True,  True,  "swing"),
-    ("Stance",             "stance",          "% of cycle duration", 2,        True,  True,  "stance"),
-    ("Contact",            "contact",         "ms",                  0,        True,  True,  "contact"),
-    ("Cadence",            "cadence",         "steps/minute",        2,        True,  True,  "cadence"),
-    ("Loading",            "LDr",             "% of stance",         2,        True,  True,  "ldr"),
-    ("Foot-flat",          "FFr",             "% of stance",         2,        True,  True,  "ffr"),
-    ("Pushing",            "PUr",             "% of stance",         2,        True,  True,  "pur"),
-    ("Double support",     "DS",              "% of cycle duration", 2,        False, True,  "ds"),
-    ("Stride length",      "slength",         "meters",              3,        True,  True,  "slength"),
-    ("Swing width",        "swidth",          "meters",              3,        True,  False, "swidth"),
-    ("3D Path length",     "PathLength",      "% of stride length",  2,        True,  True,  "path_length"),
-    ("Stride velocity",    "speed",           "meters/s",            3,        True,  True,  "speed"),
-    ("Turning angle",      "TA",              "degree",              1,        True,  False, "ta"),
-    ("Peak ang. velocity", "peakswing",       "degree/s",            1,        True,  True,  "peakswing"),
-    ("Lift-off Angle",     "TOP",             "degree",              2,        True,  True,  "top"),
-    ("Strike angle",       "HSP",             "degree",              2,        True,  True,  "hsp"),
-    ("Max. heel",          "maxHC",           "meters",              3,        True,  False, "max_hc"),
-    ("Min. Toe",           "minTC",           "meters",              3,        True,  False, "min_tc"),
-    ("Max. toe 1",         "maxTC1",          "meters",              3,        True,  False, "max_tc1"),
-    ("Max toe 2",          "maxTC2",          "meters",              3,        True,  False, "max_tc2"),
-    ("Swing speed",        "mtcS",            "meters/s",            3,        True,  False, "mtc_speed"),
-    ("Heel-strike Time",   "HS",              "seconds",             3,        False, False, "hs"),
-    ("Step time",          "Step Time",       "seconds",             3,        True,  True,  "step_time"),
-    ("Step length",        "StepLength",      "meters",              3,        True,  True,  "step_length"),
-    ("Impact vertical",    "impact_vert",     "g",                   1,        True,  True,  "impact_vert"),
-    ("Impact breaking",    "impact_hor",      "g",                   1,        True,  True,  "impact_hor"),
-    ("Strike eversion",    "strike_eversion", "deg",                 1,        True,  False, "strike_eversion"),
-)
+
+class Row(typing.NamedTuple):
+    """A parameter: the columns of definitions.md, and when it is built."""
+
+    tag: str
+    result: str
+    key: str
+    description: str
+    unit: str
+    decimals: int
+    has_ratio: bool
+    has_cv: bool
+    when: str
+    field: str
+
+    def is_built(self, two_feet):
+        return self.when in ("always", "with_both_feet" if two_feet else "with_one_foot")
+
+
+def read_catalogue():
+    """The catalogue that is typed by hand for the tests. The page's table is printed from the
+    library's own: reading it would compare that with itself.
+    """
+    rows = []
+    for line in CATALOGUE_FILE.read_text(encoding="utf-8").splitlines():
+        if line.startswith("ROW("):
+            cells = line.removeprefix("ROW(").removesuffix(")")
+            row = Row(*next(csv.reader([cells], skipinitialspace=True)))
+            rows.append(row._replace(decimals=int(row.decimals), has_ratio=row.has_ratio == "ratio",
+                                     has_cv=row.has_cv == "cv", field=row.field.rpartition("::")[2]))
+    return rows
+
+
+CATALOGUE = read_catalogue()
 
 
 class OneOf(tuple):
@@ -234,21 +239,22 @@ def account_for_lists(info, walk, cycles):
 
 def build_parameters(parameters, cycles, indices, suffix, feet_cycles=None, feet_indices=None):
     """One side's; with one foot there are no two-feet cycles. An entry that is there stays."""
-    for description, key, unit, decimals, ratio, has_cv, field in CATALOGUE:
-        if key == "DS" and feet_cycles is None or key + suffix in parameters:
+    two_feet = feet_cycles is not None
+    for row in CATALOGUE:
+        if not row.is_built(two_feet) or row.key + suffix in parameters:
             continue
-        source, chosen, value_of = cycles, indices, lambda cycle, field=field: cycle.get(field, MISSING)
-        if key == "DS":
-            source, chosen = feet_cycles, feet_indices
-        if key == "StepLength" and feet_cycles is None:
-            value_of = half_stride_length
-        parameter = described(values_over(chosen, source, value_of), has_cv)
-        parameter.update(description=description, unit=unit, decimals=decimals, asymmetry_enabled=ratio)
-        parameters[key + suffix] = parameter
+        chosen, source = (feet_indices, feet_cycles) if row.result == "feet" else (indices, cycles)
+        parameter = described(values_over(chosen, source, value_of(row)), row.has_cv)
+        parameter.update(description=row.description, unit=row.unit, decimals=row.decimals,
+                         asymmetry_enabled=row.has_ratio)
+        parameters[row.key + suffix] = parameter
 
 
-def half_stride_length(cycle):
-    return cycle.get("slength", MISSING) * 0.5
+def value_of(row):
+    """From a cycle to its value."""
+    if row.field == "half_stride":  # a function
+        return lambda cycle: cycle.get("slength", MISSING) * 0.5
+    return lambda cycle: cycle.get(row.field, MISSING)
 
 
 # The statistics of a parameter.

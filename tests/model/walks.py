@@ -241,7 +241,8 @@ def parameters_of_the_caller(rng):
     if rng.random() < 0.8:
         return {}
     temper = Temper(rng)
-    names = [key + suffix for _, key, *_ in CATALOGUE for suffix in ("", "_R", "_L")]
+    names = [row.key + suffix for row in CATALOGUE if row.is_built(two_feet=True)
+             for suffix in ("", "_R", "_L")]
     # Keys that lead to partners in unusual ways, or to one that others lead to.
     names += ["own_L", "own_R", "_L", "_R", "a_L_L", "a_R", "gct_Left", "b_Lx_R", "b_R", "c_L"]
     names = rng.sample(names, rng.randint(1, 12)) + rng.sample(["asymmetry", "speed", "speed_R", "speed_L", "swing_R",

@@ -2,7 +2,7 @@
 
 #include "number.h"
 
-#include <gait/result.h>
+#include <gait/quality_flags.h>
 #include <gait/version.h>
 
 #include <CLI/CLI.hpp>

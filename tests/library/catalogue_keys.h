@@ -1,0 +1,28 @@
+#ifndef GAIT_TESTS_LIBRARY_CATALOGUE_KEYS_H
+#define GAIT_TESTS_LIBRARY_CATALOGUE_KEYS_H
+
+/// \file
+/// The keys of a side's parameters, from the catalogue that is typed by hand.
+
+#include <gait/catalogue.h>
+
+#include <string>
+#include <vector>
+
+namespace gait_test {
+
+/// The keys of one of two sides, or of a foot alone, in the order in which they are built.
+inline std::vector<std::string> keys_of_side(bool both_feet, const std::string& suffix = "") {
+  std::vector<std::string> keys;
+#define ROW(tag, result, key, description, unit, decimals, sides, spread, when, source) \
+  if (gait_catalogue::is_built(gait_catalogue::when, both_feet)) {                      \
+    keys.push_back(key + suffix);                                                       \
+  }
+#include "../static/catalogue.inc"
+#undef ROW
+  return keys;
+}
+
+}  // namespace gait_test
+
+#endif
