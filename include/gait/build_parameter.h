@@ -8,6 +8,7 @@
 
 #include <gait/catalogue.h>
 #include <gait/cycle_access.h>
+#include <gait/rounded_product.h>
 #include <gait/sample.h>
 #include <gait/statistics.h>
 
@@ -67,9 +68,9 @@ inline double standard_deviation(const sample& sample, double mean) {
   if (sample.size() < 2) {
     return 0.0;
   }
-  const double squares =
-      std::accumulate(sample.begin(), sample.end(), 0.0,
-                      [&](double sum, double x) { return sum + (x - mean) * (x - mean); });
+  const double squares = std::accumulate(
+      sample.begin(), sample.end(), 0.0,
+      [&](double sum, double x) { return sum + rounded_product(x - mean, x - mean); });
   return std::sqrt(squares / (static_cast<double>(sample.size()) - 1.0));
 }
 
