@@ -24,10 +24,10 @@ void access(benchmark::State& state) {
   for (auto _ : state) {
     benchmark::DoNotOptimize(Sum(cycles, indices));
   }
-  const auto steps =
+  const auto passed =
       static_cast<double>(state.range(0)) * static_cast<double>(state.range(0) - 1) / 2.0;
-  state.counters["steps"] =
-      benchmark::Counter(steps, benchmark::Counter::kIsIterationInvariantRate);
+  state.counters["nodes"] =
+      benchmark::Counter(passed, benchmark::Counter::kIsIterationInvariantRate);
   state.SetComplexityN(state.range(0));
 }
 

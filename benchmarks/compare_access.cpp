@@ -73,17 +73,17 @@ struct ring_node {
   ring_node* next;
 };
 
-/// The time of a load (ns) that `Walks` walks make round a small ring, side by side and in the
-/// first-level cache.
-template <std::size_t... Walk>
-double time_of_load(std::index_sequence<Walk...> /*walks*/) {
+/// The time of a load (ns) in `sizeof...(Member)` traversals of a small ring, side by side and in
+/// the first-level cache.
+template <std::size_t... Member>
+double time_of_load(std::index_sequence<Member...> /*members*/) {
   std::vector<ring_node> ring(64);
   for (std::size_t i = 0; i < ring.size(); ++i) {
     ring[i].next = &ring[(i + 1) % ring.size()];
   }
-  constexpr int steps = 1'000'000;
-  const auto walk = [](auto... at) {
-    for (int step = steps; step > 0; --step) {
+  constexpr int loads = 1'000'000;
+  const auto traverse = [](auto... at) {
+    for (int left = loads; left > 0; --left) {
       ((at = at->next), ...);
     }
     return (reinterpret_cast<std::uintptr_t>(at) ^ ...);
@@ -91,10 +91,10 @@ double time_of_load(std::index_sequence<Walk...> /*walks*/) {
   double least = std::numeric_limits<double>::max();
   for (int round = 0; round < 9; ++round) {
     const auto start = clock_type::now();
-    const volatile std::uintptr_t end = walk(&ring[Walk]...);
+    const volatile std::uintptr_t end = traverse(&ring[Member]...);
     static_cast<void>(end);
     const std::chrono::duration<double, std::nano> elapsed = clock_type::now() - start;
-    least = std::min(least, elapsed.count() / steps / sizeof...(Walk));
+    least = std::min(least, elapsed.count() / loads / sizeof...(Member));
   }
   return least;
 }
@@ -104,8 +104,8 @@ double time_of_load(std::index_sequence<Walk...> /*walks*/) {
 int main() {
   // Twelve fit into the registers of an x86-64 processor.
   std::printf(
-      "A load from the first-level cache: %.2f ns one after another, %.2f ns in twelve walks side "
-      "by side.\n\n",
+      "A load from the first-level cache: %.2f ns one after another, %.2f ns in twelve traversals "
+      "side by side.\n\n",
       time_of_load(std::make_index_sequence<1>{}), time_of_load(std::make_index_sequence<12>{}));
   std::puts("| cycles | nodes in order | nodes scattered |\n| ---: | ---: | ---: |");
   constexpr std::size_t counts[] = {20, 100, 400, 1000, 4000, 10000};

@@ -81,7 +81,7 @@ double sum_of(const numbers& values) {
 double squares_about(const numbers& values, double mean) {
   double sum = 0.0;
   for (const double value : values) {
-    sum += (value - mean) * (value - mean);
+    sum += by_steps::product(value - mean, value - mean);
   }
   return sum;
 }

@@ -6,6 +6,7 @@
 
 #include <gait/int32_count.h>
 #include <gait/quality_flags.h>
+#include <gait/rounded_product.h>
 
 #include <algorithm>
 #include <cmath>
@@ -63,7 +64,7 @@ double mean_of(const std::vector<double>& values) {
 double deviation_of(const std::vector<double>& values, double mean) {
   const double squares = std::accumulate(
       values.begin(), values.end(), 0.0,
-      [mean](double sum, double value) { return sum + (value - mean) * (value - mean); });
+      [mean](double sum, double x) { return sum + rounded_product(x - mean, x - mean); });
   return std::sqrt(squares /
                    static_cast<double>(to_int32(static_cast<std::int64_t>(values.size())) - 1));
 }

@@ -1,10 +1,13 @@
 // The member `percentile` of Eigen's DenseBase. Eigen includes this file inside the class, once per
-// compiled file, through EIGEN_DENSEBASE_PLUGIN: it has no include guard and no includes, and needs
-// quicksort.h before it. Include gait/eigen.h to attach it; a plugin of your own may include it in
-// turn.
+// compiled file, through EIGEN_DENSEBASE_PLUGIN: it has no include guard and no includes, and the
+// functions that it calls must be there before it. Include gait/eigen.h to attach it; a plugin of
+// your own may include it in turn.
 
 #ifndef EIGEN_PLUGINS_QUICKSORT_H
 #error "include <eigen_plugins/quicksort.h> before Eigen: the percentile plugin sorts with it"
+#endif
+#ifndef GAIT_ROUNDED_PRODUCT_H
+#error "include <gait/rounded_product.h> before Eigen: the percentile plugin multiplies with it"
 #endif
 
 // Tells gait/eigen.h that Eigen took the plugin in.
@@ -90,7 +93,7 @@ static Array<Scalar, Rows, Cols> percentiles_of_sorted(
     if (percentage >= hi) {
       return s[s.size() - 1];
     }
-    const double r = (percentage / 100.0) * n - 0.5;
+    const double r = gait_detail::rounded_product(percentage / 100.0, n) - 0.5;
     const double k0 = numext::floor(numext::maxi(0.0, r));
     const Index below = Index(k0);
     if (!(numext::abs(r - k0) >= 1e-12)) {
@@ -98,7 +101,7 @@ static Array<Scalar, Rows, Cols> percentiles_of_sorted(
     }
     // Below `hi` there is always a neighbour above.
     const double f = (percentage + ((k0 + 0.5) * (-100.0)) / n) * (n / 100.0);
-    return Scalar(s[below] + (s[below + 1] - s[below]) * f);
+    return Scalar(s[below] + gait_detail::rounded_product(s[below + 1] - s[below], f));
   });
 }
 

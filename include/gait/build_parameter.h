@@ -8,6 +8,7 @@
 
 #include <gait/catalogue.h>
 #include <gait/cycle_access.h>
+#include <gait/rounded_product.h>
 #include <gait/sample.h>
 #include <gait/statistics.h>
 
@@ -51,7 +52,7 @@ gathered_values gather(const Row& row, const ResultT& result, const std::list<in
 /// 100 * deviation / mean (percent), with the signed mean; missing for a short sample, and for a
 /// mean too near 0.
 ///
-/// The relative spread of a handful of strides says little, so that fewer than ten values get none.
+/// The relative spread of a handful of strides says little, so fewer than ten values get none.
 inline double coefficient_of_variation(Eigen::Index n, double mean, double deviation) {
   constexpr Eigen::Index fewest_values = 10;
   // A NaN mean is not above the threshold either.
@@ -67,9 +68,9 @@ inline double standard_deviation(const sample& sample, double mean) {
   if (sample.size() < 2) {
     return 0.0;
   }
-  const double squares =
-      std::accumulate(sample.begin(), sample.end(), 0.0,
-                      [&](double sum, double x) { return sum + (x - mean) * (x - mean); });
+  const double squares = std::accumulate(
+      sample.begin(), sample.end(), 0.0,
+      [&](double sum, double x) { return sum + rounded_product(x - mean, x - mean); });
   return std::sqrt(squares / (static_cast<double>(sample.size()) - 1.0));
 }
 
@@ -114,9 +115,9 @@ inline void describe(const sample& sample, gait_catalogue::variation spread,
 ///                range is skipped, one that occurs twice counts twice
 /// \param suffix  "_R", "_L", or empty
 ///
-/// Throws std::bad_alloc or std::length_error when memory runs out; the map is then unchanged. O(n
-/// * k) steps to reach k cycles of n, and O(k log k) on average to sort. Calls may run at the same
-/// time on different `stats`; `result` and `cycles` are only read.
+/// Throws std::bad_alloc or std::length_error when memory runs out; the map is then unchanged.
+/// Passes O(n * k) nodes to reach k cycles of n, and sorts in O(k log k) on average. Calls may run
+/// at the same time on different `stats`; `result` and `cycles` are only read.
 template <class ResultT, class Tag>
 void gait_statistics_build_parameter(gait_statistics& stats, const ResultT& result,
                                      const std::list<int>& cycles, const std::string& suffix,

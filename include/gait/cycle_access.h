@@ -15,53 +15,44 @@
 
 namespace gait_detail {
 
-/// How many walks along a list are made at once.
-inline constexpr std::size_t walks_side_by_side = 16;
+/// How many traversals of a list are made at once.
+inline constexpr std::size_t traversals_side_by_side = 16;
 
-/// Tells clang++ what g++ sees by itself.
-inline void take_as_given([[maybe_unused]] bool fact) {
-#ifdef __clang__
-  __builtin_assume(fact);
-#endif
-}
-
-/// A group of walks along one list, each from the front to its own index.
+/// A group of traversals of one list, each from the front to its own index.
 ///
-/// A walk waits at every step for the node that it has just asked for. Walks to different indices
+/// A traversal waits at every node for the address of the next one. Traversals to different indices
 /// do not wait for one another: side by side, a group of them takes little longer than its longest
-/// walk alone.
+/// one alone.
+///
+/// Compilers make more of it. Until the nearest member has arrived, all of them stand on the same
+/// node; g++ sees that, and loads each node once for all. clang++ loads it once for each, which
+/// tells on lists that the first-level cache holds.
 template <class Iterator>
-class walk_group {
+class traversal_group {
 public:
-  explicit walk_group(Iterator front) : front_(front) {}
+  explicit traversal_group(Iterator front) : front_(front) {}
 
   bool is_empty() const { return count_ == 0; }
-  bool is_full() const { return count_ == walks_side_by_side; }
+  bool is_full() const { return count_ == traversals_side_by_side; }
 
-  /// Adds a walk to `index`, asked for by the element of the index list at `position`.
+  /// Adds a traversal to `index`, asked for by the element of the index list at `position`.
   void add(std::size_t position, int index) {
     positions_[count_] = position;
     ends_[count_] = {index, count_};
     ++count_;
   }
 
-  /// Walks, visits what was reached in the order in which it was added, and starts over. Not for an
-  /// empty group.
-  // Left to itself, g++ -O3 makes code that is half as fast on nodes that lie in order.
-  // clang-format off
+  /// Makes the traversals, visits what they reached in the order in which they were added, and
+  /// starts over. Not for an empty group.
   template <class Visit>
-#ifndef __clang__
-  [[gnu::always_inline]]
-#endif
-  void walk_and_visit(Visit& visit) {
-    // clang-format on
-    // The walks that a last group lacks go along with its last one.
+  void traverse_and_visit(Visit& visit) {
+    // The members that a last group lacks go along with its last one.
     std::fill(ends_.begin() + count_, ends_.end(), ends_[count_ - 1]);
-    const auto nearer = [](const walk_end& a, const walk_end& b) { return a.index < b.index; };
+    const auto nearer = [](const end& a, const end& b) { return a.index < b.index; };
     if (!std::is_sorted(ends_.begin(), ends_.end(), nearer)) {
       std::sort(ends_.begin(), ends_.end(), nearer);
     }
-    start(std::make_index_sequence<walks_side_by_side>{});
+    start(std::make_index_sequence<traversals_side_by_side>{});
     for (std::size_t i = 0; i < count_; ++i) {
       visit(positions_[i], *reached_[i]);
     }
@@ -69,29 +60,26 @@ public:
   }
 
 private:
-  struct walk_end {
+  /// Where a traversal ends.
+  struct end {
     int index;
-    std::size_t order;  ///< which walk of the group it is, as they were added
+    std::size_t order;  ///< which member of the group it is, as they were added
   };
 
-  template <std::size_t... Walk>
-  void start(std::index_sequence<Walk...> /*walks*/) {
-    advance(ends_.data(), 0, ((void)Walk, front_)...);
+  template <std::size_t... Member>
+  void start(std::index_sequence<Member...> /*members*/) {
+    advance(ends_.data(), 0, ((void)Member, front_)...);
   }
 
-  /// Advances walks that stand `done` steps from the front until the nearest end, and goes on with
-  /// the others. They are arguments, and the function inlined into itself, to keep them in
-  /// registers. All of them stand on the same node, which g++ sees and clang++ has to be told: it
-  /// is then read once for all.
+  /// Advances traversals that have passed `passed` nodes until the nearest end, and goes on with
+  /// the others. They are arguments, so that they may stay in registers.
   template <class... Others>
-  [[gnu::always_inline]] void advance(const walk_end* nearest, int done, Iterator walk,
-                                      Others... others) {
-    for (int steps = nearest->index - done; steps > 0; --steps) {
-      (take_as_given(others == walk), ...);
-      ++walk;
+  void advance(const end* nearest, int passed, Iterator member, Others... others) {
+    for (int left = nearest->index - passed; left > 0; --left) {
+      ++member;
       (++others, ...);
     }
-    reached_[nearest->order] = walk;
+    reached_[nearest->order] = member;
     if constexpr (sizeof...(others) > 0) {
       advance(nearest + 1, nearest->index, others...);
     }
@@ -99,16 +87,15 @@ private:
 
   Iterator front_;
   std::size_t count_ = 0;
-  std::array<walk_end, walks_side_by_side> ends_;
-  std::array<std::size_t, walks_side_by_side> positions_;
-  std::array<Iterator, walks_side_by_side> reached_;
+  std::array<end, traversals_side_by_side> ends_;
+  std::array<std::size_t, traversals_side_by_side> positions_;
+  std::array<Iterator, traversals_side_by_side> reached_;
 };
 
 /// Calls `use(position, index)` for every element of `indices` that is an index of a list of
 /// `count` cycles.
 template <class Use>
-[[gnu::always_inline]] inline void for_each_index_within(std::size_t count,
-                                                         const std::list<int>& indices, Use use) {
+void for_each_index_within(std::size_t count, const std::list<int>& indices, Use use) {
   std::size_t position = 0;
   for (const int index : indices) {
     if (index >= 0 && static_cast<std::size_t>(index) < count) {
@@ -118,31 +105,19 @@ template <class Use>
   }
 }
 
-/// The iterator `index` steps after `front`. Two steps a turn: in g++'s loop of single steps the
-/// jump is the slow part.
-template <class Iterator>
-[[gnu::always_inline]] inline Iterator walk_alone(Iterator front, int index) {
-  for (; index >= 2; index -= 2) {
-    ++front;
-    ++front;
-  }
-  return index == 1 ? std::next(front) : front;
-}
-
-/// for_each_cycle on a list that is long enough to walk along in groups. A function of its own,
-/// because a short list would otherwise pay for the registers that it saves.
+/// for_each_cycle on a list that is long enough for groups.
 template <class Cycle, class Visit>
-[[gnu::noinline]] Visit for_each_cycle_by_groups(const std::list<Cycle>& cycles,
-                                                 const std::list<int>& indices, Visit visit) {
-  walk_group<typename std::list<Cycle>::const_iterator> group(cycles.begin());
+Visit for_each_cycle_by_groups(const std::list<Cycle>& cycles, const std::list<int>& indices,
+                               Visit visit) {
+  traversal_group<typename std::list<Cycle>::const_iterator> group(cycles.begin());
   for_each_index_within(cycles.size(), indices, [&](std::size_t position, int index) {
     group.add(position, index);
     if (group.is_full()) {
-      group.walk_and_visit(visit);
+      group.traverse_and_visit(visit);
     }
   });
   if (!group.is_empty()) {
-    group.walk_and_visit(visit);
+    group.traverse_and_visit(visit);
   }
   return visit;
 }
@@ -155,19 +130,19 @@ template <class Cycle, class Visit>
 /// visited twice.
 ///
 /// Every cycle is reached afresh from the front of its list: no table is built and no position is
-/// carried from one index to the next, so that indices may come in any order. O(n * k) steps for k
-/// indices over n cycles, a group of walks at a time; no allocation; throws only what `visit`
-/// throws. Returns `visit`, with what it has gathered: what it holds itself, and does not refer to,
-/// can stay in registers.
+/// carried from one index to the next, so indices may come in any order. O(n * k) nodes are passed
+/// for k indices over n cycles, a group of traversals at a time; no allocation; throws only what
+/// `visit` throws. Returns `visit`, with what it has gathered: what it holds itself, and does not
+/// refer to, can stay in registers.
 template <class Cycle, class Visit>
 Visit for_each_cycle(const std::list<Cycle>& cycles, const std::list<int>& indices, Visit visit) {
-  // On a shorter list the processor overlaps the walks by itself.
+  // On a shorter list the processor overlaps single traversals by itself.
   constexpr std::size_t shortest_worth_a_group = 32;
   if (cycles.size() >= shortest_worth_a_group) {
     return for_each_cycle_by_groups(cycles, indices, std::move(visit));
   }
   for_each_index_within(cycles.size(), indices, [&](std::size_t position, int index) {
-    visit(position, *walk_alone(cycles.begin(), index));
+    visit(position, *std::next(cycles.begin(), index));
   });
   return visit;
 }

@@ -13,15 +13,11 @@
 ///     #include <eigen_plugins/dense_base_percentile.h>
 ///     ... your own members ...
 ///
-/// What your own compiler flags may change in the functions that these headers bring: where the
-/// processor has fused multiply-add (-mfma, -march=haswell, -march=native), g++ and clang++ use it
-/// by default, and an interpolated percentile, a standard deviation and what follows from it may
-/// differ in their last bits from the compiled library's; -ffp-contract=off keeps them the same. A
-/// static library shares inline functions with your program, so that your flags may decide for
-/// gait_generate_statistics() too; the shared library keeps its own. NaN must be respected:
-/// -ffast-math does not compile.
+/// The figures are the same to the last bit whatever flags you compile with, short of those that let
+/// a compiler rearrange arithmetic. -ffast-math does not compile.
 
 #include <eigen_plugins/quicksort.h>
+#include <gait/rounded_product.h>
 
 #ifndef EIGEN_DENSEBASE_PLUGIN
 #define EIGEN_DENSEBASE_PLUGIN <eigen_plugins/dense_base_percentile.h>

@@ -228,7 +228,7 @@ TEST(BuildParameter, HasTheBitsOfPlainSumsInSampleOrder) {
     }
     double squares = 0.0;
     for (const double x : sample) {
-      squares += (x - sum / n) * (x - sum / n);
+      squares += by_steps::product(x - sum / n, x - sum / n);
     }
     const auto parameter = statistics_of(sample);
     ASSERT_THAT(parameter.mean, SameBits(sum / n));

@@ -11,6 +11,12 @@
 
 namespace by_steps {
 
+/// a * b, rounded before it becomes part of a sum, on processors that could fuse the two as well.
+inline double product(double a, double b) {
+  const volatile double rounded = a * b;
+  return rounded;
+}
+
 /// Sorts the elements of `a` from `left` to `right`, where the index `origin` (0 or below) stands
 /// for the first one.
 template <class T>
@@ -57,13 +63,13 @@ inline double single_percentile(const std::vector<double>& s, double p, double m
   if (p >= hi) {
     return s.back();
   }
-  const double r = (p / 100.0) * n - 0.5;
+  const double r = product(p / 100.0, n) - 0.5;
   const double k0 = std::floor(std::fmax(0.0, r));
   const auto k = static_cast<std::size_t>(k0);
   double v = s.at(k);
   if (std::fabs(r - k0) >= 1e-12) {
     const double f = (p + ((k0 + 0.5) * (-100.0)) / n) * (n / 100.0);
-    v = s.at(k) + (s.at(k + 1) - s.at(k)) * f;
+    v = s.at(k) + product(s.at(k + 1) - s.at(k), f);
   }
   return v;
 }

@@ -60,7 +60,7 @@ figures expected_statistics(const sample& values) {
   f.mean = sum_of(values) / n;
   double squares = 0.0;
   for (const double value : values) {
-    squares += (value - f.mean) * (value - f.mean);
+    squares += by_steps::product(value - f.mean, value - f.mean);
   }
   f.std = values.size() < 2 ? 0.0 : std::sqrt(squares / (n - 1.0));
   f.median = by_steps::percentile(values, {50.0})[0];

@@ -7,8 +7,6 @@ add_executable(statistics_test
   build_parameters_test.cpp
   extreme_numbers_test.cpp)
 target_link_libraries(statistics_test PRIVATE gait_test_library)
-# The bits that these tests expect are those of separate multiplications and additions.
-target_compile_options(statistics_test PRIVATE -ffp-contract=off)
 gtest_discover_tests(statistics_test)
 
 # The percentile definition and the sums, compared with numpy's.

@@ -46,7 +46,7 @@ struct index_sample {
 };
 
 index_sample sample_of(const std::list<int>& all) {
-  constexpr std::size_t run = gait_detail::walks_side_by_side;
+  constexpr std::size_t run = gait_detail::traversals_side_by_side;
   constexpr std::size_t runs = 8;
   const std::size_t stretch = std::max(run, all.size() / runs);
   const std::size_t before = (stretch - run) / 2;

@@ -39,15 +39,15 @@ public:
   double fraction() { return static_cast<double>(next() >> 11U) * 0x1p-53; }
 
   /// As strides have them, rounded as they may be, missing, or of any magnitude, infinities among
-  /// them.
+  /// them. The products are exact, so these numbers are the same where they are fused with the sums.
   double measured(std::size_t kind) {
     switch (kind) {
       case 0:
-        return 1.1 + 0.2 * fraction();
+        return 1.0 + 0.25 * fraction();
       case 1:
         return static_cast<double>(below(9)) / 8.0 - 0.5;
       case 2:
-        return below(5) == 0 ? gait_missing : -40.0 + 100.0 * fraction();
+        return below(5) == 0 ? gait_missing : -40.0 + 128.0 * fraction();
       default:
         return of_any_magnitude();
     }
