@@ -2,7 +2,7 @@
 
 #include "bits.h"
 #include "builders.h"
-#include "by_steps.h"
+#include "by_definition.h"
 #include "side.h"
 
 #include <gmock/gmock.h>
@@ -240,10 +240,10 @@ TEST(BuildParameter, HasTheQuartilesAndTheMedianOfThePercentile) {
   std::mt19937_64 random(322);
   for (int round = 0; round < 500; ++round) {
     const std::vector<double> sample = random_sample(random);
-    const auto quartiles = by_steps::percentile(sample, {25.0, 75.0});
+    const auto quartiles = by_definition::percentile(sample, {25.0, 75.0});
     const auto parameter = statistics_of(sample);
     ASSERT_THAT(parameter.iqr, SameBits(quartiles[1] - quartiles[0]));
-    ASSERT_THAT(parameter.median, SameBits(by_steps::percentile(sample, {50.0})[0]));
+    ASSERT_THAT(parameter.median, SameBits(by_definition::percentile(sample, {50.0})[0]));
   }
 }
 

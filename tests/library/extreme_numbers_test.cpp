@@ -2,7 +2,7 @@
 
 #include "bits.h"
 #include "builders.h"
-#include "by_steps.h"
+#include "by_definition.h"
 #include "side.h"
 
 #include <cmath>
@@ -63,8 +63,8 @@ figures expected_statistics(const sample& values) {
     squares += (value - f.mean) * (value - f.mean);
   }
   f.std = values.size() < 2 ? 0.0 : std::sqrt(squares / (n - 1.0));
-  f.median = by_steps::percentile(values, {50.0})[0];
-  const sample quartiles = by_steps::percentile(values, {25.0, 75.0});
+  f.median = by_definition::percentile(values, {50.0})[0];
+  const sample quartiles = by_definition::percentile(values, {25.0, 75.0});
   f.iqr = quartiles[1] - quartiles[0];
   f.min = f.max = values.front();
   for (const double value : values) {

@@ -1,7 +1,7 @@
 #include <gait/eigen.h>
 
 #include "bits.h"
-#include "by_steps.h"
+#include "by_definition.h"
 
 #include <gmock/gmock.h>
 #include <gtest/gtest.h>
@@ -343,7 +343,7 @@ TEST(Percentile, IsThatOfItsStepsToTheBitOnRandomSamplesAndRequests) {
       percentage = random_percentage(random, sample.size());
     }
     const ArrayXd result = vector_of(sample).percentile(vector_of(request));
-    ASSERT_THAT(list_of(result), SameBitsEach(by_steps::percentile(sample, request)))
+    ASSERT_THAT(list_of(result), SameBitsEach(by_definition::percentile(sample, request)))
         << "round " << round;
   }
 }
@@ -361,7 +361,7 @@ TEST(Percentile, KeepsTheSignsOfZeroThatTheSortLeaves) {
       positions.push_back(100.0 * (static_cast<double>(k) + 0.5) / n);
     }
     const ArrayXd result = vector_of(sample).percentile(vector_of(positions));
-    ASSERT_THAT(list_of(result), SameBitsEach(by_steps::percentile(sample, positions)))
+    ASSERT_THAT(list_of(result), SameBitsEach(by_definition::percentile(sample, positions)))
         << "round " << round;
   }
 }

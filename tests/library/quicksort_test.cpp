@@ -1,7 +1,7 @@
 #include <eigen_plugins/quicksort.h>
 
 #include "bits.h"
-#include "by_steps.h"
+#include "by_definition.h"
 
 #include <gmock/gmock.h>
 #include <gtest/gtest.h>
@@ -36,8 +36,8 @@ std::vector<T> sorted(std::vector<T> values) {
 }
 
 template <class T>
-std::vector<T> sorted_by_steps(std::vector<T> values) {
-  by_steps::quicksort(values, 0, static_cast<index_type>(values.size()) - 1);
+std::vector<T> sorted_by_definition(std::vector<T> values) {
+  by_definition::quicksort(values, 0, static_cast<index_type>(values.size()) - 1);
   return values;
 }
 
@@ -161,14 +161,14 @@ TEST(Quicksort, OrdersEqualElementsAsItsStepsDo) {
   std::mt19937_64 random(31);
   for (int round = 0; round < 5000; ++round) {
     const auto values = random_labelled(random, 1 + round % 60, 1 + round % 9);
-    ASSERT_EQ(sorted(values), sorted_by_steps(values)) << "round " << round;
+    ASSERT_EQ(sorted(values), sorted_by_definition(values)) << "round " << round;
   }
 }
 
 TEST(Quicksort, OrdersSignedZerosAsItsStepsDo) {
   for (std::size_t size = 1; size <= 7; ++size) {
     for_each_sequence(size, {-0.0, 0.0, 1.0, -1.0}, [](const std::vector<double>& values) {
-      ASSERT_THAT(sorted(values), SameBitsEach(sorted_by_steps(values)));
+      ASSERT_THAT(sorted(values), SameBitsEach(sorted_by_definition(values)));
     });
   }
 }
@@ -180,7 +180,7 @@ TEST(Quicksort, TruncatesTheMiddleTowardZeroBelowIndexZero) {
     const index_type origin = -(round % (size + 1));
     std::vector<labelled> values = random_labelled(random, static_cast<int>(size), 3);
     std::vector<labelled> expected = values;
-    by_steps::quicksort(expected, origin, origin + size - 1, origin);
+    by_definition::quicksort(expected, origin, origin + size - 1, origin);
     _kalvio_eigen_quicksort(values.data() - origin, origin, origin + size - 1);
     ASSERT_EQ(values, expected) << "round " << round;
   }

@@ -1,5 +1,5 @@
-#ifndef GAIT_TESTS_BY_STEPS_H
-#define GAIT_TESTS_BY_STEPS_H
+#ifndef GAIT_TESTS_BY_DEFINITION_H
+#define GAIT_TESTS_BY_DEFINITION_H
 
 // The sort and the percentile once more, written step after step from their definition, with bounds
 // checked: what the library's own are compared with, bit by bit. It shares no code with them.
@@ -9,7 +9,7 @@
 #include <cstddef>
 #include <vector>
 
-namespace by_steps {
+namespace by_definition {
 
 /// Sorts the elements of `a` from `left` to `right`, where the index `origin` (0 or below) stands
 /// for the first one.
@@ -103,6 +103,6 @@ inline std::vector<double> percentile(const std::vector<double>& values,
   return result;
 }
 
-}  // namespace by_steps
+}  // namespace by_definition
 
 #endif
