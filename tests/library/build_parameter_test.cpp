@@ -2,7 +2,6 @@
 
 #include "bits.h"
 #include "builders.h"
-#include "by_definition.h"
 #include "side.h"
 
 #include <gmock/gmock.h>
@@ -12,7 +11,6 @@
 #include <cstddef>
 #include <list>
 #include <new>
-#include <random>
 #include <string>
 #include <vector>
 
@@ -58,16 +56,6 @@ TEST(BuildParameter, OfNoCyclesIsInsertedWithoutStatistics) {
   EXPECT_EQ(parameter.asymmetry, -1.0);
 }
 
-TEST(BuildParameter, OfAFootWithoutCyclesHasNoStatistics) {
-  EXPECT_THAT(built<GCT>(foot(), {0, 1}), HasNoStatistics());
-}
-
-TEST(BuildParameter, OfIndicesThatAreAllOutOfRangeHasMissingValuesOnly) {
-  const auto parameter = built<GCT>(foot().gct({1.0, 1.1}), {2, -1, 7});
-  EXPECT_THAT(parameter, HasNoStatistics());
-  EXPECT_THAT(parameter.values, SameBitsEach({-1.0, -1.0, -1.0}));
-}
-
 TEST(BuildParameter, OfValuesThatAreAllMissingHasMissingValuesOnly) {
   const auto parameter = statistics_of({-1.0, -1.0});
   EXPECT_THAT(parameter, HasNoStatistics());
@@ -75,38 +63,10 @@ TEST(BuildParameter, OfValuesThatAreAllMissingHasMissingValuesOnly) {
   EXPECT_EQ(parameter.description, "Cycle duration");
 }
 
-TEST(BuildParameter, SkipsIndicesOutOfRangeAndKeepsTheirPositions) {
-  const auto parameter = built<GCT>(foot().gct({1.25, 2.0, 3.0}), {5, -1, 0});
-  EXPECT_THAT(parameter.values, SameBitsEach({-1.0, -1.0, 1.25}));
-  EXPECT_EQ(parameter.mean, 1.25);
-  EXPECT_EQ(parameter.std, 0.0);
-}
-
-TEST(BuildParameter, SkipsAnIndexEqualToTheNumberOfCyclesAndTheExtremesOfInt) {
-  const auto parameter = built<GCT>(foot().gct({1.25, 2.0}), {2, int_min, 1, int_max});
-  EXPECT_THAT(parameter.values, SameBitsEach({-1.0, -1.0, 2.0, -1.0}));
-}
-
-TEST(BuildParameter, ReportsValuesInTheOrderOfTheIndexList) {
-  EXPECT_THAT(built<GCT>(foot().gct({1.0, 1.1, 1.2}), {2, 0, 1}).values,
-              SameBitsEach({1.2, 1.0, 1.1}));
-}
-
-TEST(BuildParameter, ReportsValuesInTheOrderOfTheIndexListOverALongWalkToo) {
-  // Long lists are walked to several indices at once.
-  constexpr int cycle_count = 200;
-  std::mt19937_64 random(320);
-  for (int round = 0; round < 300; ++round) {
-    std::list<int> indices;
-    std::vector<double> expected;
-    for (auto k = random() % 100; k > 0; --k) {
-      const int index = static_cast<int>(random() % (cycle_count + 20)) - 10;
-      indices.push_back(index);
-      expected.push_back(index < 0 || index >= cycle_count ? -1.0 : 1.0 + index);
-    }
-    ASSERT_THAT(built<GCT>(foot().gct(ramp(cycle_count, 1.0, 1.0)), indices).values,
-                SameBitsEach(expected));
-  }
+TEST(BuildParameter, ReportsValuesInTheOrderOfTheIndexListAndKeepsThePlacesOfThoseOutOfRange) {
+  const auto parameter = built<GCT>(foot().gct({1.25, 2.0, 3.0}), {5, -1, 2, 0});
+  EXPECT_THAT(parameter.values, SameBitsEach({-1.0, -1.0, 3.0, 1.25}));
+  EXPECT_EQ(parameter.mean, 2.125);
 }
 
 TEST(BuildParameter, CountsADuplicateIndexTwice) {
@@ -149,14 +109,6 @@ TEST(BuildParameter, CountsNaNAsMeasured) {
   EXPECT_THAT(among_others.std, IsNan());
 }
 
-TEST(BuildParameter, CountsInfinityAsMeasured) {
-  const auto parameter = statistics_of({1.0, infinity, 2.0, -1.0});
-  EXPECT_EQ(parameter.mean, infinity);
-  EXPECT_EQ(parameter.median, 2.0);
-  EXPECT_EQ(parameter.max, infinity);
-  EXPECT_EQ(parameter.min, 1.0);
-}
-
 // The statistics
 
 TEST(BuildParameter, OfOneValueHasDeviationZeroAndNoVariation) {
@@ -167,12 +119,6 @@ TEST(BuildParameter, OfOneValueHasDeviationZeroAndNoVariation) {
   EXPECT_THAT(parameter.std, SameBits(0.0));
   EXPECT_THAT(parameter.iqr, SameBits(0.0));
   EXPECT_EQ(parameter.cv, -1.0);
-}
-
-TEST(BuildParameter, OfTwoValuesDividesByOneLess) {
-  const auto parameter = statistics_of({1.0, 3.0});
-  EXPECT_THAT(parameter.std, SameBits(std::sqrt(2.0)));
-  EXPECT_EQ(parameter.iqr, 2.0);
 }
 
 TEST(BuildParameter, OfOneToFour) {
@@ -208,45 +154,6 @@ TEST(BuildParameter, KeepsTheSpreadOfValuesFarFromZero) {
   EXPECT_THAT(statistics_of({1e9 + 1.0, 1e9 + 2.0, 1e9 + 3.0}).std, SameBits(1.0));
 }
 
-std::vector<double> random_sample(std::mt19937_64& random) {
-  std::vector<double> sample(2 + random() % 40);
-  std::normal_distribution<double> spread(1.1, 0.2);
-  for (double& value : sample) {
-    value = spread(random);
-  }
-  return sample;
-}
-
-TEST(BuildParameter, HasTheBitsOfPlainSumsInSampleOrder) {
-  std::mt19937_64 random(321);
-  for (int round = 0; round < 500; ++round) {
-    const std::vector<double> sample = random_sample(random);
-    const auto n = static_cast<double>(sample.size());
-    double sum = 0.0;
-    for (const double x : sample) {
-      sum += x;
-    }
-    double squares = 0.0;
-    for (const double x : sample) {
-      squares += (x - sum / n) * (x - sum / n);
-    }
-    const auto parameter = statistics_of(sample);
-    ASSERT_THAT(parameter.mean, SameBits(sum / n));
-    ASSERT_THAT(parameter.std, SameBits(std::sqrt(squares / (n - 1.0))));
-  }
-}
-
-TEST(BuildParameter, HasTheQuartilesAndTheMedianOfThePercentile) {
-  std::mt19937_64 random(322);
-  for (int round = 0; round < 500; ++round) {
-    const std::vector<double> sample = random_sample(random);
-    const auto quartiles = by_definition::percentile(sample, {25.0, 75.0});
-    const auto parameter = statistics_of(sample);
-    ASSERT_THAT(parameter.iqr, SameBits(quartiles[1] - quartiles[0]));
-    ASSERT_THAT(parameter.median, SameBits(by_definition::percentile(sample, {50.0})[0]));
-  }
-}
-
 TEST(BuildParameter, FindsTheExtremesWhereverTheyAre) {
   EXPECT_EQ(statistics_of({3.0, 1.0, 2.0}).min, 1.0);
   EXPECT_EQ(statistics_of({3.0, 1.0, 2.0}).max, 3.0);
@@ -274,12 +181,9 @@ TEST(CoefficientOfVariation, CountsMeasuredValuesAndNotPositions) {
 }
 
 TEST(CoefficientOfVariation, MultipliesByHundredBeforeItDivides) {
-  std::mt19937_64 random(323);
   int telling = 0;
-  for (int round = 0; round < 200; ++round) {
-    std::vector<double> sample = random_sample(random);
-    sample.resize(10, 1.5);
-    const auto parameter = statistics_of(sample);
+  for (int n = 10; n < 60; ++n) {
+    const auto parameter = statistics_of(ramp(static_cast<std::size_t>(n), 1.0, 0.1));
     ASSERT_THAT(parameter.cv, SameBits(100.0 * parameter.std / parameter.mean));
     telling += parameter.cv != 100.0 * (parameter.std / parameter.mean) ? 1 : 0;
   }
@@ -317,18 +221,6 @@ TEST(CoefficientOfVariation, NeedsAMeanStrictlyAboveTheDoubleEpsilon) {
   EXPECT_LT(ten_values_with_mean(-above).cv, -300.0);
 }
 
-TEST(CoefficientOfVariation, IsMissingForANaNMean) {
-  std::vector<double> sample = ramp(10, 1.0, 1.0);
-  sample[4] = nan;
-  const auto parameter = statistics_of(sample);
-  EXPECT_THAT(parameter.mean, IsNan());
-  EXPECT_EQ(parameter.cv, -1.0);
-}
-
-TEST(CoefficientOfVariation, OfTenEqualValuesIsZero) {
-  EXPECT_THAT(statistics_of(std::vector<double>(10, 2.0)).cv, SameBits(0.0));
-}
-
 // The map
 
 class BuildParameterInto : public testing::Test {
@@ -351,48 +243,14 @@ TEST_F(BuildParameterInto, TheMapAppendsTheSuffixToTheKey) {
 }
 
 TEST_F(BuildParameterInto, TheMapLetsTheFirstEntryUnderAKeyWin) {
+  statistics.parameters["gct"].description = "mine";
   build({1.0, 2.0}, "_R");
   build({5.0, 6.0, 7.0}, "_R");
-  ASSERT_EQ(statistics.parameters.size(), 1U);
-  EXPECT_EQ(statistics.parameters.at("gct_R").mean, 1.5);
-  EXPECT_THAT(statistics.parameters.at("gct_R").values, SameBitsEach({1.0, 2.0}));
-}
-
-TEST_F(BuildParameterInto, TheMapKeepsAnEntryOfTheCallersOwn) {
-  statistics.parameters["gct"].description = "mine";
   build({1.0}, "");
+  EXPECT_EQ(statistics.parameters.size(), 2U);
+  EXPECT_THAT(statistics.parameters.at("gct_R").values, SameBitsEach({1.0, 2.0}));
   EXPECT_EQ(statistics.parameters.at("gct").description, "mine");
   EXPECT_FALSE(statistics.parameters.at("gct").valid);
-}
-
-TEST_F(BuildParameterInto, TheMapKeepsAnEmptyFirstEntryToo) {
-  build({}, "");
-  build({1.0}, "");
-  EXPECT_FALSE(statistics.parameters.at("gct").valid);
-}
-
-TEST_F(BuildParameterInto, TheMapTouchesNothingElse) {
-  statistics.info.cycle_count = 77;
-  statistics.info.cycles = {4, 5};
-  statistics.parameters["swing"].mean = 3.5;
-  build({1.0}, "");
-  EXPECT_EQ(statistics.info.cycle_count, 77);
-  EXPECT_EQ(statistics.info.cycles, (std::list<int>{4, 5}));
-  EXPECT_EQ(statistics.info.duration, 0.0);
-  EXPECT_EQ(statistics.parameters.at("swing").mean, 3.5);
-  EXPECT_EQ(statistics.parameters.size(), 2U);
-}
-
-TEST(BuildParameter, DoesNotChangeWhatItReads) {
-  const gait_foot_result result = foot().gct({3.0, -1.0, 1.0}).result();
-  const std::list<int> cycles = {2, 9, 0, 1};
-  built<GCT>(result, cycles);
-  EXPECT_EQ(cycles, (std::list<int>{2, 9, 0, 1}));
-  std::vector<double> durations;
-  for (const auto& cycle : result.cycles) {
-    durations.push_back(cycle.gct);
-  }
-  EXPECT_THAT(durations, SameBitsEach({3.0, -1.0, 1.0}));
 }
 
 // Capacity
