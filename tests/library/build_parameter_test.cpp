@@ -30,10 +30,10 @@ using testing::IsNan;
 
 constexpr double epsilon = 2.220446049250313e-16;
 
-std::vector<double> ramp(std::size_t count, double first, double step) {
+std::vector<double> ramp(std::size_t count, double first, double difference) {
   std::vector<double> values;
   for (std::size_t k = 0; k < count; ++k) {
-    values.push_back(first + step * static_cast<double>(k));
+    values.push_back(first + difference * static_cast<double>(k));
   }
   return values;
 }

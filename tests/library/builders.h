@@ -79,15 +79,15 @@ public:
   }
   foot& speed(const std::vector<double>& values) { return with(&gait_foot_cycle::speed, values); }
 
-  /// Every measured field of cycle i holds `first + step * i`.
-  foot& ramp(std::size_t count, double first, double step) {
+  /// Every measured field of cycle i holds `first + difference * i`.
+  foot& ramp(std::size_t count, double first, double difference) {
     cycles(count);
     double value = first;
     for (gait_foot_cycle& cycle : cycles_) {
       for (auto field : measured_fields) {
         cycle.*field = value;
       }
-      value += step;
+      value += difference;
     }
     return *this;
   }

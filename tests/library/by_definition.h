@@ -1,7 +1,7 @@
 #ifndef GAIT_TESTS_BY_DEFINITION_H
 #define GAIT_TESTS_BY_DEFINITION_H
 
-// The sort and the percentile once more, written step after step from their definition, with bounds
+// The sort and the percentile once more, written from their definition, with bounds
 // checked: what the library's own are compared with, bit by bit. It shares no code with them.
 
 #include <algorithm>

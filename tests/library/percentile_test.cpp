@@ -37,12 +37,12 @@ double at(double percentage, const VectorXd& values) {
 Array2d at(double first, double second, const VectorXd& values) {
   return values.percentile(Array2d(first, second));
 }
-/// The percentage `steps` doubles above `percentage`, or below it.
-double neighbour(double percentage, int steps) {
-  for (; steps > 0; --steps) {
+/// The percentage `places` doubles above `percentage`, or below it.
+double neighbour(double percentage, int places) {
+  for (; places > 0; --places) {
     percentage = std::nextafter(percentage, 1000.0);
   }
-  for (; steps < 0; ++steps) {
+  for (; places < 0; ++places) {
     percentage = std::nextafter(percentage, -1000.0);
   }
   return percentage;
@@ -115,9 +115,9 @@ TEST(Percentile, ReadsNothingAfterTheLargestValue) {
   for (const int n : {2, 3, 7, 1000, 8191, 8192, 100001}) {
     const VectorXd values = VectorXd::LinSpaced(n, 1.0, 2.0);
     const double hi = ((0.5 + n) + (-1.0)) * 100.0 / n;
-    for (int steps = -3; steps <= 1; ++steps) {
-      ASSERT_LE(at(neighbour(hi, steps), values), 2.0) << n;
-      ASSERT_GE(at(neighbour(hi, steps), values), 2.0 - 1e-9) << n;
+    for (int places = -3; places <= 1; ++places) {
+      ASSERT_LE(at(neighbour(hi, places), values), 2.0) << n;
+      ASSERT_GE(at(neighbour(hi, places), values), 2.0 - 1e-9) << n;
     }
   }
 }
@@ -137,8 +137,8 @@ TEST(PercentileTolerance, OfAWholeRequestAroundFiftyIsRelative) {
 TEST(PercentileTolerance, OfASinglePercentageAroundFiftyIsAbsolute) {
   const VectorXd values = vector_of(far_apart);
   constexpr int within = 140;  // doubles next to 50 within 1e-12
-  const auto beside_the_minimum = [&](int steps) {
-    return at(neighbour(50.0, steps), 0.0, values)[0];
+  const auto beside_the_minimum = [&](int places) {
+    return at(neighbour(50.0, places), 0.0, values)[0];
   };
   EXPECT_EQ(beside_the_minimum(within), 0.0);
   EXPECT_EQ(beside_the_minimum(-within), 0.0);
