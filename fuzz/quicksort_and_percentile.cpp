@@ -1,6 +1,6 @@
 /// \file
-/// The sort and the percentiles on any doubles, NaN among them, in memory that ends where the values
-/// do.
+/// The sort and the percentiles on any doubles, NaN among them, in memory that ends where the
+/// values do.
 
 #include <gait/eigen.h>
 

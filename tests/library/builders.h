@@ -4,7 +4,8 @@
 /// \file
 /// Walks to analyse, of which a test states only what it is about.
 ///
-///     const auto info = one_foot(foot().gct({1.0, 1.1, 1.2})).excluded_1({1}).analyse().statistics.info;
+///     walk alone = one_foot(foot().gct({1.0, 1.1, 1.2})).excluded_1({1});
+///     const gait_statistics_info& info = alone.analyse().statistics.info;
 ///
 ///     walk w = two_feet(foot().swing({40.0}), foot().swing({60.0})).gct({1.0}).rate(200);
 ///     const gait_result& result = w.analyse();

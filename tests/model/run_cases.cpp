@@ -6,7 +6,7 @@
 //
 //     case        number, quality_flags                   outputs as constructed but for the flags
 //     parameter   the members of an entry, as printed     one that the caller put into the map
-//     walk        foot_results, feet                      a fresh input; the outputs are carried along
+//     walk        foot_results, feet                      a fresh input; the outputs are kept
 //     recording   sampling_rate, identifier and sample_count of each signal
 //     foot        recording, and a line for each cycle:
 //     cycle       first_sample, last_sample, index, the measured fields in declaration order
