@@ -385,34 +385,7 @@ INSTANTIATE_TEST_SUITE_P(
                     absence{"Right2", [] { return two_feet(whole(), lacking(2)); }}),
     [](const auto& tested) { return std::string(tested.param.name); });
 
-// Lifecycle
-
-TEST(GenerateStatistics, KeepsTheParametersOfTheFirstCallButRecomputesTheInfo) {
-  for (walk w : {one_foot(foot().ramp(6, 1.0, 0.5)),
-                 two_feet(foot().ramp(6, 1.0, 0.5), foot().ramp(6, 2.0, 0.25))
-                     .gct({1.0, 2.0, 3.0, 4.0, 5.0, 6.0})}) {
-    gait_result& result = w.excluded_1({0, 5}).analyse();
-    gait_statistics first = result.statistics;
-
-    result.excluded_1 = {1};
-    for (auto& foot_result : result.foot_results) {
-      for (auto& cycle : foot_result.cycles) {
-        cycle.gct += 10.0;
-      }
-    }
-    for (auto& cycle : result.feet_result.cycles) {
-      cycle.gct += 10.0;
-    }
-    gait_generate_statistics(result, {});
-    gait_statistics second = result.statistics;
-    EXPECT_THAT(second.info.cycles, ElementsAre(0, 2, 3, 4, 5));
-    EXPECT_EQ(second.info.excluded_count, 1);
-    EXPECT_GT(second.info.included_gct_sum, first.info.included_gct_sum + 50.0);
-
-    first.info = second.info = {};
-    EXPECT_EQ(difference(text_of(second), text_of(first)), "");
-  }
-}
+// At once
 
 /// Analyses every result in a thread of its own.
 void analyse_at_once(const std::vector<gait_result*>& results) {

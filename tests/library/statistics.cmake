@@ -5,7 +5,7 @@ add_executable(statistics_test
   build_parameter_test.cpp
   catalogue_test.cpp
   build_parameters_test.cpp
-  extreme_numbers_test.cpp)
+  sample_statistics_test.cpp)
 target_link_libraries(statistics_test PRIVATE gait_test_library)
 # The bits that these tests expect are those of separate multiplications and additions.
 target_compile_options(statistics_test PRIVATE -ffp-contract=off)

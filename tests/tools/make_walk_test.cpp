@@ -5,7 +5,6 @@
 
 #include <gtest/gtest.h>
 
-#include <algorithm>
 #include <cmath>
 #include <cstdint>
 #include <cstdlib>
@@ -13,10 +12,8 @@
 #include <fstream>
 #include <iterator>
 #include <map>
-#include <numeric>
 #include <stdexcept>
 #include <string>
-#include <vector>
 
 #include <sys/wait.h>
 
@@ -27,13 +24,11 @@ using gait_walk::analysed_cycles;
 using gait_walk::exclusion_list;
 using gait_walk::make_walk;
 using gait_walk::side;
-using gait_walk::typical_value;
 using gait_walk::walk;
 using gait_walk::walk_settings;
 using gait_walk::worn_on;
 using tool_tests::bytes_of;
 using tool_tests::temporary_folder;
-namespace typical = gait_walk::typical;
 
 /// One of everything that a walk can have.
 walk_settings eventful_walk() {
@@ -82,28 +77,6 @@ run_result run(const fs::path& folder, const std::string& arguments) {
 }
 
 // The model
-
-TEST(WalkModel, StrideValuesHaveTheMeansAndDeviationsOfTheTable) {
-  walk_settings settings;
-  settings.strides = 4096;
-  settings.turns = 0;
-  const walk walk = make_walk(settings);
-  for (const side side : {side::left, side::right}) {
-    for (const typical_value& value : typical::stride_values) {
-      std::vector<double> drawn;
-      for (const gait_foot_cycle& cycle : cycles_of(walk, side)) {
-        drawn.push_back(cycle.*value.field);
-      }
-      const auto n = static_cast<double>(drawn.size());
-      const double mean = std::accumulate(drawn.begin(), drawn.end(), 0.0) / n;
-      const double squares = std::inner_product(drawn.begin(), drawn.end(), drawn.begin(), 0.0);
-      const double difference = side == side::left ? value.left_less_right : -value.left_less_right;
-      EXPECT_NEAR(mean, value.mean + difference / 2.0, 0.1 * value.deviation) << value.mean;
-      EXPECT_NEAR(std::sqrt(squares / n - mean * mean), value.deviation, 0.1 * value.deviation)
-          << value.mean;
-    }
-  }
-}
 
 TEST(WalkModel, ValuesOfAStrideAgreeWithEachOther) {
   const walk walk = make_walk(eventful_walk());
@@ -210,21 +183,6 @@ TEST(WalkModel, IsTheSameWithEveryCompilerAndAnotherWithAnotherSeed) {
   EXPECT_EQ(digest, 13875047762339974831U);
   settings.seed = 2;
   EXPECT_TRUE(bytes_of(make_walk(settings)) != bytes);
-}
-
-TEST(WalkModel, IsTheSameAfterItIsWrittenAndRead) {
-  const temporary_folder folder;
-  walk_settings settings = eventful_walk();
-  settings.missing = 0.05;
-  for (const worn_on feet : {worn_on::both, worn_on::left, worn_on::right}) {
-    settings.feet = feet;
-    settings.name = "walk" + std::to_string(static_cast<int>(feet));
-    const walk made = make_walk(settings);
-    write_walk_folder(made, folder / settings.name);
-    const gait_walk::read_result read = gait_walk::read_walk_folder(folder / settings.name);
-    EXPECT_TRUE(read.warnings.empty());
-    EXPECT_TRUE(bytes_of(read.walk) == bytes_of(made));
-  }
 }
 
 // The program

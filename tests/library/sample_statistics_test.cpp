@@ -3,6 +3,7 @@
 #include "by_definition.h"
 #include "side.h"
 
+#include <algorithm>
 #include <cmath>
 #include <cstddef>
 #include <cstdint>
@@ -15,8 +16,8 @@
 #include <gmock/gmock.h>
 #include <gtest/gtest.h>
 
-// Numbers that no stride has: nothing guards against them, and what comes out is what the formulas
-// give, in their order of operations.
+// The statistics of one sample. Nothing guards against numbers that no stride has: what comes out is
+// what the formulas give, in their order of operations.
 
 namespace {
 
@@ -38,19 +39,21 @@ sample repeated(std::size_t times, const sample& values) {
   return all;
 }
 
-struct statistics_of_extremes {
+struct sample_and_statistics {
   const char* what;
   sample values;
   double mean, std, median, iqr;
 };
 
-class ExtremeNumbers : public testing::TestWithParam<statistics_of_extremes> {};
+class SampleStatistics : public testing::TestWithParam<sample_and_statistics> {};
 
-TEST_P(ExtremeNumbers, HaveTheStatisticsThatTheFormulasGive) {
+TEST_P(SampleStatistics, AreThoseOfTheFormulas) {
   const auto& expected = GetParam();
   const gait_statistics_parameter parameter = statistics_of(expected.values);
   EXPECT_TRUE(parameter.valid);
   EXPECT_THAT(parameter.values, SameBitsEach(expected.values));
+  EXPECT_EQ(parameter.min, *std::min_element(expected.values.begin(), expected.values.end()));
+  EXPECT_EQ(parameter.max, *std::max_element(expected.values.begin(), expected.values.end()));
   EXPECT_THAT(parameter.mean, SameBits(expected.mean));
   EXPECT_THAT(parameter.std, SameBits(expected.std));
   EXPECT_THAT(parameter.median, SameBits(expected.median));
@@ -59,32 +62,39 @@ TEST_P(ExtremeNumbers, HaveTheStatisticsThatTheFormulasGive) {
 
 // clang-format off
 INSTANTIATE_TEST_SUITE_P(
-    Samples, ExtremeNumbers,
+    Samples, SampleStatistics,
     testing::Values(
         //                      what it shows         sample                           mean, deviation, median, interquartile range
-        statistics_of_extremes{"SumOverflows",       {1e308, 1e308},                   infinity, infinity, infinity, 0.0},
-        statistics_of_extremes{"SumCancelsOut",      {1e308, -1e308, 1e308, -1e308},   0.0, infinity, 0.0, infinity},
-        statistics_of_extremes{"SumCancelsTooLate",  {1e308, 1e308, -1e308, -1e308},   infinity, infinity, 0.0, infinity},
-        statistics_of_extremes{"SquaresOverflow",    {1e160, 3e160},                   2e160, infinity, 2e160, 3e160 - 1e160},
-        statistics_of_extremes{"SquaresJustFit",     {-9e153, 9e153},                  0.0, 0x1.e60992feac3efp+511, 0.0, 18e153},
-        statistics_of_extremes{"DifferenceOverflows", {-largest, largest},             0.0, infinity, 0.0, infinity},
+        sample_and_statistics{"OneValue",           {1.375},                           1.375, 0.0, 1.375, 0.0},
+        sample_and_statistics{"OneToFour",          {1.0, 2.0, 3.0, 4.0},              2.5, 1.2909944487358056, 2.5, 2.0},
+        sample_and_statistics{"OneToTen",           {1, 2, 3, 4, 5, 6, 7, 8, 9, 10},   5.5, 3.0276503540974917, 5.5, 5.0},
+        // In any other order of the sum some of the large values swallow a small one.
+        sample_and_statistics{"SampleOrder",        {1e16, 1.0, -1e16, 1.0},           0.25, std::sqrt(2e32 / 3.0), 1.0, 1e16},
+        // A sum of squares without the mean taken off would lose all of the spread.
+        sample_and_statistics{"FarFromZero",        {1e9 + 1.0, 1e9 + 2.0, 1e9 + 3.0}, 1e9 + 2.0, 1.0, 1e9 + 2.0, 1.5},
+        sample_and_statistics{"SumOverflows",       {1e308, 1e308},                   infinity, infinity, infinity, 0.0},
+        sample_and_statistics{"SumCancelsOut",      {1e308, -1e308, 1e308, -1e308},   0.0, infinity, 0.0, infinity},
+        sample_and_statistics{"SumCancelsTooLate",  {1e308, 1e308, -1e308, -1e308},   infinity, infinity, 0.0, infinity},
+        sample_and_statistics{"SquaresOverflow",    {1e160, 3e160},                   2e160, infinity, 2e160, 3e160 - 1e160},
+        sample_and_statistics{"SquaresJustFit",     {-9e153, 9e153},                  0.0, 0x1.e60992feac3efp+511, 0.0, 18e153},
+        sample_and_statistics{"DifferenceOverflows", {-largest, largest},             0.0, infinity, 0.0, infinity},
         // Halfway between -1e308 and 1e308 the lower quartile is infinite, and the upper one 1e308.
-        statistics_of_extremes{"QuartileOverflows",  {-1e308, 1e308, 1e308, 1e308},    infinity, infinity, infinity, -infinity},
-        statistics_of_extremes{"SmallestNumbers",    {smallest, 3.0 * smallest},       2.0 * smallest, 0.0, 2.0 * smallest, 2.0 * smallest},
-        statistics_of_extremes{"SmallestHalf",       {smallest, 2.0 * smallest},       2.0 * smallest, 0.0, 2.0 * smallest, smallest},
-        statistics_of_extremes{"Neighbours",         {1.0, 1.0 + epsilon},             1.0, epsilon, 1.0, epsilon},
+        sample_and_statistics{"QuartileOverflows",  {-1e308, 1e308, 1e308, 1e308},    infinity, infinity, infinity, -infinity},
+        sample_and_statistics{"SmallestNumbers",    {smallest, 3.0 * smallest},       2.0 * smallest, 0.0, 2.0 * smallest, 2.0 * smallest},
+        sample_and_statistics{"SmallestHalf",       {smallest, 2.0 * smallest},       2.0 * smallest, 0.0, 2.0 * smallest, smallest},
+        sample_and_statistics{"Neighbours",         {1.0, 1.0 + epsilon},             1.0, epsilon, 1.0, epsilon},
         // The mean is rounded, and the deviation is what that leaves.
-        statistics_of_extremes{"EqualNumbers",       sample(400, 0.1),                 0x1.99999999999cfp-4, 0x1.a887ef57a60ccp-51, 0.1, 0.0},
-        statistics_of_extremes{"EqualLargeNumbers",  sample(400, 1e300),               0x1.7e43c880075cdp+996, infinity, 1e300, 0.0},
-        statistics_of_extremes{"Infinity",           {1.0, infinity, 2.0, 3.0, 4.0},   infinity, nan, 3.0, infinity},
-        statistics_of_extremes{"InfinityTwice",      {1.0, 2.0, infinity, infinity},   infinity, nan, infinity, nan},
-        statistics_of_extremes{"BothInfinities",     {-infinity, infinity},            nan, nan, nan, infinity},
+        sample_and_statistics{"EqualNumbers",       sample(400, 0.1),                 0x1.99999999999cfp-4, 0x1.a887ef57a60ccp-51, 0.1, 0.0},
+        sample_and_statistics{"EqualLargeNumbers",  sample(400, 1e300),               0x1.7e43c880075cdp+996, infinity, 1e300, 0.0},
+        sample_and_statistics{"Infinity",           {1.0, infinity, 2.0, 3.0, 4.0},   infinity, nan, 3.0, infinity},
+        sample_and_statistics{"InfinityTwice",      {1.0, 2.0, infinity, infinity},   infinity, nan, infinity, nan},
+        sample_and_statistics{"BothInfinities",     {-infinity, infinity},            nan, nan, nan, infinity},
         // The sum starts from 0.0.
-        statistics_of_extremes{"NegativeZeros",      {-0.0, -0.0, -0.0},               0.0, 0.0, -0.0, 0.0}),
+        sample_and_statistics{"NegativeZeros",      {-0.0, -0.0, -0.0},               0.0, 0.0, -0.0, 0.0}),
     [](const auto& tested) { return std::string(tested.param.what); });
 // clang-format on
 
-TEST(ExtremeNumbersVariation, HasTheSignOfTheMeanAndNeedsOneAboveEpsilon) {
+TEST(CoefficientOfVariation, OfSampleStatisticsHasTheSignOfTheMeanAndNeedsOneAboveEpsilon) {
   const auto cv = [](const sample& values) { return statistics_of(repeated(5, values)).cv; };
   EXPECT_THAT(cv({1e160, 3e160}), SameBits(infinity));
   EXPECT_THAT(cv({-1e160, -3e160}), SameBits(-infinity));
@@ -129,7 +139,7 @@ double random_number(std::mt19937_64& random, int kind) {
   return number;
 }
 
-TEST(Statistics, HaveTheBitsOfPlainLoopsInSampleOrder) {
+TEST(SampleStatistics, HaveTheBitsOfPlainLoopsInSampleOrder) {
   std::mt19937_64 random(341);
   for (int round = 0; round < 2000 && !HasFailure(); ++round) {
     sample values(1 + random() % 40);
