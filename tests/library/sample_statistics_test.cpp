@@ -16,17 +16,17 @@
 #include <gmock/gmock.h>
 #include <gtest/gtest.h>
 
-// The statistics of one sample. Nothing guards against numbers that no stride has: what comes out is
-// what the formulas give, in their order of operations.
+// The statistics of one sample. Nothing guards against numbers that no stride has: what comes out
+// is what the formulas give, in their order of operations.
 
 namespace {
 
 using namespace gait_test;
 using gait_test::nan;  // of <cmath> too
 
-constexpr double largest = std::numeric_limits<double>::max();          // 1.8e308
-constexpr double smallest = std::numeric_limits<double>::denorm_min();  // 4.9e-324
-constexpr double epsilon = std::numeric_limits<double>::epsilon();      // of 1.0
+constexpr double largest = std::numeric_limits<double>::max();      // 1.8e308
+constexpr double tiny = std::numeric_limits<double>::denorm_min();  // 4.9e-324
+constexpr double epsilon = std::numeric_limits<double>::epsilon();  // of 1.0
 
 using sample = std::vector<double>;
 
@@ -60,41 +60,39 @@ TEST_P(SampleStatistics, AreThoseOfTheFormulas) {
   EXPECT_THAT(parameter.iqr, SameBits(expected.iqr));
 }
 
-// clang-format off
 INSTANTIATE_TEST_SUITE_P(
     Samples, SampleStatistics,
-    testing::Values(
-        //                      what it shows         sample                           mean, deviation, median, interquartile range
-        sample_and_statistics{"OneValue",           {1.375},                           1.375, 0.0, 1.375, 0.0},
-        sample_and_statistics{"OneToFour",          {1.0, 2.0, 3.0, 4.0},              2.5, 1.2909944487358056, 2.5, 2.0},
-        sample_and_statistics{"OneToTen",           {1, 2, 3, 4, 5, 6, 7, 8, 9, 10},   5.5, 3.0276503540974917, 5.5, 5.0},
+    testing::ValuesIn(std::vector<sample_and_statistics>{
+        // what it shows, the sample; mean, deviation, median, interquartile range
+        {"OneValue", {1.375}, 1.375, 0.0, 1.375, 0.0},
+        {"OneToFour", {1.0, 2.0, 3.0, 4.0}, 2.5, 1.2909944487358056, 2.5, 2.0},
+        {"OneToTen", {1, 2, 3, 4, 5, 6, 7, 8, 9, 10}, 5.5, 3.0276503540974917, 5.5, 5.0},
         // In any other order of the sum some of the large values swallow a small one.
-        sample_and_statistics{"SampleOrder",        {1e16, 1.0, -1e16, 1.0},           0.25, std::sqrt(2e32 / 3.0), 1.0, 1e16},
+        {"SampleOrder", {1e16, 1.0, -1e16, 1.0}, 0.25, std::sqrt(2e32 / 3.0), 1.0, 1e16},
         // A sum of squares without the mean taken off would lose all of the spread.
-        sample_and_statistics{"FarFromZero",        {1e9 + 1.0, 1e9 + 2.0, 1e9 + 3.0}, 1e9 + 2.0, 1.0, 1e9 + 2.0, 1.5},
-        sample_and_statistics{"SumOverflows",       {1e308, 1e308},                   infinity, infinity, infinity, 0.0},
-        sample_and_statistics{"SumCancelsOut",      {1e308, -1e308, 1e308, -1e308},   0.0, infinity, 0.0, infinity},
-        sample_and_statistics{"SumCancelsTooLate",  {1e308, 1e308, -1e308, -1e308},   infinity, infinity, 0.0, infinity},
-        sample_and_statistics{"SquaresOverflow",    {1e160, 3e160},                   2e160, infinity, 2e160, 3e160 - 1e160},
-        sample_and_statistics{"SquaresJustFit",     {-9e153, 9e153},                  0.0, 0x1.e60992feac3efp+511, 0.0, 18e153},
-        sample_and_statistics{"DifferenceOverflows", {-largest, largest},             0.0, infinity, 0.0, infinity},
-        // Halfway between -1e308 and 1e308 the lower quartile is infinite, and the upper one 1e308.
-        sample_and_statistics{"QuartileOverflows",  {-1e308, 1e308, 1e308, 1e308},    infinity, infinity, infinity, -infinity},
-        sample_and_statistics{"SmallestNumbers",    {smallest, 3.0 * smallest},       2.0 * smallest, 0.0, 2.0 * smallest, 2.0 * smallest},
-        sample_and_statistics{"SmallestHalf",       {smallest, 2.0 * smallest},       2.0 * smallest, 0.0, 2.0 * smallest, smallest},
-        sample_and_statistics{"Neighbours",         {1.0, 1.0 + epsilon},             1.0, epsilon, 1.0, epsilon},
+        {"FarFromZero", {1e9 + 1.0, 1e9 + 2.0, 1e9 + 3.0}, 1e9 + 2.0, 1.0, 1e9 + 2.0, 1.5},
+        {"SumOverflows", {1e308, 1e308}, infinity, infinity, infinity, 0.0},
+        {"SumCancelsOut", {1e308, -1e308, 1e308, -1e308}, 0.0, infinity, 0.0, infinity},
+        {"SumCancelsTooLate", {1e308, 1e308, -1e308, -1e308}, infinity, infinity, 0.0, infinity},
+        {"SquaresOverflow", {1e160, 3e160}, 2e160, infinity, 2e160, 3e160 - 1e160},
+        {"SquaresJustFit", {-9e153, 9e153}, 0.0, 0x1.e60992feac3efp+511, 0.0, 18e153},
+        {"DifferenceOverflows", {-largest, largest}, 0.0, infinity, 0.0, infinity},
+        // Between -1e308 and 1e308 the lower quartile is infinite, and the upper one 1e308.
+        {"QuartileOverflows", {-1e308, 1e308, 1e308}, 1e308 / 3.0, infinity, 1e308, -infinity},
+        {"SmallestNumbers", {tiny, 3.0 * tiny}, 2.0 * tiny, 0.0, 2.0 * tiny, 2.0 * tiny},
+        {"SmallestHalf", {tiny, 2.0 * tiny}, 2.0 * tiny, 0.0, 2.0 * tiny, tiny},
+        {"Neighbours", {1.0, 1.0 + epsilon}, 1.0, epsilon, 1.0, epsilon},
         // The mean is rounded, and the deviation is what that leaves.
-        sample_and_statistics{"EqualNumbers",       sample(400, 0.1),                 0x1.99999999999cfp-4, 0x1.a887ef57a60ccp-51, 0.1, 0.0},
-        sample_and_statistics{"EqualLargeNumbers",  sample(400, 1e300),               0x1.7e43c880075cdp+996, infinity, 1e300, 0.0},
-        sample_and_statistics{"Infinity",           {1.0, infinity, 2.0, 3.0, 4.0},   infinity, nan, 3.0, infinity},
-        sample_and_statistics{"InfinityTwice",      {1.0, 2.0, infinity, infinity},   infinity, nan, infinity, nan},
-        sample_and_statistics{"BothInfinities",     {-infinity, infinity},            nan, nan, nan, infinity},
+        {"EqualNumbers", sample(400, 0.1), 0x1.99999999999cfp-4, 0x1.a887ef57a60ccp-51, 0.1, 0.0},
+        {"EqualLargeNumbers", sample(400, 1e300), 0x1.7e43c880075cdp+996, infinity, 1e300, 0.0},
+        {"Infinity", {1.0, infinity, 2.0, 3.0, 4.0}, infinity, nan, 3.0, infinity},
+        {"InfinityTwice", {1.0, 2.0, infinity, infinity}, infinity, nan, infinity, nan},
+        {"BothInfinities", {-infinity, infinity}, nan, nan, nan, infinity},
         // The sum starts from 0.0.
-        sample_and_statistics{"NegativeZeros",      {-0.0, -0.0, -0.0},               0.0, 0.0, -0.0, 0.0}),
+        {"NegativeZeros", {-0.0, -0.0, -0.0}, 0.0, 0.0, -0.0, 0.0}}),
     [](const auto& tested) { return std::string(tested.param.what); });
-// clang-format on
 
-TEST(CoefficientOfVariation, OfSampleStatisticsHasTheSignOfTheMeanAndNeedsOneAboveEpsilon) {
+TEST(CoefficientOfVariation, OfExtremeNumbersHasTheSignOfTheMeanAndNeedsOneAboveEpsilon) {
   const auto cv = [](const sample& values) { return statistics_of(repeated(5, values)).cv; };
   EXPECT_THAT(cv({1e160, 3e160}), SameBits(infinity));
   EXPECT_THAT(cv({-1e160, -3e160}), SameBits(-infinity));
@@ -122,8 +120,8 @@ double deviation_of(const sample& values, double mean) {
              : std::sqrt(sum_of(squares) / (static_cast<double>(values.size()) - 1.0));
 }
 
-/// A finite or infinite number of any magnitude, of the largest, of the smallest, or like a stride's
-/// duration.
+/// A number like a stride's duration, of any magnitude up to infinity, of the largest, or of the
+/// smallest.
 double random_number(std::mt19937_64& random, int kind) {
   if (kind == 0) {
     return std::normal_distribution<double>(1.1, 0.2)(random);
