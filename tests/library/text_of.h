@@ -201,7 +201,7 @@ std::string text_of(const Record& record) {
 }
 
 /// The fields that the walk is described by, before the accounting of exclusions.
-inline std::string text_of_walk(gait_statistics_info info) {
+inline std::string text_of_walk(const gait_statistics_info& info) {
   const std::string text = text_of(info);
   return text.substr(0, text.find("  excluded_2_fallback_count"));
 }
