@@ -7,6 +7,7 @@
 
 #include <algorithm>
 #include <cstddef>
+#include <cstdio>
 #include <cstdlib>
 #include <functional>
 #include <list>
@@ -61,6 +62,7 @@ void fail_every_allocation(Prepare prepare, Call call, Look look) {
     allocations = allocations_of([&] { call(subject); });
   }
   EXPECT_GT(allocations, 0);
+  std::printf("%ld allocations, each failed alone and with all that follow\n", allocations);
   for (const bool for_good : {false, true}) {
     for (long k = 0; k < allocations && !testing::Test::HasFailure(); ++k) {
       SCOPED_TRACE("allocation " + std::to_string(k) + " of " + std::to_string(allocations) +
