@@ -14,7 +14,7 @@
 
 namespace fuzz {
 
-/// Takes numbers from the front of the input; behind its end there are zeros.
+/// Takes numbers from the front of the input; after its end there are zeros.
 class input {
 public:
   input(const std::uint8_t* bytes, std::size_t size) : next_(bytes), end_(bytes + size) {}

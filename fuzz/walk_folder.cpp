@@ -42,7 +42,7 @@ table_texts texts_of(const tables& walk) {
   return {walk.recording, walk.foot_cycles, walk.feet_cycles, walk.exclusions};
 }
 
-/// All tables of a walk, one behind the other, with a form feed between them; the last ones may be
+/// All tables of a walk, one after the other, with a form feed between them; the last ones may be
 /// missing.
 table_texts split(std::string_view text) {
   table_texts all;

@@ -4,7 +4,8 @@
 /// \file
 /// Walks to analyse, of which a test states only what it is about.
 ///
-///     const auto info = one_foot(foot().gct({1.0, 1.1, 1.2})).excluded_1({1}).analyse().statistics.info;
+///     walk alone = one_foot(foot().gct({1.0, 1.1, 1.2})).excluded_1({1});
+///     const gait_statistics_info& info = alone.analyse().statistics.info;
 ///
 ///     walk w = two_feet(foot().swing({40.0}), foot().swing({60.0})).gct({1.0}).rate(200);
 ///     const gait_result& result = w.analyse();
@@ -13,12 +14,13 @@
 /// is missing (gait_missing); cycle i starts at sample 100 * i and ends at 100 * i + 99, at 100 Hz,
 /// and its `index` is i.
 
+#include "fields.h"
+
 #include <gait/generate_statistics.h>
 #include <gait/result.h>
 #include <gait/statistics.h>
 
 #include <algorithm>
-#include <array>
 #include <cstddef>
 #include <cstdint>
 #include <iterator>
@@ -78,15 +80,15 @@ public:
   }
   foot& speed(const std::vector<double>& values) { return with(&gait_foot_cycle::speed, values); }
 
-  /// Every measured field of cycle i holds `first + step * i`.
-  foot& ramp(std::size_t count, double first, double step) {
+  /// Every measured field of cycle i holds `first + difference * i`.
+  foot& ramp(std::size_t count, double first, double difference) {
     cycles(count);
     double value = first;
     for (gait_foot_cycle& cycle : cycles_) {
       for (auto field : measured_fields) {
         cycle.*field = value;
       }
-      value += step;
+      value += difference;
     }
     return *this;
   }
@@ -119,17 +121,7 @@ public:
   /// Without a recording.
   gait_foot_result result() const { return {cycles_, nullptr}; }
 
-  // clang-format off
-  /// Every measured field, in declaration order.
-  static constexpr std::array measured_fields = {
-      &gait_foot_cycle::hs, &gait_foot_cycle::gct, &gait_foot_cycle::swing, &gait_foot_cycle::stance,
-      &gait_foot_cycle::contact, &gait_foot_cycle::cadence, &gait_foot_cycle::ldr, &gait_foot_cycle::ffr,
-      &gait_foot_cycle::pur, &gait_foot_cycle::slength, &gait_foot_cycle::swidth, &gait_foot_cycle::path_length,
-      &gait_foot_cycle::speed, &gait_foot_cycle::ta, &gait_foot_cycle::peakswing, &gait_foot_cycle::top,
-      &gait_foot_cycle::hsp, &gait_foot_cycle::step_time, &gait_foot_cycle::step_length,
-      &gait_foot_cycle::strike_eversion, &gait_foot_cycle::max_hc, &gait_foot_cycle::min_tc, &gait_foot_cycle::max_tc1,
-      &gait_foot_cycle::max_tc2, &gait_foot_cycle::mtc_speed, &gait_foot_cycle::impact_vert, &gait_foot_cycle::impact_hor};
-  // clang-format on
+  static constexpr auto& measured_fields = gait_test::measured_fields;
 
 private:
   std::list<gait_foot_cycle> cycles_;
@@ -253,7 +245,7 @@ private:
 
 inline walk one_foot(foot only) { return walk(std::move(only)); }
 inline walk two_feet(foot left, foot right) { return {std::move(left), std::move(right)}; }
-/// Two feet that walk alike.
+/// Two feet that move alike.
 inline walk two_feet(const foot& both) { return {both, both}; }
 
 }  // namespace gait_test

@@ -6,7 +6,6 @@
 
 #include <cstddef>
 #include <list>
-#include <numeric>
 #include <random>
 #include <string>
 #include <vector>
@@ -31,36 +30,19 @@ std::string visits(std::size_t count, const std::list<int>& indices) {
   return seen;
 }
 
-TEST(CycleAccess, ReachesCyclesInTheOrderOfTheIndexList) {
+TEST(CycleAccess, ReachesCyclesInTheOrderOfTheIndexListAndSkipsThoseOutOfRange) {
   EXPECT_EQ(visits(4, {2, 0, 3, 1}), "0:2 1:0 2:3 3:1 ");
-}
-
-TEST(CycleAccess, SkipsAnIndexEqualToTheLength) { EXPECT_EQ(visits(2, {1, 2, 0}), "0:1 2:0 "); }
-
-TEST(CycleAccess, SkipsANegativeIndex) { EXPECT_EQ(visits(2, {-1, 1}), "1:1 "); }
-
-TEST(CycleAccess, SkipsTheOutermostIndices) {
+  EXPECT_EQ(visits(2, {1, 2, 0, -1, 1}), "0:1 2:0 4:1 ");
   EXPECT_EQ(visits(2, {int_min, 0, int_max, 1}), "1:0 3:1 ");
+  EXPECT_EQ(visits(0, {0, -1, 1}), "");
+  EXPECT_EQ(visits(3, {}), "");
 }
-
-TEST(CycleAccess, ReadsACycleTwiceForADuplicateIndex) { EXPECT_EQ(visits(2, {1, 1}), "0:1 1:1 "); }
-
-TEST(CycleAccess, ReadsNothingFromAnEmptyCycleList) { EXPECT_EQ(visits(0, {0, -1, 1}), ""); }
-
-TEST(CycleAccess, ReadsNothingForAnEmptyIndexList) { EXPECT_EQ(visits(3, {}), ""); }
 
 TEST(CycleAccess, GivesTheRecordItselfAndNoCopy) {
   const foot f = foot().cycles(2);
   for_each_cycle(f.cycle_list(), {1}, [&](std::size_t, const gait_foot_cycle& cycle) {
     EXPECT_EQ(&cycle, &f.cycle_list().back());
   });
-}
-
-TEST(CycleAccess, LetsAnExceptionOfTheVisitPass) {
-  const foot f = foot().cycles(2);
-  EXPECT_THROW(
-      for_each_cycle(f.cycle_list(), {1}, [](std::size_t, const gait_foot_cycle&) { throw 1; }),
-      int);
 }
 
 /// The visits as one std::next after another makes them.
@@ -76,26 +58,7 @@ std::string visits_one_by_one(std::size_t count, const std::list<int>& indices) 
   return seen;
 }
 
-std::list<int> ascending(int count) {
-  std::list<int> indices(static_cast<std::size_t>(count));
-  std::iota(indices.begin(), indices.end(), 0);
-  return indices;
-}
-
-TEST(CycleAccessOnLongLists, ReachesEveryCycleWhateverIsLeftOverForTheLastGroup) {
-  for (int count = 40; count < 140; ++count) {
-    const auto length = static_cast<std::size_t>(count);
-    EXPECT_EQ(visits(length, ascending(count)), visits_one_by_one(length, ascending(count)));
-  }
-}
-
-TEST(CycleAccessOnLongLists, KeepsTheOrderOfAListThatIsNotSorted) {
-  std::list<int> descending = ascending(100);
-  descending.reverse();
-  EXPECT_EQ(visits(100, descending), visits_one_by_one(100, descending));
-}
-
-TEST(CycleAccessOnLongLists, AgreesWithSingleWalksOnRandomIndices) {
+TEST(CycleAccessOnLongLists, ReachesWhatASingleIndexReaches) {
   std::mt19937 random(1);
   std::uniform_int_distribution<int> lengths(0, 150);
   for (int round = 0; round < 500; ++round) {
@@ -110,21 +73,10 @@ TEST(CycleAccessOnLongLists, AgreesWithSingleWalksOnRandomIndices) {
   }
 }
 
-TEST(CycleAccessOnLongLists, VisitsNothingForIndicesThatAreAllOutOfRange) {
-  EXPECT_EQ(visits(100, {-1, 100, 101, int_max, int_min}), "");
-}
-
 double gct_sum(const std::vector<double>& gct, const std::list<int>& indices) {
   const foot f = foot().gct(gct);
   return index_sum(f.cycle_list(), indices, &gait_foot_cycle::gct);
 }
-
-TEST(IndexSum, OfNoIndexIsZero) {
-  EXPECT_THAT(gct_sum({1.0}, {}), SameBits(0.0));
-  EXPECT_THAT(gct_sum({}, {0}), SameBits(0.0));
-}
-
-TEST(IndexSum, StartsFromPositiveZero) { EXPECT_THAT(gct_sum({-0.0}, {0}), SameBits(0.0)); }
 
 TEST(IndexSum, AddsInTheOrderOfTheIndexList) {
   const std::vector<double> gct = {1e16, 1.0, -1e16};
@@ -142,25 +94,15 @@ TEST(IndexSum, AddsOneValueAfterTheOther) {
   EXPECT_THAT(gct_sum({1.0, small, small}, {1, 2, 0}), SameBits(1.0 + 2e-16));
 }
 
-TEST(IndexSum, LeavesOutMissingValues) {
+TEST(IndexSum, LeavesOutWhatIsMissingOrOutOfRangeAndNothingElse) {
+  EXPECT_THAT(gct_sum({1.0}, {}), SameBits(0.0));
+  EXPECT_THAT(gct_sum({-0.0}, {0}), SameBits(0.0)) << "the sum starts from 0.0";
   EXPECT_THAT(gct_sum({1.5, -1.0, 2.0}, {0, 1, 2}), SameBits(3.5));
-}
-
-TEST(IndexSum, AddsNegativeValuesThatAreNotMissing) {
   EXPECT_THAT(gct_sum({-0.999}, {0}), SameBits(-0.999));
-  EXPECT_THAT(gct_sum({-1.0000001}, {0}), SameBits(-1.0000001));
-}
-
-TEST(IndexSum, AddsNanAsMeasured) {
   EXPECT_THAT(gct_sum({1.0, nan, 1.0}, {0, 1, 2}), SameBits(nan));
-}
-
-TEST(IndexSum, AddsADuplicateOncePerOccurrence) {
   EXPECT_THAT(gct_sum({1.25, 7.0}, {0, 0, 0}), SameBits(3.75));
-}
-
-TEST(IndexSum, AddsNothingForAnIndexOutOfRange) {
   EXPECT_THAT(gct_sum({1.25, 2.0}, {2, 1, -1, int_min, int_max}), SameBits(2.0));
+  EXPECT_THAT(gct_sum({1e308, 1e308, -1e308}, {0, 1, 2}), SameBits(infinity));
 }
 
 TEST(IndexSum, ReadsTheNamedFieldOnly) {

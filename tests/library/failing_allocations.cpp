@@ -92,8 +92,8 @@ void* or_bad_alloc(void* memory) {
 }
 
 void* aligned(std::size_t size, std::align_val_t alignment) {
-  const auto step = static_cast<std::size_t>(alignment);
-  return std::aligned_alloc(step, (size + step - 1) / step * step);
+  const auto unit = static_cast<std::size_t>(alignment);
+  return std::aligned_alloc(unit, (size + unit - 1) / unit * unit);
 }
 
 }  // namespace
@@ -101,63 +101,25 @@ void* aligned(std::size_t size, std::align_val_t alignment) {
 // Every form, because a sanitizer's own of a form that is left out would go past malloc. Not
 // inlined: g++ would warn of memory from `new` that goes to `free`.
 // NOLINTBEGIN(misc-new-delete-overloads)
-#define REPLACEMENT [[gnu::noinline]]
-REPLACEMENT void* operator new(std::size_t size) { return or_bad_alloc(std::malloc(size)); }
-REPLACEMENT void* operator new[](std::size_t size) { return or_bad_alloc(std::malloc(size)); }
-REPLACEMENT void* operator new(std::size_t size, const std::nothrow_t& /*tag*/) noexcept {
-  return std::malloc(size);
-}
-REPLACEMENT void* operator new[](std::size_t size, const std::nothrow_t& /*tag*/) noexcept {
-  return std::malloc(size);
-}
-REPLACEMENT void* operator new(std::size_t size, std::align_val_t to) {
-  return or_bad_alloc(aligned(size, to));
-}
-REPLACEMENT void* operator new[](std::size_t size, std::align_val_t to) {
-  return or_bad_alloc(aligned(size, to));
-}
-REPLACEMENT void* operator new(std::size_t size, std::align_val_t to,
-                               const std::nothrow_t& /*tag*/) noexcept {
-  return aligned(size, to);
-}
-REPLACEMENT void* operator new[](std::size_t size, std::align_val_t to,
-                                 const std::nothrow_t& /*tag*/) noexcept {
-  return aligned(size, to);
-}
+#define OPERATOR_NEW(throws, result, ...)                                       \
+  [[gnu::noinline]] void* operator new(__VA_ARGS__) throws { return (result); } \
+  [[gnu::noinline]] void* operator new[](__VA_ARGS__) throws { return (result); }
+#define OPERATOR_DELETE(...)                                                          \
+  [[gnu::noinline]] void operator delete(__VA_ARGS__) noexcept { std::free(memory); } \
+  [[gnu::noinline]] void operator delete[](__VA_ARGS__) noexcept { std::free(memory); }
 
-REPLACEMENT void operator delete(void* memory) noexcept { std::free(memory); }
-REPLACEMENT void operator delete[](void* memory) noexcept { std::free(memory); }
-REPLACEMENT void operator delete(void* memory, std::size_t /*size*/) noexcept { std::free(memory); }
-REPLACEMENT void operator delete[](void* memory, std::size_t /*size*/) noexcept {
-  std::free(memory);
-}
-REPLACEMENT void operator delete(void* memory, const std::nothrow_t& /*tag*/) noexcept {
-  std::free(memory);
-}
-REPLACEMENT void operator delete[](void* memory, const std::nothrow_t& /*tag*/) noexcept {
-  std::free(memory);
-}
-REPLACEMENT void operator delete(void* memory, std::align_val_t /*to*/) noexcept {
-  std::free(memory);
-}
-REPLACEMENT void operator delete[](void* memory, std::align_val_t /*to*/) noexcept {
-  std::free(memory);
-}
-REPLACEMENT void operator delete(void* memory, std::size_t /*size*/,
-                                 std::align_val_t /*to*/) noexcept {
-  std::free(memory);
-}
-REPLACEMENT void operator delete[](void* memory, std::size_t /*size*/,
-                                   std::align_val_t /*to*/) noexcept {
-  std::free(memory);
-}
-REPLACEMENT void operator delete(void* memory, std::align_val_t /*to*/,
-                                 const std::nothrow_t& /*tag*/) noexcept {
-  std::free(memory);
-}
-REPLACEMENT void operator delete[](void* memory, std::align_val_t /*to*/,
-                                   const std::nothrow_t& /*tag*/) noexcept {
-  std::free(memory);
-}
-#undef REPLACEMENT
+OPERATOR_NEW(noexcept(false), or_bad_alloc(std::malloc(size)), std::size_t size)
+OPERATOR_NEW(noexcept, std::malloc(size), std::size_t size, const std::nothrow_t&)
+OPERATOR_NEW(noexcept(false), or_bad_alloc(aligned(size, to)), std::size_t size,
+             std::align_val_t to)
+OPERATOR_NEW(noexcept, aligned(size, to), std::size_t size, std::align_val_t to,
+             const std::nothrow_t&)
+OPERATOR_DELETE(void* memory)
+OPERATOR_DELETE(void* memory, std::size_t)
+OPERATOR_DELETE(void* memory, const std::nothrow_t&)
+OPERATOR_DELETE(void* memory, std::align_val_t)
+OPERATOR_DELETE(void* memory, std::size_t, std::align_val_t)
+OPERATOR_DELETE(void* memory, std::align_val_t, const std::nothrow_t&)
+#undef OPERATOR_NEW
+#undef OPERATOR_DELETE
 // NOLINTEND(misc-new-delete-overloads)

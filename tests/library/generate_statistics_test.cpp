@@ -1,8 +1,8 @@
 #include "bits.h"
 #include "builders.h"
-#include "catalogue_keys.h"
 #include "text_of.h"
 
+#include <gait/catalogue.h>
 #include <gait/generate_statistics.h>
 #include <gait/result.h>
 
@@ -14,6 +14,7 @@
 #include <stdexcept>
 #include <string>
 #include <thread>
+#include <type_traits>
 #include <vector>
 
 #include <gmock/gmock.h>
@@ -24,7 +25,6 @@ namespace {
 using namespace gait_test;
 using gait_test::nan;
 using testing::ElementsAre;
-using testing::SizeIs;
 
 gait_statistics_info info_of(walk w) { return w.analyse().statistics.info; }
 
@@ -36,23 +36,13 @@ void mark(gait_result& result) {
   parameter.mean = 3.5;
   result.statistics.parameters["gct"] = parameter;
   result.statistics.parameters["kept"] = parameter;
-  gait_statistics_info& info = result.statistics.info;
-  double value = 0.5;
-  for (double* field :
-       {&info.recording_duration, &info.duration, &info.excluded_1_fallback_gct_sum,
-        &info.excluded_2_gct_sum, &info.included_gct_sum, &info.included_distance,
-        &info.total_distance, &info.excluded_2_fallback_duration, &info.excluded_2_duration,
-        &info.excluded_1_fallback_duration, &info.excluded_1_duration, &info.included_duration}) {
-    *field = value++;
-  }
-  info.cycle_count = 101;
-  info.excluded_count = 102;
-  info.cycles = {3, 1, 4};
-  info.excluded_2_fallback_count = 103;
-  info.excluded_2_count = 104;
-  info.excluded_1_fallback_count = 105;
-  info.excluded_1_count = 106;
-  info.included_count = -7;
+  for_each_field(result.statistics.info, [mark = 101](const char* /*name*/, auto& member) mutable {
+    if constexpr (std::is_arithmetic_v<std::decay_t<decltype(member)>>) {
+      member = static_cast<std::decay_t<decltype(member)>>(mark++);
+    } else {
+      member = {3, 1, 4};
+    }
+  });
   result.quality_flags = 0x7F;
 }
 
@@ -61,19 +51,9 @@ void mark(gait_result& result) {
 TEST(GenerateStatistics, WithoutAnyFootTouchesNothing) {
   gait_result result;
   mark(result);
-  result.excluded_1 = {0};
   const std::string output = text_of_output(result);
-  const std::string input = text_of_input(result);
   EXPECT_TRUE(gait_generate_statistics(result, {40.0F}));
   EXPECT_EQ(difference(text_of_output(result), output), "");
-  EXPECT_EQ(difference(text_of_input(result), input), "");
-}
-
-TEST(GenerateStatistics, ReturnsTrueInBothModes) {
-  walk one = one_foot(foot().cycles(1));
-  EXPECT_TRUE(gait_generate_statistics(one.result(), {}));
-  walk two = two_feet(foot().cycles(1));
-  EXPECT_TRUE(gait_generate_statistics(two.result(), {}));
 }
 
 std::set<std::string> keys_of(walk w) {
@@ -84,35 +64,29 @@ std::set<std::string> keys_of(walk w) {
   return keys;
 }
 
-const std::vector<std::string> foot_keys = keys_of_side(false);
-
-TEST(GenerateStatistics, GivesOneFootKeysWithoutSuffixAndNoTwoFeetParameter) {
-  const auto keys = keys_of(one_foot(foot().cycles(2)));
-  EXPECT_THAT(keys, testing::UnorderedElementsAreArray(foot_keys));
-}
-
-TEST(GenerateStatistics, GivesTwoFeetEveryKeyWithBothSuffixesAndTheAsymmetry) {
-  std::set<std::string> expected = {"DS_R", "DS_L", "asymmetry"};
-  for (const std::string& key : foot_keys) {
-    expected.insert({key + "_R", key + "_L"});
-  }
-  EXPECT_EQ(keys_of(two_feet(foot().cycles(2))), expected);
-}
-
-TEST(GenerateStatistics, GivesTheTwoFeetParameterUnderBothSuffixesWithTheSameValues) {
-  walk w = two_feet(foot().ramp(3, 1.0, 1.0), foot().ramp(3, 5.0, 2.0))
-               .ds({20.0, 22.0, 27.0})
-               .excluded_1({1});
-  const auto& parameters = w.analyse().statistics.parameters;
-  EXPECT_EQ(difference(text_of(parameters.at("DS_R")), text_of(parameters.at("DS_L"))), "");
-  EXPECT_THAT(parameters.at("DS_R").values, SameBitsEach({20.0, 27.0}));
+TEST(GenerateStatistics, GivesOneFootKeysWithoutSuffixAndTwoFeetThoseOfEitherSide) {
+  std::set<std::string> one_foot_keys;
+  std::set<std::string> two_feet_keys = {"asymmetry"};
+  gait_catalogue::for_each_row([&](const auto& row) {
+    const std::string key = row.key;
+    two_feet_keys.insert({key + "_R", key + "_L"});
+    if (key != "DS") {
+      one_foot_keys.insert(key);
+    }
+  });
+  EXPECT_EQ(keys_of(one_foot(foot().cycles(2))), one_foot_keys);
+  EXPECT_EQ(keys_of(two_feet(foot().cycles(2))), two_feet_keys);
 }
 
 TEST(GenerateStatistics, ReadsEachSideFromItsFoot) {
-  walk w = two_feet(foot().gct({1.0, 2.0}), foot().gct({10.0, 20.0})).gct({100.0, 200.0});
+  walk w = two_feet(foot().gct({1.0, 2.0}), foot().gct({10.0, 20.0}))
+               .gct({100.0, 200.0})
+               .ds({20.0, 22.0});
   const auto& parameters = w.analyse().statistics.parameters;
   EXPECT_THAT(parameters.at("gct_L").values, SameBitsEach({1.0, 2.0}));
   EXPECT_THAT(parameters.at("gct_R").values, SameBitsEach({10.0, 20.0}));
+  EXPECT_THAT(parameters.at("DS_R").values, SameBitsEach({20.0, 22.0}));
+  EXPECT_TRUE(are_the_same(parameters.at("DS_L"), parameters.at("DS_R")));
 }
 
 TEST(GenerateStatistics, TakesTheStepLengthOfTwoFeetAsMeasuredAndOfOneAsHalfAStride) {
@@ -156,55 +130,31 @@ TEST(GenerateStatistics, OfTwoFeetReadsNoEntryBeyondTheSamplingRateOfTheFirst) {
   }
 }
 
-TEST(GenerateStatistics, RunsThreeEntriesAsTwoFeet) {
-  walk w = two_feet(foot().ramp(4, 1.0, 0.5), foot().ramp(4, 2.0, 0.25)).gct({1.0, 2.0, 3.0, 4.0});
-  const std::string of_two = text_of_output(w.analyse());
-  gait_result three = w.result();
-  three.foot_results.emplace_back();
-  gait_generate_statistics(three, {});
-  EXPECT_EQ(difference(text_of_output(three), of_two), "");
-}
-
 // Sampling rate, durations
 
 TEST(GenerateStatistics, TakesTheSamplingRateFromTheFirstEntry) {
   walk w = two_feet(foot().swing({40.0}).rate(50), foot().swing({60.0}).rate(200));
-  gait_result& result = w.result();
-  sensor_recording first;
-  first.sampling_rate = 400;
-  gait_foot_result left = *result.left_foot;
-  gait_foot_result right = *result.right_foot;
-  result.left_foot = &left;
-  result.right_foot = &right;
-  result.foot_results.front().recording = &first;
-  gait_generate_statistics(result, {});
-  EXPECT_THAT(result.statistics.info.recording_duration, SameBits(1000.0 / 400.0));
-  EXPECT_THAT(result.statistics.info.duration, SameBits(100.0 / 400.0));
-  EXPECT_THAT(result.statistics.parameters.at("asymmetry").mean, SameBits(-80.0));
+  feet_elsewhere elsewhere(w, 2);
+  elsewhere.only_a_rate.sampling_rate = 400;
+  gait_generate_statistics(elsewhere.result, {});
+  const gait_statistics& statistics = elsewhere.result.statistics;
+  EXPECT_THAT(statistics.info.recording_duration, SameBits(1000.0 / 400.0));
+  EXPECT_THAT(statistics.info.duration, SameBits(100.0 / 400.0));
+  EXPECT_THAT(statistics.parameters.at("asymmetry").mean, SameBits(-80.0));
 }
 
-TEST(GenerateStatistics, TakesTheRecordingDurationFromTheShorterSignal) {
-  EXPECT_THAT(info_of(one_foot(foot().cycles(1).sample_counts(1000, 998))).recording_duration,
-              SameBits(9.98));
-  EXPECT_THAT(info_of(one_foot(foot().cycles(1).sample_counts(998, 1000))).recording_duration,
-              SameBits(9.98));
-}
-
-TEST(GenerateStatistics, TakesTheRecordingDurationFromTheShortestOfFourSignals) {
+TEST(GenerateStatistics, TakesTheRecordingDurationFromTheShortestSignalOfOneAndTwo) {
   const foot longer = foot().cycles(1).sample_counts(1000, 1000);
   const foot first_short = foot().cycles(1).sample_counts(700, 1000);
   const foot second_short = foot().cycles(1).sample_counts(1000, 600);
+  EXPECT_THAT(info_of(one_foot(first_short)).recording_duration, SameBits(7.0));
+  EXPECT_THAT(info_of(one_foot(second_short)).recording_duration, SameBits(6.0));
   EXPECT_THAT(info_of(two_feet(first_short, longer)).recording_duration, SameBits(7.0));
-  EXPECT_THAT(info_of(two_feet(second_short, longer)).recording_duration, SameBits(6.0));
-  EXPECT_THAT(info_of(two_feet(longer, first_short)).recording_duration, SameBits(7.0));
   EXPECT_THAT(info_of(two_feet(longer, second_short)).recording_duration, SameBits(6.0));
   EXPECT_THAT(info_of(two_feet(first_short, second_short)).recording_duration, SameBits(6.0));
-}
 
-TEST(GenerateStatistics, ReadsNoOtherSignalThanOneAndTwo) {
-  walk w = one_foot(foot().cycles(1).sample_counts(1000, 1000));
+  walk w = one_foot(longer);
   gait_result& result = w.result();
-  result.foot_results.front().recording->signals[0].sample_count = 5;
   result.foot_results.front().recording->signals[3].sample_count = 5;
   gait_generate_statistics(result, {});
   EXPECT_THAT(result.statistics.info.recording_duration, SameBits(10.0));
@@ -217,13 +167,9 @@ TEST(GenerateStatistics, ComparesAndConvertsSampleCountsWithoutSign) {
     return info_of(one_foot(foot().cycles(1).rate(1).sample_counts(a, b))).recording_duration;
   };
   EXPECT_THAT(recorded(above_half, 5), SameBits(5.0));
-  EXPECT_THAT(recorded(5, greatest), SameBits(5.0));
   EXPECT_THAT(recorded(above_half, greatest), SameBits(9223372036854777856.0));
-  EXPECT_THAT(recorded(greatest, greatest), SameBits(18446744073709551616.0));
-  const foot huge = foot().cycles(1).rate(1).sample_counts(greatest, above_half);
-  const foot five = foot().cycles(1).rate(1).sample_counts(greatest, 5);
-  EXPECT_THAT(info_of(two_feet(huge, five)).recording_duration, SameBits(5.0));
-  EXPECT_THAT(info_of(two_feet(huge, huge)).recording_duration, SameBits(9223372036854777856.0));
+  EXPECT_THAT(recorded(greatest, greatest), SameBits(0x1p64));
+  EXPECT_THAT(recorded((std::uint64_t{1} << 53U) + 3, greatest), SameBits(0x1p53 + 4.0));
 }
 
 TEST(GenerateStatistics, CountsBothOutermostSamplesIntoTheDuration) {
@@ -241,11 +187,6 @@ TEST(GenerateStatistics, TakesTheDurationFromTheFirstAndTheLastCycleOnly) {
   EXPECT_THAT(result.statistics.info.duration, SameBits(3.0));
 }
 
-TEST(GenerateStatistics, DoesNotShortenTheDurationByExclusions) {
-  EXPECT_THAT(info_of(one_foot(foot().cycles(3)).excluded_1({0}).excluded_2({2})).duration,
-              SameBits(3.0));
-}
-
 TEST(GenerateStatistics, SpansTheDurationOverBothFeet) {
   const auto duration = [](int left_first, int left_last, int right_first, int right_last) {
     return info_of(two_feet(foot().samples(left_first, left_last),
@@ -257,7 +198,6 @@ TEST(GenerateStatistics, SpansTheDurationOverBothFeet) {
   EXPECT_THAT(duration(0, 599, 50, 499), SameBits(6.0));
   EXPECT_THAT(duration(50, 499, 0, 599), SameBits(6.0));
   EXPECT_THAT(duration(-100, 499, 0, 399), SameBits(6.0)) << "samples are signed";
-  EXPECT_THAT(duration(-300, -101, -200, -1), SameBits(3.0));
 }
 
 TEST(GenerateStatistics, WrapsTheSampleSpanAroundAt32Bits) {
@@ -267,13 +207,7 @@ TEST(GenerateStatistics, WrapsTheSampleSpanAroundAt32Bits) {
   EXPECT_THAT(duration(int_min, int_max), SameBits(0.0)) << "a span of -1";
   EXPECT_THAT(duration(int_max, int_min), SameBits(0.02)) << "a span of 1";
   EXPECT_THAT(duration(-1, int_max), SameBits(-21474836.47)) << "a span of -2^31";
-  EXPECT_THAT(duration(int_min, 0), SameBits(-21474836.47));
-  EXPECT_THAT(info_of(two_feet(foot().samples(int_min, 0), foot().samples(0, int_max))).duration,
-              SameBits(0.0));
-}
-
-TEST(GenerateStatistics, CountsTheLastSampleOfTheLongestSpan) {
-  EXPECT_THAT(info_of(one_foot(foot().samples(0, int_max))).duration, SameBits(21474836.48));
+  EXPECT_THAT(duration(0, int_max), SameBits(21474836.48)) << "a span of 2^31 - 1";
 }
 
 TEST(GenerateStatistics, GivesInfiniteOrNanDurationsAtASamplingRateOfZero) {
@@ -292,27 +226,13 @@ TEST(GenerateStatistics, SumsTheDistanceOfOneFootOverAllAndOverTheIncludedCycles
   EXPECT_THAT(info.included_distance, SameBits(10.0));
 }
 
-TEST(GenerateStatistics, MeasuresDistanceByTheRightFootAlone) {
-  const auto info =
-      info_of(two_feet(foot().slength({10.0, 20.0, 40.0}), foot().slength({1.0, 2.0, 4.0}))
-                  .excluded_1({1}));
-  EXPECT_THAT(info.total_distance, SameBits(7.0));
-  EXPECT_THAT(info.included_distance, SameBits(5.0));
-}
-
-TEST(GenerateStatistics, MeasuresDistanceByTheRightCyclesThatSomeTwoFeetCyclePointsTo) {
+TEST(GenerateStatistics, MeasuresTwoFeetByTheRightCyclesThatSomeTwoFeetCyclePointsTo) {
   const foot right = foot().slength({1.0, 2.0, 4.0, 8.0, 16.0});
-  const auto info = info_of(two_feet(foot().cycles(3), right)
+  const auto info = info_of(two_feet(foot().slength({64.0, 64.0, 64.0}), right)
                                 .right_links({4, no_cycle, 1, no_cycle, no_cycle})
                                 .excluded_1({2}));
   EXPECT_THAT(info.total_distance, SameBits(18.0));
   EXPECT_THAT(info.included_distance, SameBits(16.0));
-}
-
-TEST(GenerateStatistics, MeasuresARightCycleOnceForEveryTwoFeetCycleThatPointsToIt) {
-  const auto info =
-      info_of(two_feet(foot().cycles(2), foot().slength({1.0, 2.0})).right_links({1, 1}));
-  EXPECT_THAT(info.total_distance, SameBits(4.0));
 }
 
 TEST(GenerateStatistics, AddsStrideLengthsInTheOrderOfTheTwoFeetCycles) {
@@ -323,35 +243,9 @@ TEST(GenerateStatistics, AddsStrideLengthsInTheOrderOfTheTwoFeetCycles) {
   EXPECT_THAT(info.included_distance, SameBits(1.0));
 }
 
-TEST(GenerateStatistics, AddsStrideLengthsOfOneFootInOrder) {
-  const auto info = info_of(one_foot(foot().slength({1e16, 1.0, 1.0, -1e16})).excluded_1({1}));
-  EXPECT_THAT(info.total_distance, SameBits(0.0));
-  EXPECT_THAT(info.included_distance, SameBits(0.0));
-}
-
 // Links from two-feet cycles to the cycles of a foot
 
-TEST(GenerateStatistics, LeavesAPlaceForATwoFeetCycleWithoutARightCycle) {
-  walk w = two_feet(foot().ramp(3, 2.0, 1.0)).right_links({0, no_cycle, 2}).ds({5.0, 6.0, 7.0});
-  const auto& parameters = w.analyse().statistics.parameters;
-  for (const std::string& key : foot_keys) {
-    EXPECT_THAT(parameters.at(key + "_R").values, SameBitsEach({2.0, -1.0, 4.0})) << key;
-    EXPECT_THAT(parameters.at(key + "_L").values, SameBitsEach({2.0, 3.0, 4.0})) << key;
-  }
-  EXPECT_THAT(parameters.at("DS_R").values, SameBitsEach({5.0, 6.0, 7.0}));
-}
-
-TEST(GenerateStatistics, LeavesAPlaceForATwoFeetCycleWithoutALeftCycle) {
-  walk w = two_feet(foot().gct({1.0, 2.0, 3.0}), foot().gct({4.0, 5.0, 6.0}))
-               .left_links({no_cycle, 1, no_cycle})
-               .ds({5.0, 6.0, 7.0});
-  const auto& parameters = w.analyse().statistics.parameters;
-  EXPECT_THAT(parameters.at("gct_L").values, SameBitsEach({-1.0, 2.0, -1.0}));
-  EXPECT_THAT(parameters.at("gct_R").values, SameBitsEach({4.0, 5.0, 6.0}));
-  EXPECT_THAT(parameters.at("DS_L").values, SameBitsEach({5.0, 6.0, 7.0}));
-}
-
-TEST(GenerateStatistics, MatchesTheFeetAnewAfterTheExclusions) {
+TEST(GenerateStatistics, MatchesTheFeetAnewAfterTheExclusionsAndLeavesAPlaceWhereACycleIsMissing) {
   walk w = two_feet(foot().gct({1.0, 2.0, 3.0, 4.0}), foot().gct({10.0, 20.0, 30.0, 40.0}))
                .left_links({3, 2, 1, 0})
                .right_links({1, no_cycle, 3, 2})
@@ -398,13 +292,6 @@ INSTANTIATE_TEST_SUITE_P(Modes, DurationSums, testing::Values(alone, together),
                            return tested.param == alone ? "OneFoot" : "TwoFeet";
                          });
 
-TEST_P(DurationSums, OfTheIncludedCyclesLeaveOutBothKinds) {
-  EXPECT_THAT(info_of(of_powers()).included_gct_sum, SameBits(31.0));
-  EXPECT_THAT(info_of(of_powers().excluded_1({0}).excluded_2({3})).included_gct_sum,
-              SameBits(22.0));
-  EXPECT_THAT(info_of(of({1.0, -1.0, 4.0})).included_gct_sum, SameBits(5.0));
-}
-
 TEST_P(DurationSums, OfTheKind1FallbackAreTakenWhateverKind1Holds) {
   EXPECT_THAT(
       info_of(of_powers().excluded_1_fallback({1, 2, 2, 5, -1})).excluded_1_fallback_gct_sum,
@@ -413,12 +300,6 @@ TEST_P(DurationSums, OfTheKind1FallbackAreTakenWhateverKind1Holds) {
   EXPECT_THAT(info.excluded_1_fallback_gct_sum, SameBits(5.0));
   EXPECT_THAT(info.excluded_1_fallback_duration, SameBits(0.0))
       << "the accounting of the exclusions has a rule of its own";
-}
-
-TEST_P(DurationSums, OfKind2AreThoseOfTheFallbackWithoutExclusions) {
-  const auto info = info_of(of_powers().excluded_2_fallback({1, 4}));
-  EXPECT_EQ(info.excluded_count, 0);
-  EXPECT_THAT(info.excluded_2_gct_sum, SameBits(18.0));
 }
 
 TEST_P(DurationSums, OfKind2AreThoseOfAllItsIndicesIfItTookAnyCycleOut) {
@@ -448,37 +329,19 @@ TEST_P(DurationSums, AskTwoDifferentQuestionsAboutAKind2ThatIsOutOfRange) {
   EXPECT_EQ(info.excluded_count, 0);
 }
 
-TEST_P(DurationSums, AddNothingForAnIndexOutOfRange) {
-  const auto info = info_of(of_powers()
-                                .excluded_1({5, -1})
-                                .excluded_1_fallback({5})
-                                .excluded_2({0, 5})
-                                .excluded_2_fallback({-1}));
-  EXPECT_THAT(info.excluded_1_fallback_gct_sum, SameBits(0.0));
-  EXPECT_THAT(info.excluded_2_gct_sum, SameBits(1.0));
-  EXPECT_THAT(info.excluded_1_duration, SameBits(0.0));
-}
-
 TEST_P(DurationSums, RunInTheOrderOfTheirLists) {
   const std::vector<double> gct = {1e16, 1.0, -1e16};
-  EXPECT_THAT(info_of(of(gct)).included_gct_sum, SameBits(0.0));
   EXPECT_THAT(info_of(of(gct).excluded_1_fallback({0, 2, 1})).excluded_1_fallback_gct_sum,
               SameBits(1.0));
-  EXPECT_THAT(info_of(of(gct).excluded_2_fallback({0, 2, 1})).excluded_2_gct_sum, SameBits(1.0));
   EXPECT_THAT(info_of(of(gct).excluded_2({0, 1, 2})).excluded_2_gct_sum, SameBits(0.0));
   EXPECT_THAT(info_of(of(gct).excluded_2({2, 0, 1})).excluded_2_gct_sum, SameBits(1.0));
-}
-
-TEST_P(DurationSums, CountNanAsMeasured) {
-  const auto info = info_of(of({1.0, nan}).excluded_1_fallback({1}));
-  EXPECT_THAT(info.included_gct_sum, SameBits(nan));
-  EXPECT_THAT(info.included_duration, SameBits(nan));
 }
 
 TEST_P(DurationSums, StandBesideAnAccountingOfTheSameWalk) {
   const auto info = info_of(of_powers().excluded_1({0}).excluded_2({1, 2}));
   EXPECT_EQ(info.cycle_count, 5);
   EXPECT_EQ(info.included_count, 5 - 2 - 1);
+  EXPECT_THAT(info.included_gct_sum, SameBits(24.0));
   EXPECT_THAT(info.excluded_1_duration, SameBits(1.0));
   EXPECT_THAT(info.excluded_2_duration, SameBits(6.0));
   EXPECT_THAT(info.included_duration, SameBits(5.0 - 7.0));
@@ -516,73 +379,13 @@ INSTANTIATE_TEST_SUITE_P(
     Recordings, AbsentSignal,
     testing::Values(absence{"OneFoot1", [] { return one_foot(lacking(1)); }},
                     absence{"OneFoot2", [] { return one_foot(lacking(2)); }},
-                    absence{"OneFootWithoutCycles",
-                            [] { return one_foot(foot().without_signal(2)); }},
-                    absence{"OneFootBoth", [] { return one_foot(lacking(1).without_signal(2)); }},
                     absence{"Left1", [] { return two_feet(lacking(1), whole()); }},
                     absence{"Left2", [] { return two_feet(lacking(2), whole()); }},
                     absence{"Right1", [] { return two_feet(whole(), lacking(1)); }},
-                    absence{"Right2", [] { return two_feet(whole(), lacking(2)); }},
-                    absence{"LeftAndRight", [] { return two_feet(lacking(2), lacking(1)); }}),
+                    absence{"Right2", [] { return two_feet(whole(), lacking(2)); }}),
     [](const auto& tested) { return std::string(tested.param.name); });
 
-TEST(GenerateStatistics, NeedsNoSignalInARecordingThatGivesTheSamplingRateOnly) {
-  walk w = two_feet(foot().cycles(2));
-  feet_elsewhere elsewhere(w, 2);
-  EXPECT_THAT(elsewhere.only_a_rate.signals, SizeIs(0));
-  EXPECT_NO_THROW(gait_generate_statistics(elsewhere.result, {}));
-}
-
-// Lifecycle
-
-TEST(GenerateStatistics, KeepsTheFirstEntryUnderAKeyAndAddsTheOthers) {
-  walk w = one_foot(foot().gct({1.0, 2.0}));
-  gait_result& result = w.result();
-  mark(result);
-  const gait_statistics_parameter present = result.statistics.parameters.at("gct");
-  gait_generate_statistics(result, {});
-  EXPECT_EQ(difference(text_of(result.statistics.parameters.at("gct")), text_of(present)), "");
-  EXPECT_EQ(difference(text_of(result.statistics.parameters.at("kept")), text_of(present)), "");
-  EXPECT_THAT(result.statistics.parameters, SizeIs(foot_keys.size() + 1));
-  EXPECT_THAT(result.statistics.info.included_gct_sum, SameBits(3.0));
-}
-
-TEST(GenerateStatistics, KeepsTheParametersOfTheFirstCallButRecomputesTheInfo) {
-  for (walk w : {one_foot(foot().ramp(6, 1.0, 0.5)),
-                 two_feet(foot().ramp(6, 1.0, 0.5), foot().ramp(6, 2.0, 0.25))
-                     .gct({1.0, 2.0, 3.0, 4.0, 5.0, 6.0})}) {
-    gait_result& result = w.excluded_1({0, 5}).analyse();
-    gait_statistics first = result.statistics;
-
-    result.excluded_1 = {1};
-    for (auto& foot_result : result.foot_results) {
-      for (auto& cycle : foot_result.cycles) {
-        cycle.gct += 10.0;
-      }
-    }
-    for (auto& cycle : result.feet_result.cycles) {
-      cycle.gct += 10.0;
-    }
-    gait_generate_statistics(result, {});
-    gait_statistics second = result.statistics;
-    EXPECT_THAT(second.info.cycles, ElementsAre(0, 2, 3, 4, 5));
-    EXPECT_EQ(second.info.excluded_count, 1);
-    EXPECT_GT(second.info.included_gct_sum, first.info.included_gct_sum + 50.0);
-
-    first.info = second.info = {};
-    EXPECT_EQ(difference(text_of(second), text_of(first)), "");
-  }
-}
-
-TEST(GenerateStatistics, StartsAfreshFromAnEmptyMap) {
-  walk w = two_feet(foot().ramp(6, 1.0, 0.5), foot().ramp(6, 2.0, 0.25));
-  gait_result& result = w.excluded_1({0}).analyse();
-  result.excluded_1 = {1, 2};
-  result.statistics.parameters.clear();
-  gait_generate_statistics(result, {});
-  const std::string afresh = text_of_output(result);
-  EXPECT_EQ(difference(afresh, text_of_output(w.excluded_1({1, 2}).analyse())), "");
-}
+// At once
 
 /// Analyses every result in a thread of its own.
 void analyse_at_once(const std::vector<gait_result*>& results) {
@@ -593,23 +396,6 @@ void analyse_at_once(const std::vector<gait_result*>& results) {
   }
   for (std::thread& thread : threads) {
     thread.join();
-  }
-}
-
-TEST(GenerateStatistics, OfWalksOfTheirOwnMayRunAtOnce) {
-  std::vector<walk> walks;
-  for (int i = 0; i < 4; ++i) {
-    walks.push_back(one_foot(foot().ramp(40, 1.0 + i, 0.03)));
-    walks.push_back(two_feet(foot().ramp(40, 1.0, 0.03), foot().ramp(40, 1.5 + i, 0.02)));
-  }
-  std::vector<walk> one_by_one = walks;
-  std::vector<gait_result*> results;
-  for (walk& w : walks) {
-    results.push_back(&w.result());
-  }
-  analyse_at_once(results);
-  for (std::size_t i = 0; i < walks.size(); ++i) {
-    EXPECT_EQ(difference(text_of_output(*results[i]), text_of_output(one_by_one[i].analyse())), "");
   }
 }
 
@@ -636,7 +422,7 @@ TEST(GenerateStatistics, OfDifferentResultsMayRunAtOnceOnTheSameFeet) {
   }
   analyse_at_once(at_once);
   for (std::size_t i = 0; i < results.size(); ++i) {
-    EXPECT_EQ(difference(text_of_output(results[i]), text_of_output(one_by_one[i])), "");
+    EXPECT_TRUE(are_the_same(results[i].statistics, one_by_one[i].statistics));
   }
 }
 

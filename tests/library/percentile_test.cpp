@@ -1,7 +1,7 @@
 #include <gait/eigen.h>
 
 #include "bits.h"
-#include "by_steps.h"
+#include "by_definition.h"
 
 #include <gmock/gmock.h>
 #include <gtest/gtest.h>
@@ -12,7 +12,6 @@
 #include <new>
 #include <random>
 #include <tuple>
-#include <type_traits>
 #include <vector>
 
 namespace {
@@ -25,29 +24,6 @@ using gait_test::nan;
 using gait_test::SameBitsEach;
 
 using one_percentage = Eigen::Array<double, 1, 1>;
-using constant_request =
-    Eigen::CwiseNullaryOp<Eigen::internal::scalar_constant_op<double>, one_percentage>;
-
-template <class Receiver, class Request>
-using returned = typename Receiver::template precentile_return_type<Request>::type;
-
-static_assert(std::is_same_v<returned<VectorXd, Array2d>, Eigen::Array<double, 2, 1>>);
-static_assert(std::is_same_v<returned<VectorXd, constant_request>, one_percentage>);
-static_assert(
-    std::is_same_v<returned<Eigen::DenseBase<VectorXd>, Array2d>, Eigen::Array<double, 2, 1>>);
-static_assert(std::is_same_v<returned<VectorXd, ArrayXd>, ArrayXd>);
-static_assert(std::is_same_v<returned<VectorXd, Eigen::RowVector3d>, Eigen::Array<double, 1, 3>>);
-static_assert(std::is_same_v<returned<Eigen::VectorXf, Array2d>, Eigen::Array<float, 2, 1>>);
-
-template <class Receiver, class Request>
-using call_result =
-    decltype(std::declval<const Receiver&>().percentile(std::declval<const Request&>()));
-
-static_assert(std::is_same_v<call_result<VectorXd, Array2d>, Array2d>);
-static_assert(std::is_same_v<call_result<VectorXd, constant_request>, one_percentage>);
-static_assert(std::is_same_v<call_result<Eigen::VectorXf, ArrayXd>, Eigen::ArrayXf>);
-static_assert(std::is_same_v<decltype(one_percentage::Constant(50.0)), const constant_request>);
-
 VectorXd vector_of(const std::vector<double>& values) {
   return Eigen::Map<const VectorXd>(values.data(), static_cast<Eigen::Index>(values.size()));
 }
@@ -61,14 +37,12 @@ double at(double percentage, const VectorXd& values) {
 Array2d at(double first, double second, const VectorXd& values) {
   return values.percentile(Array2d(first, second));
 }
-Array2d quartiles(const VectorXd& values) { return at(25.0, 75.0, values); }
-
-/// The percentage `steps` doubles above `percentage`, or below it.
-double neighbour(double percentage, int steps) {
-  for (; steps > 0; --steps) {
+/// The percentage `places` doubles above `percentage`, or below it.
+double neighbour(double percentage, int places) {
+  for (; places > 0; --places) {
     percentage = std::nextafter(percentage, 1000.0);
   }
-  for (; steps < 0; ++steps) {
+  for (; places < 0; ++places) {
     percentage = std::nextafter(percentage, -1000.0);
   }
   return percentage;
@@ -87,66 +61,33 @@ MATCHER_P2(AreBits, first, second,
   return gait_test::same_bits(arg[0], first) && gait_test::same_bits(arg[1], second);
 }
 
-TEST(Percentile, OfOneValueIsThatValue) {
-  const VectorXd one = vector_of({7.25});
-  EXPECT_THAT(quartiles(one), AreBits(7.25, 7.25));
-  EXPECT_EQ(median(one), 7.25);
+TEST(Percentile, IsThatOfTheHazenDefinition) {
+  struct sample {
+    std::vector<double> values;
+    double median, first_quartile, third_quartile;
+  };
+  const std::vector<sample> samples = {{{7.25}, 7.25, 7.25, 7.25},
+                                       {{1.0, 3.0}, 2.0, 1.0, 3.0},
+                                       {{1.0, 2.0, 3.0, 4.0}, 2.5, 1.5, 3.5},
+                                       {{5.0, 1.0, 4.0, 2.0, 3.0}, 3.0, 1.75, 4.25},
+                                       {{1, 2, 3, 4, 5, 6, 7, 8, 9, 10}, 5.5, 3.0, 8.0}};
+  for (const auto& [values, expected_median, q1, q3] : samples) {
+    EXPECT_EQ(median(vector_of(values)), expected_median);
+    EXPECT_THAT(at(50.0, 50.0, vector_of(values)), AreBits(expected_median, expected_median));
+    EXPECT_THAT(at(25.0, 75.0, vector_of(values)), AreBits(q1, q3));
+    EXPECT_THAT(at(75.0, 25.0, vector_of(values)), AreBits(q3, q1));
+  }
 }
 
 TEST(Percentile, OfOneValueDoesNotLookAtTheRequest) {
   EXPECT_THAT(at(nan, -50.0, vector_of({-0.0})), AreBits(-0.0, -0.0));
-  EXPECT_THAT(at(500.0, nan, vector_of({7.25})), AreBits(7.25, 7.25));
-}
-
-TEST(Percentile, OfTwoValuesHasTheQuartilesAtTheValues) {
-  const VectorXd two = vector_of({1.0, 3.0});
-  EXPECT_THAT(quartiles(two), AreBits(1.0, 3.0));
-  EXPECT_EQ(median(two), 2.0);
-}
-
-TEST(Percentile, OfFourValuesInterpolatesHalfway) {
-  const VectorXd four = vector_of({1.0, 2.0, 3.0, 4.0});
-  EXPECT_THAT(quartiles(four), AreBits(1.5, 3.5));
-  EXPECT_EQ(median(four), 2.5);
-}
-
-TEST(Percentile, OfFiveUnsortedValuesSortsThemFirst) {
-  const VectorXd five = vector_of({5.0, 1.0, 4.0, 2.0, 3.0});
-  EXPECT_EQ(median(five), 3.0);
-  EXPECT_THAT(quartiles(five), AreBits(1.75, 4.25));
-}
-
-TEST(Percentile, OfTenValuesHasTheQuartilesOfTheHazenDefinition) {
-  EXPECT_THAT(quartiles(VectorXd::LinSpaced(10, 1.0, 10.0)), AreBits(3.0, 8.0));
 }
 
 TEST(Percentile, DoesNotChangeTheReceiver) {
   const std::vector<double> before = {5.0, -0.0, 4.0, 0.0, 3.0};
   const VectorXd receiver = vector_of(before);
-  std::ignore = quartiles(receiver);
+  std::ignore = at(25.0, 75.0, receiver);
   EXPECT_THAT(list_of(receiver), SameBitsEach(before));
-}
-
-TEST(Percentile, AtFiftyTwiceIsTheMedianThroughTheShortcut) {
-  EXPECT_THAT(at(50.0, 50.0, vector_of({1.0, 3.0})), AreBits(2.0, 2.0));
-  EXPECT_THAT(at(50.0, 50.0, vector_of({9.0, 1.0, 3.0})), AreBits(3.0, 3.0));
-}
-
-TEST(Percentile, AtZeroAndHundredIsTheMinimumAndTheMaximum) {
-  EXPECT_THAT(at(0.0, 100.0, vector_of({4.0, -2.0, 8.0})), AreBits(-2.0, 8.0));
-}
-
-TEST(Percentile, BelowZeroIsTheMinimumAndAboveHundredTheMaximum) {
-  const VectorXd values = vector_of({4.0, -2.0, 8.0});
-  EXPECT_THAT(at(-1.0, 101.0, values), AreBits(-2.0, 8.0));
-  EXPECT_THAT(at(1e300, -1e300, values), AreBits(8.0, -2.0));
-  EXPECT_THAT(at(-infinity, infinity, values), AreBits(-2.0, 8.0));
-  EXPECT_EQ(at(-0.001, values), -2.0);
-  EXPECT_EQ(at(100.001, values), 8.0);
-}
-
-TEST(Percentile, KeepsTheOrderOfTheRequest) {
-  EXPECT_THAT(at(75.0, 25.0, vector_of({1.0, 2.0, 3.0, 4.0})), AreBits(3.5, 1.5));
 }
 
 TEST(Percentile, ClampsToTheOuterValuesOutsideLoAndHi) {
@@ -156,6 +97,8 @@ TEST(Percentile, ClampsToTheOuterValuesOutsideLoAndHi) {
   EXPECT_THAT(at(87.5, 99.0, four), AreBits(4.0, 4.0));
   EXPECT_GT(at(12.6, four), 1.0);
   EXPECT_LT(at(87.4, four), 4.0);
+  EXPECT_THAT(at(-1.0, 101.0, four), AreBits(1.0, 4.0));
+  EXPECT_THAT(at(infinity, -1e300, four), AreBits(4.0, 1.0));
 }
 
 TEST(Percentile, DoesNotInterpolateWithinATrillionthOfAPosition) {
@@ -167,14 +110,14 @@ TEST(Percentile, DoesNotInterpolateWithinATrillionthOfAPosition) {
   EXPECT_EQ(at(37.5 + 3e-11, values), infinity);
 }
 
-TEST(Percentile, ReadsNothingBehindTheLargestValue) {
+TEST(Percentile, ReadsNothingAfterTheLargestValue) {
   // The last percentage below hi, for sizes at which the position is rounded most.
   for (const int n : {2, 3, 7, 1000, 8191, 8192, 100001}) {
     const VectorXd values = VectorXd::LinSpaced(n, 1.0, 2.0);
     const double hi = ((0.5 + n) + (-1.0)) * 100.0 / n;
-    for (int steps = -3; steps <= 1; ++steps) {
-      ASSERT_LE(at(neighbour(hi, steps), values), 2.0) << n;
-      ASSERT_GE(at(neighbour(hi, steps), values), 2.0 - 1e-9) << n;
+    for (int places = -3; places <= 1; ++places) {
+      ASSERT_LE(at(neighbour(hi, places), values), 2.0) << n;
+      ASSERT_GE(at(neighbour(hi, places), values), 2.0 - 1e-9) << n;
     }
   }
 }
@@ -194,8 +137,8 @@ TEST(PercentileTolerance, OfAWholeRequestAroundFiftyIsRelative) {
 TEST(PercentileTolerance, OfASinglePercentageAroundFiftyIsAbsolute) {
   const VectorXd values = vector_of(far_apart);
   constexpr int within = 140;  // doubles next to 50 within 1e-12
-  const auto beside_the_minimum = [&](int steps) {
-    return at(neighbour(50.0, steps), 0.0, values)[0];
+  const auto beside_the_minimum = [&](int places) {
+    return at(neighbour(50.0, places), 0.0, values)[0];
   };
   EXPECT_EQ(beside_the_minimum(within), 0.0);
   EXPECT_EQ(beside_the_minimum(-within), 0.0);
@@ -287,9 +230,8 @@ TEST(Percentile, WithNaNsInTheSampleReturnsAllTheSame) {
     for (std::size_t position = 0; position < size; ++position) {
       std::vector<double> values(size, 1.0);
       values[position] = nan;
-      ASSERT_EQ(quartiles(vector_of(values)).size(), 2);
+      ASSERT_EQ(at(25.0, 75.0, vector_of(values)).size(), 2);
     }
-    ASSERT_TRUE(std::isnan(median(vector_of(std::vector<double>(size, nan)))));
   }
 }
 
@@ -311,30 +253,21 @@ std::vector<double> random_sample(std::mt19937_64& random) {
 double random_percentage(std::mt19937_64& random, std::size_t size) {
   const auto n = static_cast<double>(size);
   const double hi = ((0.5 + n) + (-1.0)) * 100.0 / n;
-  switch (random() % 9) {
-    case 0:
-      return 25.0;
-    case 1:
-      return 75.0;
-    case 2:
-      return 50.0;
-    case 3:
-      return neighbour(50.0, static_cast<int>(random() % 400) - 200);
-    case 4:
-      return 50.0 + (static_cast<double>(random() % 200) - 100.0) * 1e-12;
-    case 5:
-      return neighbour(50.0 / n, static_cast<int>(random() % 3) - 1);
-    case 6:
-      return neighbour(hi, static_cast<int>(random() % 3) - 1);
-    case 7:
-      return neighbour(100.0 * (static_cast<double>(random() % size) + 0.5) / n,
-                       static_cast<int>(random() % 7) - 3);
-    default:
-      return std::uniform_real_distribution<double>(-10.0, 110.0)(random);
-  }
+  const int doubles = static_cast<int>(random() % 400) - 200;
+  const std::vector<double> choice = {
+      25.0,
+      75.0,
+      50.0,
+      neighbour(50.0, doubles),
+      50.0 + doubles * 0.5e-12,
+      neighbour(50.0 / n, doubles % 2),
+      neighbour(hi, doubles % 2),
+      neighbour(100.0 * (static_cast<double>(random() % size) + 0.5) / n, doubles % 4),
+      std::uniform_real_distribution<double>(-10.0, 110.0)(random)};
+  return choice[random() % choice.size()];
 }
 
-TEST(Percentile, IsThatOfItsStepsToTheBitOnRandomSamplesAndRequests) {
+TEST(Percentile, HasTheBitsOfItsDefinitionOnRandomSamplesAndRequests) {
   std::mt19937_64 random(301);
   for (int round = 0; round < 20000; ++round) {
     const std::vector<double> sample = random_sample(random);
@@ -343,25 +276,7 @@ TEST(Percentile, IsThatOfItsStepsToTheBitOnRandomSamplesAndRequests) {
       percentage = random_percentage(random, sample.size());
     }
     const ArrayXd result = vector_of(sample).percentile(vector_of(request));
-    ASSERT_THAT(list_of(result), SameBitsEach(by_steps::percentile(sample, request)))
-        << "round " << round;
-  }
-}
-
-TEST(Percentile, KeepsTheSignsOfZeroThatTheSortLeaves) {
-  std::mt19937_64 random(302);
-  for (int round = 0; round < 5000; ++round) {
-    std::vector<double> sample(2 + random() % 12);
-    for (double& value : sample) {
-      value = random() % 2 == 0 ? 0.0 : -0.0;
-    }
-    const auto n = static_cast<double>(sample.size());
-    std::vector<double> positions;
-    for (std::size_t k = 0; k < sample.size(); ++k) {
-      positions.push_back(100.0 * (static_cast<double>(k) + 0.5) / n);
-    }
-    const ArrayXd result = vector_of(sample).percentile(vector_of(positions));
-    ASSERT_THAT(list_of(result), SameBitsEach(by_steps::percentile(sample, positions)))
+    ASSERT_THAT(list_of(result), SameBitsEach(by_definition::percentile(sample, request)))
         << "round " << round;
   }
 }

@@ -5,11 +5,12 @@ add_executable(statistics_test
   build_parameter_test.cpp
   catalogue_test.cpp
   build_parameters_test.cpp
-  extreme_numbers_test.cpp)
+  sample_statistics_test.cpp)
 target_link_libraries(statistics_test PRIVATE gait_test_library)
 gtest_discover_tests(statistics_test)
 
 # The percentile definition and the sums, compared with numpy's.
 add_executable(print_statistics numpy_agreement/print_statistics.cpp)
 target_link_libraries(print_statistics PRIVATE gait_statistics_objects gait_warnings)
-add_numpy_test(numpy_agreement ${CMAKE_CURRENT_SOURCE_DIR}/numpy_agreement/compare.py $<TARGET_FILE:print_statistics>)
+add_numpy_test(numpy_agreement
+  ${CMAKE_CURRENT_SOURCE_DIR}/numpy_agreement/compare.py $<TARGET_FILE:print_statistics>)

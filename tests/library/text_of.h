@@ -2,14 +2,16 @@
 #define GAIT_TESTS_LIBRARY_TEXT_OF_H
 
 /// \file
-/// Records written out member by member and to the bit, so that two of them are compared as texts
-/// and a difference shows which member it is in.
+/// Records written out member by member and to the bit: as text, in which a difference shows the
+/// member that it is in, or as bytes, where a text would take too long.
 
 #include "bits.h"
-#include "builders.h"
+#include "fields.h"
 
 #include <gait/result.h>
 #include <gait/statistics.h>
+
+#include <gtest/gtest.h>
 
 #include <algorithm>
 #include <cstddef>
@@ -17,6 +19,7 @@
 #include <map>
 #include <sstream>
 #include <string>
+#include <type_traits>
 #include <vector>
 
 namespace gait_test {
@@ -49,119 +52,185 @@ inline std::string difference(const std::string& text_a, const std::string& text
   return found;
 }
 
-inline std::string text_of(const std::list<int>& indices) {
-  std::ostringstream text;
-  for (const int index : indices) {
-    text << index << ' ';
+/// Every member of a record on a line, doubles to the bit.
+class text_writer {
+public:
+  void title(const std::string& text) { text_ += text + '\n'; }
+  template <class Value>
+  void add(const char* name, const Value& value) {
+    text_ += std::string("  ") + name + ' ';
+    append(value);
+    text_ += '\n';
   }
-  return text.str();
+  std::string result() const { return text_; }
+
+private:
+  void append(double value) { text_ += exact(value); }
+  void append(const std::string& value) { text_ += value; }
+  template <class Value>
+  std::enable_if_t<std::is_integral_v<Value> || std::is_pointer_v<Value>> append(Value value) {
+    std::ostringstream text;
+    text << value;
+    text_ += text.str();
+  }
+  template <class Values, class = typename Values::value_type, class = decltype(Values().front())>
+  std::enable_if_t<!std::is_same_v<Values, std::string>> append(const Values& values) {
+    for (const auto value : values) {
+      append(value);
+      text_ += ' ';
+    }
+  }
+
+  std::string text_;
+};
+
+/// The same as bytes.
+class byte_writer {
+public:
+  void title(const std::string& text) { append(text); }
+  template <class Value>
+  void add(const char* /*name*/, const Value& value) {
+    append(value);
+  }
+  const std::string& result() const { return bytes_; }
+
+private:
+  template <class Value>
+  void append(const Value& value) {
+    if constexpr (std::is_trivially_copyable_v<Value>) {
+      bytes_.append(reinterpret_cast<const char*>(&value), sizeof value);
+    } else {
+      append(value.size());
+      for (const auto element : value) {
+        append(element);
+      }
+    }
+  }
+
+  std::string bytes_;
+};
+
+template <class Writer, class Record>
+void write_fields(Writer& writer, const Record& record) {
+  for_each_field(record, [&](const char* name, const auto& member) { writer.add(name, member); });
 }
 
-inline std::string text_of(const std::vector<double>& values) {
-  std::string text;
-  for (const double value : values) {
-    text += exact(value) + ' ';
-  }
-  return text;
+// What a record consists of. The members of a map come in the order of their keys.
+
+template <class Writer>
+void write(Writer& writer, const gait_statistics_parameter& parameter) {
+  write_fields(writer, parameter);
 }
 
-inline std::string text_of(const gait_statistics_parameter& parameter) {
-  std::ostringstream text;
-  text << "  valid " << parameter.valid << "\n  description " << parameter.description
-       << "\n  unit " << parameter.unit << "\n  decimals " << parameter.decimals << "\n  values "
-       << text_of(parameter.values) << "\n  mean " << exact(parameter.mean) << "\n  median "
-       << exact(parameter.median) << "\n  std " << exact(parameter.std) << "\n  iqr "
-       << exact(parameter.iqr) << "\n  min " << exact(parameter.min) << "\n  max "
-       << exact(parameter.max) << "\n  cv " << exact(parameter.cv) << "\n  asymmetry_enabled "
-       << parameter.asymmetry_enabled << "\n  asymmetry " << exact(parameter.asymmetry) << '\n';
-  return text.str();
+template <class Writer>
+void write(Writer& writer, const gait_statistics_info& info) {
+  write_fields(writer, info);
+}
+
+template <class Writer>
+void write(Writer& writer, const gait_statistics& statistics) {
+  write(writer, statistics.info);
+  std::map<std::string, const gait_statistics_parameter*> by_key;
+  for (const auto& [key, parameter] : statistics.parameters) {
+    by_key.emplace(key, &parameter);
+  }
+  for (const auto& [key, parameter] : by_key) {
+    writer.title(key);
+    write(writer, *parameter);
+  }
+}
+
+template <class Writer>
+void write(Writer& writer, const gait_foot_result& foot) {
+  writer.title("foot");
+  for (const gait_foot_cycle& cycle : foot.cycles) {
+    writer.title("cycle");
+    write_fields(writer, cycle);
+  }
+  writer.add("recording", foot.recording);
+  if (foot.recording != nullptr) {
+    writer.add("sampling_rate", foot.recording->sampling_rate);
+    for (const auto& [identifier, signal] :
+         std::map(foot.recording->signals.begin(), foot.recording->signals.end())) {
+      writer.add("signal", identifier);
+      writer.add("sample_count", signal.sample_count);
+    }
+  }
+}
+
+/// What the library writes.
+template <class Writer>
+void write_output(Writer& writer, const gait_result& result) {
+  write(writer, result.statistics);
+  writer.add("quality_flags", result.quality_flags);
+}
+
+/// What the library only reads, down to the addresses of what is pointed to. The left and the right
+/// foot may lie anywhere, or be null.
+template <class Writer>
+void write_input(Writer& writer, const gait_result& result) {
+  for (const gait_foot_result& foot : result.foot_results) {
+    write(writer, foot);
+  }
+  for (const gait_foot_result* foot : {result.left_foot, result.right_foot}) {
+    writer.add("side", foot);
+    if (foot != nullptr) {
+      write(writer, *foot);
+    }
+  }
+  for (const gait_feet_cycle& cycle : result.feet_result.cycles) {
+    writer.title("feet cycle");
+    write_fields(writer, cycle);
+  }
+  for (const auto* list : {&result.excluded_1, &result.excluded_1_fallback, &result.excluded_2,
+                           &result.excluded_2_fallback}) {
+    writer.add("exclusions", *list);
+  }
+}
+
+template <class Writer, class Record>
+std::string written(const Record& record) {
+  Writer writer;
+  write(writer, record);
+  return writer.result();
+}
+
+template <class Record>
+std::string text_of(const Record& record) {
+  return written<text_writer>(record);
 }
 
 /// The fields that the walk is described by, before the accounting of exclusions.
 inline std::string text_of_walk(const gait_statistics_info& info) {
-  std::ostringstream text;
-  text << "recording_duration " << exact(info.recording_duration) << "\nduration "
-       << exact(info.duration) << "\nexcluded_1_fallback_gct_sum "
-       << exact(info.excluded_1_fallback_gct_sum) << "\nexcluded_2_gct_sum "
-       << exact(info.excluded_2_gct_sum) << "\nincluded_gct_sum " << exact(info.included_gct_sum)
-       << "\nincluded_distance " << exact(info.included_distance) << "\ntotal_distance "
-       << exact(info.total_distance) << "\ncycle_count " << info.cycle_count << "\nexcluded_count "
-       << info.excluded_count << "\ncycles " << text_of(info.cycles) << '\n';
-  return text.str();
+  const std::string text = text_of(info);
+  return text.substr(0, text.find("  excluded_2_fallback_count"));
 }
 
-inline std::string text_of(const gait_statistics_info& info) {
-  std::ostringstream text;
-  text << text_of_walk(info) << "excluded_2_fallback_count " << info.excluded_2_fallback_count
-       << "\nexcluded_2_count " << info.excluded_2_count << "\nexcluded_1_fallback_count "
-       << info.excluded_1_fallback_count << "\nexcluded_1_count " << info.excluded_1_count
-       << "\nincluded_count " << info.included_count << "\nexcluded_2_fallback_duration "
-       << exact(info.excluded_2_fallback_duration) << "\nexcluded_2_duration "
-       << exact(info.excluded_2_duration) << "\nexcluded_1_fallback_duration "
-       << exact(info.excluded_1_fallback_duration) << "\nexcluded_1_duration "
-       << exact(info.excluded_1_duration) << "\nincluded_duration " << exact(info.included_duration)
-       << '\n';
-  return text.str();
-}
-
-inline std::string text_of(const gait_statistics& statistics) {
-  std::string text = text_of(statistics.info);
-  for (const auto& [key, parameter] :
-       std::map(statistics.parameters.begin(), statistics.parameters.end())) {
-    text += key + '\n' + text_of(parameter);
-  }
-  return text;
-}
-
-/// What the library writes.
 inline std::string text_of_output(const gait_result& result) {
-  return text_of(result.statistics) + "quality_flags " + std::to_string(result.quality_flags) +
-         '\n';
+  text_writer writer;
+  write_output(writer, result);
+  return writer.result();
 }
 
-inline std::string text_of(const sensor_recording& recording) {
-  std::ostringstream text;
-  text << "recording " << &recording << " sampling_rate " << recording.sampling_rate << '\n';
-  for (const auto& [identifier, signal] :
-       std::map(recording.signals.begin(), recording.signals.end())) {
-    text << "  signal " << identifier << " sample_count " << signal.sample_count << '\n';
-  }
-  return text.str();
-}
-
-inline std::string text_of(const gait_foot_cycle& cycle) {
-  std::ostringstream text;
-  text << cycle.first_sample << ' ' << cycle.last_sample << ' ' << cycle.index;
-  for (const auto field : foot::measured_fields) {
-    text << ' ' << exact(cycle.*field);
-  }
-  return text.str() + '\n';
-}
-
-inline std::string text_of(const gait_foot_result& foot_result) {
-  std::string text =
-      foot_result.recording != nullptr ? text_of(*foot_result.recording) : "no recording\n";
-  for (const gait_foot_cycle& cycle : foot_result.cycles) {
-    text += "  cycle " + text_of(cycle);
-  }
-  return text;
-}
-
-/// What the library only reads, down to the addresses of what is pointed to.
 inline std::string text_of_input(const gait_result& result) {
-  std::ostringstream text;
-  for (const gait_foot_result& entry : result.foot_results) {
-    text << "foot " << text_of(entry);
-  }
-  text << "left_foot " << result.left_foot << "\nright_foot " << result.right_foot << '\n';
-  for (const gait_feet_cycle& cycle : result.feet_result.cycles) {
-    text << "feet cycle " << &cycle << ' ' << exact(cycle.gct) << ' ' << exact(cycle.ds) << ' '
-         << cycle.right_cycle << ' ' << cycle.left_cycle << '\n';
-  }
-  text << "excluded_1 " << text_of(result.excluded_1) << "\nexcluded_1_fallback "
-       << text_of(result.excluded_1_fallback) << "\nexcluded_2 " << text_of(result.excluded_2)
-       << "\nexcluded_2_fallback " << text_of(result.excluded_2_fallback) << '\n';
-  return text.str();
+  text_writer writer;
+  write_input(writer, result);
+  return writer.result();
+}
+
+inline std::string bytes_of_input(const gait_result& result) {
+  byte_writer writer;
+  write_input(writer, result);
+  return writer.result();
+}
+
+/// Whether two records are the same to the last bit. What differs is only looked for where
+/// something does.
+template <class Record>
+testing::AssertionResult are_the_same(const Record& a, const Record& b) {
+  return written<byte_writer>(a) == written<byte_writer>(b)
+             ? testing::AssertionSuccess()
+             : testing::AssertionFailure() << difference(text_of(a), text_of(b));
 }
 
 }  // namespace gait_test

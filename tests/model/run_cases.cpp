@@ -6,7 +6,7 @@
 //
 //     case        number, quality_flags                   outputs as constructed but for the flags
 //     parameter   the members of an entry, as printed     one that the caller put into the map
-//     walk        foot_results, feet                      a fresh input; the outputs are carried along
+//     walk        foot_results, feet                      a fresh input; the outputs are kept
 //     recording   sampling_rate, identifier and sample_count of each signal
 //     foot        recording, and a line for each cycle:
 //     cycle       first_sample, last_sample, index, the measured fields in declaration order
@@ -20,7 +20,7 @@
 // a line that says so; then "info", "parameter" for every entry, and "quality_flags". The end of a
 // case is printed too.
 
-#include "builders.h"
+#include "text_of.h"
 
 #include <gait/generate_statistics.h>
 
@@ -154,54 +154,20 @@ private:
   std::string text_;
 };
 
-/// Every member but the key, in declaration order.
-template <class Parameter, class Do>
-void each_member(Parameter& parameter, Do&& f) {
-  f(parameter.valid);
-  f(parameter.description);
-  f(parameter.unit);
-  f(parameter.decimals);
-  f(parameter.values);
-  for (double gait_statistics_parameter::*statistic :
-       {&gait_statistics_parameter::mean, &gait_statistics_parameter::median,
-        &gait_statistics_parameter::std, &gait_statistics_parameter::iqr,
-        &gait_statistics_parameter::min, &gait_statistics_parameter::max,
-        &gait_statistics_parameter::cv}) {
-    f(parameter.*statistic);
-  }
-  f(parameter.asymmetry_enabled);
-  f(parameter.asymmetry);
-}
-
-void print(const gait_statistics_info& info) {
-  line text("info");
-  text.add(info.recording_duration)
-      .add(info.duration)
-      .add(info.excluded_1_fallback_gct_sum)
-      .add(info.excluded_2_gct_sum);
-  text.add(info.included_gct_sum)
-      .add(info.included_distance)
-      .add(info.total_distance)
-      .add(info.cycle_count);
-  text.add(info.excluded_count)
-      .add(info.cycles)
-      .add(info.excluded_2_fallback_count)
-      .add(info.excluded_2_count);
-  text.add(info.excluded_1_fallback_count).add(info.excluded_1_count).add(info.included_count);
-  text.add(info.excluded_2_fallback_duration)
-      .add(info.excluded_2_duration)
-      .add(info.excluded_1_fallback_duration);
-  text.add(info.excluded_1_duration).add(info.included_duration);
-  text.print();
+/// A line of every member of a record, in declaration order.
+template <class Record>
+line& add_members(line& text, const Record& record) {
+  gait_test::for_each_field(
+      record, [&text](const char* /*name*/, const auto& member) { text.add(member); });
+  return text;
 }
 
 void print_outputs(const gait_result& result) {
-  print(result.statistics.info);
+  line info("info");
+  add_members(info, result.statistics.info).print();
   for (const auto& [key, parameter] : result.statistics.parameters) {
     line text("parameter");
-    text.add(key);
-    each_member(parameter, [&text](const auto& member) { text.add(member); });
-    text.print();
+    add_members(text.add(key), parameter).print();
   }
   line("quality_flags").add(result.quality_flags).print();
 }
@@ -241,7 +207,7 @@ public:
     from.read(cycle.first_sample);
     from.read(cycle.last_sample);
     from.read(cycle.index);
-    for (const auto field : gait_test::foot::measured_fields) {
+    for (const auto field : gait_test::measured_fields) {
       from.read(cycle.*field);
     }
   }
@@ -271,54 +237,6 @@ public:
     while (!from.at_end()) {
       indices.push_back(from.get<int>());
     }
-  }
-
-  /// All that a call may read, and nothing that it may write; two of them are equal if nothing was
-  /// changed.
-  std::string inputs() const {
-    std::string bytes;
-    const auto add = [&bytes](const auto& value) {
-      bytes.append(reinterpret_cast<const char*>(&value), sizeof(value));
-    };
-    const auto add_pointer = [&add](const void* pointer) {
-      add(reinterpret_cast<std::uintptr_t>(pointer));
-    };
-    for (const sensor_recording& recording : recordings_) {
-      add(recording.sampling_rate);
-      for (const auto& [identifier, signal] : recording.signals) {
-        add(identifier);
-        add(signal.sample_count);
-      }
-    }
-    add_pointer(result.left_foot);
-    add_pointer(result.right_foot);
-    add(result.foot_results.size());
-    for (const gait_foot_result* foot : feet_) {
-      add_pointer(foot->recording);
-      for (const gait_foot_cycle& cycle : foot->cycles) {
-        add_pointer(&cycle);
-        add(cycle.first_sample);
-        add(cycle.last_sample);
-        add(cycle.index);
-        for (const auto field : gait_test::foot::measured_fields) {
-          add(cycle.*field);
-        }
-      }
-    }
-    for (const gait_feet_cycle& cycle : result.feet_result.cycles) {
-      add(cycle.gct);
-      add(cycle.ds);
-      add_pointer(cycle.right_cycle);
-      add_pointer(cycle.left_cycle);
-    }
-    for (const auto* indices : {&result.excluded_1, &result.excluded_1_fallback, &result.excluded_2,
-                                &result.excluded_2_fallback}) {
-      add(indices->size());
-      for (const int index : *indices) {
-        add(index);
-      }
-    }
-    return bytes;
   }
 
   gait_result result;
@@ -353,7 +271,8 @@ public:
     } else if (name == "parameter") {
       gait_statistics_parameter& parameter =
           outputs_.statistics.parameters[from.get<std::string>()];
-      each_member(parameter, [&from](auto& member) { from.read(member); });
+      gait_test::for_each_field(parameter,
+                                [&from](const char* /*name*/, auto& member) { from.read(member); });
     } else if (name == "walk") {
       const auto entries = from.get<std::size_t>();
       walks_.emplace_back(entries, from.get<std::size_t>());
@@ -384,7 +303,7 @@ private:
     gait_result& result = input.result;
     result.statistics = std::move(outputs_.statistics);
     result.quality_flags = outputs_.quality_flags;
-    const std::string before = input.inputs();
+    const std::string before = gait_test::bytes_of_input(result);
     for (int i = 0; i < times; ++i) {
       line called("called");
       try {
@@ -393,7 +312,7 @@ private:
         called.add(std::string(error.what()));
       }
       called.print();
-      if (input.inputs() != before) {
+      if (gait_test::bytes_of_input(result) != before) {
         line("the call changed its input").print();
       }
       print_outputs(result);

@@ -4,8 +4,7 @@
 /// \file
 /// Walks as bytes, to see whether two are the same to the last bit.
 
-#include "builders.h"
-#include "bytes_of.h"
+#include "text_of.h"
 #include "walk.h"
 
 #include <string>
@@ -14,18 +13,15 @@ namespace tool_tests {
 
 /// All of a walk but its name.
 inline std::string bytes_of(const gait_walk::walk& walk) {
-  std::string bytes;
-  const auto add = [&](const auto&... members) { bytes += gait_test::bytes_of_all(members...); };
+  gait_test::byte_writer bytes;
+  const auto add = [&](const auto&... members) { (bytes.add("", members), ...); };
   for (const auto* foot : {&walk.left, &walk.right}) {
     add(foot->has_value());
     if (*foot) {
       add((*foot)->sampling_rate, (*foot)->signal_1_samples, (*foot)->signal_2_samples,
           (*foot)->cycles.size());
       for (const gait_foot_cycle& cycle : (*foot)->cycles) {
-        add(cycle.index, cycle.first_sample, cycle.last_sample);
-        for (const auto field : gait_test::foot::measured_fields) {
-          add(cycle.*field);
-        }
+        gait_test::write_fields(bytes, cycle);
       }
     }
   }
@@ -36,7 +32,7 @@ inline std::string bytes_of(const gait_walk::walk& walk) {
   for (const gait_walk::exclusion& exclusion : walk.exclusions) {
     add(exclusion.cycles, exclusion.list, exclusion.index, exclusion.reason);
   }
-  return bytes;
+  return bytes.result();
 }
 
 }  // namespace tool_tests

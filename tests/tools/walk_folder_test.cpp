@@ -82,7 +82,7 @@ TEST(ReadWalk, FillsEveryColumnIntoTheFieldOfItsName) {
   tables text = left_foot_only();
   text.foot_cycles = foot_cycles_header + "\n" + cells + "\n";
   const gait_foot_cycle cycle = read(text).walk.left->cycles.front();
-  const auto& measured_fields = gait_test::foot::measured_fields;
+  const auto& measured_fields = gait_test::measured_fields;
   for (std::size_t i = 0; i < measured_fields.size(); ++i) {
     EXPECT_EQ(cycle.*measured_fields[i], static_cast<double>(i + 4)) << i;
   }

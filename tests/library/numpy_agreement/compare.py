@@ -2,8 +2,9 @@
 
 usage: compare.py PRINT_STATISTICS
 
-PRINT_STATISTICS is the program of that name in this folder. Both sides get the same samples in every run. They sum and
-interpolate in different orders of operations, so that they agree but for the last bits.
+PRINT_STATISTICS is the program of that name in this folder. Both sides get the same samples in
+every run. They sum and interpolate in different orders of operations, and agree but for the last
+bits.
 """
 
 import subprocess
@@ -16,7 +17,7 @@ RELATIVE_TOLERANCE = 1e-12
 
 
 def random_samples(random):
-    """Samples of 1 to 120 values as strides give them: bell-shaped, skewed, rounded with many ties, of either sign."""
+    """1 to 120 values each: bell-shaped, skewed, rounded with many ties, or of either sign."""
     for _ in range(SAMPLES):
         n = int(random.integers(1, 121))
         shape = random.integers(4)
@@ -40,7 +41,8 @@ def expected_of(sample, percentages):
     percentiles = numpy.percentile(sample, percentages, method="hazen")
     quartiles = numpy.percentile(sample, [25.0, 75.0], method="hazen")
     deviation = numpy.std(sample, ddof=1) if len(sample) > 1 else 0.0
-    statistics = [sample.mean(), deviation, numpy.percentile(sample, 50.0, method="hazen"), quartiles[1] - quartiles[0]]
+    median = numpy.percentile(sample, 50.0, method="hazen")
+    statistics = [sample.mean(), deviation, median, quartiles[1] - quartiles[0]]
     return numpy.concatenate([statistics, [sample.min(), sample.max()], percentiles])
 
 
@@ -51,8 +53,10 @@ def hexadecimal(numbers):
 def main():
     random = numpy.random.default_rng(20)
     cases = [(random_percentages(random), sample) for sample in random_samples(random)]
-    lines = "".join(f"{hexadecimal(percentages)} {hexadecimal(sample)}\n" for percentages, sample in cases)
-    printed = subprocess.run(sys.argv[1:], input=lines, capture_output=True, text=True, check=True).stdout.splitlines()
+    lines = "".join(f"{hexadecimal(percentages)} {hexadecimal(sample)}\n"
+                    for percentages, sample in cases)
+    finished = subprocess.run(sys.argv[1:], input=lines, capture_output=True, text=True, check=True)
+    printed = finished.stdout.splitlines()
     if len(printed) != len(cases):
         sys.exit(f"{len(cases)} samples went in, {len(printed)} lines came out")
 
@@ -62,9 +66,12 @@ def main():
         got = numpy.array([float.fromhex(number) for number in numbers])
         expected = expected_of(sample, percentages)
         tolerance = RELATIVE_TOLERANCE * numpy.abs(sample).max()
-        if valid != "1" or got.shape != expected.shape or not (numpy.abs(got - expected) <= tolerance).all():
+        agrees = (valid == "1" and got.shape == expected.shape
+                  and (numpy.abs(got - expected) <= tolerance).all())
+        if not agrees:
             disagreements += 1
-            print(f"sample {sample.tolist()}\n at {percentages.tolist()}\n library {got.tolist()}\n numpy   {expected.tolist()}")
+            print(f"sample {sample.tolist()}\n at {percentages.tolist()}")
+            print(f" library {got.tolist()}\n numpy   {expected.tolist()}")
     print(f"{len(cases)} samples compared with numpy {numpy.__version__}, {disagreements} disagree")
     sys.exit(1 if disagreements else 0)
 

@@ -1,7 +1,7 @@
-#ifndef GAIT_TESTS_BY_STEPS_H
-#define GAIT_TESTS_BY_STEPS_H
+#ifndef GAIT_TESTS_BY_DEFINITION_H
+#define GAIT_TESTS_BY_DEFINITION_H
 
-// The sort and the percentile once more, written step after step from their definition, with bounds
+// The sort and the percentile once more, written from their definition, with bounds
 // checked: what the library's own are compared with, bit by bit. It shares no code with them.
 
 #include <algorithm>
@@ -9,7 +9,7 @@
 #include <cstddef>
 #include <vector>
 
-namespace by_steps {
+namespace by_definition {
 
 /// a * b, rounded before it becomes part of a sum, on processors that could fuse the two as well.
 inline double product(double a, double b) {
@@ -109,6 +109,6 @@ inline std::vector<double> percentile(const std::vector<double>& values,
   return result;
 }
 
-}  // namespace by_steps
+}  // namespace by_definition
 
 #endif
