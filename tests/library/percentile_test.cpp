@@ -99,6 +99,7 @@ TEST(Percentile, ClampsToTheOuterValuesOutsideLoAndHi) {
   EXPECT_LT(at(87.4, four), 4.0);
   EXPECT_THAT(at(-1.0, 101.0, four), AreBits(1.0, 4.0));
   EXPECT_THAT(at(infinity, -1e300, four), AreBits(4.0, 1.0));
+  EXPECT_THAT(at(-infinity, infinity, four), AreBits(1.0, 4.0));
 }
 
 TEST(Percentile, DoesNotInterpolateWithinATrillionthOfAPosition) {
