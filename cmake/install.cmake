@@ -6,13 +6,14 @@ set(pkgconfig_dir ${CMAKE_INSTALL_LIBDIR}/pkgconfig)
 install(TARGETS gait_statistics EXPORT gait_statistics
   LIBRARY COMPONENT runtime NAMELINK_COMPONENT development
   ARCHIVE COMPONENT development)
-install(DIRECTORY include/ DESTINATION ${CMAKE_INSTALL_INCLUDEDIR} COMPONENT development FILES_MATCHING PATTERN "*.h")
+install(DIRECTORY include/ DESTINATION ${CMAKE_INSTALL_INCLUDEDIR} COMPONENT development
+  FILES_MATCHING PATTERN "*.h")
 
 set(doc_dir ${CMAKE_INSTALL_DATADIR}/doc)
 install(DIRECTORY docs/ DESTINATION ${doc_dir}/gait_statistics COMPONENT development)
 if(GAIT_BUILD_TOOLS)
-  install(FILES docs/definitions.md docs/exclusions.md docs/glossary.md docs/output.md docs/parameters.md
-    docs/quality-flags.md docs/walk-folder.md
+  install(FILES docs/definitions.md docs/exclusions.md docs/glossary.md docs/output.md
+    docs/parameters.md docs/quality-flags.md docs/walk-folder.md
     DESTINATION ${doc_dir}/gait-statistics COMPONENT program)
 endif()
 
@@ -20,7 +21,8 @@ install(EXPORT gait_statistics NAMESPACE gait:: FILE gait_statistics-targets.cma
   DESTINATION ${package_dir} COMPONENT development)
 configure_package_config_file(cmake/gait_statistics-config.cmake.in gait_statistics-config.cmake
   INSTALL_DESTINATION ${package_dir} NO_SET_AND_CHECK_MACRO)
-write_basic_package_version_file(gait_statistics-config-version.cmake COMPATIBILITY SameMajorVersion)
+write_basic_package_version_file(gait_statistics-config-version.cmake
+  COMPATIBILITY SameMajorVersion)
 install(FILES
   ${CMAKE_CURRENT_BINARY_DIR}/gait_statistics-config.cmake
   ${CMAKE_CURRENT_BINARY_DIR}/gait_statistics-config-version.cmake
@@ -36,4 +38,5 @@ if(NOT CMAKE_INSTALL_PREFIX STREQUAL "/usr")
   set(pkgconfig_prefix "\${pcfiledir}/${to_prefix}")
 endif()
 configure_file(cmake/gait_statistics.pc.in gait_statistics.pc @ONLY)
-install(FILES ${CMAKE_CURRENT_BINARY_DIR}/gait_statistics.pc DESTINATION ${pkgconfig_dir} COMPONENT development)
+install(FILES ${CMAKE_CURRENT_BINARY_DIR}/gait_statistics.pc
+  DESTINATION ${pkgconfig_dir} COMPONENT development)

@@ -28,7 +28,8 @@ set(CPACK_INSTALL_DEFAULT_DIRECTORY_PERMISSIONS
 set(CPACK_DEB_COMPONENT_INSTALL ON)
 set(CPACK_COMPONENTS_ALL runtime development program)
 set(CPACK_DEBIAN_FILE_NAME DEB-DEFAULT)
-set(CPACK_DEBIAN_PACKAGE_MAINTAINER "gait_statistics developers <developers@gait-statistics.invalid>")
+set(CPACK_DEBIAN_PACKAGE_MAINTAINER
+  "gait_statistics developers <developers@gait-statistics.invalid>")
 set(CPACK_DEBIAN_PACKAGE_CONTROL_STRICT_PERMISSION ON)
 
 set(CPACK_DEBIAN_RUNTIME_PACKAGE_NAME ${runtime_package})
@@ -39,14 +40,17 @@ set(CPACK_COMPONENT_RUNTIME_DESCRIPTION "${about}This package holds the shared l
 
 set(CPACK_DEBIAN_DEVELOPMENT_PACKAGE_NAME ${development_package})
 set(CPACK_DEBIAN_DEVELOPMENT_PACKAGE_SECTION libdevel)
-set(CPACK_DEBIAN_DEVELOPMENT_PACKAGE_DEPENDS "${runtime_package} (= ${PROJECT_VERSION}), libeigen3-dev (>= 3.4)")
-set(CPACK_COMPONENT_DEVELOPMENT_DESCRIPTION "${about}This package holds the headers, and the files for CMake and pkg-config.")
+set(CPACK_DEBIAN_DEVELOPMENT_PACKAGE_DEPENDS
+  "${runtime_package} (= ${PROJECT_VERSION}), libeigen3-dev (>= 3.4)")
+set(CPACK_COMPONENT_DEVELOPMENT_DESCRIPTION
+  "${about}This package holds the headers, and the files for CMake and pkg-config.")
 
 set(CPACK_DEBIAN_PROGRAM_PACKAGE_NAME ${program_package})
 set(CPACK_DEBIAN_PROGRAM_PACKAGE_SECTION science)
 set(CPACK_DEBIAN_PROGRAM_PACKAGE_SHLIBDEPS ON)
 set(CPACK_DEBIAN_PROGRAM_PACKAGE_DEPENDS "${runtime_package} (>= ${PROJECT_VERSION})")
-set(CPACK_COMPONENT_PROGRAM_DESCRIPTION "${about}This package holds the program gait-statistics, which reports on walk folders.")
+set(CPACK_COMPONENT_PROGRAM_DESCRIPTION
+  "${about}This package holds the program gait-statistics, which reports on walk folders.")
 
 set(packages_tree ${PROJECT_BINARY_DIR}/packages_tree)
 set(CPACK_DEBIAN_PACKAGE_SHLIBDEPS_PRIVATE_DIRS ${packages_tree}/src)

@@ -2,7 +2,8 @@
 # that is first on the path may be the user's own, without it.
 set(python_with_numpy "")
 foreach(python IN ITEMS python3 /usr/bin/python3)
-  execute_process(COMMAND ${python} -c "import numpy" RESULT_VARIABLE failed OUTPUT_QUIET ERROR_QUIET)
+  execute_process(COMMAND ${python} -c "import numpy"
+    RESULT_VARIABLE failed OUTPUT_QUIET ERROR_QUIET)
   if(failed STREQUAL "0")
     set(python_with_numpy ${python})
     break()
@@ -14,7 +15,8 @@ function(add_numpy_test name)
   if(python_with_numpy)
     add_test(NAME ${name} COMMAND ${python_with_numpy} ${ARGN})
   else()
-    add_test(NAME ${name} COMMAND ${CMAKE_COMMAND} -E echo "skipped: no Python with numpy (package python3-numpy)")
+    add_test(NAME ${name} COMMAND
+      ${CMAKE_COMMAND} -E echo "skipped: no Python with numpy (package python3-numpy)")
     set_tests_properties(${name} PROPERTIES SKIP_REGULAR_EXPRESSION "^skipped")
   endif()
 endfunction()

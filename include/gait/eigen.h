@@ -13,8 +13,8 @@
 ///     #include <eigen_plugins/dense_base_percentile.h>
 ///     ... your own members ...
 ///
-/// The figures are the same to the last bit whatever flags you compile with, short of those that let
-/// a compiler rearrange arithmetic. -ffast-math does not compile.
+/// The figures are the same to the last bit whatever flags you compile with, short of those that
+/// let a compiler rearrange arithmetic. -ffast-math does not compile.
 
 #include <eigen_plugins/quicksort.h>
 #include <gait/rounded_product.h>

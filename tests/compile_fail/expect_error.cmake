@@ -1,5 +1,6 @@
 # Runs COMMAND, a compiler, which must fail and say SENTENCE.
-execute_process(COMMAND ${COMMAND} RESULT_VARIABLE result OUTPUT_VARIABLE output ERROR_VARIABLE output)
+execute_process(COMMAND ${COMMAND}
+  RESULT_VARIABLE result OUTPUT_VARIABLE output ERROR_VARIABLE output)
 if(result EQUAL 0)
   message(FATAL_ERROR "this compiled: ${COMMAND}")
 endif()

@@ -8,7 +8,8 @@ pc_file=$(find "$prefix" -name gait_statistics.pc)
 libraries=$(dirname "$(dirname "$pc_file")")
 export PKG_CONFIG_PATH=$libraries/pkgconfig
 
-if [[ $(realpath "$(pkg-config --variable=includedir gait_statistics)") != "$(realpath "$prefix/include")" ]]; then
+headers=$(pkg-config --variable=includedir gait_statistics)
+if [[ $(realpath "$headers") != "$(realpath "$prefix/include")" ]]; then
   echo "pkg-config leads out of the installed tree: $(pkg-config --cflags gait_statistics)"
   exit 1
 fi

@@ -36,7 +36,8 @@ fail() {
 }
 
 apt() {
-  DEBIAN_FRONTEND=noninteractive apt-get --quiet --yes -o DPkg::Lock::Timeout=300 -o Dpkg::Use-Pty=0 "$@"
+  DEBIAN_FRONTEND=noninteractive \
+    apt-get --quiet --yes -o DPkg::Lock::Timeout=300 -o Dpkg::Use-Pty=0 "$@"
 }
 
 work=$(mktemp -d)
@@ -58,7 +59,8 @@ for package in "${packages[@]}"; do
 done
 # depends PACKAGE ON: whether the package names what it needs.
 depends() {
-  [[ $(dpkg-deb --field "$work/packages/${1}_${version}_"*.deb Depends) == *"$2"* ]] || fail "$1 does not depend on $2"
+  [[ $(dpkg-deb --field "$work/packages/${1}_${version}_"*.deb Depends) == *"$2"* ]] ||
+    fail "$1 does not depend on $2"
 }
 depends "${packages[0]}" libc6
 depends libgait-statistics-dev "${packages[0]} (= $version)"

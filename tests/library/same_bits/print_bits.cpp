@@ -39,7 +39,7 @@ public:
   double fraction() { return static_cast<double>(next() >> 11U) * 0x1p-53; }
 
   /// As strides have them, rounded as they may be, missing, or of any magnitude, infinities among
-  /// them. The products are exact, so these numbers are the same where they are fused with the sums.
+  /// them. The products are exact, so it does not matter whether they are fused with the sums.
   double measured(std::size_t kind) {
     switch (kind) {
       case 0:
