@@ -28,12 +28,8 @@
 /// NaN, other negative values, and -0.999 too.
 inline constexpr double gait_missing = -1.0;
 
-namespace gait_detail {
-
-/// True when `value` is the missing value; false for NaN.
-constexpr bool is_missing(double value) { return value == gait_missing; }
-
-}  // namespace gait_detail
+/// Whether a value is the missing value; false for NaN.
+constexpr bool gait_is_missing(double value) { return value == gait_missing; }
 
 /// The descriptive statistics of one gait parameter on one side, over the cycles that count.
 ///
