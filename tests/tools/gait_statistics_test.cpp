@@ -1,6 +1,7 @@
 // What gait-statistics writes as JSON and CSV, against the values that the library computes of the
 // same walk.
 
+#include "analysis.h"
 #include "bits.h"
 #include "temporary_folder.h"
 #include "walk.h"
@@ -27,7 +28,7 @@
 namespace {
 
 using gait_test::SameBits;
-using gait_walk::side;
+using gait_walk::analysed_cycles;
 using nlohmann::json;
 
 std::string run_program(const std::string& arguments) {
@@ -100,7 +101,7 @@ private:
 };
 
 /// A walk in a folder, what the library computes of it, and what the program writes of it.
-class ProgramOutput : public testing::TestWithParam<std::pair<const char*, std::optional<side>>> {
+class ProgramOutput : public testing::TestWithParam<std::pair<const char*, analysed_cycles>> {
 protected:
   ProgramOutput() : walk_(random_walk(20240531).both_feet(40)) {
     gait_walk::write_walk_folder(walk_, folder_ / "random");
@@ -134,13 +135,13 @@ private:
 };
 
 INSTANTIATE_TEST_SUITE_P(Modes, ProgramOutput,
-                         testing::Values(std::pair("", std::nullopt),
-                                         std::pair("--foot left", std::optional(side::left)),
-                                         std::pair("--foot right", std::optional(side::right))),
+                         testing::Values(std::pair("", analysed_cycles::feet),
+                                         std::pair("--foot left", analysed_cycles::left),
+                                         std::pair("--foot right", analysed_cycles::right)),
                          [](const auto& mode) {
-                           return !mode.param.second                 ? "BothFeet"
-                                  : *mode.param.second == side::left ? "LeftFoot"
-                                                                     : "RightFoot";
+                           return mode.param.second == analysed_cycles::feet   ? "BothFeet"
+                                  : mode.param.second == analysed_cycles::left ? "LeftFoot"
+                                                                               : "RightFoot";
                          });
 
 void expect_number(const json& actual, double expected, const std::string& what) {

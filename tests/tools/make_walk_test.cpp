@@ -1,3 +1,4 @@
+#include "analysis.h"
 #include "bytes_of_walk.h"
 #include "random_numbers.h"
 #include "temporary_folder.h"
@@ -682,8 +683,8 @@ TEST(WalkModel, NumbersAreRoundedToFewDigits) {
 
 // ---------------------------------------------------------------- statistics of a modelled walk
 
-gait_result analysed(const walk& walk, std::optional<side> only, gait_walk::analysis& analysis) {
-  analysis = gait_walk::make_analysis(walk, only);
+gait_result analysed(const walk& walk, analysed_cycles asked_for, gait_walk::analysis& analysis) {
+  analysis = gait_walk::make_analysis(walk, asked_for);
   gait_generate_statistics(analysis.result, {});
   return analysis.result;
 }
@@ -694,7 +695,7 @@ walk example(const char* name) {
 
 TEST(ExampleWalks, TheWalkOfBothFeetHasNoQualityFlagAndEveryParameter) {
   gait_walk::analysis analysis;
-  const gait_result result = analysed(example("two_feet_turn"), std::nullopt, analysis);
+  const gait_result result = analysed(example("two_feet_turn"), analysed_cycles::feet, analysis);
   EXPECT_EQ(result.quality_flags, 0);
   EXPECT_EQ(result.statistics.parameters.size(), 2U * 28U + 1U);
   for (const auto& [key, parameter] : result.statistics.parameters) {
@@ -704,7 +705,7 @@ TEST(ExampleWalks, TheWalkOfBothFeetHasNoQualityFlagAndEveryParameter) {
 
 TEST(ExampleWalks, TheWalkOfBothFeetIsPlausible) {
   gait_walk::analysis analysis;
-  const gait_result result = analysed(example("two_feet_turn"), std::nullopt, analysis);
+  const gait_result result = analysed(example("two_feet_turn"), analysed_cycles::feet, analysis);
   const auto& parameters = result.statistics.parameters;
   for (const std::string side : {"_L", "_R"}) {
     EXPECT_NEAR(parameters.at("speed" + side).mean, 1.26, 0.1);
@@ -735,7 +736,7 @@ TEST(ExampleWalks, EachFootCanBeAnalysedAlone) {
   const walk both = example("two_feet_turn");
   for (const side side : {side::left, side::right}) {
     gait_walk::analysis analysis;
-    const gait_result result = analysed(both, side, analysis);
+    const gait_result result = analysed(both, alone(side), analysis);
     EXPECT_EQ(result.quality_flags, 0);
     EXPECT_EQ(result.statistics.parameters.size(), 27U);
     EXPECT_EQ(result.statistics.info.cycle_count, 39);
@@ -746,7 +747,7 @@ TEST(ExampleWalks, EachFootCanBeAnalysedAlone) {
 
 TEST(ExampleWalks, TheShortWalkOfOneFootIsAnalysedWithoutStartAndStop) {
   gait_walk::analysis analysis;
-  const gait_result result = analysed(example("one_foot_short"), std::nullopt, analysis);
+  const gait_result result = analysed(example("one_foot_short"), analysed_cycles::feet, analysis);
   EXPECT_EQ(result.quality_flags, 0);
   EXPECT_EQ(result.statistics.info.cycle_count, 14);
   EXPECT_EQ(result.statistics.info.included_count, 12);

@@ -83,27 +83,27 @@ inline gait_walk::read_result read(const tables& walk,
                                      options);
 }
 
-inline messages messages_of(const std::vector<gait_walk::fault>& faults) {
+inline messages messages_of(const std::vector<gait_walk::input_error>& errors) {
   messages all;
-  for (const auto& fault : faults) {
-    all.push_back(fault.message());
+  for (const auto& error : errors) {
+    all.push_back(error.message());
   }
   return all;
 }
 
 /// The messages of what `call` throws; none if it throws nothing.
 template <class Call>
-messages faults_thrown_by(Call call) {
+messages errors_thrown_by(Call call) {
   try {
     call();
   } catch (const gait_walk::walk_error& error) {
-    return messages_of(error.faults());
+    return messages_of(error.errors());
   }
   return {};
 }
 
-inline messages faults_of(const tables& walk, const gait_walk::read_options& options = {}) {
-  return faults_thrown_by([&] { read(walk, options); });
+inline messages errors_of(const tables& walk, const gait_walk::read_options& options = {}) {
+  return errors_thrown_by([&] { read(walk, options); });
 }
 
 /// The warnings about a walk that can be read.

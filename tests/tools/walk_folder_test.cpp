@@ -1,4 +1,5 @@
 #include "walk_folder.h"
+#include "analysis.h"
 
 #include "bytes_of_walk.h"
 #include "walk_folder_tables.h"
@@ -45,7 +46,7 @@ TEST(ReadWalk, CountsRowsOfEmptyCellsAsLines) {
   tables text;
   change(text.feet_cycles, "0,1.25", ",,,,\n0,x");
   EXPECT_EQ(
-      faults_of(text),
+      errors_of(text),
       (messages{
           "w/feet_cycles.csv:3: column gct: found \"x\", expected a number or an empty cell"}));
 }
@@ -340,7 +341,8 @@ TEST(RealWalks, AreReadWithoutFaultAndWrittenBack) {
     const auto [walk, warnings] = read_walk_folder(entry.path());
     EXPECT_EQ(walk.name, name);
     EXPECT_EQ(messages_of(warnings), messages{});
-    EXPECT_EQ(messages_of(gait_walk::check_analysis(walk, std::nullopt, name)), messages{});
+    EXPECT_EQ(messages_of(gait_walk::check_analysis(walk, gait_walk::analysed_cycles::feet, name)),
+              messages{});
     EXPECT_TRUE(tool_tests::bytes_of(walk) == tool_tests::bytes_of(written_and_read(walk)));
     ++walks;
   }
