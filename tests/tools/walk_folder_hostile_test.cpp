@@ -1,4 +1,3 @@
-#include "analysis.h"
 #include "walk_folder.h"
 #include "walk_folder_tables.h"
 
@@ -6,14 +5,10 @@
 
 #include <sys/stat.h>
 
-#include <algorithm>
-#include <array>
 #include <cstddef>
 #include <istream>
-#include <random>
 #include <streambuf>
 #include <string>
-#include <string_view>
 #include <thread>
 #include <vector>
 
@@ -21,7 +16,6 @@ namespace {
 
 using namespace walk_folder_tests;
 using gait_walk::read_walk_folder;
-using namespace std::string_view_literals;
 
 TEST(HostileInput, OfTablesThroughPipesIsReadOneAfterTheOther) {
   const temporary_folder folder;
@@ -85,63 +79,6 @@ TEST(HostileInput, OfAHeaderOfManyColumnsIsReportedShortly) {
   ASSERT_EQ(errors.size(), 21U);
   EXPECT_EQ(errors[0], "w/exclusions.csv:1: found no name for column 5, expected one");
   EXPECT_EQ(errors[20], "w/exclusions.csv: and 499980 more");
-}
-
-/// A few bytes of a text changed, left out, doubled or put in.
-std::string spoilt(std::string text, std::mt19937_64& random) {
-  constexpr std::string_view bytes = "\0\"\r\n,;\t -+.eE019nai\x80\xC3\xFF\xEF"sv;
-  const auto below = [&](std::size_t bound) { return static_cast<std::size_t>(random() % bound); };
-  for (std::size_t changes = 1 + below(4); changes != 0; --changes) {
-    const std::size_t at = below(text.size() + 1);
-    const std::size_t length = std::min(below(8), text.size() - at);
-    switch (below(4)) {
-      case 0:
-        text.erase(at, length);
-        break;
-      case 1:
-        text.insert(at, text.substr(at, length));
-        break;
-      case 2:
-        text.insert(at, 1, bytes[below(bytes.size())]);
-        break;
-      default:
-        text.replace(at, length, length, bytes[below(bytes.size())]);
-        break;
-    }
-  }
-  return text;
-}
-
-/// Whether a walk is read, and then whole enough to be analysed. An exception other than walk_error
-/// ends the test.
-bool is_read(const tables& text) {
-  try {
-    const gait_walk::walk walk = read(text).walk;
-    if (gait_walk::check_analysis(walk, gait_walk::analysed_cycles::feet, "w").empty()) {
-      gait_walk::make_analysis(walk);
-    }
-    return true;
-  } catch (const gait_walk::walk_error& error) {
-    EXPECT_FALSE(error.errors().empty());
-    return false;
-  }
-}
-
-TEST(HostileInput, GivesAWholeWalkOrErrors) {
-  // Every run spoils the same walks, so that a failure can be repeated.
-  std::mt19937_64 random(20240607);  // NOLINT(cert-msc32-c,cert-msc51-cpp)
-  int whole = 0;
-  constexpr int walks = 4000;
-  for (int i = 0; i < walks; ++i) {
-    tables walk;
-    const std::array<std::string*, 4> all = {&walk.recording, &walk.foot_cycles, &walk.feet_cycles,
-                                             &walk.exclusions};
-    std::string& one = *all.at(random() % all.size());
-    one = spoilt(one, random);
-    whole += is_read(walk) ? 1 : 0;
-  }
-  EXPECT_GT(whole, 0);
-  EXPECT_LT(whole, walks);
 }
 
 }  // namespace

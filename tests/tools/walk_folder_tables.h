@@ -4,6 +4,7 @@
 /// \file
 /// A small walk as the text of its tables, to be spoilt in one place by each test.
 
+#include "columns.h"
 #include "temporary_folder.h"
 #include "walk_folder.h"
 
@@ -23,16 +24,19 @@ using messages = std::vector<std::string>;
 // An exception while these are made ends the tests, as it should.
 // NOLINTBEGIN(cert-err58-cpp)
 inline const std::string recording_header = "foot,sampling_rate,signal_1_samples,signal_2_samples";
-inline const std::string foot_cycles_header =
-    "foot,index,first_sample,last_sample,hs,gct,swing,stance,contact,cadence,ldr,ffr,pur,slength,"
-    "swidth,path_length,speed,ta,"
-    "peakswing,top,hsp,step_time,step_length,strike_eversion,max_hc,min_tc,max_tc1,max_tc2,mtc_"
-    "speed,impact_vert,impact_hor";
+inline const std::string foot_cycles_header = [] {
+  std::string names;
+  for (const auto& column : gait_walk::columns<gait_walk::foot_cycle_row>) {
+    names += (names.empty() ? "" : ",") + std::string(column.name);
+  }
+  return names;
+}();
 inline const std::string feet_cycles_header = "index,gct,ds,right_index,left_index";
 inline const std::string exclusions_header = "cycles,list,index,reason";
 
 /// The cells from gct on of a cycle of which nothing else was measured.
-inline const std::string only_gct = ",1.25" + std::string(25, ',') + "\n";
+inline const std::string only_gct =
+    ",1.25" + std::string(gait_walk::columns<gait_walk::foot_cycle_row>.size() - 6, ',') + "\n";
 // NOLINTEND(cert-err58-cpp)
 
 /// Two cycles of each foot and two of both, lines 2 to 5 and 2 to 3 of their tables.
