@@ -1,5 +1,5 @@
-// What gait-statistics writes as JSON and CSV, against the values that the library computes of the
-// same walk.
+// What gait-statistics writes as JSON, against the values that the library computes of the same
+// walk. Its CSV is compared with its JSON in gait_statistics_test.py.
 
 #include "analysis.h"
 #include "bits.h"
@@ -18,9 +18,7 @@
 #include <cstdio>
 #include <cstdlib>
 #include <map>
-#include <optional>
 #include <random>
-#include <sstream>
 #include <string>
 #include <utility>
 #include <vector>
@@ -234,59 +232,6 @@ TEST_P(ProgramOutput, CarriesTheQualityFlagsAsJson) {
   }
   EXPECT_EQ(walk.at("quality_flags_in_words").size(), raised);
   EXPECT_EQ(walk.at("settings_value").get<float>(), settings_value);
-}
-
-// --- CSV
-
-/// The cells of a line; none of the walk's texts holds a comma or a quotation mark.
-std::vector<std::string> cells_of(const std::string& line) {
-  std::vector<std::string> cells;
-  std::istringstream text(line + ",");
-  for (std::string cell; std::getline(text, cell, ',');) {
-    cells.push_back(cell.size() >= 2 && cell.front() == '"' ? cell.substr(1, cell.size() - 2)
-                                                            : cell);
-  }
-  return cells;
-}
-
-void expect_cell(const std::string& cell, double expected, const std::string& what) {
-  if (expected == gait_missing) {
-    EXPECT_EQ(cell, "") << what;
-  } else if (std::isnan(expected)) {
-    EXPECT_EQ(cell, "NaN") << what;
-  } else {
-    EXPECT_THAT(std::strtod(cell.c_str(), nullptr), SameBits(expected)) << what << " is " << cell;
-  }
-}
-
-TEST_P(ProgramOutput, CarriesEveryStatisticOfEveryParameterAsCsvToTheBit) {
-  std::istringstream table(run("csv"));
-  std::string line;
-  std::getline(table, line);
-  ASSERT_EQ(line,
-            "walk,parameter,side,description,unit,n,mean,median,std,iqr,min,max,cv,asymmetry");
-  const bool both_feet = result().foot_results.size() > 1;
-
-  std::size_t rows = 0;
-  for (; std::getline(table, line); ++rows) {
-    const auto cells = cells_of(line);
-    ASSERT_EQ(cells.size(), 14U) << line;
-    EXPECT_EQ(cells[0], "random");
-    const bool is_asymmetry = cells[1] == "asymmetry";
-    EXPECT_EQ(cells[2].empty(), is_asymmetry);
-    const std::string suffix = !both_feet || is_asymmetry ? "" : cells[2] == "right" ? "_R" : "_L";
-    const std::string key = cells[1] + suffix;
-    const auto& record = parameter(key);
-    EXPECT_EQ(cells[3], record.description);
-    EXPECT_EQ(cells[4], record.unit);
-    const std::array<double, 8> expected = {
-        record.mean, record.median, record.std, record.iqr,
-        record.min,  record.max,    record.cv,  has_ratio(key) ? record.asymmetry : gait_missing};
-    for (std::size_t i = 0; i < expected.size(); ++i) {
-      expect_cell(cells[6 + i], expected[i], key + " column " + std::to_string(6 + i));
-    }
-  }
-  EXPECT_EQ(rows, result().statistics.parameters.size());
 }
 
 }  // namespace

@@ -129,13 +129,6 @@ TEST_F(Folder, WithAFolderInPlaceOfATable) {
             (messages{"w/exclusions.csv: found a folder, expected a table"}));
 }
 
-TEST_F(Folder, WithADanglingLink) {
-  fs::remove(folder.path() / "exclusions.csv");
-  fs::create_symlink(folder.path() / "none", folder.path() / "exclusions.csv");
-  EXPECT_EQ(errors_of_folder(folder.path()),
-            (messages{"w/exclusions.csv: found no such file, expected a table"}));
-}
-
 TEST_F(Folder, WithALinkInACircle) {
   fs::remove(folder.path() / "exclusions.csv");
   fs::create_symlink(folder.path() / "exclusions.csv", folder.path() / "exclusions.csv");
@@ -306,7 +299,8 @@ TEST(Row, OfTooManyCellsAsksNothingWhereDecimalCommasDoNotExplainThem) {
 TEST(Row, WithTooFewCellsLacksNothingElse) {
   tables walk;
   change(walk.foot_cycles, "right,0,50,149,1.0" + only_gct, "right,0\n");
-  EXPECT_EQ(errors_of(walk), (messages{"w/foot_cycles.csv:4: found 2 cells, expected 31"}));
+  EXPECT_EQ(errors_of(walk), (messages{"w/foot_cycles.csv:4: found 2 cells, expected " +
+                                       std::to_string(foot_cycles_columns)}));
 }
 
 messages errors_of_measured(const std::string& cell) {
@@ -417,18 +411,10 @@ TEST(Recording, WithoutRows) {
 }
 
 TEST(Recording, WithASamplingRateThatIsNone) {
-  const auto errors_of_rate = [](const std::string& rate) {
-    return errors_of_recording("left," + rate + ",1000,1000\nright,100,1000,1000\n");
-  };
-  const std::string where = ":2: column sampling_rate: ";
-  EXPECT_EQ(errors_of_rate("0"),
-            (messages{where + "found \"0\", expected a whole number from 1 to 2147483647"}));
-  EXPECT_EQ(errors_of_rate("-100"),
-            (messages{where + "found \"-100\", expected a whole number from 1 to 2147483647"}));
-  EXPECT_EQ(errors_of_rate("102.4"),
-            (messages{where + "found \"102.4\", expected a whole number without decimals"}));
-  EXPECT_EQ(errors_of_rate(""), (messages{where + "found an empty cell, expected a whole number"}));
-  EXPECT_EQ(errors_of_rate("NaN"), (messages{where + "found \"NaN\", expected a whole number"}));
+  EXPECT_EQ(errors_of_recording("left,0,1000,1000\nright,,1000,1000\n"),
+            (messages{":2: column sampling_rate: found \"0\", expected a whole number from 1 to "
+                      "2147483647",
+                      ":3: column sampling_rate: found an empty cell, expected a whole number"}));
 }
 
 TEST(Recording, WithTwoSamplingRates) {
@@ -454,12 +440,6 @@ TEST(Recording, ThatNamesAFootTwice) {
   EXPECT_EQ(
       errors_of_recording("left,100,1000,1000\nright,100,1000,1000\nleft,200,1000,1000\n"),
       (messages{":4: column foot: found \"left\" again (as on line 2), expected each foot once"}));
-}
-
-TEST(Recording, ThatNamesAnUnknownFoot) {
-  EXPECT_EQ(errors_of_recording("left,100,1000,1000\nRight,100,1000,1000\n,100,1000,1000\n"),
-            (messages{":3: column foot: found \"Right\", expected one of: left, right",
-                      ":4: column foot: found an empty cell, expected one of: left, right"}));
 }
 
 TEST(Recording, ThatLacksAFootOfTheCycles) {
@@ -548,18 +528,6 @@ TEST(FootCycles, WithSamplesInTheWrongOrder) {
       errors_of_foot_cycles({"left,0,100,99,1", "right,0,100,100,1"}),
       (messages{
           ":2: column last_sample: found \"99\", expected at least the first sample, \"100\""}));
-}
-
-TEST(FootCycles, WithSamplesThatAreNone) {
-  EXPECT_EQ(
-      errors_of_foot_cycles({"left,0,-1,99.5,1", "right,-1,,2147483648,1"}),
-      (messages{
-          ":2: column first_sample: found \"-1\", expected a whole number from 0 to 2147483647",
-          ":2: column last_sample: found \"99.5\", expected a whole number without decimals",
-          ":3: column index: found \"-1\", expected a whole number from 0 to 2147483647",
-          ":3: column first_sample: found an empty cell, expected a whole number",
-          ":3: column last_sample: found \"2147483648\", expected a whole number from 0 to "
-          "2147483647"}));
 }
 
 TEST(FootCycles, BeyondALimitAreCounted) {

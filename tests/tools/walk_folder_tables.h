@@ -21,6 +21,9 @@ namespace walk_folder_tests {
 using tool_tests::temporary_folder;
 using messages = std::vector<std::string>;
 
+inline constexpr std::size_t foot_cycles_columns =
+    gait_walk::columns<gait_walk::foot_cycle_row>.size();
+
 // An exception while these are made ends the tests, as it should.
 // NOLINTBEGIN(cert-err58-cpp)
 inline const std::string recording_header = "foot,sampling_rate,signal_1_samples,signal_2_samples";
@@ -35,8 +38,7 @@ inline const std::string feet_cycles_header = "index,gct,ds,right_index,left_ind
 inline const std::string exclusions_header = "cycles,list,index,reason";
 
 /// The cells from gct on of a cycle of which nothing else was measured.
-inline const std::string only_gct =
-    ",1.25" + std::string(gait_walk::columns<gait_walk::foot_cycle_row>.size() - 6, ',') + "\n";
+inline const std::string only_gct = ",1.25" + std::string(foot_cycles_columns - 6, ',') + "\n";
 // NOLINTEND(cert-err58-cpp)
 
 /// Two cycles of each foot and two of both, lines 2 to 5 and 2 to 3 of their tables.
