@@ -3,6 +3,7 @@
 /// faults.
 
 #include "walk_folder.h"
+#include "analysis.h"
 
 #include <gait/generate_statistics.h>
 
@@ -26,7 +27,7 @@
 namespace {
 
 using fuzz::check;
-using gait_walk::side;
+using gait_walk::analysed_cycles;
 using walk_folder_tests::tables;
 
 constexpr std::size_t faults_per_table = 20;
@@ -101,7 +102,7 @@ std::size_t lines_of(const std::string& text) {
   return lines;
 }
 
-void check_place(const gait_walk::fault& fault, const table_texts& texts) {
+void check_place(const gait_walk::input_error& fault, const table_texts& texts) {
   for (std::size_t i = 0; i < table_names.size(); ++i) {
     if (fault.file == std::string("w/") + table_names[i]) {
       check(fault.line <= (texts[i] ? lines_of(*texts[i]) : 0),
@@ -125,9 +126,9 @@ bool acts_on_a_terminal(const std::string& text) {
   return false;
 }
 
-void check_faults(const std::vector<gait_walk::fault>& faults, const table_texts& texts) {
+void check_faults(const std::vector<gait_walk::input_error>& faults, const table_texts& texts) {
   std::map<std::string, std::size_t> count;
-  for (const gait_walk::fault& fault : faults) {
+  for (const gait_walk::input_error& fault : faults) {
     const std::string message = fault.message();
     check(!fault.text.empty(), "a fault says what is wrong");
     check(!acts_on_a_terminal(message), "a message holds nothing that acts on a terminal");
@@ -164,17 +165,18 @@ void check_contract(const gait_result& result, bool both_feet) {
   }
 }
 
-void analyse(const gait_walk::walk& walk, std::optional<side> only) {
-  const std::vector<gait_walk::fault> faults = gait_walk::check_analysis(walk, only, "w");
+void analyse(const gait_walk::walk& walk, analysed_cycles asked_for) {
+  const std::vector<gait_walk::input_error> faults =
+      gait_walk::check_analysis(walk, asked_for, "w");
   if (!faults.empty()) {
-    for (const gait_walk::fault& fault : faults) {
+    for (const gait_walk::input_error& fault : faults) {
       check(!fault.text.empty() && !fault.file.empty(),
             "what keeps a walk from being analysed is said");
     }
     return;
   }
-  gait_walk::analysis analysis = gait_walk::make_analysis(walk, only);
-  check_contract(analysis.result, !only && walk.left && walk.right);
+  gait_walk::analysis analysis = gait_walk::make_analysis(walk, asked_for);
+  check_contract(analysis.result, gait_walk::cycles_of(walk, asked_for) == analysed_cycles::feet);
   gait_generate_statistics(analysis.result, {});
   check(!analysis.result.statistics.info.cycles.empty(), "an analysis has cycles to include");
 }
@@ -198,13 +200,13 @@ extern "C" int LLVMFuzzerTestOneInput(const std::uint8_t* bytes, std::size_t siz
     const gait_walk::read_result read_walk = read(texts);
     check_faults(read_walk.warnings, texts);
     check(read_walk.walk.left || read_walk.walk.right, "a walk has a foot");
-    analyse(read_walk.walk, std::nullopt);
-    analyse(read_walk.walk, side::left);
-    analyse(read_walk.walk, side::right);
+    analyse(read_walk.walk, analysed_cycles::feet);
+    analyse(read_walk.walk, analysed_cycles::left);
+    analyse(read_walk.walk, analysed_cycles::right);
     check_written(read_walk.walk);
   } catch (const gait_walk::walk_error& error) {
-    check(!error.faults().empty(), "a walk that is refused has a fault");
-    check_faults(error.faults(), texts);
+    check(!error.errors().empty(), "a walk that is refused has a fault");
+    check_faults(error.errors(), texts);
   }
   return 0;
 }

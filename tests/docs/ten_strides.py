@@ -1,4 +1,5 @@
-"""The quartiles of docs/definitions.md's ten strides, by numpy: by the library's definition, and by numpy's own."""
+"""The quartiles of docs/definitions.md's ten strides by numpy: by the library's definition, and by
+numpy's own."""
 
 import numpy
 

@@ -4,7 +4,7 @@
 set -euo pipefail
 
 cmake -S "$1" -B "$2" -DGAIT_BUILD_TESTS=ON -DGAIT_BUILD_TOOLS=OFF "${@:3}"
-if grep "file(INSTALL" "$2/tools/gait_statistics/cmake_install.cmake"; then
+if grep "file(INSTALL" "$2/tools/program/cmake_install.cmake"; then
   echo "The program would be installed, although GAIT_BUILD_TOOLS is off." >&2
   exit 1
 fi

@@ -14,8 +14,8 @@ import sys
 
 
 def run(program, *arguments):
-    result = subprocess.run([program, *map(str, arguments)], stdout=subprocess.PIPE, stderr=subprocess.PIPE, encoding="utf-8",
-                            check=False)
+    result = subprocess.run([program, *map(str, arguments)], capture_output=True,
+                            encoding="utf-8", check=False)
     assert result.returncode == 0, f"{arguments}: exit code {result.returncode}\n{result.stderr}"
     return result.stdout
 
@@ -32,8 +32,10 @@ def check_accounting(walk):
     info = walk["info"]
     assert 0 < len(info["cycles"]) <= info["cycle_count"]
     assert info["excluded_count"] == info["cycle_count"] - len(info["cycles"])
-    assert info["included_count"] == info["cycle_count"] - info["excluded_1_count"] - info["excluded_2_count"]
-    assert info["cycles"] == sorted(set(info["cycles"])) and info["cycles"][-1] < info["cycle_count"]
+    excluded = info["excluded_1_count"] + info["excluded_2_count"]
+    assert info["included_count"] == info["cycle_count"] - excluded
+    assert info["cycles"] == sorted(set(info["cycles"]))
+    assert info["cycles"][-1] < info["cycle_count"]
     assert 0 < info["duration"] <= info["recording_duration"]
     assert 0 < info["included_gct_sum"] and info["included_duration"] <= info["duration"]
     assert 0 <= info["included_distance"] <= info["total_distance"]
@@ -42,25 +44,29 @@ def check_accounting(walk):
 def check_statistics(parameter):
     mean, low, high = parameter["mean"], parameter["min"], parameter["max"]
     assert parameter["n"] == sum(value is not None for value in parameter["values"]), parameter
-    assert parameter["valid"] == (parameter["n"] > 0 or parameter["parameter"] == "asymmetry"), parameter
+    is_asymmetry = parameter["parameter"] == "asymmetry"
+    assert parameter["valid"] == (parameter["n"] > 0 or is_asymmetry), parameter
     if low is not None:
         assert low <= parameter["median"] <= high and low - 1e-9 <= mean <= high + 1e-9, parameter
         assert parameter["std"] >= 0 and parameter["iqr"] >= 0, parameter
 
 
 def check_no_missing_number(walk, table, report):
-    """A statistic that is null is an empty cell in CSV and a dash in the report; -1 stands nowhere for it."""
+    """A statistic that is null is an empty cell in CSV and a dash in the report, and never -1."""
     for row in csv.DictReader(io.StringIO(table)):
         for column in ("mean", "median", "std", "iqr", "min", "max", "cv", "asymmetry"):
             assert row[column] != "-1", row
     shown = rows_of(report)
-    measured = {p["description"]: [] for p in walk["parameters"].values() if p["parameter"] != "asymmetry"}
+    measured = {p["description"]: [] for p in walk["parameters"].values()
+                if p["parameter"] != "asymmetry"}
     for parameter in walk["parameters"].values():
         if parameter["parameter"] != "asymmetry":
             measured[parameter["description"]].append(parameter)
-    measured = {name: sides for name, sides in measured.items() if any(side["valid"] for side in sides)}
+    measured = {name: sides for name,
+                sides in measured.items() if any(side["valid"] for side in sides)}
     assert len(shown) == len(measured), (len(shown), len(measured))
-    statistics = ["mean", "std", "median", "iqr", "min", "max", "cv"] + (["asymmetry"] if walk["analysed"] == "both feet" else [])
+    statistics = ["mean", "std", "median", "iqr", "min", "max",
+                  "cv"] + (["asymmetry"] if walk["analysed"] == "both feet" else [])
     for line, (name, sides) in zip(shown, measured.items()):
         assert line.startswith("  " + name), (line, name)
         expected = [side[statistic] is None for statistic in statistics for side in sides]
@@ -75,7 +81,8 @@ def check(program, walk, *arguments):
         check_statistics(parameter)
     check_no_missing_number(data, run(program, "--format", "csv", *arguments, walk),
                             run(program, "--width", "1000", *arguments, walk))
-    print(f"{walk.name}: {data['analysed']}, {data['info']['cycle_count']} cycles, {len(data['info']['cycles'])} in the statistics")
+    print(f"{walk.name}: {data['analysed']}, {data['info']['cycle_count']} cycles, "
+          f"{len(data['info']['cycles'])} in the statistics")
 
 
 def main(program, folder):
@@ -86,7 +93,8 @@ def main(program, folder):
     assert walks, f"{folder} holds no walk"
     for walk in walks:
         check(program, walk)
-        feet = {row["foot"] for row in csv.DictReader(io.StringIO((walk / "recording.csv").read_text(encoding="utf-8-sig")))}
+        recording = (walk / "recording.csv").read_text(encoding="utf-8-sig")
+        feet = {row["foot"] for row in csv.DictReader(io.StringIO(recording))}
         for foot in sorted(feet):
             check(program, walk, "--foot", foot)
     return 0

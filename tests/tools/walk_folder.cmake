@@ -2,7 +2,7 @@
 add_executable(walk_folder_test
   walk_folder_analysis_test.cpp
   walk_folder_csv_test.cpp
-  walk_folder_faults_test.cpp
+  walk_folder_input_errors_test.cpp
   walk_folder_hostile_test.cpp
   walk_folder_test.cpp)
 target_include_directories(walk_folder_test PRIVATE ${PROJECT_SOURCE_DIR}/tests/library)

@@ -1,3 +1,4 @@
+#include "analysis.h"
 #include "walk_folder_tables.h"
 
 #include <gait/generate_statistics.h>
@@ -6,7 +7,6 @@
 
 #include <iterator>
 #include <list>
-#include <optional>
 #include <stdexcept>
 #include <string>
 #include <utility>
@@ -14,10 +14,10 @@
 namespace {
 
 using namespace walk_folder_tests;
+using gait_walk::analysed_cycles;
 using gait_walk::analysis;
 using gait_walk::check_analysis;
 using gait_walk::make_analysis;
-using gait_walk::side;
 using gait_walk::walk;
 
 walk walk_of(const tables& text) { return read(text).walk; }
@@ -66,7 +66,7 @@ TEST(Analysis, GivesEachFootItsRecording) {
 }
 
 TEST(Analysis, OfOneFootHoldsThatFootAlone) {
-  const analysis analysis = make_analysis(walk_of({}), side::right);
+  const analysis analysis = make_analysis(walk_of({}), analysed_cycles::right);
   ASSERT_EQ(analysis.result.foot_results.size(), 1U);
   EXPECT_EQ(analysis.result.foot_results[0].cycles.front().first_sample, 50);
   EXPECT_EQ(analysis.result.foot_results[0].recording, &analysis.recordings.front());
@@ -83,7 +83,7 @@ TEST(Analysis, TakesTheOnlyFootThereIs) {
 
 TEST(Analysis, RefusesAFootThatTheWalkLacks) {
   const walk walk = walk_of(left_foot_only());
-  EXPECT_THROW(make_analysis(walk, side::right), std::invalid_argument);
+  EXPECT_THROW(make_analysis(walk, analysed_cycles::right), std::invalid_argument);
   EXPECT_THROW(make_analysis({}), std::invalid_argument);
 }
 
@@ -102,9 +102,9 @@ TEST(Analysis, KeepsTheListsOfItsOwnModeInOrder) {
 
 TEST(Analysis, LeavesTheListsOfOtherModesOut) {
   const walk walk = walk_with_exclusions(exclusions_of_all_kinds);
-  EXPECT_EQ(make_analysis(walk, side::left).result.excluded_1, (std::list<int>{1}));
-  EXPECT_TRUE(make_analysis(walk, side::left).result.excluded_2.empty());
-  EXPECT_EQ(make_analysis(walk, side::right).result.excluded_2, (std::list<int>{0}));
+  EXPECT_EQ(make_analysis(walk, analysed_cycles::left).result.excluded_1, (std::list<int>{1}));
+  EXPECT_TRUE(make_analysis(walk, analysed_cycles::left).result.excluded_2.empty());
+  EXPECT_EQ(make_analysis(walk, analysed_cycles::right).result.excluded_2, (std::list<int>{0}));
 }
 
 TEST(Analysis, StaysWholeWhenItIsMoved) {
@@ -121,10 +121,10 @@ TEST(Analysis, StaysWholeWhenItIsMoved) {
 }
 
 TEST(Analysis, TakesTheStridesOfAWalkThatIsMovedIn) {
-  for (const std::optional<side> only : {std::optional<side>(), std::optional(side::left)}) {
+  for (const auto asked_for : {analysed_cycles::feet, analysed_cycles::left}) {
     walk walk = walk_of({});
     const gait_foot_cycle* first_stride = &walk.left->cycles.front();
-    const analysis analysis = make_analysis(std::move(walk), only);
+    const analysis analysis = make_analysis(std::move(walk), asked_for);
     EXPECT_EQ(&analysis.result.foot_results.front().cycles.front(), first_stride);
   }
 }
@@ -136,36 +136,37 @@ TEST(Analysis, LeavesAWalkThatIsNotMovedAsItIs) {
 }
 
 TEST(CheckAnalysis, HasNothingToSayAboutAWalkWithIncludedCycles) {
-  EXPECT_EQ(messages_of(check_analysis(walk_of({}), std::nullopt, "w")), messages{});
-  EXPECT_EQ(messages_of(check_analysis(walk_of(left_foot_only()), std::nullopt, "w")), messages{});
+  EXPECT_EQ(messages_of(check_analysis(walk_of({}), analysed_cycles::feet, "w")), messages{});
+  EXPECT_EQ(messages_of(check_analysis(walk_of(left_foot_only()), analysed_cycles::feet, "w")),
+            messages{});
 }
 
 TEST(CheckAnalysis, ReportsThatNoCycleIsLeft) {
   const walk walk = walk_with_exclusions("feet,excluded_1,1,\nfeet,excluded_2,0,\n");
-  EXPECT_EQ(messages_of(check_analysis(walk, std::nullopt, "some/w")),
+  EXPECT_EQ(messages_of(check_analysis(walk, analysed_cycles::feet, "some/w")),
             (messages{"some/w/exclusions.csv: found all 2 cycles of \"feet\" excluded, expected at "
                       "least one to be left"}));
-  EXPECT_EQ(messages_of(check_analysis(walk, side::left, "w")), messages{});
+  EXPECT_EQ(messages_of(check_analysis(walk, analysed_cycles::left, "w")), messages{});
 }
 
 TEST(CheckAnalysis, ReportsThatNoCycleOfTheOneFootIsLeft) {
   const walk walk = walk_with_exclusions("left,excluded_1,0,\nleft,excluded_1,1,\n");
-  EXPECT_EQ(messages_of(check_analysis(walk, side::left, "w/")),
+  EXPECT_EQ(messages_of(check_analysis(walk, analysed_cycles::left, "w/")),
             (messages{"w/exclusions.csv: found all 2 cycles of \"left\" excluded, expected at "
                       "least one to be left"}));
-  EXPECT_EQ(messages_of(check_analysis(walk, std::nullopt, "w")), messages{});
-  EXPECT_EQ(messages_of(check_analysis(walk, side::right, "w")), messages{});
+  EXPECT_EQ(messages_of(check_analysis(walk, analysed_cycles::feet, "w")), messages{});
+  EXPECT_EQ(messages_of(check_analysis(walk, analysed_cycles::right, "w")), messages{});
 }
 
 TEST(CheckAnalysis, DoesNotCountFallbackListsOrIndicesOutOfRange) {
   const walk walk = walk_with_exclusions(
       "feet,excluded_1,0,\nfeet,excluded_1,2,\nfeet,excluded_1,-1,\nfeet,excluded_1_fallback,1,\n"
       "feet,excluded_2_fallback,1,\n");
-  EXPECT_EQ(messages_of(check_analysis(walk, std::nullopt, "w")), messages{});
+  EXPECT_EQ(messages_of(check_analysis(walk, analysed_cycles::feet, "w")), messages{});
 }
 
 TEST(CheckAnalysis, ReportsAFootThatTheWalkLacks) {
-  EXPECT_EQ(messages_of(check_analysis(walk_of(left_foot_only()), side::right, "w")),
+  EXPECT_EQ(messages_of(check_analysis(walk_of(left_foot_only()), analysed_cycles::right, "w")),
             (messages{"w/recording.csv: column foot: found no right foot, expected the foot that "
                       "is to be analysed"}));
 }

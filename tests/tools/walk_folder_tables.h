@@ -4,6 +4,7 @@
 /// \file
 /// A small walk as the text of its tables, to be spoilt in one place by each test.
 
+#include "columns.h"
 #include "temporary_folder.h"
 #include "walk_folder.h"
 
@@ -20,19 +21,24 @@ namespace walk_folder_tests {
 using tool_tests::temporary_folder;
 using messages = std::vector<std::string>;
 
+inline constexpr std::size_t foot_cycles_columns =
+    gait_walk::columns<gait_walk::foot_cycle_row>.size();
+
 // An exception while these are made ends the tests, as it should.
 // NOLINTBEGIN(cert-err58-cpp)
 inline const std::string recording_header = "foot,sampling_rate,signal_1_samples,signal_2_samples";
-inline const std::string foot_cycles_header =
-    "foot,index,first_sample,last_sample,hs,gct,swing,stance,contact,cadence,ldr,ffr,pur,slength,"
-    "swidth,path_length,speed,ta,"
-    "peakswing,top,hsp,step_time,step_length,strike_eversion,max_hc,min_tc,max_tc1,max_tc2,mtc_"
-    "speed,impact_vert,impact_hor";
+inline const std::string foot_cycles_header = [] {
+  std::string names;
+  for (const auto& column : gait_walk::columns<gait_walk::foot_cycle_row>) {
+    names += (names.empty() ? "" : ",") + std::string(column.name);
+  }
+  return names;
+}();
 inline const std::string feet_cycles_header = "index,gct,ds,right_index,left_index";
 inline const std::string exclusions_header = "cycles,list,index,reason";
 
 /// The cells from gct on of a cycle of which nothing else was measured.
-inline const std::string only_gct = ",1.25" + std::string(25, ',') + "\n";
+inline const std::string only_gct = ",1.25" + std::string(foot_cycles_columns - 6, ',') + "\n";
 // NOLINTEND(cert-err58-cpp)
 
 /// Two cycles of each foot and two of both, lines 2 to 5 and 2 to 3 of their tables.
@@ -83,27 +89,27 @@ inline gait_walk::read_result read(const tables& walk,
                                      options);
 }
 
-inline messages messages_of(const std::vector<gait_walk::fault>& faults) {
+inline messages messages_of(const std::vector<gait_walk::input_error>& errors) {
   messages all;
-  for (const auto& fault : faults) {
-    all.push_back(fault.message());
+  for (const auto& error : errors) {
+    all.push_back(error.message());
   }
   return all;
 }
 
 /// The messages of what `call` throws; none if it throws nothing.
 template <class Call>
-messages faults_thrown_by(Call call) {
+messages errors_thrown_by(Call call) {
   try {
     call();
   } catch (const gait_walk::walk_error& error) {
-    return messages_of(error.faults());
+    return messages_of(error.errors());
   }
   return {};
 }
 
-inline messages faults_of(const tables& walk, const gait_walk::read_options& options = {}) {
-  return faults_thrown_by([&] { read(walk, options); });
+inline messages errors_of(const tables& walk, const gait_walk::read_options& options = {}) {
+  return errors_thrown_by([&] { read(walk, options); });
 }
 
 /// The warnings about a walk that can be read.

@@ -118,14 +118,16 @@ inline constexpr std::array<typical_value, 16> stride_values = {{
     {&gait_foot_cycle::impact_hor,        3.6,    0.5,     0.1,     2.4,    3},
 }};
 
-/// How much of the turn lies in each of its steps: 1 is a step that turns by 50 degrees, 3.6 in all are 180 degrees.
+/// How much of the turn lies in each of its steps: 1 is a step that turns by 50 degrees, 3.6 in all
+/// are 180 degrees.
 inline constexpr std::array<double, 6> turn_shape = {0.2, 0.6, 1.0, 1.0, 0.6, 0.2};
 
 struct slowed_step {
   double time;    ///< factor of the step duration
   double length;  ///< factor of the step length
 };
-inline constexpr slowed_step start_or_stop = {1.25, 0.60};  ///< the outermost step; the one beside it is half as much
+/// The outermost step; the one beside it is slowed half as much.
+inline constexpr slowed_step start_or_stop = {1.25, 0.60};
 inline constexpr slowed_step stumble       = {1.30, 0.60};
 // clang-format on
 

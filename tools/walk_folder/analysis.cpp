@@ -1,6 +1,7 @@
+#include "analysis.h"
+
 #include "columns.h"
-#include "walk.h"
-#include "walk_folder.h"
+#include "names.h"
 
 #include <algorithm>
 #include <stdexcept>
@@ -35,7 +36,7 @@ void add_foot(foot foot, analysis& analysis) {
   analysis.result.foot_results.push_back({std::move(foot.cycles), &analysis.recordings.back()});
 }
 
-/// The cycles of a foot by index. A list is walked once for all links, not once for each.
+/// The cycles of a foot by index. The list is traversed once for all links, not once for each.
 std::vector<gait_foot_cycle*> by_index(gait_foot_result& foot) {
   std::vector<gait_foot_cycle*> cycles;
   cycles.reserve(foot.cycles.size());
@@ -93,16 +94,15 @@ bool keeps_any(const walk& walk, analysed_cycles cycles, std::size_t count) {
 
 }  // namespace
 
-analysed_cycles cycles_of(const walk& walk, std::optional<side> only) {
-  if (!only && walk.left && walk.right) {
-    return analysed_cycles::feet;
+analysed_cycles cycles_of(const walk& walk, analysed_cycles asked_for) {
+  if (asked_for != analysed_cycles::feet || (walk.left && walk.right)) {
+    return asked_for;
   }
-  return only.value_or(walk.left ? side::left : side::right) == side::left ? analysed_cycles::left
-                                                                           : analysed_cycles::right;
+  return walk.left ? analysed_cycles::left : analysed_cycles::right;
 }
 
-analysis make_analysis(walk walk, std::optional<side> only) {
-  const analysed_cycles cycles = cycles_of(walk, only);
+analysis make_analysis(walk walk, analysed_cycles asked_for) {
+  const analysed_cycles cycles = cycles_of(walk, asked_for);
   const side foot = needed_foot(cycles);
   if (!foot_of(walk, foot)) {
     throw std::invalid_argument("the walk has no " + std::string(name_of(foot)) + " foot");
@@ -125,9 +125,9 @@ analysis make_analysis(walk walk, std::optional<side> only) {
   return analysis;
 }
 
-std::vector<fault> check_analysis(const walk& walk, std::optional<side> only,
-                                  const std::string& folder) {
-  const analysed_cycles cycles = cycles_of(walk, only);
+std::vector<input_error> check_analysis(const walk& walk, analysed_cycles asked_for,
+                                        const std::string& folder) {
+  const analysed_cycles cycles = cycles_of(walk, asked_for);
   const side foot = needed_foot(cycles);
   if (!foot_of(walk, foot)) {
     return {{table_file<recording_row>(folder), 0, "foot",
@@ -144,9 +144,9 @@ std::vector<fault> check_analysis(const walk& walk, std::optional<side> only,
   return {};
 }
 
-std::vector<fault> analysis_warnings(const walk& walk, std::optional<side> only,
-                                     const std::string& folder) {
-  const analysed_cycles cycles = cycles_of(walk, only);
+std::vector<input_error> analysis_warnings(const walk& walk, analysed_cycles asked_for,
+                                           const std::string& folder) {
+  const analysed_cycles cycles = cycles_of(walk, asked_for);
   const auto is_of_another = [&](const exclusion& exclusion) { return exclusion.cycles != cycles; };
   if (walk.exclusions.empty() ||
       !std::all_of(walk.exclusions.begin(), walk.exclusions.end(), is_of_another)) {

@@ -1,11 +1,12 @@
 #include "cell.h"
 
 #include "csv_table.h"
-#include "utf8.h"
+#include "number_text.h"
+
+#include <utf8.h>
 
 #include <algorithm>
 #include <array>
-#include <charconv>
 #include <cmath>
 #include <limits>
 #include <stdexcept>
@@ -15,16 +16,13 @@ namespace gait_walk {
 
 namespace {
 
-/// std::from_chars on the whole cell, which may begin with a plus sign; a cell with anything behind
-/// the number is std::errc::invalid_argument.
+/// read_number() of a cell, which may begin with a plus sign.
 template <class Number>
 std::errc parse(std::string_view cell, Number& value) {
   if (cell.size() > 1 && cell[0] == '+' && cell[1] != '-') {
     cell.remove_prefix(1);
   }
-  const char* const end = cell.data() + cell.size();
-  const auto [last, error] = std::from_chars(cell.data(), end, value);
-  return last == end ? error : std::errc::invalid_argument;
+  return read_number(cell, value);
 }
 
 /// parse() that takes no form of "nan" for a number.
@@ -64,13 +62,6 @@ std::string read_whole(std::string_view cell, Whole lowest, Whole& value) {
     return found(cell) + ", expected a whole number without a comma";
   }
   return found(cell) + ", expected a whole number";
-}
-
-template <class Number>
-std::string digits_of(Number value) {
-  std::array<char, 32> digits{};
-  const auto result = std::to_chars(digits.data(), digits.data() + digits.size(), value);
-  return {digits.data(), result.ptr};
 }
 
 }  // namespace
@@ -146,21 +137,17 @@ std::string to_cell(double value) {
   if (!std::isfinite(value)) {
     throw std::invalid_argument("a walk folder cannot hold infinities or NaN");
   }
-  return digits_of(value);
+  return text_of(value);
 }
 
-std::string to_cell(int value) { return digits_of(value); }
-std::string to_cell(std::uint64_t value) { return digits_of(value); }
+std::string to_cell(int value) { return text_of(value); }
+std::string to_cell(std::uint64_t value) { return text_of(value); }
 std::string to_cell(const std::optional<int>& value) {
-  return value ? digits_of(*value) : std::string();
+  return value ? text_of(*value) : std::string();
 }
 
 std::string to_cell(const std::string& value) {
-  utf8_check utf8;
-  const bool is_text = std::all_of(value.begin(), value.end(), [&](char c) {
-    return c != '\0' && utf8.accept(static_cast<unsigned char>(c));
-  });
-  if (!is_text || !utf8.complete()) {
+  if (!utf8::is_valid(value) || value.find('\0') != std::string::npos) {
     throw std::invalid_argument("a walk folder cannot hold a text that is not UTF-8");
   }
   return csv_cell(value);

@@ -5,7 +5,8 @@
 /// Cells as values, and values as cells. The locale of the program has no say in either.
 
 #include "columns.h"
-#include "fault.h"
+#include "names.h"
+#include "shown_text.h"
 
 #include <cstdint>
 #include <optional>
@@ -27,15 +28,15 @@ std::string read_cell(std::string_view cell, const whole_limits& limits, std::st
 
 template <class Name>
 std::string read_cell(std::string_view cell, const whole_limits& /*limits*/, Name& value) {
-  std::string known;
-  for (const auto& [named, name] : names<Name>) {
-    if (cell == name) {
-      value = named;
-      return {};
-    }
-    known += (known.empty() ? "" : ", ") + std::string(name);
+  if (const auto known = value_named<Name>(cell)) {
+    value = *known;
+    return {};
   }
-  return found(cell) + ", expected one of: " + known;
+  std::string all;
+  for (const auto& entry : names<Name>) {
+    all += (all.empty() ? "" : ", ") + std::string(entry.name);
+  }
+  return found(cell) + ", expected one of: " + all;
 }
 
 // The cells that read_cell() reads back as the same value. Throws std::invalid_argument for a value

@@ -15,43 +15,10 @@
 #include <optional>
 #include <string>
 #include <string_view>
+#include <utility>
 #include <variant>
 
 namespace gait_walk {
-
-/// The words for the values of an enumeration.
-template <class Value>
-struct named {
-  Value value;
-  std::string_view name;
-};
-
-template <class Value>
-inline constexpr std::array<named<Value>, 0> names = {};
-template <>
-inline constexpr std::array<named<side>, 2> names<side> = {
-    {{side::left, "left"}, {side::right, "right"}}};
-template <>
-inline constexpr std::array<named<analysed_cycles>, 3> names<analysed_cycles> = {
-    {{analysed_cycles::feet, "feet"},
-     {analysed_cycles::left, "left"},
-     {analysed_cycles::right, "right"}}};
-template <>
-inline constexpr std::array<named<exclusion_list>, 4> names<exclusion_list> = {
-    {{exclusion_list::excluded_1, "excluded_1"},
-     {exclusion_list::excluded_1_fallback, "excluded_1_fallback"},
-     {exclusion_list::excluded_2, "excluded_2"},
-     {exclusion_list::excluded_2_fallback, "excluded_2_fallback"}}};
-
-template <class Value>
-constexpr std::string_view name_of(Value value) {
-  for (const auto& entry : names<Value>) {
-    if (entry.value == value) {
-      return entry.name;
-    }
-  }
-  return {};
-}
 
 struct recording_row {
   side foot = side::left;
@@ -78,90 +45,109 @@ struct whole_limits {
 /// One column: its name in the header line, and the member of the row that it fills.
 template <class Row>
 struct column {
+  using row_member =
+      std::variant<double Row::*, int Row::*, std::uint64_t Row::*, std::optional<int> Row::*,
+                   side Row::*, analysed_cycles Row::*, exclusion_list Row::*, std::string Row::*>;
+
+  template <class Value, class Base>
+  constexpr column(std::string_view its_name, Value Base::*filled, whole_limits its_limits = {})
+      : name(its_name), member(static_cast<Value Row::*>(filled)), limits(its_limits) {}
+
   std::string_view name;
-  std::variant<double Row::*, int Row::*, std::uint64_t Row::*, std::optional<int> Row::*,
-               side Row::*, analysed_cycles Row::*, exclusion_list Row::*, std::string Row::*>
-      member;
-  whole_limits limits = {};
+  row_member member;
+  whole_limits limits;
 };
 
+// Braced rows are counted by the compiler only where they make an array of C.
+// NOLINTBEGIN(modernize-avoid-c-arrays)
+template <class Row, std::size_t Count, std::size_t... Place>
+constexpr auto array_of(const column<Row> (&columns)[Count],
+                        std::index_sequence<Place...> /*all*/) {
+  return std::array<column<Row>, Count>{columns[Place]...};
+}
+
+/// The columns of a table, in their order; as many as there are.
+template <class Row, std::size_t Count>
+constexpr auto table_of(const column<Row> (&columns)[Count]) {
+  return array_of(columns, std::make_index_sequence<Count>{});
+}
+// NOLINTEND(modernize-avoid-c-arrays)
+
 template <class Row>
-inline constexpr std::array<column<Row>, 0> columns = {};
+struct row_without_table {
+  static_assert(sizeof(Row) == 0,
+                "this row has no table: specialise columns and table_name for it");
+};
+
+/// The columns of a row's table.
+template <class Row>
+inline constexpr row_without_table<Row> columns = {};
+
+/// The file of a row's table in a walk folder.
+template <class Row>
+inline constexpr row_without_table<Row> table_name = {};
 
 template <>
-inline constexpr std::array<column<recording_row>, 4> columns<recording_row> = {{
+inline constexpr auto columns<recording_row> = table_of<recording_row>({
     {"foot", &recording_row::foot},
     {"sampling_rate", &recording_row::sampling_rate, {1}},
     {"signal_1_samples", &recording_row::signal_1_samples},
     {"signal_2_samples", &recording_row::signal_2_samples},
-}};
-
-/// A member of gait_foot_cycle as a member of the row that holds one.
-template <class Value>
-constexpr Value foot_cycle_row::*of_cycle(Value gait_foot_cycle::*member) {
-  return member;
-}
+});
 
 template <>
-inline constexpr std::array<column<foot_cycle_row>, 31> columns<foot_cycle_row> = {{
+inline constexpr auto columns<foot_cycle_row> = table_of<foot_cycle_row>({
     {"foot", &foot_cycle_row::foot},
-    {"index", of_cycle(&gait_foot_cycle::index)},
-    {"first_sample", of_cycle(&gait_foot_cycle::first_sample)},
-    {"last_sample", of_cycle(&gait_foot_cycle::last_sample)},
-    {"hs", of_cycle(&gait_foot_cycle::hs)},
-    {"gct", of_cycle(&gait_foot_cycle::gct)},
-    {"swing", of_cycle(&gait_foot_cycle::swing)},
-    {"stance", of_cycle(&gait_foot_cycle::stance)},
-    {"contact", of_cycle(&gait_foot_cycle::contact)},
-    {"cadence", of_cycle(&gait_foot_cycle::cadence)},
-    {"ldr", of_cycle(&gait_foot_cycle::ldr)},
-    {"ffr", of_cycle(&gait_foot_cycle::ffr)},
-    {"pur", of_cycle(&gait_foot_cycle::pur)},
-    {"slength", of_cycle(&gait_foot_cycle::slength)},
-    {"swidth", of_cycle(&gait_foot_cycle::swidth)},
-    {"path_length", of_cycle(&gait_foot_cycle::path_length)},
-    {"speed", of_cycle(&gait_foot_cycle::speed)},
-    {"ta", of_cycle(&gait_foot_cycle::ta)},
-    {"peakswing", of_cycle(&gait_foot_cycle::peakswing)},
-    {"top", of_cycle(&gait_foot_cycle::top)},
-    {"hsp", of_cycle(&gait_foot_cycle::hsp)},
-    {"step_time", of_cycle(&gait_foot_cycle::step_time)},
-    {"step_length", of_cycle(&gait_foot_cycle::step_length)},
-    {"strike_eversion", of_cycle(&gait_foot_cycle::strike_eversion)},
-    {"max_hc", of_cycle(&gait_foot_cycle::max_hc)},
-    {"min_tc", of_cycle(&gait_foot_cycle::min_tc)},
-    {"max_tc1", of_cycle(&gait_foot_cycle::max_tc1)},
-    {"max_tc2", of_cycle(&gait_foot_cycle::max_tc2)},
-    {"mtc_speed", of_cycle(&gait_foot_cycle::mtc_speed)},
-    {"impact_vert", of_cycle(&gait_foot_cycle::impact_vert)},
-    {"impact_hor", of_cycle(&gait_foot_cycle::impact_hor)},
-}};
-
-template <class Value>
-constexpr Value feet_cycle_row::*of_feet(Value feet_cycle::*member) {
-  return member;
-}
+    {"index", &foot_cycle_row::index},
+    {"first_sample", &foot_cycle_row::first_sample},
+    {"last_sample", &foot_cycle_row::last_sample},
+    {"hs", &foot_cycle_row::hs},
+    {"gct", &foot_cycle_row::gct},
+    {"swing", &foot_cycle_row::swing},
+    {"stance", &foot_cycle_row::stance},
+    {"contact", &foot_cycle_row::contact},
+    {"cadence", &foot_cycle_row::cadence},
+    {"ldr", &foot_cycle_row::ldr},
+    {"ffr", &foot_cycle_row::ffr},
+    {"pur", &foot_cycle_row::pur},
+    {"slength", &foot_cycle_row::slength},
+    {"swidth", &foot_cycle_row::swidth},
+    {"path_length", &foot_cycle_row::path_length},
+    {"speed", &foot_cycle_row::speed},
+    {"ta", &foot_cycle_row::ta},
+    {"peakswing", &foot_cycle_row::peakswing},
+    {"top", &foot_cycle_row::top},
+    {"hsp", &foot_cycle_row::hsp},
+    {"step_time", &foot_cycle_row::step_time},
+    {"step_length", &foot_cycle_row::step_length},
+    {"strike_eversion", &foot_cycle_row::strike_eversion},
+    {"max_hc", &foot_cycle_row::max_hc},
+    {"min_tc", &foot_cycle_row::min_tc},
+    {"max_tc1", &foot_cycle_row::max_tc1},
+    {"max_tc2", &foot_cycle_row::max_tc2},
+    {"mtc_speed", &foot_cycle_row::mtc_speed},
+    {"impact_vert", &foot_cycle_row::impact_vert},
+    {"impact_hor", &foot_cycle_row::impact_hor},
+});
 
 template <>
-inline constexpr std::array<column<feet_cycle_row>, 5> columns<feet_cycle_row> = {{
+inline constexpr auto columns<feet_cycle_row> = table_of<feet_cycle_row>({
     {"index", &feet_cycle_row::index},
-    {"gct", of_feet(&feet_cycle::gct)},
-    {"ds", of_feet(&feet_cycle::ds)},
-    {"right_index", of_feet(&feet_cycle::right_index)},
-    {"left_index", of_feet(&feet_cycle::left_index)},
-}};
+    {"gct", &feet_cycle_row::gct},
+    {"ds", &feet_cycle_row::ds},
+    {"right_index", &feet_cycle_row::right_index},
+    {"left_index", &feet_cycle_row::left_index},
+});
 
 template <>
-inline constexpr std::array<column<exclusion_row>, 4> columns<exclusion_row> = {{
+inline constexpr auto columns<exclusion_row> = table_of<exclusion_row>({
     {"cycles", &exclusion_row::cycles},
     {"list", &exclusion_row::list},
     // The library allows an index out of range, also a negative one.
     {"index", &exclusion_row::index, {std::numeric_limits<int>::lowest()}},
     {"reason", &exclusion_row::reason},
-}};
+});
 
-template <class Row>
-inline constexpr std::string_view table_name;
 template <>
 inline constexpr std::string_view table_name<recording_row> = "recording.csv";
 template <>
@@ -171,7 +157,7 @@ inline constexpr std::string_view table_name<feet_cycle_row> = "feet_cycles.csv"
 template <>
 inline constexpr std::string_view table_name<exclusion_row> = "exclusions.csv";
 
-/// A table's file in a folder, as faults name it.
+/// A table's file in a folder, as messages name it.
 template <class Row>
 std::string table_file(const std::filesystem::path& folder) {
   return (folder / table_name<Row>).string();

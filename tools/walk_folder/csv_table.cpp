@@ -1,8 +1,7 @@
 #include "csv_table.h"
 
-#include "utf8.h"
-
 #include <csv.h>
+#include <utf8.h>
 
 #include <algorithm>
 #include <exception>
@@ -103,6 +102,7 @@ public:
       row_ended_ = false;
       feed(next_slice());
     } while (!row_ended_ || row.size() == 0);
+    check_utf8();
     return true;
   }
 
@@ -146,7 +146,9 @@ private:
     const std::size_t begin = at_;
     while (at_ < chunk_.size()) {
       const char c = chunk_[at_];
-      check(c);
+      if (c == '\0') {
+        throw table_error(line_, "found a NUL byte, expected text");
+      }
       ++at_;
       if (ends_line(c)) {
         line_ended_ = true;
@@ -155,20 +157,6 @@ private:
       }
     }
     return std::string_view(chunk_).substr(begin, at_ - begin);
-  }
-
-  void check(char c) {
-    if (c == '\0') {
-      throw table_error(line_, "found a NUL byte, expected text");
-    }
-    if (!utf8_.accept(static_cast<unsigned char>(c))) {
-      throw_no_utf8();
-    }
-  }
-
-  [[noreturn]] void throw_no_utf8() const {
-    throw table_error(line_,
-                      "found a byte that is not UTF-8, expected UTF-8: save the table as UTF-8");
   }
 
   void feed(std::string_view slice) {
@@ -191,16 +179,23 @@ private:
   }
 
   bool finish() {
-    if (!utf8_.complete()) {
-      throw_no_utf8();
-    }
     const int failed = csv_fini(&csv_, on_cell, on_row, this);
     rethrow_failure();
     if (failed != 0) {
       throw_parser_error(row_->line,
                          "found a quotation mark that is never closed, expected another one");
     }
+    check_utf8();
     return row_->size() != 0;
+  }
+
+  void check_utf8() const {
+    for (std::size_t cell = 0; cell < row_->size(); ++cell) {
+      if (!utf8::is_valid((*row_)[cell])) {
+        throw table_error(
+            row_->line, "found a byte that is not UTF-8, expected UTF-8: save the table as UTF-8");
+      }
+    }
   }
 
   [[noreturn]] void throw_parser_error(std::size_t line, const char* broken_quoting) {
@@ -238,7 +233,6 @@ private:
   std::string chunk_;
   std::size_t at_ = 0;  ///< in chunk_
   bool begun_ = false;
-  utf8_check utf8_;
 
   std::size_t line_ = 1;
   bool line_ended_ = false;

@@ -2,9 +2,9 @@
 
 #include "cell.h"
 #include "csv_table.h"
+#include "shown_text.h"
 
 #include <algorithm>
-#include <array>
 #include <iterator>
 #include <type_traits>
 #include <utility>
@@ -79,14 +79,14 @@ std::size_t find_column(std::string_view name) {
 }
 
 template <class Row>
-void report_unknown_column(const csv_row& row, std::size_t cell, fault_list& faults) {
+void report_unknown_column(const csv_row& row, std::size_t cell, input_error_list& errors) {
   if (row[cell].empty()) {
-    faults.add(row.line, "",
+    errors.add(row.line, "",
                "found no name for column " + std::to_string(cell + 1) + ", expected one");
     return;
   }
   const std::string_view nearest = nearest_column<Row>(row[cell]);
-  faults.add(row.line, shown(row[cell]),
+  errors.add(row.line, shown(row[cell]),
              "found an unknown column, expected " +
                  (nearest.empty() ? "only " + column_names<Row>() : std::string(nearest)));
 }
@@ -99,8 +99,8 @@ header<Row> read_header(const csv_row& row, table_report& report) {
     header.usable = header.usable || header.column_of_cell.back() != header.no_column;
   }
   if (!header.usable) {
-    report.every_row_known = false;
-    report.faults.add(row.line, "",
+    report.was_read = false;
+    report.errors.add(row.line, "",
                       found(row[0]) + ", expected the header line " + column_names<Row>());
     return header;
   }
@@ -108,9 +108,9 @@ header<Row> read_header(const csv_row& row, table_report& report) {
   for (std::size_t cell = 0; cell < row.size(); ++cell) {
     std::size_t& column = header.column_of_cell[cell];
     if (column == header.no_column) {
-      report_unknown_column<Row>(row, cell, report.faults);
+      report_unknown_column<Row>(row, cell, report.errors);
     } else if (present[column]) {
-      report.faults.add(row.line, columns<Row>[column].name,
+      report.errors.add(row.line, columns<Row>[column].name,
                         "found the column twice, expected it once");
       column = header.no_column;
     } else {
@@ -119,7 +119,7 @@ header<Row> read_header(const csv_row& row, table_report& report) {
   }
   for (std::size_t column = 0; column < columns<Row>.size(); ++column) {
     if (!present[column]) {
-      report.faults.add(row.line, columns<Row>[column].name,
+      report.errors.add(row.line, columns<Row>[column].name,
                         "found no such column, expected it in the header line");
     }
   }
@@ -136,7 +136,7 @@ bool read_column(std::string_view cell, std::size_t line, const column<Row>& col
         auto& value = row.*member;
         std::string complaint = read_cell(cell, column.limits, value);
         if (!complaint.empty()) {
-          report.faults.add(line, column.name, std::move(complaint));
+          report.errors.add(line, column.name, std::move(complaint));
           return false;
         }
         if constexpr (std::is_same_v<decltype(member), double Row::*>) {
@@ -222,8 +222,8 @@ void read_rows(csv_table& table, table_report& report,
                const std::function<void(const checked_row<Row>&)>& use) {
   csv_row cells;
   if (!table.next(cells)) {
-    report.every_row_known = false;
-    report.faults.add(0, "",
+    report.was_read = false;
+    report.errors.add(0, "",
                       "found an empty file, expected the header line " + column_names<Row>());
     return;
   }
@@ -236,7 +236,7 @@ void read_rows(csv_table& table, table_report& report,
       use(read_row<Row>(cells, header, report));
     } else {
       report.every_row_known = false;
-      report.faults.add(cells.line, "",
+      report.errors.add(cells.line, "",
                         "found " + std::to_string(cells.size()) +
                             (cells.size() == 1 ? " cell" : " cells") + ", expected " +
                             std::to_string(header.column_of_cell.size()) +
@@ -251,16 +251,16 @@ template <class Row>
 void read_table(const opened_table& opened, table_report& report,
                 const std::function<void(const checked_row<Row>&)>& use) {
   if (opened.text == nullptr) {
-    report.every_row_known = false;
-    report.faults.add(0, "", opened.complaint);
+    report.was_read = false;
+    report.errors.add(0, "", opened.complaint);
     return;
   }
   try {
     csv_table table(*opened.text);
     read_rows<Row>(table, report, use);
   } catch (const table_error& error) {
-    report.every_row_known = false;
-    report.faults.add(error.line(), "", error.what());
+    report.was_read = false;
+    report.errors.add(error.line(), "", error.what());
   }
 }
 

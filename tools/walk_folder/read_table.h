@@ -5,36 +5,29 @@
 /// One table as rows of values: what can be said about it without the other tables.
 
 #include "columns.h"
-#include "fault.h"
+#include "input_error.h"
+#include "open_table.h"
 
 #include <algorithm>
 #include <bitset>
 #include <cstddef>
 #include <functional>
-#include <istream>
-#include <memory>
-#include <string>
 
 namespace gait_walk {
 
 /// What is said about one table.
 struct table_report {
-  fault_list faults;
-  fault_list warnings;
-  /// Whether every row is known by its foot and index. Where one is not, it may be the very row
-  /// that seems missing.
-  bool every_row_known = true;
+  input_error_list errors;
+  input_error_list warnings;
+  bool was_read = true;         ///< whether it could be opened, and read to its end
+  bool every_row_known = true;  ///< whether each row that was read is known by its foot and index
+
+  /// Whether what no row says is not in the table. Where a row is unknown or unread, it may be the
+  /// very row that seems missing.
+  bool is_complete() const { return was_read && every_row_known; }
 };
 
-/// A table to be read, or the reason why it cannot be.
-struct opened_table {
-  std::istream* text = nullptr;
-  std::unique_ptr<std::istream> owned;
-  std::string complaint;
-  bool missing = false;
-};
-
-/// A row whose cells were read: the members whose cells had a fault hold their defaults.
+/// A row whose cells were read: members whose cells could not be read hold their defaults.
 template <class Row>
 struct checked_row {
   Row row;

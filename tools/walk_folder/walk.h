@@ -2,7 +2,7 @@
 #define TOOLS_WALK_FOLDER_WALK_H
 
 /// \file
-/// The content of a walk folder, and the gait_result that is analysed of it.
+/// The content of a walk folder.
 
 #include <gait/result.h>
 
@@ -17,8 +17,8 @@ namespace gait_walk {
 
 enum class side { left, right };
 
-/// Which cycle list an exclusion counts in: that of the two feet together, or that of one foot
-/// analysed alone.
+/// Which cycles are analysed, and in which of them an exclusion counts: those of the two feet
+/// together, or those of one foot alone.
 enum class analysed_cycles { feet, left, right };
 
 /// Which of the four exclusion lists of gait_result an entry belongs to.
@@ -57,31 +57,6 @@ struct walk {
   std::vector<feet_cycle> feet;  ///< in index order
   std::vector<exclusion> exclusions;
 };
-
-/// A gait_result made of a walk, together with the recordings that it points to. May be moved, not
-/// copied.
-struct analysis {
-  gait_result result;
-  std::list<sensor_recording> recordings;
-
-  analysis() = default;
-  ~analysis() = default;
-  analysis(const analysis&) = delete;
-  analysis& operator=(const analysis&) = delete;
-  analysis(analysis&&) = default;
-  analysis& operator=(analysis&&) = default;
-};
-
-/// The cycles that are analysed: those of the foot `only`; without it (nullopt), those of both feet
-/// together, or of the only foot that the walk has.
-analysed_cycles cycles_of(const walk& walk, std::optional<side> only);
-
-/// Makes the gait_result of the analysis of those cycles. Its `foot_results` hold left before
-/// right, or the single foot.
-///
-/// Throws std::invalid_argument when the walk does not have the foot that is asked for. A walk that
-/// is moved in gives its strides away, so that a long one is not held twice.
-analysis make_analysis(walk walk, std::optional<side> only = std::nullopt);
 
 }  // namespace gait_walk
 

@@ -4,44 +4,22 @@
 /// \file
 /// Reading, checking and writing walk folders: one folder per walk, four CSV tables.
 
+#include "input_error.h"
 #include "walk.h"
 
 #include <cstddef>
 #include <filesystem>
 #include <iosfwd>
 #include <limits>
-#include <optional>
-#include <stdexcept>
 #include <string>
 #include <vector>
 
 namespace gait_walk {
 
-/// One thing that is wrong, or worth a warning, and where.
-struct fault {
-  std::string file;      ///< as the caller named it, with the table's name
-  std::size_t line = 0;  ///< from 1; 0 where the file as a whole is meant
-  std::string column;    ///< empty where the line as a whole is meant
-  std::string text;      ///< "found ..., expected ..."
-
-  /// `file:line: column NAME: text`, without the parts that do not apply.
-  std::string message() const;
-};
-
-/// A walk that cannot be read. what() is the first fault's message.
-class walk_error : public std::runtime_error {
-public:
-  explicit walk_error(std::vector<fault> faults);
-  const std::vector<fault>& faults() const { return faults_; }
-
-private:
-  std::vector<fault> faults_;
-};
-
 struct read_options {
-  std::size_t faults_per_file =
-      20;  ///< further ones are counted in one last fault ("... and 12 more")
-  /// Strides of a foot, and cycles of both feet; those beyond are counted for the fault, and not
+  /// Further ones are counted in a last one ("... and 12 more").
+  std::size_t errors_per_file = 20;
+  /// Strides of a foot, and cycles of both feet; those beyond are counted for the message, and not
   /// kept.
   std::size_t most_strides = std::numeric_limits<std::size_t>::max();
 };
@@ -49,12 +27,12 @@ struct read_options {
 /// A walk, and what is worth a warning about it.
 struct read_result {
   gait_walk::walk walk;
-  std::vector<fault> warnings;
+  std::vector<input_error> warnings;
 };
 
 /// The four tables of a walk as streams, for callers that hold them elsewhere than in a folder.
 struct walk_tables {
-  std::string name;  ///< the walk's name, and the folder in fault messages
+  std::string name;  ///< the walk's name, and the folder in messages
   std::istream* recording = nullptr;
   std::istream* foot_cycles = nullptr;
   std::istream* feet_cycles = nullptr;  ///< may be null when recording.csv has one foot only
@@ -67,24 +45,11 @@ std::vector<std::filesystem::path> table_files(const std::filesystem::path& fold
 /// The name of a folder's walk: the folder's own name, also of one that is given as "walk/" or ".".
 std::string walk_name(const std::filesystem::path& folder);
 
-/// Reads a walk folder and checks all of it. Throws walk_error with every fault found.
+/// Reads a walk folder and checks all of it. Throws walk_error with everything that is wrong.
 read_result read_walk_folder(const std::filesystem::path& folder, const read_options& options = {});
 
-/// Reads and checks a walk from streams. Throws walk_error with every fault found.
+/// Reads and checks a walk from streams. Throws walk_error with everything that is wrong.
 read_result read_walk_tables(const walk_tables& tables, const read_options& options = {});
-
-/// What keeps a walk from being analysed: the foot that is asked for is not there, or no cycle is
-/// left to include.
-///
-/// `only` is as for make_analysis(), `folder` the folder in the faults' file names. What is
-/// excluded from other analyses of the walk is of no concern.
-std::vector<fault> check_analysis(const walk& walk, std::optional<side> only,
-                                  const std::string& folder);
-
-/// What is worth a warning about such an analysis: that all of the walk's exclusions are those of
-/// another.
-std::vector<fault> analysis_warnings(const walk& walk, std::optional<side> only,
-                                     const std::string& folder);
 
 /// Writes a walk as a folder that read_walk_folder reads back as the same walk, to the bit.
 ///

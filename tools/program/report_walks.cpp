@@ -1,0 +1,203 @@
+#include "report_walks.h"
+
+#include "call_cost.h"
+#include "output.h"
+#include "terminal.h"
+
+#include "csv_output.h"
+#include "json_output.h"
+#include "parameter_list.h"
+#include "text_report.h"
+#include "walk_statistics.h"
+
+#include "analysis.h"
+#include "shown_text.h"
+#include "walk_folder.h"
+
+#include <nlohmann/json.hpp>
+
+#include <algorithm>
+#include <cstddef>
+#include <exception>
+#include <filesystem>
+#include <iostream>
+#include <new>
+#include <optional>
+#include <string>
+#include <system_error>
+#include <unordered_map>
+#include <utility>
+#include <vector>
+
+namespace gait_program {
+namespace {
+
+using gait_report::output_format;
+using gait_report::text_style;
+using gait_report::walk_statistics;
+
+text_style style_of(const options& options) {
+  text_style style = options.output ? pipe_style : standard_output_style();
+  style.width = options.width.value_or(style.width);
+  return style;
+}
+
+/// Writes the walks of a run in one format.
+class report_writer {
+public:
+  report_writer(output_format format, const text_style& style, output& out)
+      : format_(format), style_(style), out_(out) {}
+
+  void add(const walk_statistics& walk) {
+    const bool is_first = !wrote_any_;
+    wrote_any_ = true;
+    switch (format_) {
+      case output_format::table:
+        out_.write((is_first ? "" : "\n") + gait_report::text_report(walk, style_));
+        break;
+      case output_format::csv:
+        out_.write((is_first ? gait_report::csv_header() : "") + gait_report::csv_rows(walk));
+        break;
+      case output_format::json:
+        json_walks_.push_back(gait_report::json_walk(walk));
+        break;
+    }
+  }
+
+  /// Nothing is written, not even an empty file, when there was no walk.
+  void finish() {
+    if (!wrote_any_) {
+      return;
+    }
+    if (format_ == output_format::json) {
+      out_.write(gait_report::json_document(std::move(json_walks_)));
+    }
+    out_.finish();
+  }
+
+private:
+  output_format format_;
+  text_style style_;
+  output& out_;
+  bool wrote_any_ = false;
+  std::vector<nlohmann::ordered_json> json_walks_;
+};
+
+void print_message(const std::string& message) {
+  std::cerr << gait_walk::printable(message) << "\n";
+}
+
+/// Tells people that they will wait, if they will.
+void announce(const std::string& walk, const gait_result& result) {
+  constexpr double not_worth_a_word = 5.0;
+  const double seconds = expected_seconds(result);
+  if (seconds <= not_worth_a_word) {
+    return;
+  }
+  std::size_t strides = 0;
+  for (const auto& foot : result.foot_results) {
+    strides = std::max(strides, foot.cycles.size());
+  }
+  print_message("note: " + walk + ": the statistics of " + std::to_string(strides) +
+                " strides a foot will take about " + rough_duration(seconds) +
+                ": their time grows with the square of the strides. Ctrl-C ends the program; "
+                "--max-strides refuses such walks.");
+}
+
+/// Whether the output would take the place of a table of one of the walks, and with it of the
+/// recording.
+bool output_is_a_table(const options& options) {
+  return options.output &&
+         std::any_of(options.walks.begin(), options.walks.end(), [&](const auto& folder) {
+           const auto tables = gait_walk::table_files(folder);
+           return std::any_of(tables.begin(), tables.end(), [&](const auto& table) {
+             std::error_code absent;
+             return std::filesystem::equivalent(*options.output, table, absent);
+           });
+         });
+}
+
+/// What each walk is called in the report: its folder's name, or, where several folders have the
+/// same, its path as given.
+std::vector<std::string> reported_names(const std::vector<std::filesystem::path>& folders) {
+  std::vector<std::string> names;
+  std::unordered_map<std::string, std::size_t> count;
+  for (const auto& folder : folders) {
+    names.push_back(gait_walk::walk_name(folder));
+    ++count[names.back()];
+  }
+  for (std::size_t i = 0; i < names.size(); ++i) {
+    if (count.at(names[i]) > 1) {
+      names[i] = folders[i].string();
+    }
+  }
+  return names;
+}
+
+/// A walk's statistics; nullopt, with what is wrong on the standard error, when there are none.
+std::optional<walk_statistics> read_and_run(const std::filesystem::path& folder,
+                                            const std::string& name, const options& options) {
+  try {
+    gait_walk::read_options limits;
+    limits.most_strides = options.max_strides.value_or(limits.most_strides);
+    gait_walk::read_result read = gait_walk::read_walk_folder(folder, limits);
+    for (const auto& warning : read.warnings) {
+      print_message("warning: " + warning.message());
+    }
+    if (auto errors = gait_walk::check_analysis(read.walk, options.analysed, folder.string());
+        !errors.empty()) {
+      throw gait_walk::walk_error(std::move(errors));
+    }
+    for (const auto& warning :
+         gait_walk::analysis_warnings(read.walk, options.analysed, folder.string())) {
+      print_message("warning: " + warning.message());
+    }
+    read.walk.name = name;
+    walk_statistics statistics =
+        gait_report::prepare_walk(std::move(read.walk), options.analysed, options.settings_value);
+    announce(folder.string(), statistics.result());
+    gait_report::compute_statistics(statistics);
+    return statistics;
+  } catch (const gait_walk::walk_error& error) {
+    for (const auto& wrong : error.errors()) {
+      print_message(wrong.message());
+    }
+  } catch (const std::bad_alloc&) {
+    print_message(folder.string() + ": not enough memory");
+  } catch (const std::exception& error) {
+    print_message(folder.string() + ": " + error.what());
+  }
+  return std::nullopt;
+}
+
+}  // namespace
+
+int report_walks(const options& options) {
+  if (output_is_a_table(options)) {
+    print_message("gait-statistics: --output: \"" + options.output->string() +
+                  "\" is a table of a walk, expected another file");
+    return exit_bad_usage;
+  }
+  output out(options.output);
+  report_writer writer(options.format, style_of(options), out);
+  int exit_code = exit_fine;
+  const std::vector<std::string> names = reported_names(options.walks);
+  for (std::size_t i = 0; i < names.size(); ++i) {
+    if (const auto statistics = read_and_run(options.walks[i], names[i], options)) {
+      writer.add(*statistics);
+    } else {
+      exit_code = exit_failed;
+    }
+  }
+  writer.finish();
+  return exit_code;
+}
+
+int report_parameter_list(const options& options) {
+  output out(options.output);
+  out.write(gait_report::print_parameter_list(options.format, style_of(options)));
+  out.finish();
+  return exit_fine;
+}
+
+}  // namespace gait_program

@@ -1,0 +1,24 @@
+#ifndef TOOLS_REPORT_OUTPUT_FORMAT_H
+#define TOOLS_REPORT_OUTPUT_FORMAT_H
+
+/// \file
+/// The forms in which results are written.
+
+#include "names.h"
+
+#include <array>
+
+namespace gait_report {
+
+enum class output_format { table, csv, json };
+
+}  // namespace gait_report
+
+template <>
+inline constexpr auto gait_walk::names<gait_report::output_format> =
+    std::array<gait_walk::named<gait_report::output_format>, 3>{
+        {{gait_report::output_format::table, "table"},
+         {gait_report::output_format::csv, "csv"},
+         {gait_report::output_format::json, "json"}}};
+
+#endif

@@ -1,0 +1,20 @@
+#ifndef TOOLS_REPORT_TEXT_REPORT_H
+#define TOOLS_REPORT_TEXT_REPORT_H
+
+/// \file
+/// The statistics of a walk as a report for people.
+
+#include "text_layout.h"
+#include "walk_statistics.h"
+
+#include <string>
+
+namespace gait_report {
+
+/// What the walk is, the cycle accounting, the parameters, the swing asymmetry and the quality
+/// flags.
+std::string text_report(const walk_statistics& walk, const text_style& style);
+
+}  // namespace gait_report
+
+#endif

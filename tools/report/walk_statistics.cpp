@@ -1,0 +1,240 @@
+#include "walk_statistics.h"
+
+#include "names.h"
+#include "number.h"
+
+#include <gait/catalogue.h>
+#include <gait/compute_info.h>
+#include <gait/generate_statistics.h>
+#include <gait/matching_cycles.h>
+#include <gait/quality_flags.h>
+
+#include <algorithm>
+#include <cstddef>
+#include <list>
+#include <numeric>
+#include <optional>
+#include <string>
+#include <string_view>
+#include <unordered_map>
+#include <utility>
+#include <vector>
+
+namespace gait_report {
+namespace {
+
+using gait_walk::exclusion_list;
+
+/// The reason of each exclusion of a list, empty where none is given.
+std::vector<std::string_view> reasons_in(const gait_walk::walk& walk,
+                                         gait_walk::analysed_cycles cycles, exclusion_list list) {
+  std::vector<std::string_view> reasons;
+  for (const auto& exclusion : walk.exclusions) {
+    if (exclusion.cycles == cycles && exclusion.list == list) {
+      reasons.emplace_back(exclusion.reason);
+    }
+  }
+  return reasons;
+}
+
+counted_reasons counted(const std::vector<std::string_view>& reasons) {
+  counted_reasons counts;
+  std::unordered_map<std::string_view, std::size_t> places;
+  for (const std::string_view reason : reasons) {
+    if (reason.empty()) {
+      continue;
+    }
+    const auto [place, is_new] = places.emplace(reason, counts.size());
+    if (is_new) {
+      counts.emplace_back(reason, 0);
+    }
+    ++counts[place->second].second;
+  }
+  return counts;
+}
+
+/// Indices of cycles whose stride lengths make up the total distance, -1 where a two-feet cycle has
+/// none.
+std::list<int> summed_cycles(const gait_result& result, bool both_feet) {
+  std::list<int> all(both_feet ? result.feet_result.cycles.size()
+                               : result.foot_results.front().cycles.size());
+  std::iota(all.begin(), all.end(), 0);
+  return both_feet ? gait_matching_cycles(result.feet_result, all, &gait_feet_cycle::right_cycle)
+                   : all;
+}
+
+stride_length_gaps find_stride_length_gaps(const walk_statistics& walk) {
+  const gait_result& result = walk.result();
+  std::vector<double> lengths;
+  for (const auto& cycle :
+       (walk.both_feet() ? *result.right_foot : result.foot_results.front()).cycles) {
+    lengths.push_back(cycle.slength);
+  }
+  const std::list<int> all = summed_cycles(result, walk.both_feet());
+  stride_length_gaps gaps;
+  gaps.cycles = all.size();
+  gaps.without = static_cast<std::size_t>(std::count_if(all.begin(), all.end(), [&](int index) {
+    return index < 0 || gait_is_missing(lengths.at(static_cast<std::size_t>(index)));
+  }));
+  const auto& included = result.statistics.parameters.at(gait_catalogue::row_of<SLENGTH>.key +
+                                                         walk.sides.front().suffix);
+  gaps.included = included.values.size();
+  gaps.included_without = gaps.included - gait_sample_size(included);
+  return gaps;
+}
+
+std::vector<reported_side> sides_of(const gait_result& result,
+                                    gait_walk::analysed_cycles analysed) {
+  using gait_walk::side;
+  switch (analysed) {
+    case gait_walk::analysed_cycles::left:
+      return {{side::left, "", result.foot_results.front().cycles.size()}};
+    case gait_walk::analysed_cycles::right:
+      return {{side::right, "", result.foot_results.front().cycles.size()}};
+    case gait_walk::analysed_cycles::feet:
+      break;
+  }
+  return {{side::right, "_R", result.right_foot->cycles.size()},
+          {side::left, "_L", result.left_foot->cycles.size()}};
+}
+
+std::optional<double> number_if(bool computed, double value) {
+  return computed ? std::optional(value) : std::nullopt;
+}
+
+/// What the record holds, told apart from gait_missing by `valid`: a mean may well be -1.
+computed_statistics statistics_of(const gait_statistics_parameter& record) {
+  computed_statistics statistics;
+  statistics.n = gait_sample_size(record);
+  statistics.mean = number_if(record.valid, record.mean);
+  statistics.median = number_if(record.valid, record.median);
+  statistics.std = number_if(record.valid, record.std);
+  statistics.iqr = number_if(record.valid, record.iqr);
+  statistics.min = number_if(record.valid, record.min);
+  statistics.max = number_if(record.valid, record.max);
+  statistics.cv = number_if(record.valid && !gait_is_missing(record.cv), record.cv);
+  return statistics;
+}
+
+/// Fills in the ratios of both sides. The library divides by a missing mean as by any other; such a
+/// quotient compares nothing.
+void compute_ratios(computed_parameter& parameter) {
+  const bool all_measured = std::all_of(parameter.sides.begin(), parameter.sides.end(),
+                                        [](const auto& side) { return side.record->valid; });
+  for (auto& side : parameter.sides) {
+    side.statistics.ratio =
+        number_if(all_measured && side.record->asymmetry_enabled, side.record->asymmetry);
+  }
+}
+
+gait_quality_flag speed_flag(const reported_side& side) {
+  if (side.suffix.empty()) {
+    return gait_quality_speed;
+  }
+  return side.foot == gait_walk::side::right ? gait_quality_speed_right : gait_quality_speed_left;
+}
+
+std::string speed_in_words(const walk_statistics& walk, const reported_side& side) {
+  const auto& speed =
+      walk.result().statistics.parameters.at(gait_catalogue::row_of<SPEED>.key + side.suffix);
+  const std::string subject =
+      "The stride velocity of the " + std::string(name_of(side.foot)) + " foot ";
+  return subject + (speed.valid ? "is not plausible: its mean is outside " +
+                                      shortest(gait_quality_speed_min) + " to " +
+                                      shortest(gait_quality_speed_max) + " m/s."
+                                : "was not measured.");
+}
+
+}  // namespace
+
+walk_statistics prepare_walk(gait_walk::walk walk, gait_walk::analysed_cycles asked_for,
+                             float settings_value) {
+  const auto cycles = gait_walk::cycles_of(walk, asked_for);
+  const auto reasons = [&](exclusion_list list) { return reasons_in(walk, cycles, list); };
+  walk_statistics statistics;
+  statistics.name = walk.name;
+  statistics.settings_value = settings_value;
+  statistics.analysed = cycles;
+  statistics.excluded_1_reasons = counted(gait_accounted_exclusions(
+      reasons(exclusion_list::excluded_1), reasons(exclusion_list::excluded_1_fallback)));
+  statistics.excluded_2_reasons = counted(gait_accounted_exclusions(
+      reasons(exclusion_list::excluded_2), reasons(exclusion_list::excluded_2_fallback)));
+  statistics.analysis = gait_walk::make_analysis(std::move(walk), asked_for);
+  statistics.sampling_rate = statistics.result().foot_results.front().recording->sampling_rate;
+  statistics.sides = sides_of(statistics.result(), cycles);
+  return statistics;
+}
+
+void compute_statistics(walk_statistics& statistics) {
+  gait_generate_statistics(statistics.analysis.result, {statistics.settings_value});
+  statistics.stride_lengths = find_stride_length_gaps(statistics);
+}
+
+bool computed_parameter::has_values() const {
+  return std::any_of(sides.begin(), sides.end(),
+                     [](const auto& side) { return side.record->valid; });
+}
+
+std::vector<computed_parameter> parameters_of(const walk_statistics& walk) {
+  std::vector<computed_parameter> parameters;
+  for (auto& row : list_parameters_of(walk.both_feet())) {
+    computed_parameter parameter;
+    for (const auto& side : walk.sides) {
+      std::string key = row.key + side.suffix;
+      const gait_statistics_parameter& record = walk.result().statistics.parameters.at(key);
+      parameter.sides.push_back({&side, std::move(key), &record, statistics_of(record)});
+    }
+    if (walk.both_feet()) {
+      compute_ratios(parameter);
+    }
+    parameter.row = std::move(row);
+    parameters.push_back(std::move(parameter));
+  }
+  return parameters;
+}
+
+const gait_statistics_parameter* swing_asymmetry_record(const walk_statistics& walk) {
+  return walk.both_feet() ? &walk.result().statistics.parameters.at(swing_asymmetry_key) : nullptr;
+}
+
+computed_statistics swing_asymmetry_of(const gait_statistics_parameter& record) {
+  computed_statistics statistics;
+  // Every value was computed; one that is -1 is not missing.
+  statistics.n = record.values.size();
+  statistics.mean = number_if(record.valid, record.mean);
+  statistics.std = number_if(record.valid, record.std);
+  return statistics;
+}
+
+std::vector<std::string> quality_flags_in_words(const walk_statistics& walk) {
+  const auto raised = [&](gait_quality_flag flag) {
+    return (walk.result().quality_flags & flag) != 0;
+  };
+  std::vector<std::string> words;
+  if (raised(gait_quality_setting)) {
+    words.push_back("The settings value, " + shortest(walk.settings_value) + ", is not within " +
+                    shortest(gait_quality_setting_min) + " to " +
+                    shortest(gait_quality_setting_max) + ".");
+  }
+  if (raised(gait_quality_few_cycles)) {
+    words.push_back("The walk has " + std::to_string(gait_quality_few_cycles_max) +
+                    " cycles or fewer.");
+  }
+  for (const auto& side : walk.sides) {
+    if (raised(speed_flag(side))) {
+      words.push_back(speed_in_words(walk, side));
+    }
+  }
+  if (raised(gait_quality_swing_asymmetry)) {
+    words.push_back("The swing asymmetry is large: its mean is " +
+                    shortest(gait_quality_swing_asymmetry_min) + " or more, or " +
+                    shortest(-gait_quality_swing_asymmetry_min) + " or less.");
+  }
+  return words;
+}
+
+std::size_t halved_missing_stride_lengths(const walk_statistics& walk) {
+  return walk.both_feet() ? 0 : walk.stride_lengths.included_without;
+}
+
+}  // namespace gait_report

@@ -1,0 +1,53 @@
+#include "row_indices.h"
+
+#include "shown_text.h"
+
+#include <algorithm>
+#include <utility>
+
+namespace gait_walk {
+
+namespace {
+
+std::string repeated(int index, std::size_t first_line) {
+  return found(std::to_string(index)) + " again (as on line " + std::to_string(first_line) + ")";
+}
+
+std::string out_of_sequence(int index, int expected, const std::string& whose) {
+  std::string text = found(std::to_string(index));
+  text += " as the next index";
+  text += whose;
+  text += ", expected ";
+  text += in_quotes(std::to_string(expected));
+  text += ": indices run from 0 without gaps";
+  return text;
+}
+
+}  // namespace
+
+void row_indices::check(table_report& report, const std::string& whose) {
+  std::sort(places_.begin(), places_.end(), [](const place& a, const place& b) {
+    return std::pair(a.index, a.line) < std::pair(b.index, b.line);
+  });
+  const place* last = nullptr;
+  for (const place& next : places_) {
+    if (last != nullptr && next.index == last->index) {
+      report.errors.add(
+          next.line, "index",
+          repeated(next.index, last->line) + ", expected each index" + whose + " once");
+      continue;
+    }
+    const int expected = last == nullptr ? 0 : last->index + 1;
+    if (next.index != expected && report.is_complete()) {
+      report.errors.add(next.line, "index", out_of_sequence(next.index, expected, whose));
+    }
+    last = &next;
+  }
+}
+
+bool row_indices::contains(int index) const {
+  return std::binary_search(places_.begin(), places_.end(), place{index, 0},
+                            [](const place& a, const place& b) { return a.index < b.index; });
+}
+
+}  // namespace gait_walk
