@@ -19,7 +19,7 @@
   for (const int index : indices) {
     if (index >= 0 && static_cast<std::size_t>(index) < cycles.size()) {
       const double value = std::next(cycles.begin(), index)->gct;
-      if (!gait_detail::is_missing(value)) {
+      if (!gait_is_missing(value)) {
         sum += value;
       }
     }

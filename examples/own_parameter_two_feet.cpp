@@ -1,7 +1,6 @@
 #include <gait/gait.h>
 
 #include <cstdio>
-#include <iterator>
 #include <list>
 
 namespace lab {
@@ -44,12 +43,8 @@ int main() {
   }
   gait_generate_statistics(walk, {});
 
-  std::list<int> right;
-  const auto& feet = walk.feet_result.cycles;
-  for (const int index : walk.statistics.info.cycles) {
-    const gait_foot_cycle* cycle = std::next(feet.begin(), index)->right_cycle;
-    right.push_back(cycle != nullptr ? cycle->index : -1);
-  }
+  const std::list<int> right = gait_matching_cycles(walk.feet_result, walk.statistics.info.cycles,
+                                                    &gait_feet_cycle::right_cycle);
   gait_statistics_build_parameter(walk.statistics, *walk.right_foot, right, "_R",
                                   lab::SWING_TIME{});
 

@@ -2,8 +2,10 @@
 
 #include "lookup.h"
 #include "mode.h"
+#include "recording.h"
 
-#include <gait/compute_info.h>
+#include <gait/int32_count.h>
+#include <gait/quality_flags.h>
 
 #include <algorithm>
 #include <cmath>

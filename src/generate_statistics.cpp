@@ -4,12 +4,14 @@
 
 #include "asymmetry.h"
 #include "is_included_in.h"
-#include "lookup.h"
 #include "mode.h"
+#include "recording.h"
 
 #include <gait/build_parameters.h>
 #include <gait/compute_info.h>
 #include <gait/cycle_access.h>
+#include <gait/int32_count.h>
+#include <gait/matching_cycles.h>
 
 #include <algorithm>
 #include <cstddef>
@@ -21,7 +23,7 @@
 namespace {
 
 using gait_detail::index_sum;
-using gait_detail::lookup;
+using gait_detail::sample_count_of;
 using gait_detail::to_int32;
 
 /// The cycles that count, on their way from all cycles to those that are left.
@@ -64,14 +66,6 @@ struct walk_span {
 
 walk_span span_of(const gait_foot_result& foot) {
   return {foot.cycles.front().first_sample, foot.cycles.back().last_sample};
-}
-
-/// The number of samples that both signals of a foot have.
-std::uint64_t sample_count_of(const gait_foot_result& foot) {
-  const auto& signals = foot.recording->signals;
-  const std::uint64_t signal_1 = lookup(signals, 1).sample_count;
-  const std::uint64_t signal_2 = lookup(signals, 2).sample_count;
-  return std::min(signal_1, signal_2);
 }
 
 /// What the accounting needs of the walk as a whole.
@@ -131,18 +125,6 @@ void analyse_single_foot(gait_result& result) {
                                    nullptr);
 }
 
-/// The indices of one foot's cycles that belong to the selected two-feet cycles, position by
-/// position; -1 where there is none.
-std::list<int> matching_cycles(const gait_feet_result& feet, const std::list<int>& selected,
-                               gait_foot_cycle* gait_feet_cycle::*side) {
-  std::list<int> matching;
-  gait_detail::for_each_cycle(
-      feet.cycles, selected, [&](std::size_t, const gait_feet_cycle& cycle) {
-        matching.push_back(cycle.*side != nullptr ? (cycle.*side)->index : -1);
-      });
-  return matching;
-}
-
 void analyse_two_feet(gait_result& result) {
   const gait_foot_result& left = *result.left_foot;
   const gait_foot_result& right = *result.right_foot;
@@ -161,13 +143,13 @@ void analyse_two_feet(gait_result& result) {
     return index_sum(right.cycles, right_cycles, &gait_foot_cycle::slength);
   };
   const double total_distance =
-      distance(matching_cycles(feet, selection.cycles(), &gait_feet_cycle::right_cycle));
+      distance(gait_matching_cycles(feet, selection.cycles(), &gait_feet_cycle::right_cycle));
   selection.exclude(result);
 
   const std::list<int> right_cycles =
-      matching_cycles(feet, selection.cycles(), &gait_feet_cycle::right_cycle);
+      gait_matching_cycles(feet, selection.cycles(), &gait_feet_cycle::right_cycle);
   const std::list<int> left_cycles =
-      matching_cycles(feet, selection.cycles(), &gait_feet_cycle::left_cycle);
+      gait_matching_cycles(feet, selection.cycles(), &gait_feet_cycle::left_cycle);
   write_info(result, feet, selection, {sample_count, span, total_distance, distance(right_cycles)});
   gait_statistics_build_parameters(result.statistics, right, right_cycles, "_R", &feet,
                                    &selection.cycles());

@@ -40,7 +40,7 @@ gathered_values gather(const Row& row, const ResultT& result, const std::list<in
   for_each_cycle(result.cycles, cycles, [&](std::size_t position, const auto& cycle) {
     const double value = row.value(cycle);
     gathered.values[position] = value;
-    if (!is_missing(value)) {
+    if (!gait_is_missing(value)) {
       gathered.sample.push_back(value);
     }
   });

@@ -6,16 +6,25 @@
 
 #include <gait/catalogue.h>
 #include <gait/cycle_access.h>
+#include <gait/int32_count.h>
 #include <gait/result.h>
 
 #include <cstddef>
 #include <cstdint>
 #include <list>
 
-namespace gait_detail {
+/// The exclusions of one kind that the cycle accounting counts: the primary list, or the fallback
+/// list where the primary one is empty.
+///
+/// It says nothing of which cycles are included: only the primary lists take cycles out. Any
+/// container will do, such as a list of indices or a vector of reasons. Returns one of its
+/// arguments.
+template <class List>
+const List& gait_accounted_exclusions(const List& primary, const List& fallback) noexcept {
+  return primary.empty() ? fallback : primary;
+}
 
-/// The low 32 bits of a difference or a length, as in two's complement.
-constexpr int to_int32(std::int64_t value) { return static_cast<int>(value); }
+namespace gait_detail {
 
 /// The field of a result's cycles that the accounting of a tag sums.
 template <class ResultT, class Tag>
@@ -40,7 +49,7 @@ struct exclusion {
 template <class ResultT, class Tag>
 exclusion account_exclusion(const ResultT& result, const std::list<int>& primary,
                             const std::list<int>& fallback, std::uint32_t fallback_count) {
-  const auto& applied = primary.empty() ? fallback : primary;
+  const auto& applied = gait_accounted_exclusions(primary, fallback);
   const double duration = index_sum(result.cycles, applied, summed_field<ResultT, Tag>);
   if (primary.empty()) {
     return {fallback_count, fallback_count, duration, duration};

@@ -179,7 +179,7 @@ struct field_sum {
   double sum = 0.0;
 
   void operator()(std::size_t /*position*/, const Cycle& cycle) {
-    if (!is_missing(cycle.*field)) {
+    if (!gait_is_missing(cycle.*field)) {
       sum += cycle.*field;
     }
   }

@@ -15,6 +15,9 @@
 #include <gait/compute_info.h>
 #include <gait/cycle_access.h>
 #include <gait/generate_statistics.h>
+#include <gait/int32_count.h>
+#include <gait/matching_cycles.h>
+#include <gait/quality_flags.h>
 #include <gait/result.h>
 #include <gait/sample.h>
 #include <gait/statistics.h>

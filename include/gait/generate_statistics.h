@@ -4,6 +4,7 @@
 /// \file
 /// The library's entry, and its whole contract: what most callers include.
 
+#include <gait/quality_flags.h>
 #include <gait/result.h>
 
 #if defined(__GNUC__)
@@ -26,10 +27,10 @@
 ///
 /// Written:
 /// - `statistics.info`: every field;
-/// - `statistics.parameters`: one foot: 27 parameters, keys without suffix, step length taken as
-///   half the stride length. Two feet: 28 parameters a side, first the right side ("gct_R"), then
-///   the left ("gct_L"), with "DS" the same under both. The map is not cleared, and an entry that
-///   is present is kept: start with an empty one;
+/// - `statistics.parameters`: those of the catalogue. One foot: keys without suffix, no "DS", step
+///   length taken as half the stride length. Two feet: first the right side ("gct_R"), then the
+///   left ("gct_L"), with "DS" the same under both. The map is not cleared, and an entry that is
+///   present is kept: start with an empty one;
 /// - two feet: `asymmetry` of every pair of entries, those that were kept too: in the right one the
 ///   right mean / the left mean, in the left one its reciprocal, and 0.0 for a quotient by a mean
 ///   of 0.0;

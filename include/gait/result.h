@@ -112,31 +112,6 @@ struct gait_result {
   int quality_flags = 0;                   ///< output: a set of gait_quality_flag bits
 };
 
-// The limits of the quality flags.
-inline constexpr double gait_quality_setting_min = 10.0;  ///< a setting from this
-/// To this is plausible, both included.
-inline constexpr double gait_quality_setting_max = 34.0;
-/// A walk of so many cycles or fewer has few.
-inline constexpr int gait_quality_few_cycles_max = 4;
-inline constexpr double gait_quality_speed_min = 0.31;  ///< a mean speed from this (m/s)
-/// To this is plausible, both included (m/s)
-inline constexpr double gait_quality_speed_max = 1.8;
-/// A mean of so much, to either side, is large.
-inline constexpr double gait_quality_swing_asymmetry_min = 20.0;
-
-/// The plausibility warnings of gait_result::quality_flags. Bits 32 and 64 are never set.
-///
-/// A side without any measured speed raises its bit.
-enum gait_quality_flag : int {
-  gait_quality_setting = 1,      ///< settings_value is above 0 and not plausible
-  gait_quality_few_cycles = 2,   ///< the walk has few cycles
-  gait_quality_speed = 4,        ///< mean of "speed" not plausible (single-foot mode)
-  gait_quality_speed_right = 8,  ///< mean of "speed_R" not plausible (two-feet mode)
-  gait_quality_speed_left = 16,  ///< mean of "speed_L" not plausible (two-feet mode)
-  gait_quality_swing_asymmetry =
-      128,  ///< mean of "asymmetry" large, and its deviation not 0 (two-feet mode)
-};
-
 /// The settings of gait_generate_statistics().
 struct gait_generate_statistics_settings {
   /// What it stands for is the caller's choice. It enters no computation: a value above 0 that is

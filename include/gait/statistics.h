@@ -8,6 +8,8 @@
 /// Plain records with public members, copied and moved as values. gait_generate_statistics() fills
 /// one gait_statistics; the caller reads it out of its gait_result.
 
+#include <algorithm>
+#include <cstddef>
 #include <cstdint>
 #include <list>
 #include <string>
@@ -28,17 +30,13 @@
 /// NaN, other negative values, and -0.999 too.
 inline constexpr double gait_missing = -1.0;
 
-namespace gait_detail {
-
-/// True when `value` is the missing value; false for NaN.
-constexpr bool is_missing(double value) { return value == gait_missing; }
-
-}  // namespace gait_detail
+/// Whether a value is the missing value; false for NaN.
+constexpr bool gait_is_missing(double value) { return value == gait_missing; }
 
 /// The descriptive statistics of one gait parameter on one side, over the cycles that count.
 ///
-/// The sample is the list of `values` that are not missing; its size n is not stored. When it is
-/// empty, `valid` is false and every statistic is gait_missing. The entry "asymmetry" differs: see
+/// The sample is the list of `values` that are not missing; its size n is gait_sample_size(). When
+/// it is empty, `valid` is false and every statistic is gait_missing. The entry "asymmetry" differs: see
 /// gait_generate_statistics().
 struct gait_statistics_parameter {
   bool valid = false;       ///< true when at least one value entered the statistics
@@ -64,6 +62,16 @@ struct gait_statistics_parameter {
   /// This side's mean / the other side's mean (no unit); two-feet mode, see there.
   double asymmetry = gait_missing;
 };
+
+/// The size n of a parameter's sample: how many of its `values` are not missing.
+///
+/// Not for the entry "asymmetry": each of its values was computed, one of -1.0 too, and n is their
+/// number. O(n), throws nothing.
+inline std::size_t gait_sample_size(const gait_statistics_parameter& parameter) noexcept {
+  const auto& values = parameter.values;
+  return values.size() -
+         static_cast<std::size_t>(std::count_if(values.begin(), values.end(), gait_is_missing));
+}
 
 /// The cycle accounting of the walk: durations, distances, and what each kind of exclusion took
 /// out.

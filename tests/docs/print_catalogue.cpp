@@ -1,7 +1,6 @@
 // Prints what the documentation says about the catalogue: `page` is docs/parameters.md, `table` the
 // table in docs/definitions.md. scripts/update-docs puts both where they belong.
 
-#include <gait/build_parameters.h>
 #include <gait/catalogue.h>
 
 #include <columns.h>
@@ -211,8 +210,7 @@ void print_page() {
   std::cout << "\n## What they mean\n\n";
   gait_catalogue::for_each_row([](const auto& row) {
     using row_type = std::decay_t<decltype(row)>;
-    std::cout << "- **" << row.description << "**"
-              << mode_note(gait_catalogue::when_built<row_type>()) << ": "
+    std::cout << "- **" << row.description << "**" << mode_note(row.when) << ": "
               << note_of<typename row_type::tag_type>.meaning << "\n";
   });
 }

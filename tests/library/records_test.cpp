@@ -162,11 +162,11 @@ TEST(Records, TheEntryWritesOnlyStatisticsAndQualityFlags) {
 }
 
 TEST(MissingValue, IsOnlyWhatComparesEqualToMinusOne) {
-  EXPECT_TRUE(gait_detail::is_missing(-1.0));
+  EXPECT_TRUE(gait_is_missing(-1.0));
   for (const double measured :
        {-0.999, -1.0000001, std::nextafter(-1.0, 0.0), std::nextafter(-1.0, -2.0), 0.0, -0.0, 1.0,
         -2.0, nan, infinity, -infinity}) {
-    EXPECT_FALSE(gait_detail::is_missing(measured)) << measured;
+    EXPECT_FALSE(gait_is_missing(measured)) << measured;
   }
 }
 

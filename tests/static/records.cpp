@@ -79,8 +79,7 @@ static_assert(is_plain<gait_generate_statistics_settings>);
 
 static_assert(std::is_same_v<decltype(gait_missing), const double>);
 static_assert(gait_missing == -1.0);
-static_assert(gait_detail::is_missing(-1.0) && !gait_detail::is_missing(-0.999) &&
-              !gait_detail::is_missing(0.0));
+static_assert(gait_is_missing(-1.0) && !gait_is_missing(-0.999) && !gait_is_missing(0.0));
 
 // gait_statistics_parameter
 

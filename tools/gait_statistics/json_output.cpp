@@ -60,7 +60,7 @@ enum class minus_one { is_missing, is_a_number };
 json json_values(const std::vector<double>& values, minus_one meaning) {
   json list = json::array();
   for (const double value : values) {
-    const bool missing = meaning == minus_one::is_missing && gait_detail::is_missing(value);
+    const bool missing = meaning == minus_one::is_missing && gait_is_missing(value);
     list.push_back(missing ? json(nullptr) : json(value));
   }
   return list;

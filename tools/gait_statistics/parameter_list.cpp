@@ -2,7 +2,6 @@
 
 #include "csv_table.h"
 
-#include <gait/build_parameters.h>
 #include <gait/catalogue.h>
 
 #include <nlohmann/json.hpp>
@@ -86,7 +85,7 @@ std::vector<listed_parameter> list_parameters() {
   gait_catalogue::for_each_row([&](const auto& row) {
     list.push_back({row.key, row.description, row.unit, row.decimals,
                     row.sides == gait_catalogue::ratio, row.spread == gait_catalogue::cv,
-                    gait_catalogue::when_built<std::decay_t<decltype(row)>>()});
+                    row.when});
   });
   return list;
 }

@@ -7,7 +7,7 @@
 #include "options.h"
 #include "text_layout.h"
 
-#include <gait/build_parameters.h>
+#include <gait/catalogue.h>
 
 #include <string>
 #include <vector>

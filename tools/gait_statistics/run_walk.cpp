@@ -18,7 +18,6 @@
 namespace gait_program {
 namespace {
 
-using gait_detail::is_missing;
 using gait_walk::exclusion_list;
 
 /// The reasons of the list that is accounted for.
@@ -66,11 +65,11 @@ stride_length_gaps find_stride_length_gaps(const gait_result& result, bool both_
   stride_length_gaps gaps;
   gaps.cycles = lengths.size();
   gaps.without =
-      static_cast<std::size_t>(std::count_if(lengths.begin(), lengths.end(), is_missing));
+      static_cast<std::size_t>(std::count_if(lengths.begin(), lengths.end(), gait_is_missing));
   gaps.included = included.size();
   gaps.included_without =
       static_cast<std::size_t>(std::count_if(included.begin(), included.end(), [&](int index) {
-        return is_missing(lengths.at(static_cast<std::size_t>(index)));
+        return gait_is_missing(lengths.at(static_cast<std::size_t>(index)));
       }));
   return gaps;
 }
@@ -97,14 +96,14 @@ computed_statistics statistics_of(const gait_statistics_parameter& record) {
   computed_statistics statistics;
   statistics.n =
       record.values.size() - static_cast<std::size_t>(std::count_if(
-                                 record.values.begin(), record.values.end(), is_missing));
+                                 record.values.begin(), record.values.end(), gait_is_missing));
   statistics.mean = number_if(record.valid, record.mean);
   statistics.median = number_if(record.valid, record.median);
   statistics.std = number_if(record.valid, record.std);
   statistics.iqr = number_if(record.valid, record.iqr);
   statistics.min = number_if(record.valid, record.min);
   statistics.max = number_if(record.valid, record.max);
-  statistics.cv = number_if(record.valid && !is_missing(record.cv), record.cv);
+  statistics.cv = number_if(record.valid && !gait_is_missing(record.cv), record.cv);
   return statistics;
 }
 
