@@ -218,7 +218,19 @@ struct stride {
   int toe_off = 0;  ///< sample
 };
 
-stride make_stride(const step& first, const step& second, side side, int rate,
+/// The step to a heel strike: the one that ends there, from the other foot's. There is none where a
+/// bout begins, and none is measured from a strike that was not found.
+void measure_step(gait_foot_cycle& cycle, const step* before, int rate) {
+  if (before == nullptr || before->lost) {
+    return;
+  }
+  cycle.step_time =
+      rounded(static_cast<double>(before->end - before->begin) / rate, typical::step_time.decimals);
+  cycle.step_length = rounded(before->length, typical::step_length.decimals);
+}
+
+/// The stride of two steps, after the step `before` (null where there is none).
+stride make_stride(const step* before, const step& first, const step& second, side side, int rate,
                    random_numbers& random) {
   const double turning = (first.turning + second.turning) / 2.0;
   const auto drawn = [&](const typical_value& value) {
@@ -243,8 +255,7 @@ stride make_stride(const step& first, const step& second, side side, int rate,
   cycle.cadence = rounded(120.0 / seconds(samples), 3);
   cycle.slength = rounded(length, typical::step_length.decimals);
   cycle.speed = rounded(length / seconds(samples), 4);
-  cycle.step_time = rounded(seconds(second.end - second.begin), typical::step_time.decimals);
-  cycle.step_length = rounded(second.length, typical::step_length.decimals);
+  measure_step(cycle, before, rate);
   for (const typical_value& value : typical::stride_values) {
     cycle.*value.field = drawn(value);
   }
@@ -263,7 +274,8 @@ public:
   void add(bout& bout) {
     left_toe_off_.reset();
     for (int i = 0; i < bout.strides(); ++i) {
-      add_stride(bout.stride(i));
+      const step* const steps = bout.stride(i);
+      add_stride(i == 0 ? nullptr : steps - 1, steps);
     }
   }
 
@@ -283,9 +295,9 @@ public:
 
 private:
   /// The right foot's stride of the first two of three steps, and the left foot's of the last two.
-  void add_stride(const step* steps) {
-    const stride right = make_stride(steps[0], steps[1], side::right, rate_, random_);
-    const stride left = make_stride(steps[1], steps[2], side::left, rate_, random_);
+  void add_stride(const step* before, const step* steps) {
+    const stride right = make_stride(before, steps[0], steps[1], side::right, rate_, random_);
+    const stride left = make_stride(steps, steps[1], steps[2], side::left, rate_, random_);
     const bool has_lost = steps[0].lost || steps[1].lost;
 
     feet_cycle feet;

@@ -1,0 +1,4 @@
+add_executable(walk_checks_test walk_checks_test.cpp)
+target_link_libraries(walk_checks_test PRIVATE
+  gait_walk_checks gait_walk_model GTest::gmock_main gait_warnings)
+gtest_discover_tests(walk_checks_test)

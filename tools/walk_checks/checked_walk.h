@@ -1,0 +1,43 @@
+#ifndef TOOLS_WALK_CHECKS_CHECKED_WALK_H
+#define TOOLS_WALK_CHECKS_CHECKED_WALK_H
+
+/// \file
+/// A walk as the checks see it: every stride by its index, and which of them are included.
+
+#include <gait/result.h>
+
+#include <cstddef>
+#include <string_view>
+#include <vector>
+
+namespace gait_checks {
+
+/// One foot.
+struct checked_foot {
+  std::string_view name;                         ///< "right" or "left"
+  double rate = 0.0;                             ///< (Hz)
+  std::vector<const gait_foot_cycle*> strides;   ///< all, by index
+  std::vector<const gait_foot_cycle*> included;  ///< in time order
+};
+
+/// An included cycle of both feet, with the strides that it links; null where there is none.
+struct checked_pair {
+  const gait_feet_cycle* cycle = nullptr;
+  int index = 0;  ///< of the two-feet cycle
+  const gait_foot_cycle* right = nullptr;
+  const gait_foot_cycle* left = nullptr;
+};
+
+struct checked_walk {
+  std::vector<checked_foot> feet;   ///< the analysed ones, right before left
+  std::vector<checked_pair> pairs;  ///< of two feet that are analysed together
+  std::vector<checked_pair> links;  ///< as pairs, but of all two-feet cycles, excluded ones too
+};
+
+/// `right` and `left` are the analysed feet, or null.
+checked_walk checked_walk_of(const gait_result& result, const gait_foot_result* right,
+                             const gait_foot_result* left);
+
+}  // namespace gait_checks
+
+#endif

@@ -1,0 +1,68 @@
+#ifndef TOOLS_WALK_CHECKS_TALLY_H
+#define TOOLS_WALK_CHECKS_TALLY_H
+
+/// \file
+/// Counting what breaks a check, and saying so.
+
+#include "check_tables.h"
+#include "walk_checks.h"
+
+#include <cstddef>
+#include <string>
+#include <string_view>
+#include <utility>
+#include <vector>
+
+namespace gait_checks {
+
+/// A number for a message: six digits at most.
+std::string number(double value);
+
+/// "expected 98.5 to 101.5", "expected at least 99", "expected at most 4".
+std::string expected(double lowest, double highest);
+
+/// The median of some values: the mean of the middle two of an even number. Not for none.
+double median(std::vector<double> values);
+
+/// The strides that a check compares, and those that break it.
+class tally {
+public:
+  tally(std::string_view table, std::string_view column) : table_(table), column_(column) {}
+
+  /// Counts a stride. `text` says what was found and expected; that of the first broken one is kept.
+  template <class Text>
+  void add(bool is_sound, const place& place, Text text) {
+    ++compared_;
+    if (!is_sound) {
+      if (places_.empty()) {
+        text_ = text();
+      }
+      places_.push_back(place);
+    }
+  }
+
+  std::size_t broken() const { return places_.size(); }
+  std::size_t compared() const { return compared_; }
+
+  /// Whether so many strides are a finding.
+  bool alarms(alarm when) const {
+    return when == alarm::any ? broken() > 0 : broken() >= 2 && 20 * broken() > compared_;
+  }
+
+  /// The finding, or none.
+  std::vector<finding> findings(alarm when) const;
+
+private:
+  std::string_view table_;
+  std::string_view column_;
+  std::size_t compared_ = 0;
+  std::vector<place> places_;
+  std::string text_;
+};
+
+inline constexpr std::string_view foot_cycles_table = "foot_cycles.csv";
+inline constexpr std::string_view feet_cycles_table = "feet_cycles.csv";
+
+}  // namespace gait_checks
+
+#endif

@@ -1,0 +1,87 @@
+#ifndef TOOLS_WALK_CHECKS_WALK_CHECKS_H
+#define TOOLS_WALK_CHECKS_WALK_CHECKS_H
+
+/// \file
+/// Looking for data that cannot be right: what the tables of a walk say against itself, and against
+/// what a person can do.
+///
+/// A finding changes no figure. It says what was compared, how many of the included strides break
+/// it, where, and what that usually means.
+
+#include <gait/result.h>
+
+#include <array>
+#include <cstddef>
+#include <string>
+#include <string_view>
+#include <vector>
+
+namespace gait_checks {
+
+/// What a check looks at.
+enum class kind {
+  fields_of_a_stride,  ///< values of one stride against each other
+  bounds_of_a_stride,  ///< one value against what a person can do
+  median_of_a_walk,    ///< the walk's median of one value, where another unit or column shows
+  strides_of_a_walk,   ///< strides against other strides
+};
+
+inline constexpr std::array kinds = {kind::fields_of_a_stride, kind::bounds_of_a_stride,
+                                     kind::median_of_a_walk, kind::strides_of_a_walk};
+
+/// What a kind compares, for people.
+std::string_view name_of(kind kind);
+
+/// A check as pages and lists show it: a row of the table of checks.
+struct listed_check {
+  std::string name;         ///< by which it can be switched off
+  kind what;                ///< what it looks at
+  std::string compared;     ///< what is compared
+  std::string tolerance;    ///< how much may differ
+  std::string usual_cause;  ///< what breaking it usually means
+  std::string source;       ///< where the tolerance comes from
+};
+
+/// Every check, in the order in which findings are reported.
+std::vector<listed_check> list_checks();
+
+/// One stride that breaks a check, by its place in its table.
+struct place {
+  std::string_view foot;  ///< "right" or "left"; empty for a cycle of both feet
+  int index = 0;          ///< the stride's index
+};
+
+/// A check that the walk breaks.
+struct finding {
+  std::string check;          ///< its name
+  std::string table;          ///< "foot_cycles.csv" or "feet_cycles.csv"
+  std::string column;         ///< the column to look at first
+  std::size_t broken = 0;     ///< included strides that break it
+  std::size_t compared = 0;   ///< included strides that have the values it needs
+  std::string text;           ///< "found ..., expected ..."
+  std::string usual_cause;    ///< what that usually means, with a guess such as "milliseconds?"
+  std::vector<place> places;  ///< those that break it, in time order; empty for the walk as a whole
+};
+
+/// Something to know about the figures that no one did wrong.
+struct note {
+  std::string name;
+  std::string text;    ///< a sentence
+  std::string source;  ///< the paper behind it
+};
+
+/// Checks an analysed walk: its statistics say which cycles are included, and only these take part,
+/// except where a check is about the order of all strides.
+///
+/// `right` and `left` are the feet that were analysed, or null. A value that is missing takes no
+/// part in any check. `without` names checks to leave out. The time is in proportion to the strides.
+std::vector<finding> check_walk(const gait_result& result, const gait_foot_result* right,
+                                const gait_foot_result* left,
+                                const std::vector<std::string>& without = {});
+
+/// What the number of included strides allows to say.
+std::vector<note> notes_on(const gait_result& result);
+
+}  // namespace gait_checks
+
+#endif
