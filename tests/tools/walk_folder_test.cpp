@@ -127,8 +127,8 @@ TEST(ReadWalk, TakesEveryWordForNotMeasured) {
 
 TEST(ReadWalk, TakesNumbersAsProgramsWriteThem) {
   const std::vector<std::pair<std::string, double>> numbers = {
-      {"1", 1.0},        {"+1.5", 1.5}, {"-0.25", -0.25}, {"1e3", 1000.0},
-      {"1.5E-2", 0.015}, {".5", 0.5},   {"5.", 5.0},      {"\"2.5\"", 2.5}};
+      {"1", 1.0},  {"+1.5", 1.5}, {"-0.25", -0.25}, {"1e3", 1000.0}, {"1.5E-2", 0.015},
+      {".5", 0.5}, {"5.", 5.0},   {"\"2.5\"", 2.5}, {"0e9", 0.0}};
   for (const auto& [cell, value] : numbers) {
     tables text;
     change(text.foot_cycles, ",1.25,", "," + cell + ",");
