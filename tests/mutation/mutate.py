@@ -43,10 +43,10 @@ STAGES = {
 def mutants_of(lists, only):
     mutants = []
     for name in lists:
-        for mutant in tomllib.loads((HERE / f"{name}.toml").read_text())["mutant"]:
-            mutant["list"] = name
-            if only in mutant["file"] or only in mutant["from"] or only in mutant["to"]:
-                mutants.append(mutant)
+        for file, faults in tomllib.loads((HERE / f"{name}.toml").read_text()).items():
+            for fault in faults:
+                if only in file or only in fault["from"] or only in fault["to"]:
+                    mutants.append({"list": name, "file": file, **fault})
     return mutants
 
 

@@ -3,7 +3,7 @@
 #include "walk_checks.h"
 
 #include "check_tables.h"
-#include "walk.h"
+#include "analysis.h"
 #include "walk_model.h"
 
 #include <gait/generate_statistics.h>
