@@ -1,8 +1,9 @@
 #!/usr/bin/env python3
-"""Runs this library and its peers in turn on the same walks, and prints how many times longer each peer takes.
+"""Runs this library and its peers in turn on the same walks, and prints how many times longer each
+peer takes.
 
-Every round runs every program once on every size; a ratio is that of two times of the same round. The table shows the
-median of the rounds' ratios, with the smallest and the largest in brackets.
+Every round runs every program once on every size; a ratio is that of two times of the same round.
+The table shows the median of the rounds' ratios, with the smallest and the largest in brackets.
 """
 
 import argparse
@@ -26,7 +27,10 @@ def find_python():
 
 
 def has_module(python, module):
-    return python and subprocess.run([python, "-c", "import " + module], capture_output=True).returncode == 0
+    return (
+        python
+        and subprocess.run([python, "-c", "import " + module], capture_output=True).returncode == 0
+    )
 
 
 def find_programs(build):
@@ -37,25 +41,39 @@ def find_programs(build):
     programs = {name: [str(path)] if path.exists() else None for name, path in built.items()}
     programs["numpy"] = [python, str(HERE / "peer_numpy.py")] if python else None
     for name in ("pandas_agg", "pandas_describe"):
-        programs[name] = [python, str(HERE / f"peer_{name}.py")] if has_module(python, "pandas") else None
+        programs[name] = (
+            [python, str(HERE / f"peer_{name}.py")] if has_module(python, "pandas") else None
+        )
     programs["r"] = [r, str(HERE / "peer_r.R")] if r else None
     return programs
 
 
 def make_walk(make_walk_program, folder, strides):
     walk = folder / f"walk_{strides}"
-    subprocess.run([make_walk_program, str(walk), "--strides", str(strides), "--turns", "0"], check=True, capture_output=True)
+    subprocess.run(
+        [make_walk_program, str(walk), "--strides", str(strides), "--turns", "0"],
+        check=True,
+        capture_output=True,
+    )
     # Every peer takes all cycles.
     (walk / "exclusions.csv").write_text("cycles,list,index,reason\n")
     return walk
 
 
 def time_of(command, walk):
-    return float(subprocess.run(command + [str(walk)], check=True, capture_output=True, text=True).stdout)
+    return float(
+        subprocess.run(command + [str(walk)], check=True, capture_output=True, text=True).stdout
+    )
 
 
 def show_seconds(seconds):
-    return f"{seconds * 1e6:.0f} us" if seconds < 1e-3 else f"{seconds * 1e3:.1f} ms" if seconds < 1 else f"{seconds:.2f} s"
+    return (
+        f"{seconds * 1e6:.0f} us"
+        if seconds < 1e-3
+        else f"{seconds * 1e3:.1f} ms"
+        if seconds < 1
+        else f"{seconds:.2f} s"
+    )
 
 
 def main():
@@ -73,13 +91,20 @@ def main():
         sys.exit("The library's own program is not built: run scripts/benchmark.")
     times = {}
     with tempfile.TemporaryDirectory() as folder:
-        walks = {size: make_walk(arguments.make_walk, pathlib.Path(folder), size) for size in arguments.sizes}
+        walks = {
+            size: make_walk(arguments.make_walk, pathlib.Path(folder), size)
+            for size in arguments.sizes
+        }
         for _ in range(arguments.rounds):
             for size, walk in walks.items():
                 for name, command in present.items():
                     times.setdefault((name, size), []).append(time_of(command, walk))
 
-    print("| cycles a foot | one call of ours | " + " | ".join(name for name in present if name != OURS) + " |")
+    print(
+        "| cycles a foot | one call of ours | "
+        + " | ".join(name for name in present if name != OURS)
+        + " |"
+    )
     print("| ---: | ---: |" + " ---: |" * (len(present) - 1))
     for size in arguments.sizes:
         ours = times[OURS, size]
@@ -87,7 +112,9 @@ def main():
         for name in present:
             if name != OURS:
                 ratios = [theirs / our for theirs, our in zip(times[name, size], ours)]
-                cells.append(f"{statistics.median(ratios):.2f} ({min(ratios):.2f} to {max(ratios):.2f})")
+                cells.append(
+                    f"{statistics.median(ratios):.2f} ({min(ratios):.2f} to {max(ratios):.2f})"
+                )
         print("| " + " | ".join(cells) + " |")
     for name in absent:
         print(f"\n{name}: not installed, left out.")

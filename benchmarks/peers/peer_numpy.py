@@ -8,7 +8,9 @@ from peer_clock import print_time_of
 
 
 def read_columns(folder):
-    table = numpy.genfromtxt(folder + "/foot_cycles.csv", delimiter=",", names=True, dtype=None, encoding="utf-8")
+    table = numpy.genfromtxt(
+        folder + "/foot_cycles.csv", delimiter=",", names=True, dtype=None, encoding="utf-8"
+    )
     feet = numpy.genfromtxt(folder + "/feet_cycles.csv", delimiter=",", names=True)
     columns = []
     for foot in ("right", "left"):

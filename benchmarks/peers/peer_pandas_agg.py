@@ -10,7 +10,9 @@ from peer_clock import print_time_of
 
 warnings.simplefilter("ignore")
 
-strides = pandas.read_csv(sys.argv[1] + "/foot_cycles.csv").drop(columns=["index", "first_sample", "last_sample"])
+strides = pandas.read_csv(sys.argv[1] + "/foot_cycles.csv").drop(
+    columns=["index", "first_sample", "last_sample"]
+)
 feet = pandas.read_csv(sys.argv[1] + "/feet_cycles.csv")[["ds"]]
 
 

@@ -1,4 +1,4 @@
-"""pandas: groupby and describe. Its quartiles are of definition 7, which is the only one that describe has."""
+"""pandas: groupby and describe. Its quartiles are of definition 7, the only one that it has."""
 
 import sys
 
@@ -6,7 +6,9 @@ import pandas
 
 from peer_clock import print_time_of
 
-strides = pandas.read_csv(sys.argv[1] + "/foot_cycles.csv").drop(columns=["index", "first_sample", "last_sample"])
+strides = pandas.read_csv(sys.argv[1] + "/foot_cycles.csv").drop(
+    columns=["index", "first_sample", "last_sample"]
+)
 feet = pandas.read_csv(sys.argv[1] + "/feet_cycles.csv")[["ds"]]
 
 

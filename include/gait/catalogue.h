@@ -134,7 +134,7 @@ inline double half_stride(const gait_foot_cycle& cycle) { return cycle.slength *
 // The texts are what callers look up and show; their irregularities are part of the interface.
 // clang-format off
 inline constexpr auto table = std::make_tuple(
-    //   tag key description unit dec sides spread source when
+    //   tag             key                description           unit                 dec  sides     spread source                            when
     foot<GCT>           ("gct",             "Cycle duration",     "seconds",             3, ratio,    cv,    &gait_foot_cycle::gct,             always),
     foot<SWING>         ("swing",           "Swing",              "% of gait cycle",     2, ratio,    cv,    &gait_foot_cycle::swing,           always),
     foot<STANCE>        ("stance",          "Stance",             "% of cycle duration", 2, ratio,    cv,    &gait_foot_cycle::stance,          always),

@@ -19,8 +19,9 @@
 // NaN counts as a measured value throughout the library. A compiler that may assume that there are
 // no NaNs drops the comparisons that rely on them, silently and only in some places.
 #if defined(__FAST_MATH__) || (defined(__FINITE_MATH_ONLY__) && __FINITE_MATH_ONLY__)
-#error \
-    "gait_statistics needs NaN and signed zero to work: compile without -ffast-math and -ffinite-math-only"
+// clang-format off
+#error "gait_statistics needs NaN and signed zero: compile without -ffast-math and -ffinite-math-only"
+// clang-format on
 #endif
 
 /// The missing value: a per-cycle value that was not measured, and a statistic that could not be

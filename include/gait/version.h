@@ -18,10 +18,12 @@
 #define GAIT_STATISTICS_VERSION_TEXT_2(x) #x
 #define GAIT_STATISTICS_VERSION_TEXT(x) GAIT_STATISTICS_VERSION_TEXT_2(x)
 
+// clang-format off
 /// The version of the headers that were compiled, for example "1.0.0".
-#define GAIT_STATISTICS_VERSION                                                                     \
-  GAIT_STATISTICS_VERSION_TEXT(GAIT_STATISTICS_VERSION_MAJOR)                                       \
-  "." GAIT_STATISTICS_VERSION_TEXT(GAIT_STATISTICS_VERSION_MINOR) "." GAIT_STATISTICS_VERSION_TEXT( \
-      GAIT_STATISTICS_VERSION_PATCH)
+#define GAIT_STATISTICS_VERSION                               \
+  GAIT_STATISTICS_VERSION_TEXT(GAIT_STATISTICS_VERSION_MAJOR) \
+  "." GAIT_STATISTICS_VERSION_TEXT(GAIT_STATISTICS_VERSION_MINOR) \
+  "." GAIT_STATISTICS_VERSION_TEXT(GAIT_STATISTICS_VERSION_PATCH)
+// clang-format on
 
 #endif

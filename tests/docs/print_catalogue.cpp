@@ -45,29 +45,34 @@ std::string source_of(const Row& row) {
   }
 }
 
-const char* mode_note(gait_catalogue::built when) {
-  switch (when) {
-    case gait_catalogue::built::with_one_foot:
-      return " (one foot)";
-    case gait_catalogue::built::with_both_feet:
-      return " (both feet)";
-    case gait_catalogue::built::always:
-      break;
-  }
-  return "";
-}
-
 const char* yes_or_no(bool value) { return value ? "yes" : "no"; }
 
+const char* built(gait_catalogue::built when) {
+  switch (when) {
+    case gait_catalogue::with_both_feet:
+      return "both feet";
+    case gait_catalogue::with_one_foot:
+      return "one foot";
+    case gait_catalogue::always:
+      break;
+  }
+  return "always";
+}
+
+/// What follows the name of a parameter that not every analysis has.
+std::string mode_note(gait_catalogue::built when) {
+  return when == gait_catalogue::always ? "" : " (" + std::string(built(when)) + ")";
+}
+
 void print_table() {
-  std::cout << "| Parameter | Key | Unit | Decimals | Ratio | CV | Field | Tag "
-               "|\n|---|---|---|---|---|---|---|---|\n";
+  std::cout << "| Parameter | Key | Unit | Decimals | Ratio | CV | Built | Field | Tag |\n"
+               "|---|---|---|---|---|---|---|---|---|\n";
   gait_catalogue::for_each_row([](const auto& row) {
     using tag = typename std::decay_t<decltype(row)>::tag_type;
     std::cout << "| " << row.description << " | `" << row.key << "` | " << row.unit << " | "
               << row.decimals << " | " << yes_or_no(row.sides == gait_catalogue::ratio) << " | "
-              << yes_or_no(row.spread == gait_catalogue::cv) << " | " << source_of(row) << " | `"
-              << gait_report::meaning_of<tag>.tag << "` |\n";
+              << yes_or_no(row.spread == gait_catalogue::cv) << " | " << built(row.when) << " | "
+              << source_of(row) << " | `" << gait_report::meaning_of<tag>.tag << "` |\n";
   });
 }
 
@@ -86,11 +91,9 @@ computed.
 - Decimals: how many to show. They enter no computation.
 - Ratio: whether the ratio of the right and the left mean is computed, when both feet are analysed.
 - CV: whether a coefficient of variation is computed.
+- Built: whether every analysis has the parameter, or only that of both feet, or of one foot.
 - Field: the member of `gait_foot_cycle` that is read (of `gait_feet_cycle` for "two feet").
 - Tag: the type that names the parameter in C++.
-
-`StepLength` stands here twice: the first is used when both feet are analysed, the second when one
-foot is.
 
 )";
 

@@ -21,8 +21,8 @@ import time
 
 sys.dont_write_bytecode = True  # of the files beside this one, which may be anybody's
 
-import walks
-from model import MISSING, AbsentSignal, OneOf, fresh_outputs, generate_statistics
+import walks  # noqa: E402
+from model import MISSING, AbsentSignal, OneOf, fresh_outputs, generate_statistics  # noqa: E402
 
 CASES_AT_ONCE = 50
 MOST_FAILING_CASES = 3

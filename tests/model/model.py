@@ -1,17 +1,23 @@
-"""gait_generate_statistics() a second time, written from docs/definitions.md section by section, and from nothing else.
+"""gait_generate_statistics() a second time, written from docs/definitions.md section by section,
+and from nothing else.
 
 A walk is made of plain values, as walks.py makes them:
 
-    {"recordings": [{"sampling_rate": 100, "signals": [[1, 500], [2, 500]]}],        # [identifier, sample count]
-     "feet": [{"recording": 0, "cycles": [{"first_sample": 0, "last_sample": 99, "index": 0, "gct": 1.0}]}],
-     "foot_results": 1,                             # so many of the feet, from the first, are entries of foot_results
-     "left_foot": None, "right_foot": None,         # positions in "feet", or None for null
-     "feet_cycles": [{"gct": 1.0, "ds": 20.0, "right_cycle": [1, 0], "left_cycle": None}],     # [foot, cycle] or None
+    {"recordings": [{"sampling_rate": 100, "signals": [[1, 500], [2, 500]]}],
+     "feet": [{"recording": 0,
+               "cycles": [{"first_sample": 0, "last_sample": 99, "index": 0, "gct": 1.0}]}],
+     "foot_results": 1,
+     "left_foot": None, "right_foot": None,
+     "feet_cycles": [{"gct": 1.0, "ds": 20.0, "right_cycle": [1, 0], "left_cycle": None}],
      "excluded_1": [], "excluded_1_fallback": [], "excluded_2": [], "excluded_2_fallback": [],
      "settings_value": 0.0}
 
-A measured field that is not there is missing. The outputs are {"info": ..., "parameters": ..., "quality_flags": ...}
-with their members in declaration order.
+A signal is [identifier, sample count]. "foot_results" says how many of the feet, from the first,
+are entries of foot_results. "left_foot" and "right_foot" are positions in "feet", or None for null.
+A link is [foot, cycle], or None for null.
+
+A measured field that is not there is missing. The outputs are {"info": ..., "parameters": ...,
+"quality_flags": ...} with their members in declaration order.
 """
 
 import csv
@@ -53,8 +59,14 @@ def read_catalogue():
         if line.startswith("ROW("):
             cells = line.removeprefix("ROW(").removesuffix(")")
             row = Row(*next(csv.reader([cells], skipinitialspace=True)))
-            rows.append(row._replace(decimals=int(row.decimals), has_ratio=row.has_ratio == "ratio",
-                                     has_cv=row.has_cv == "cv", field=row.field.rpartition("::")[2]))
+            rows.append(
+                row._replace(
+                    decimals=int(row.decimals),
+                    has_ratio=row.has_ratio == "ratio",
+                    has_cv=row.has_cv == "cv",
+                    field=row.field.rpartition("::")[2],
+                )
+            )
     return rows
 
 
@@ -77,20 +89,41 @@ class AbsentSignal(Exception):
 
 
 def fresh_outputs():
-    whole = {"cycle_count", "excluded_count", "excluded_2_fallback_count", "excluded_2_count", "excluded_1_fallback_count",
-             "excluded_1_count", "included_count"}
-    names = """recording_duration duration excluded_1_fallback_gct_sum excluded_2_gct_sum included_gct_sum included_distance
-        total_distance cycle_count excluded_count cycles excluded_2_fallback_count excluded_2_count
-        excluded_1_fallback_count excluded_1_count included_count excluded_2_fallback_duration excluded_2_duration
+    whole = {
+        "cycle_count",
+        "excluded_count",
+        "excluded_2_fallback_count",
+        "excluded_2_count",
+        "excluded_1_fallback_count",
+        "excluded_1_count",
+        "included_count",
+    }
+    names = """recording_duration duration excluded_1_fallback_gct_sum excluded_2_gct_sum
+        included_gct_sum included_distance total_distance cycle_count excluded_count cycles
+        excluded_2_fallback_count excluded_2_count excluded_1_fallback_count excluded_1_count
+        included_count excluded_2_fallback_duration excluded_2_duration
         excluded_1_fallback_duration excluded_1_duration included_duration""".split()
     info = {name: [] if name == "cycles" else 0 if name in whole else 0.0 for name in names}
     return {"info": info, "parameters": {}, "quality_flags": 0}
 
 
 def fresh_parameter():
-    return {"valid": False, "description": "", "unit": "", "decimals": 0, "values": [], "mean": MISSING, "median": MISSING,
-            "std": MISSING, "iqr": MISSING, "min": MISSING, "max": MISSING, "cv": MISSING, "asymmetry_enabled": False,
-            "asymmetry": MISSING}
+    return {
+        "valid": False,
+        "description": "",
+        "unit": "",
+        "decimals": 0,
+        "values": [],
+        "mean": MISSING,
+        "median": MISSING,
+        "std": MISSING,
+        "iqr": MISSING,
+        "min": MISSING,
+        "max": MISSING,
+        "cv": MISSING,
+        "asymmetry_enabled": False,
+        "asymmetry": MISSING,
+    }
 
 
 # Terms.
@@ -150,10 +183,19 @@ def generate_statistics(walk, outputs):
 
     n = int32(len(cycles))
     selection, took_out_kind_2 = selected(walk, n)
-    distance_indices = (lambda chosen: matched(walk, chosen, "right_cycle")) if two_feet else (lambda chosen: chosen)
-    info = {"recording_duration": recording_duration, "duration": divided(span(walk, feet) + 1.0, rate)}
+    distance_indices = (
+        (lambda chosen: matched(walk, chosen, "right_cycle"))
+        if two_feet
+        else (lambda chosen: chosen)
+    )
+    info = {
+        "recording_duration": recording_duration,
+        "duration": divided(span(walk, feet) + 1.0, rate),
+    }
     info["excluded_1_fallback_gct_sum"] = sum_over(walk["excluded_1_fallback"], cycles, "gct")
-    info["excluded_2_gct_sum"] = sum_over(walk["excluded_2" if took_out_kind_2 else "excluded_2_fallback"], cycles, "gct")
+    info["excluded_2_gct_sum"] = sum_over(
+        walk["excluded_2" if took_out_kind_2 else "excluded_2_fallback"], cycles, "gct"
+    )
     info["included_gct_sum"] = sum_over(selection, cycles, "gct")
     info["included_distance"] = sum_over(distance_indices(selection), right, "slength")
     info["total_distance"] = sum_over(distance_indices(range(n)), right, "slength")
@@ -165,9 +207,14 @@ def generate_statistics(walk, outputs):
 
     parameters = outputs["parameters"]
     if two_feet:
-        for foot, link, suffix in (("right_foot", "right_cycle", "_R"), ("left_foot", "left_cycle", "_L")):
+        for foot, link, suffix in (
+            ("right_foot", "right_cycle", "_R"),
+            ("left_foot", "left_cycle", "_L"),
+        ):
             indices = matched(walk, selection, link)
-            build_parameters(parameters, walk["feet"][walk[foot]]["cycles"], indices, suffix, cycles, selection)
+            build_parameters(
+                parameters, walk["feet"][walk[foot]]["cycles"], indices, suffix, cycles, selection
+            )
         compare_sides(parameters)
     else:
         build_parameters(parameters, cycles, selection, "")
@@ -226,12 +273,20 @@ def account_for_lists(info, walk, cycles):
     info["excluded_2_count"] = uint32(len(kind_2)) if kind_2 else 2
     info["excluded_1_fallback_count"] = 0 if kind_1 else uint32(len(kind_1_fallback))
     info["excluded_1_count"] = uint32(len(kind_1 or kind_1_fallback))
-    info["included_count"] = int32(info["cycle_count"] - info["excluded_2_count"] - info["excluded_1_count"])
-    info["excluded_2_fallback_duration"] = 0.0 if kind_2 else sum_over(kind_2_fallback, cycles, "gct")
+    info["included_count"] = int32(
+        info["cycle_count"] - info["excluded_2_count"] - info["excluded_1_count"]
+    )
+    info["excluded_2_fallback_duration"] = (
+        0.0 if kind_2 else sum_over(kind_2_fallback, cycles, "gct")
+    )
     info["excluded_2_duration"] = sum_over(kind_2 or kind_2_fallback, cycles, "gct")
-    info["excluded_1_fallback_duration"] = 0.0 if kind_1 else sum_over(kind_1_fallback, cycles, "gct")
+    info["excluded_1_fallback_duration"] = (
+        0.0 if kind_1 else sum_over(kind_1_fallback, cycles, "gct")
+    )
     info["excluded_1_duration"] = sum_over(kind_1 or kind_1_fallback, cycles, "gct")
-    info["included_duration"] = info["duration"] - (info["excluded_2_duration"] + info["excluded_1_duration"])
+    info["included_duration"] = info["duration"] - (
+        info["excluded_2_duration"] + info["excluded_1_duration"]
+    )
 
 
 # The parameters.
@@ -245,8 +300,12 @@ def build_parameters(parameters, cycles, indices, suffix, feet_cycles=None, feet
             continue
         chosen, source = (feet_indices, feet_cycles) if row.result == "feet" else (indices, cycles)
         parameter = described(values_over(chosen, source, value_of(row)), row.has_cv)
-        parameter.update(description=row.description, unit=row.unit, decimals=row.decimals,
-                         asymmetry_enabled=row.has_ratio)
+        parameter.update(
+            description=row.description,
+            unit=row.unit,
+            decimals=row.decimals,
+            asymmetry_enabled=row.has_ratio,
+        )
         parameters[row.key + suffix] = parameter
 
 
@@ -279,7 +338,7 @@ def described(values, has_cv):
         return parameter
     in_order = in_ascending_order(sample)
     first_quartile, third_quartile = percentiles(in_order, (25.0, 75.0))
-    parameter["median"], = percentiles(in_order, (50.0,))
+    (parameter["median"],) = percentiles(in_order, (50.0,))
     parameter["iqr"] = third_quartile - first_quartile
     parameter["min"] = extreme(in_order[0], sample)
     parameter["max"] = extreme(in_order[-1], sample)
@@ -364,9 +423,9 @@ def compare_sides(parameters):
         partner = key.split("_L")[0] + "_R"
         if not left["asymmetry_enabled"] or "_L" not in key or partner not in parameters:
             continue
-        l, r = left["mean"], parameters[partner]["mean"]
-        ratio = divided(r, l) if l != 0.0 else 0.0
-        left["asymmetry"] = divided(1.0, ratio) if r != 0.0 else 0.0
+        mean_l, mean_r = left["mean"], parameters[partner]["mean"]
+        ratio = divided(mean_r, mean_l) if mean_l != 0.0 else 0.0
+        left["asymmetry"] = divided(1.0, ratio) if mean_r != 0.0 else 0.0
         ratios_of.setdefault(partner, []).append(ratio)
     for partner, ratios in ratios_of.items():
         parameters[partner]["asymmetry"] = ratios[0] if len(ratios) == 1 else OneOf(ratios)
@@ -381,8 +440,8 @@ def swing_asymmetry(parameters, included, rate):
     left, right = parameters["swing_L"]["values"], parameters["swing_R"]["values"]
     if not left or not right:
         return index
-    pairs = list(zip(left, right))[:max(included, 0)]
-    values = [divided((l - r) * rate, l + r) for l, r in pairs if l > 0.0 and r > 0.0]
+    pairs = list(zip(left, right))[: max(included, 0)]
+    values = [divided((x - y) * rate, x + y) for x, y in pairs if x > 0.0 and y > 0.0]
     k = len(values)
     mean = divided(added_up(values), float(k))
     std = math.sqrt(divided(added_up((a - mean) * (a - mean) for a in values), float(int32(k - 1))))

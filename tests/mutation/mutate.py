@@ -2,9 +2,9 @@
 
     mutate.py [--check] [--jobs J] [--only TEXT] [LIST...]
 
-A list (library.toml, walk_folder.toml; none named: both) holds the faults. --check only looks whether each can still be
-put in. --only takes the faults whose file or lines contain TEXT. Exits with 1 when a fault is noticed by no test and
-not explained, or explained and noticed.
+A list (library.toml, walk_folder.toml; none named: both) holds the faults. --check only looks
+whether each can still be put in. --only takes the faults whose file or lines contain TEXT. Exits
+with 1 when a fault is noticed by no test and not explained, or explained and noticed.
 """
 
 import argparse
@@ -28,15 +28,36 @@ SOURCES = HERE.parent.parent
 TIMEOUT = 600  # seconds for a run of tests; a fault may well make a loop endless
 
 # Tests that look at the clock may fail on a busy machine, and would hide a fault that none notices.
-CTEST = ["ctest", "--parallel", str(os.cpu_count()), "--stop-on-failure", "--timeout", "120", "--no-tests=error",
-         "--label-exclude", ".", "--exclude-regex", "ExpectedTime|Interruption|LongWalk", "--test-dir"]
+CTEST = [
+    "ctest",
+    "--parallel",
+    str(os.cpu_count()),
+    "--stop-on-failure",
+    "--timeout",
+    "120",
+    "--no-tests=error",
+    "--label-exclude",
+    ".",
+    "--exclude-regex",
+    "ExpectedTime|Interruption|LongWalk",
+    "--test-dir",
+]
 
 # Asked in turn until one notices: what to build, and what to run. What notices most is asked first.
 EVERYTHING = ("all", [*CTEST, "."])
 STAGES = {
-    "library": [("run_cases", [*CTEST, "tests/model"]), ("tests/library/all", [*CTEST, "tests/library"]), EVERYTHING],
-    "walk_folder": [("walk_folder_test", ["tests/tools/walk_folder_test", "--gtest_brief=1", "--gtest_fail_fast"]),
-                    EVERYTHING],
+    "library": [
+        ("run_cases", [*CTEST, "tests/model"]),
+        ("tests/library/all", [*CTEST, "tests/library"]),
+        EVERYTHING,
+    ],
+    "walk_folder": [
+        (
+            "walk_folder_test",
+            ["tests/tools/walk_folder_test", "--gtest_brief=1", "--gtest_fail_fast"],
+        ),
+        EVERYTHING,
+    ],
 }
 
 
@@ -59,8 +80,10 @@ def mutated(tree, mutant):
     text = (tree / mutant["file"]).read_text()
     places = list(re.finditer(any_layout(mutant["from"]), text))
     if len(places) != 1:
-        sys.exit(f"{mutant['list']}.toml: {mutant['file']} holds {len(places)} times, expected once:\n"
-                 f"{mutant['from']}")
+        sys.exit(
+            f"{mutant['list']}.toml: {mutant['file']} holds {len(places)} times, expected once:\n"
+            f"{mutant['from']}"
+        )
     return text[: places[0].start()] + mutant["to"] + text[places[0].end() :]
 
 
@@ -79,8 +102,16 @@ def any_layout(code):
 
 def run(arguments, folder, timeout=None):
     """Whether a command succeeds in time, and what it printed. What it has started ends with it."""
-    process = subprocess.Popen(arguments, cwd=folder, stdin=subprocess.DEVNULL, stdout=subprocess.PIPE, stderr=subprocess.STDOUT,
-                               text=True, errors="replace", start_new_session=True)
+    process = subprocess.Popen(
+        arguments,
+        cwd=folder,
+        stdin=subprocess.DEVNULL,
+        stdout=subprocess.PIPE,
+        stderr=subprocess.STDOUT,
+        text=True,
+        errors="replace",
+        start_new_session=True,
+    )
     try:
         output, _ = process.communicate(timeout=timeout)
         return process.returncode == 0, output
@@ -102,7 +133,12 @@ class Project:
         self.tree = folder / "sources"
         self.build = folder / "build"
         self.jobs = str(jobs)
-        files = subprocess.run(["git", "-c", f"safe.directory={SOURCES}", "ls-files", "-z"], cwd=SOURCES, check=True, capture_output=True)
+        files = subprocess.run(
+            ["git", "-c", f"safe.directory={SOURCES}", "ls-files", "-z"],
+            cwd=SOURCES,
+            check=True,
+            capture_output=True,
+        )
         for file in files.stdout.decode().split("\0")[:-1]:
             target = self.tree / file
             target.parent.mkdir(parents=True, exist_ok=True)
@@ -110,9 +146,25 @@ class Project:
             target.chmod((SOURCES / file).stat().st_mode)
         launcher = ["-DCMAKE_CXX_COMPILER_LAUNCHER=ccache"] if shutil.which("ccache") else []
         # A fault may leave a variable without a use: that is not what is asked.
-        self.require(run(["cmake", "-S", self.tree, "-B", self.build, "-G", "Ninja", "-DCMAKE_BUILD_TYPE=None",
-                          "-DCMAKE_CXX_FLAGS=-O0 -D_GLIBCXX_ASSERTIONS", "-DGAIT_WARNINGS_AS_ERRORS=OFF",
-                          "-DGAIT_MODEL_CASES=600", *launcher], folder))
+        self.require(
+            run(
+                [
+                    "cmake",
+                    "-S",
+                    self.tree,
+                    "-B",
+                    self.build,
+                    "-G",
+                    "Ninja",
+                    "-DCMAKE_BUILD_TYPE=None",
+                    "-DCMAKE_CXX_FLAGS=-O0 -D_GLIBCXX_ASSERTIONS",
+                    "-DGAIT_WARNINGS_AS_ERRORS=OFF",
+                    "-DGAIT_MODEL_CASES=600",
+                    *launcher,
+                ],
+                folder,
+            )
+        )
         self.require(self.make("all"))
         self.require(run(EVERYTHING[1], self.build, TIMEOUT))
 
@@ -123,7 +175,10 @@ class Project:
             sys.exit(f"{output[-4000:]}\nWithout a fault, the sources do not build and pass.")
 
     def make(self, target):
-        return run(["cmake", "--build", self.build, "--parallel", self.jobs, "--target", target], self.build)
+        return run(
+            ["cmake", "--build", self.build, "--parallel", self.jobs, "--target", target],
+            self.build,
+        )
 
     def verdict(self, mutant):
         """What notices the fault, or None."""
@@ -147,7 +202,11 @@ def judge(mutant, verdict):
     explained = mutant.get("equivalent")
     if verdict is None:
         return (f"explained ({explained})", True) if explained else ("NOTICED BY NO TEST", False)
-    return (f"noticed by {verdict}, although explained", False) if explained else (f"noticed by {verdict}", True)
+    return (
+        (f"noticed by {verdict}, although explained", False)
+        if explained
+        else (f"noticed by {verdict}", True)
+    )
 
 
 def show(number, mutant, line, seconds):
@@ -156,10 +215,16 @@ def show(number, mutant, line, seconds):
 
 
 def main():
-    parser = argparse.ArgumentParser(description="Puts faults into a copy of the sources and asks whether a test notices.")
-    parser.add_argument("--check", action="store_true", help="only look whether each fault can still be put in")
+    parser = argparse.ArgumentParser(
+        description="Puts faults into a copy of the sources and asks whether a test notices."
+    )
+    parser.add_argument(
+        "--check", action="store_true", help="only look whether each fault can still be put in"
+    )
     parser.add_argument("--jobs", type=int, default=os.cpu_count())
-    parser.add_argument("--only", default="", metavar="TEXT", help="only faults whose file or lines contain TEXT")
+    parser.add_argument(
+        "--only", default="", metavar="TEXT", help="only faults whose file or lines contain TEXT"
+    )
     parser.add_argument("lists", nargs="*", choices=[[], *STAGES], default=[], metavar="LIST")
     options = parser.parse_args()
     mutants = mutants_of(options.lists or STAGES, options.only)
@@ -181,8 +246,10 @@ def main():
             unwell += not well
             show(number, mutant, line, time.monotonic() - start)
     compiler, nobody = verdicts.count("the compiler"), verdicts.count(None)
-    print(f"{len(mutants)} faults: {len(mutants) - compiler - nobody} noticed by tests, {compiler} by the compiler, {nobody} by "
-          f"neither; {unwell} not as expected")
+    print(
+        f"{len(mutants)} faults: {len(mutants) - compiler - nobody} noticed by tests, "
+        f"{compiler} by the compiler, {nobody} by neither; {unwell} not as expected"
+    )
     return 1 if unwell else 0
 
 

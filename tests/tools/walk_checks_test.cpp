@@ -2,8 +2,8 @@
 
 #include "walk_checks.h"
 
-#include "check_tables.h"
 #include "analysis.h"
+#include "check_tables.h"
 #include "walk_model.h"
 
 #include <gait/generate_statistics.h>
