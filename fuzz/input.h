@@ -6,6 +6,7 @@
 
 #include <gait/statistics.h>
 
+#include <algorithm>
 #include <array>
 #include <cstddef>
 #include <cstdint>
@@ -30,9 +31,9 @@ public:
   template <class Value>
   Value raw() {
     std::array<std::uint8_t, sizeof(Value)> bytes{};
-    for (std::uint8_t& one : bytes) {
-      one = byte();
-    }
+    const auto taken = std::min(bytes.size(), static_cast<std::size_t>(end_ - next_));
+    std::copy_n(next_, taken, bytes.begin());
+    next_ += taken;
     Value value{};
     std::memcpy(&value, bytes.data(), sizeof(value));
     return value;
