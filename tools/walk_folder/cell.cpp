@@ -42,7 +42,7 @@ bool has_decimal_comma(std::string_view cell) {
 /// A whole number without the ".0" that other software writes behind it.
 std::string_view without_zero_fraction(std::string_view cell) {
   const std::size_t point = cell.find('.');
-  const bool is_zero = point != 0 && point != std::string_view::npos &&
+  const bool is_zero = point != std::string_view::npos &&
                        cell.find_first_not_of('0', point + 1) == std::string_view::npos;
   return is_zero ? cell.substr(0, point) : cell;
 }
