@@ -31,16 +31,16 @@ using gait_walk::analysed_cycles;
 using walk_folder_tests::tables;
 
 constexpr std::size_t faults_per_table = 20;
-constexpr std::array<const char*, 4> table_names = {"recording.csv", "foot_cycles.csv",
-                                                    "feet_cycles.csv", "exclusions.csv"};
+constexpr std::array<const char*, 5> table_names = {
+    "recording.csv", "foot_cycles.csv", "feet_cycles.csv", "exclusions.csv", "about.csv"};
 
 // ---- The tables
 
-/// The texts of the four tables; those that are not there are null when they are read.
-using table_texts = std::array<std::optional<std::string>, 4>;
+/// The texts of the tables; those that are not there are null when they are read.
+using table_texts = std::array<std::optional<std::string>, table_names.size()>;
 
 table_texts texts_of(const tables& walk) {
-  return {walk.recording, walk.foot_cycles, walk.feet_cycles, walk.exclusions};
+  return {walk.recording, walk.foot_cycles, walk.feet_cycles, walk.exclusions, std::nullopt};
 }
 
 /// All tables of a walk, one after the other, with a form feed between them; the last ones may be
@@ -59,10 +59,10 @@ table_texts split(std::string_view text) {
 }
 
 /// The first byte says what the others are: one table of a sound walk, of two feet or in capitals
-/// of the left one alone, or all four.
+/// of the left one alone, or all of them.
 table_texts texts_of(std::string_view input) {
-  constexpr std::string_view both_feet = "rfbe";
-  constexpr std::string_view left_foot = "RFBE";
+  constexpr std::string_view both_feet = "rfbea";
+  constexpr std::string_view left_foot = "RFBEA";
   const char kind = input.empty() ? '\0' : input.front();
   input.remove_prefix(input.empty() ? 0 : 1);
   for (const auto& [kinds, walk] : {std::pair(both_feet, tables()),
@@ -78,15 +78,15 @@ table_texts texts_of(std::string_view input) {
 }
 
 gait_walk::read_result read(const table_texts& texts) {
-  std::array<std::istringstream, 4> streams;
-  std::array<std::istream*, 4> tables{};
+  std::array<std::istringstream, table_names.size()> streams;
+  std::array<std::istream*, table_names.size()> tables{};
   for (std::size_t i = 0; i < tables.size(); ++i) {
     if (texts[i]) {
       streams[i].str(*texts[i]);
       tables[i] = &streams[i];
     }
   }
-  return gait_walk::read_walk_tables({"w", tables[0], tables[1], tables[2], tables[3]},
+  return gait_walk::read_walk_tables({"w", tables[0], tables[1], tables[2], tables[3], tables[4]},
                                      {faults_per_table});
 }
 
@@ -110,7 +110,7 @@ void check_place(const gait_walk::input_error& fault, const table_texts& texts) 
       return;
     }
   }
-  fuzz::fail("a fault is in one of the four tables");
+  fuzz::fail("a fault is in one of the tables");
 }
 
 /// Whether a text holds control characters: those of ASCII, or, in UTF-8, U+0080 to U+009F.
@@ -124,6 +124,15 @@ bool acts_on_a_terminal(const std::string& text) {
     before = byte;
   }
   return false;
+}
+
+/// That each cycle's line is known, and a line of its table.
+void check_lines(const std::vector<std::size_t>& lines, std::size_t cycles,
+                 const std::optional<std::string>& table) {
+  check(lines.size() == cycles, "each cycle has its line");
+  for (const std::size_t line : lines) {
+    check(line > 1 && line <= lines_of(*table), "a cycle stands below the header line");
+  }
 }
 
 void check_faults(const std::vector<gait_walk::input_error>& faults, const table_texts& texts) {
@@ -200,6 +209,12 @@ extern "C" int LLVMFuzzerTestOneInput(const std::uint8_t* bytes, std::size_t siz
     const gait_walk::read_result read_walk = read(texts);
     check_faults(read_walk.warnings, texts);
     check(read_walk.walk.left || read_walk.walk.right, "a walk has a foot");
+    for (const auto& foot : {read_walk.walk.left, read_walk.walk.right}) {
+      if (foot) {
+        check_lines(foot->lines, foot->cycles.size(), texts[1]);
+      }
+    }
+    check_lines(read_walk.walk.feet_lines, read_walk.walk.feet.size(), texts[2]);
     analyse(read_walk.walk, analysed_cycles::feet);
     analyse(read_walk.walk, analysed_cycles::left);
     analyse(read_walk.walk, analysed_cycles::right);

@@ -69,15 +69,20 @@ def case(name, *edits_and_messages, arguments=()):
 
 NUMBER = "expected a number or an empty cell"
 WHOLE = "expected a whole number"
-GONE = "found no such file, expected a table"
 UTF8 = "found a byte that is not UTF-8, expected UTF-8: save the table as UTF-8"
 NUL = "found a NUL byte, expected text"
 HEADERS = {table: text[:text.index("\n")] for table, text in SOUND.items()}
 
-# Messages begin with the table; the runner puts the folder before them.
+# Messages begin with the table, or, about all of the folder, with a colon; the runner puts the
+# folder before them.
 CASES = [
     case("no table at all", *(content(table, None) for table in SOUND),
-         *(f"{table}: {GONE}" for table in SOUND)),
+         ": found neither recording.csv nor foot_cycles.csv, expected a walk folder with both"),
+    case("no table of both feet", content(B, None),
+         f"{B}: found no such file, expected a table: write it, or analyse one foot with --foot"),
+    case("a column of another name", spoilt(F, "gct", "gct (s)"),
+         f"{F}:1: column gct (s): found an unknown column, expected gct: rename it, or leave it "
+         "out with --ignore-column"),
     case("a link to the folder", in_place(E, lambda path: path.symlink_to(".")),
          f"{E}: found a folder, expected a table"),
     case("a device that ends at once", in_place(E, lambda path: path.symlink_to("/dev/null")),
@@ -85,7 +90,8 @@ CASES = [
     case("a device without end", in_place(F, lambda path: path.symlink_to("/dev/zero")),
          f"{F}:1: {NUL}"),
     case("a picture", content(F, b"\x89PNG\r\n\x1a\n\0\0\0\rIHDR"), f"{F}:1: {UTF8}"),
-    case("a spreadsheet", content(F, b"PK\x03\x04\x14\0\x06\0\x08\0\0\0!\0"), f"{F}:1: {NUL}"),
+    case("a spreadsheet", content(F, b"PK\x03\x04\x14\0\x06\0\x08\0\0\0!\0"),
+         f"{F}: found an Excel workbook, expected a CSV table: save the sheet as CSV (UTF-8)"),
     case("a web page", content(R, b"<!DOCTYPE html>\n<html></html>\n"),
          f"{R}:1: found \"<!DOCTYPE html>\", expected the header line {HEADERS[R]}"),
     case("UTF-16", content(B, SOUND[B].encode("utf-16")),
@@ -168,7 +174,8 @@ class BrokenWalks(unittest.TestCase):
     def test_are_refused_with_the_message_expected(self):
         for broken in CASES:
             result, wrote = self.run_program(broken.edits, broken.arguments)
-            expected = "".join(f"{self.walk}/{message}\n" for message in broken.messages)
+            expected = "".join(f"{self.walk}{message if message[0] == ':' else '/' + message}\n"
+                               for message in broken.messages)
             with self.subTest(broken.name):
                 self.assertEqual(result.stderr.decode(), expected)
                 self.assertEqual((result.returncode, result.stdout, wrote), (1, b"", False))

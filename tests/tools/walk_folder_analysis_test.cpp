@@ -65,6 +65,16 @@ TEST(Analysis, GivesEachFootItsRecording) {
   EXPECT_EQ(analysis.result.right_foot->recording->signals.at(1).sample_count, 1000U);
 }
 
+TEST(Analysis, TakesTheKnownLengthForTheUnknownOneAndNoneForNone) {
+  tables text;
+  text.recording = recording_header + "\nleft,100,,1002\nright,100,,\n";
+  const analysis analysis = make_analysis(walk_of(text));
+  const sensor_recording& left = *analysis.result.left_foot->recording;
+  EXPECT_EQ(left.signals.at(1).sample_count, 1002U);
+  EXPECT_EQ(left.signals.at(2).sample_count, 1002U);
+  EXPECT_EQ(analysis.result.right_foot->recording->signals.at(1).sample_count, 0U);
+}
+
 TEST(Analysis, OfOneFootHoldsThatFootAlone) {
   const analysis analysis = make_analysis(walk_of({}), analysed_cycles::right);
   ASSERT_EQ(analysis.result.foot_results.size(), 1U);

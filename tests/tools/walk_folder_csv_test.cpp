@@ -153,11 +153,28 @@ TEST(CsvTable, RefusesARowThatIsTooLong) {
 }
 
 TEST(CsvTable, TellsOtherSeparatorsByTheHeaderLine) {
-  const error semicolons = {1, "found columns separated by semicolons, expected commas"};
+  const error semicolons = {
+      1,
+      "found columns separated by semicolons, expected commas: replace each semicolon by a comma"};
   EXPECT_EQ(error_of("a;b\n1;2\n"), semicolons);
   EXPECT_EQ(error_of("\"a\";\"b\"\n"), semicolons);
-  EXPECT_EQ(error_of("a\tb\n"), (error{1, "found columns separated by tabs, expected commas"}));
+  EXPECT_EQ(
+      error_of("a\tb\n"),
+      (error{1, "found columns separated by tabs, expected commas: replace each tab by a comma"}));
   EXPECT_EQ(error_of("a,b;c\n"), (error{0, "none"}));
+}
+
+TEST(CsvTable, TellsDecimalCommasBesideOtherSeparators) {
+  const std::string both = " and numbers with decimal commas, expected commas and decimal points: ";
+  EXPECT_EQ(error_of("a;b\n1,5;2\n"),
+            (error{1, "found columns separated by semicolons" + both +
+                          "replace each comma by a point, then each semicolon by a comma"}));
+  EXPECT_EQ(error_of("a\tb\n1\t2,5\n"),
+            (error{1, "found columns separated by tabs" + both +
+                          "replace each comma by a point, then each tab by a comma"}));
+  EXPECT_EQ(error_of("a;b\nx,y;1, 2;,5;5,\n").second,
+            "found columns separated by semicolons, expected commas: replace each semicolon by a "
+            "comma");
 }
 
 TEST(CsvTable, SaysThatAStreamBrokeOff) {

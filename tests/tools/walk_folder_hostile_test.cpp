@@ -77,7 +77,9 @@ TEST(HostileInput, OfAHeaderOfManyColumnsIsReportedShortly) {
   walk.exclusions = exclusions_header + std::string(500000, ',') + "\n";
   const messages errors = errors_of(walk);
   ASSERT_EQ(errors.size(), 21U);
-  EXPECT_EQ(errors[0], "w/exclusions.csv:1: found no name for column 5, expected one");
+  EXPECT_EQ(errors[0],
+            "w/exclusions.csv:1: found no name for column 5, expected one: name it, or leave "
+            "it out with --ignore-column all");
   EXPECT_EQ(errors[20], "w/exclusions.csv: and 499980 more");
 }
 

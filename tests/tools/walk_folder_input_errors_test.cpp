@@ -3,6 +3,8 @@
 
 #include <gtest/gtest.h>
 
+#include <sys/stat.h>
+
 #include <cstddef>
 #include <filesystem>
 #include <string>
@@ -103,8 +105,77 @@ TEST_F(Folder, ThatIsMissing) {
 }
 
 TEST_F(Folder, ThatIsAFile) {
-  EXPECT_EQ(errors_of_folder(folder.path() / "recording.csv"),
-            (messages{"w: found a file, expected a walk folder"}));
+  write_text(folder.path() / "strides.csv", "time,force\n");
+  EXPECT_EQ(errors_of_folder(folder.path() / "strides.csv"),
+            (messages{"w: found a file, expected a walk folder, with recording.csv and "
+                      "foot_cycles.csv in it"}));
+}
+
+TEST_F(Folder, ThatIsATableOfOne) {
+  fs::create_directory(folder.path() / "x");
+  write_text(folder.path() / "x" / "about.csv", "");
+  EXPECT_EQ(errors_thrown_by([&] { read_walk_folder(folder.path() / "x" / "about.csv"); }),
+            (messages{(folder.path() / "x" / "about.csv").string() +
+                      ": found a table, expected a walk folder: give the folder that it is in, \"" +
+                      (folder.path() / "x").string() + "\""}));
+}
+
+/// How workbooks begin: .xlsx and .xls.
+const std::vector<std::string> workbooks = {"PK\x03\x04\x14", "\xD0\xCF\x11\xE0\xA1"};
+
+TEST_F(Folder, ThatIsAWorkbook) {
+  for (const std::string& workbook : workbooks) {
+    write_text(folder.path() / "monday", workbook);
+    EXPECT_EQ(errors_of_folder(folder.path() / "monday"),
+              (messages{"w: found an Excel workbook, expected a walk folder: save each sheet as "
+                        "CSV (UTF-8) in a folder, as recording.csv, foot_cycles.csv and "
+                        "feet_cycles.csv"}));
+  }
+}
+
+TEST_F(Folder, ThatIsAPipeIsNotWaitedFor) {
+  ASSERT_EQ(mkfifo((folder.path() / "pipe").c_str(), 0600), 0);
+  EXPECT_EQ(errors_of_folder(folder.path() / "pipe").size(), 1U);
+}
+
+TEST_F(Folder, WithoutTables) {
+  fs::create_directory(folder.path() / "empty");
+  EXPECT_EQ(errors_of_folder(folder.path() / "empty"),
+            (messages{"w: found neither recording.csv nor foot_cycles.csv, expected a walk folder "
+                      "with both"}));
+}
+
+TEST_F(Folder, WithAWorkbookInPlaceOfTables) {
+  const fs::path walk = folder.path() / "workbooks";
+  fs::create_directory(walk);
+  write_text(walk / "b.xlsx", workbooks[0]);
+  write_text(walk / "a.xls", workbooks[1]);
+  write_text(walk / "~$b.xlsx", "no workbook, but the mark that it is open");
+  EXPECT_EQ(errors_of_folder(walk),
+            (messages{"w: found no tables, but the workbook \"a.xls\", expected a walk folder: "
+                      "save each sheet as CSV (UTF-8), as recording.csv, foot_cycles.csv and "
+                      "feet_cycles.csv"}));
+}
+
+TEST_F(Folder, WithAWorkbookInPlaceOfOneTable) {
+  fs::remove(folder.path() / "foot_cycles.csv");
+  write_text(folder.path() / "foot_cycles.xlsx", workbooks[0]);
+  EXPECT_EQ(errors_of_folder(folder.path()),
+            (messages{"w/foot_cycles.csv: found no such file, but the workbook "
+                      "\"foot_cycles.xlsx\", expected a table: save its sheet as CSV (UTF-8) under "
+                      "this name"}));
+}
+
+TEST_F(Folder, OfWalkFolders) {
+  const fs::path parent = folder.path() / "all";
+  write_tables({}, parent / "b" / "walk");
+  EXPECT_EQ(errors_of_folder(parent),
+            (messages{"w: found no tables, but walk folders below (1), expected a walk folder: "
+                      "give \"w/b/walk\", or --recursive for all"}));
+  write_tables({}, parent / "a");
+  EXPECT_EQ(errors_of_folder(parent),
+            (messages{"w: found no tables, but walk folders below (2), expected a walk folder: "
+                      "give \"w/a\" and so on, or --recursive for all"}));
 }
 
 TEST_F(Folder, BelowAFile) {
@@ -113,13 +184,32 @@ TEST_F(Folder, BelowAFile) {
 }
 
 TEST_F(Folder, WithoutOneTable) {
-  for (const std::string table :
-       {"recording.csv", "foot_cycles.csv", "feet_cycles.csv", "exclusions.csv"}) {
+  const std::vector<std::pair<std::string, std::string>> complaints = {
+      {"recording.csv",
+       "found no such file beside foot_cycles.csv, feet_cycles.csv, exclusions.csv, expected a "
+       "table: is the folder copied or written only in part?"},
+      {"foot_cycles.csv",
+       "found no such file beside recording.csv, feet_cycles.csv, exclusions.csv, expected a "
+       "table: is the folder copied or written only in part?"},
+      {"feet_cycles.csv",
+       "found no such file, expected a table: write it, or analyse one foot with --foot"}};
+  for (const auto& [table, complaint] : complaints) {
     fs::rename(folder.path() / table, folder.path() / "elsewhere");
-    EXPECT_EQ(errors_of_folder(folder.path()),
-              (messages{"w/" + table + ": found no such file, expected a table"}));
+    EXPECT_EQ(errors_of_folder(folder.path()), (messages{"w/" + table + ": " + complaint}));
     fs::rename(folder.path() / "elsewhere", folder.path() / table);
   }
+}
+
+TEST_F(Folder, ThatIsHalfWritten) {
+  fs::rename(folder.path() / "foot_cycles.csv", folder.path() / "foot_cycles.csv.part");
+  write_text(folder.path() / "exclusions.csv.part", "");
+  const std::string left =
+      ".part, which an interrupted writing left, expected a whole table: "
+      "write the walk again";
+  EXPECT_EQ(errors_of_folder(folder.path()),
+            (messages{"w/foot_cycles.csv: found foot_cycles.csv" + left,
+                      "w/exclusions.csv: found exclusions.csv" + left +
+                          ", or remove that file if the table is whole"}));
 }
 
 TEST_F(Folder, WithAFolderInPlaceOfATable) {
@@ -161,8 +251,7 @@ TEST(Streams, ThatAreMissing) {
   EXPECT_EQ(errors_thrown_by([] { gait_walk::read_walk_tables({}); }),
             (messages{"recording.csv: found no such table, expected one",
                       "foot_cycles.csv: found no such table, expected one",
-                      "feet_cycles.csv: found no such table, expected one",
-                      "exclusions.csv: found no such table, expected one"}));
+                      "feet_cycles.csv: found no such table, expected one"}));
 }
 
 // ---- Texts that are no tables
@@ -200,6 +289,14 @@ TEST(Text, ThatBreaksOffLacksNothingElse) {
                                        "expected UTF-8: save the table as UTF-8"}));
 }
 
+TEST(Text, ThatIsAWorkbook) {
+  for (const std::string& workbook : workbooks) {
+    EXPECT_EQ(errors_of_exclusions(workbook),
+              (messages{": found an Excel workbook, expected a CSV table: save the sheet as CSV "
+                        "(UTF-8)"}));
+  }
+}
+
 // ---- Header lines
 
 TEST(Columns, ThatAreMissingDoNotHideWrongCells) {
@@ -210,33 +307,55 @@ TEST(Columns, ThatAreMissingDoNotHideWrongCells) {
 
 TEST(Columns, WithoutWhichNoRowCanBePlacedHideNothingElse) {
   tables walk;
-  walk.foot_cycles = replaced(walk.foot_cycles, "foot,index,", "foot,indx,");
+  walk.foot_cycles = replaced(walk.foot_cycles, "foot,index,", "fot,index,");
   change(walk.foot_cycles, ",1.25", ",x");
   EXPECT_EQ(
       errors_of(walk),
       (messages{
-          "w/foot_cycles.csv:1: column indx: found an unknown column, expected index",
-          "w/foot_cycles.csv:1: column index: found no such column, expected it in the header line",
+          "w/foot_cycles.csv:1: column fot: found an unknown column, expected foot: rename it, or "
+          "leave it out with --ignore-column",
+          "w/foot_cycles.csv:1: column foot: found no such column, expected it in the header line",
           "w/foot_cycles.csv:2: column gct: found \"x\", expected a number or an empty cell"}));
 }
 
 TEST(Columns, ThatAreUnknown) {
   EXPECT_EQ(
       errors_of_exclusions("cycles,list,index,reason,date\nfeet,excluded_1,1,turn,today\n"),
-      (messages{
-          ":1: column date: found an unknown column, expected only cycles,list,index,reason"}));
+      (messages{":1: column date: found an unknown column, expected only cycles,list,index,reason: "
+                "leave it out with --ignore-column"}));
 }
 
 TEST(Columns, ThatAreNearlyKnown) {
   const std::vector<std::pair<std::string, std::string>> names = {
-      {"Index", "index"}, {"idx", "index"}, {"resaon", "reason"}, {"cycle", "cycles"}};
+      {"gct (s)", "gct"},     {"Gct [ms]", "gct"},
+      {"slenght", "slength"}, {"Stride Length", "slength"},
+      {"stride_time", "gct"}, {"Step-Time", "step_time"},
+      {"idx", "index"},       {"SIDE", "foot"}};
   for (const auto& [name, nearest] : names) {
-    std::string header = exclusions_header;
-    header.append(",").append(name);
-    std::string error = ":1: column ";
-    error.append(name).append(": found an unknown column, expected ").append(nearest);
-    EXPECT_EQ(errors_of_exclusions(header), messages{error});
+    tables walk;
+    change(walk.foot_cycles, foot_cycles_header + "\n", foot_cycles_header + "," + name + "\n");
+    EXPECT_EQ(errors_of(walk).front(), "w/foot_cycles.csv:1: column " + name +
+                                           ": found an unknown column, expected " + nearest +
+                                           ": rename it, or leave it out with --ignore-column");
   }
+}
+
+TEST(Columns, ThatAreNotIgnoredStayErrors) {
+  tables walk;
+  change(walk.exclusions, exclusions_header, exclusions_header + ",date");
+  gait_walk::read_options options;
+  options.ignored_columns = {"dat"};
+  EXPECT_EQ(errors_of(walk, options).front(),
+            "w/exclusions.csv:1: column date: found an unknown column, expected only "
+            "cycles,list,index,reason: leave it out with --ignore-column");
+}
+
+TEST(Columns, ThatAreRequiredCannotBeIgnored) {
+  gait_walk::read_options options;
+  options.ignored_columns = {"right_index"};
+  EXPECT_EQ(errors_of({}, options),
+            (messages{"w/feet_cycles.csv:1: column right_index: found no such column, expected it "
+                      "in the header line"}));
 }
 
 TEST(Columns, ThatAreThereTwice) {
@@ -246,7 +365,8 @@ TEST(Columns, ThatAreThereTwice) {
 
 TEST(Columns, WithoutAName) {
   EXPECT_EQ(errors_of_exclusions("cycles,list,index,reason,\nfeet,excluded_1,1,turn,\n"),
-            (messages{":1: found no name for column 5, expected one"}));
+            (messages{":1: found no name for column 5, expected one: name it, or leave it out with "
+                      "--ignore-column all"}));
 }
 
 TEST(Columns, OfWhichNoneIsKnown) {
@@ -322,9 +442,9 @@ TEST(Measured, ThatIsNoNumber) {
                                  "nan(1)",
                                  "-nan",
                                  "1 2",
-                                 "null",
-                                 "none",
-                                 "#N/A",
+                                 "nil",
+                                 "nulls",
+                                 "#N/A!",
                                  "25.5%",
                                  "9/8",
                                  "\xE2\x88\x92"
@@ -372,7 +492,7 @@ messages errors_of_link(const std::string& cell) {
 }
 
 TEST(WholeNumber, WithDecimals) {
-  for (const std::string cell : {"0.5", "1.0", "1e0", "1."}) {
+  for (const std::string cell : {"0.5", "1.01", "1e0", ".0"}) {
     EXPECT_EQ(errors_of_link(cell),
               (messages{"found \"" + cell + "\", expected a whole number without decimals"}));
   }
@@ -417,6 +537,12 @@ TEST(Recording, WithASamplingRateThatIsNone) {
                       ":3: column sampling_rate: found an empty cell, expected a whole number"}));
 }
 
+TEST(Recording, WithASamplingRateThatIsNotWhole) {
+  EXPECT_EQ(errors_of_recording("left,99.9,1000,1000\nright,99.9,1000,1000\n").front(),
+            ":2: column sampling_rate: found \"99.9\", expected a whole number without decimals: "
+            "scale the samples to a whole rate (index * new / old), and give that rate");
+}
+
 TEST(Recording, WithTwoSamplingRates) {
   EXPECT_EQ(errors_of_recording("left,100,1000,1000\nright,200,1000,1000\n"),
             (messages{":3: column sampling_rate: found \"200\", expected the sampling rate of the "
@@ -432,8 +558,7 @@ TEST(Recording, WithNumbersOfSamplesThatAreNone) {
           ":2: column signal_2_samples: found \"18446744073709551616\", expected a whole number "
           "from 0 to "
           "18446744073709551615",
-          ":3: column signal_1_samples: found \"1.5\", expected a whole number without decimals",
-          ":3: column signal_2_samples: found an empty cell, expected a whole number"}));
+          ":3: column signal_1_samples: found \"1.5\", expected a whole number without decimals"}));
 }
 
 TEST(Recording, ThatNamesAFootTwice) {
@@ -618,16 +743,48 @@ TEST(Exclusions, WithIndicesThatAreNone) {
                       "-2147483648 to 2147483647"}));
 }
 
+// ---- about.csv
+
+messages errors_of_about(const std::string& rows) {
+  tables walk;
+  walk.about = about_header + "\n" + rows;
+  return errors_of(walk);
+}
+
+TEST(About, WithoutAName) {
+  EXPECT_EQ(errors_of_about("date,today\n,today\n"),
+            (messages{"w/about.csv:3: column name: found an empty cell, expected a name"}));
+}
+
+TEST(About, WithMoreRowsThanAreTaken) {
+  std::string rows;
+  for (int i = 0; i < 1000; ++i) {
+    rows += "derived,x\n";
+  }
+  EXPECT_EQ(errors_of_about(rows), messages{});
+  EXPECT_EQ(errors_of_about(rows + "derived,x\n"),
+            (messages{"w/about.csv: found 1001 rows, expected at most 1000"}));
+}
+
+TEST(About, ThatIsNotUtf8) {
+  EXPECT_EQ(errors_of_about("subject,\xFF\n"),
+            (messages{"w/about.csv:2: found a byte that is not UTF-8, expected UTF-8: save the "
+                      "table as UTF-8"}));
+}
+
 // ---- Warnings
 
-TEST(Warning, AboutAValueThatCountsAsNotMeasured) {
+TEST(Warning, AboutMinusOnesThatCountAsNotMeasured) {
   tables walk;
-  change(walk.foot_cycles, ",1.25,", ",-1,");
+  change(walk.foot_cycles, ",0.5,1.25,", ",-1,-1,");
   change(walk.feet_cycles, "0,1.25,25.5", "0,1.25,-1.000");
-  EXPECT_EQ(warnings_of(walk), (messages{"w/foot_cycles.csv:2: column gct: found \"-1\", which "
-                                         "counts as not measured, expected an empty cell",
-                                         "w/feet_cycles.csv:2: column ds: found \"-1.000\", which "
-                                         "counts as not measured, expected an empty cell"}));
+  EXPECT_EQ(warnings_of(walk),
+            (messages{"w/foot_cycles.csv: found -1 in measured columns (cells: 2), expected empty "
+                      "cells: it counts as not measured in all of the table, because hs cannot be "
+                      "-1",
+                      "w/feet_cycles.csv: found -1 in measured columns (cells: 1), expected empty "
+                      "cells: it counts as not measured in all of the table, because ds cannot be "
+                      "-1"}));
 }
 
 TEST(Warning, AboutSamplesBeyondTheRecording) {

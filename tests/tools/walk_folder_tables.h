@@ -36,6 +36,7 @@ inline const std::string foot_cycles_header = [] {
 }();
 inline const std::string feet_cycles_header = "index,gct,ds,right_index,left_index";
 inline const std::string exclusions_header = "cycles,list,index,reason";
+inline const std::string about_header = "name,value";
 
 /// The cells from gct on of a cycle of which nothing else was measured.
 inline const std::string only_gct = ",1.25" + std::string(foot_cycles_columns - 6, ',') + "\n";
@@ -49,6 +50,7 @@ struct tables {
                             "right,1,150,249,2.0" + only_gct;
   std::string feet_cycles = feet_cycles_header + "\n0,1.25,25.5,0,0\n1,1.5,26.5,1,1\n";
   std::string exclusions = exclusions_header + "\nfeet,excluded_1,1,turn\n";
+  std::string about = "";  ///< no table where it is empty
 };
 
 /// The same walk with the left foot only.
@@ -85,7 +87,9 @@ inline gait_walk::read_result read(const tables& walk,
   std::istringstream foot_cycles(walk.foot_cycles);
   std::istringstream feet_cycles(walk.feet_cycles);
   std::istringstream exclusions(walk.exclusions);
-  return gait_walk::read_walk_tables({"w", &recording, &foot_cycles, &feet_cycles, &exclusions},
+  std::istringstream about(walk.about);
+  return gait_walk::read_walk_tables({"w", &recording, &foot_cycles, &feet_cycles, &exclusions,
+                                      walk.about.empty() ? nullptr : &about},
                                      options);
 }
 
@@ -133,6 +137,9 @@ inline void write_tables(const tables& walk, const std::filesystem::path& folder
   write_text(folder / "foot_cycles.csv", walk.foot_cycles);
   write_text(folder / "feet_cycles.csv", walk.feet_cycles);
   write_text(folder / "exclusions.csv", walk.exclusions);
+  if (!walk.about.empty()) {
+    write_text(folder / "about.csv", walk.about);
+  }
 }
 
 }  // namespace walk_folder_tests

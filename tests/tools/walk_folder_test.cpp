@@ -2,6 +2,7 @@
 #include "analysis.h"
 
 #include "bytes_of_walk.h"
+#include "minus_one.h"
 #include "walk_folder_tables.h"
 
 #include <gtest/gtest.h>
@@ -57,6 +58,7 @@ TEST(ReadWalk, FillsEveryRecordOfTheWalk) {
   ASSERT_TRUE(walk.left && walk.right);
   EXPECT_EQ(walk.left->sampling_rate, 100);
   EXPECT_EQ(walk.right->signal_2_samples, 1000U);
+  EXPECT_EQ(recorded_samples(*walk.right), 1000U);
   EXPECT_EQ(walk.left->cycles.size(), 2U);
   const gait_foot_cycle& cycle = walk.right->cycles.back();
   EXPECT_EQ(cycle.index, 1);
@@ -113,7 +115,8 @@ TEST(ReadWalk, TakesRowsInAnyOrder) {
 }
 
 TEST(ReadWalk, TakesEveryWordForNotMeasured) {
-  for (const char* word : {"", "NA", "na", "NaN", "nan", "NAN", "n/a", "N/A", " NaN "}) {
+  for (const char* word : {"", "NA", "na", "NaN", "nan", "NAN", "n/a", "N/A", " NaN ", "NULL",
+                           "null", "None", "NONE", "#N/A", "#n/a"}) {
     tables text;
     change(text.foot_cycles, ",1.25,", std::string(",") + word + ",");
     change(text.feet_cycles, "0,1.25,25.5,0,0", std::string("0,1.25,") + word + ",0," + word);
@@ -134,6 +137,210 @@ TEST(ReadWalk, TakesNumbersAsProgramsWriteThem) {
     change(text.foot_cycles, ",1.25,", "," + cell + ",");
     EXPECT_EQ(read(text).walk.left->cycles.front().gct, value) << cell;
   }
+}
+
+TEST(ReadWalk, TakesWholeNumbersWithAFractionOfZero) {
+  for (const char* cell : {"100", "100.0", "100.", "+100.00"}) {
+    tables text = left_foot_only();
+    change(text.recording, "left,100,1000",
+           std::string("left,") + cell + ",18446744073709551615.0");
+    change(text.foot_cycles, "left,1,100,", std::string("left,1.0,") + cell + ",");
+    const walk walk = read(text).walk;
+    EXPECT_EQ(walk.left->sampling_rate, 100) << cell;
+    EXPECT_EQ(walk.left->signal_1_samples, std::numeric_limits<std::uint64_t>::max());
+    EXPECT_EQ(walk.left->cycles.back().first_sample, 100) << cell;
+  }
+}
+
+TEST(ReadWalk, TakesWordsAndColumnNamesInCapitalsAndFeetByTheirFirstLetter) {
+  tables text;
+  text.recording = "FOOT,Sampling_Rate\nLeft,100\nR,100\n";
+  text.foot_cycles = "Foot,First_sample,LAST_SAMPLE,Gct\nL,0,99,1\nRIGHT,50,149,2\nr,150,249,3\n";
+  text.feet_cycles = "Right_Index,LEFT_INDEX\n0,0\n";
+  text.exclusions = "Cycles,List,Index\nFeet,Excluded_1,7\n";
+  const walk walk = read(text).walk;
+  EXPECT_EQ(walk.left->cycles.size(), 1U);
+  EXPECT_EQ(walk.right->cycles.size(), 2U);
+  EXPECT_EQ(walk.right->cycles.back().gct, 3.0);
+  EXPECT_EQ(walk.exclusions[0].cycles, analysed_cycles::feet);
+}
+
+TEST(ReadWalk, LeavesUnmeasuredWhatHasNoColumn) {
+  tables text;
+  text.recording = "foot,sampling_rate\nleft,100\nright,100\n";
+  text.foot_cycles = "foot,index,first_sample,last_sample,gct\nleft,0,0,99,1\nright,0,50,149,2\n";
+  text.feet_cycles = "right_index,left_index\n0,\n";
+  text.exclusions = "cycles,list,index\nfeet,excluded_2,5\n";
+  const walk walk = read(text).walk;
+  EXPECT_FALSE(walk.left->signal_1_samples || walk.left->signal_2_samples);
+  EXPECT_FALSE(recorded_samples(*walk.left));
+  EXPECT_EQ(walk.left->cycles.front().hs, gait_missing);
+  EXPECT_EQ(walk.left->cycles.front().gct, 1.0);
+  EXPECT_EQ(walk.feet[0].ds, gait_missing);
+  EXPECT_EQ(walk.exclusions[0].reason, "");
+}
+
+TEST(ReadWalk, TakesTheLengthOfOneSignalForThatOfTheRecording) {
+  tables text;
+  text.recording = recording_header + "\nleft,100,,1000\nright,100,2000,\n";
+  const walk walk = read(text).walk;
+  EXPECT_FALSE(walk.left->signal_1_samples);
+  EXPECT_EQ(recorded_samples(*walk.left), 1000U);
+  EXPECT_EQ(recorded_samples(*walk.right), 2000U);
+}
+
+TEST(ReadWalk, CountsTheRowsOfEachFootWhereThereAreNoIndices) {
+  tables text;
+  text.foot_cycles = "foot,first_sample,last_sample\nright,50,149\nleft,0,99\nright,150,249\n";
+  text.feet_cycles = "gct,right_index,left_index\n7,1,\n8,0,0\n";
+  const walk walk = read(text).walk;
+  EXPECT_EQ(walk.right->cycles.front().index, 0);
+  EXPECT_EQ(walk.right->cycles.back().index, 1);
+  EXPECT_EQ(walk.right->cycles.back().first_sample, 150);
+  EXPECT_EQ(walk.left->cycles.front().index, 0);
+  EXPECT_EQ(walk.feet[0].gct, 7.0);
+  EXPECT_EQ(walk.feet[1].right_index, 0);
+}
+
+TEST(ReadWalk, KeepsTheLinesOfCyclesByIndex) {
+  tables text;
+  text.foot_cycles = foot_cycles_header + "\nright,1,150,249,2" + only_gct + "\nleft,0,0,99,1" +
+                     only_gct + "right,0,50,149,1" + only_gct;
+  text.feet_cycles = feet_cycles_header + "\n1,1.5,,1,\n0,1.25,,0,0\n";
+  const walk walk = read(text).walk;
+  EXPECT_EQ(walk.left->lines, (std::vector<std::size_t>{4}));
+  EXPECT_EQ(walk.right->lines, (std::vector<std::size_t>{5, 2}));
+  EXPECT_EQ(walk.feet_lines, (std::vector<std::size_t>{3, 2}));
+}
+
+TEST(ReadWalk, NeedsNoExclusions) {
+  const temporary_folder folder;
+  write_tables({}, folder.path());
+  fs::remove(folder.path() / "exclusions.csv");
+  EXPECT_TRUE(read_walk_folder(folder.path()).walk.exclusions.empty());
+}
+
+TEST(ReadWalk, LeavesOutIgnoredColumnsInAnyTable) {
+  tables text;
+  text.foot_cycles = "foot,first_sample,last_sample,force (N),GCT\nleft,0,99,x,y\nright,0,99,x,y\n";
+  text.feet_cycles = "right_index,Force (n),left_index,\n0,z,0,note\n";
+  gait_walk::read_options options;
+  options.ignored_columns = {"Force (N)", "gct", "all"};
+  const walk walk = read(text, options).walk;
+  EXPECT_EQ(walk.left->cycles.front().gct, gait_missing);
+  EXPECT_EQ(walk.feet[0].left_index, 0);
+}
+
+// ---- Minus one
+
+const double kept = gait_walk::measured_minus_one;
+
+TEST(MinusOne, ThatWasMeasuredIsTheNextNumberTowardsZero) {
+  EXPECT_EQ(kept, std::nextafter(-1.0, 0.0));
+}
+
+tables with_angles_of_minus_one() {
+  tables text;
+  text.foot_cycles =
+      "foot,first_sample,last_sample,gct,ta,top,hsp,strike_eversion,step_length\n"
+      "left,0,99,1,-1,-1.0,-1e0,-1,\nright,50,149,1,,2,3,4,0.5\n";
+  text.feet_cycles = "right_index,left_index\n0,0\n";
+  text.exclusions = exclusions_header + "\n";
+  return text;
+}
+
+TEST(MinusOne, IsAMeasurementInColumnsWithASign) {
+  const auto [walk, warnings] = read(with_angles_of_minus_one());
+  EXPECT_TRUE(warnings.empty());
+  const gait_foot_cycle& cycle = walk.left->cycles.front();
+  for (const double value : {cycle.ta, cycle.top, cycle.hsp, cycle.strike_eversion}) {
+    EXPECT_EQ(value, kept);
+  }
+  EXPECT_EQ(cycle.step_length, gait_missing);
+  EXPECT_EQ(walk.right->cycles.front().ta, gait_missing);
+}
+
+TEST(MinusOne, InAColumnWithoutASignMakesItTheWordForMissingInAllOfTheTable) {
+  tables text = with_angles_of_minus_one();
+  change(text.foot_cycles, "4,0.5", "4,-1");
+  const auto [walk, warnings] = read(text);
+  const gait_foot_cycle& cycle = walk.left->cycles.front();
+  for (const double value : {cycle.ta, cycle.top, cycle.hsp, cycle.strike_eversion}) {
+    EXPECT_EQ(value, gait_missing);
+  }
+  EXPECT_EQ(walk.right->cycles.front().step_length, gait_missing);
+  EXPECT_EQ(messages_of(warnings),
+            (messages{"w/foot_cycles.csv: found -1 in measured columns (cells: 5), expected empty "
+                      "cells: it counts as not measured in all of the table, because step_length "
+                      "cannot be -1"}));
+}
+
+TEST(MinusOne, InOneTableSaysNothingAboutAnother) {
+  tables text = with_angles_of_minus_one();
+  text.feet_cycles = "right_index,left_index,ds\n0,0,-1\n";
+  const walk walk = read(text).walk;
+  EXPECT_EQ(walk.left->cycles.front().ta, kept);
+  EXPECT_EQ(walk.feet[0].ds, gait_missing);
+}
+
+// ---- One foot of two
+
+TEST(ReadWalk, NeedsNoTableOfBothFeetForTheAnalysisOfOne) {
+  const temporary_folder folder;
+  write_tables({}, folder.path());
+  gait_walk::read_options options;
+  options.analysed = analysed_cycles::right;
+  write_text(folder.path() / "feet_cycles.csv", feet_cycles_header + "\n");
+  EXPECT_EQ(read_walk_folder(folder.path(), options).walk.right->cycles.size(), 2U);
+  fs::remove(folder.path() / "feet_cycles.csv");
+  const walk walk = read_walk_folder(folder.path(), options).walk;
+  EXPECT_EQ(walk.right->cycles.size(), 2U);
+  EXPECT_TRUE(walk.feet.empty());
+}
+
+// ---- about.csv
+
+TEST(ReadWalk, TakesWhatIsSaidAboutTheWalkInItsOrder) {
+  tables text;
+  text.about = "Value,Name\n2024-05-01,date\nds from stance,derived\n,note\nhs,derived\n";
+  const walk walk = read(text).walk;
+  ASSERT_EQ(walk.about.size(), 4U);
+  EXPECT_EQ(walk.about[0].name, "date");
+  EXPECT_EQ(walk.about[0].value, "2024-05-01");
+  EXPECT_EQ(walk.about[1].name, "derived");
+  EXPECT_EQ(walk.about[2].value, "");
+  EXPECT_EQ(walk.about[3].value, "hs");
+}
+
+// ---- Which folders are walks
+
+TEST(Expand, LeavesFoldersAsTheyAreUnlessItIsRecursive) {
+  EXPECT_EQ(gait_walk::expand({"b", "a", "b"}, false), (std::vector<fs::path>{"b", "a", "b"}));
+}
+
+TEST(Expand, FindsEveryWalkFolderBelowSortedByPath) {
+  const temporary_folder folder;
+  const fs::path top = folder.path() / "top";
+  write_tables({}, top / "b" / "2");
+  write_tables({}, top / "b" / "10");
+  write_tables({}, top / "b");
+  write_tables({}, top / "a" / "deep" / "down");
+  fs::create_directories(top / "c" / "nothing");
+  fs::create_directories(top / "half");
+  write_text(top / "half" / "foot_cycles.csv.part", "");
+  fs::create_directory_symlink(top, top / "a" / "circle");
+  EXPECT_EQ(gait_walk::expand({top}, true),
+            (std::vector<fs::path>{top / "a" / "deep" / "down", top / "b", top / "b" / "10",
+                                   top / "b" / "2", top / "half"}));
+}
+
+TEST(Expand, KeepsAFolderWithoutWalksAndTheOrderOfTheFolders) {
+  const temporary_folder folder;
+  write_tables({}, folder.path() / "z");
+  write_tables({}, folder.path() / "y");
+  EXPECT_EQ(
+      gait_walk::expand({folder.path() / "z", folder.path() / "none", folder.path() / "y"}, true),
+      (std::vector<fs::path>{folder.path() / "z", folder.path() / "none", folder.path() / "y"}));
 }
 
 TEST(ReadWalk, TakesAByteOrderMarkAndWindowsLineBreaksSilently) {
@@ -224,7 +431,7 @@ TEST(WriteWalk, KeepsEveryBitOfANumber) {
                                        -DBL_MAX,
                                        1e22,
                                        123456789.123456789,
-                                       std::nextafter(-1.0, 0.0),
+                                       std::nextafter(-1.0, -2.0),
                                        5e-324};
   for (const double number : numbers) {
     walk.feet[0].ds = number;
@@ -256,6 +463,45 @@ TEST(WriteWalk, KeepsMissingValuesAndLinks) {
   EXPECT_EQ(again.feet[1].right_index, 1);
 }
 
+TEST(WriteWalk, WritesAMeasuredMinusOneThatIsReadAsTheSame) {
+  walk walk = read({}).walk;
+  walk.left->cycles.front().ta = kept;
+  const temporary_folder folder;
+  write_walk_folder(walk, folder.path());
+  EXPECT_NE(text_of(folder.path() / "foot_cycles.csv").find(",-1,"), std::string::npos);
+  const auto again = read_walk_folder(folder.path());
+  EXPECT_EQ(again.walk.left->cycles.front().ta, kept);
+  EXPECT_EQ(again.walk.left->cycles.back().ta, gait_missing);
+  EXPECT_TRUE(again.warnings.empty());
+}
+
+TEST(WriteWalk, KeepsUnknownLengthsOfTheRecording) {
+  walk walk = read({}).walk;
+  walk.left->signal_1_samples.reset();
+  walk.right->signal_2_samples = 0;
+  const auto again = written_and_read(walk);
+  EXPECT_FALSE(again.left->signal_1_samples);
+  EXPECT_EQ(again.left->signal_2_samples, 1000U);
+  EXPECT_EQ(again.right->signal_2_samples, 0U);
+}
+
+TEST(WriteWalk, KeepsWhatIsSaidAboutTheWalk) {
+  walk walk = read({}).walk;
+  walk.about = {{"note", "two\nlines, \"quoted\""}, {"note", ""}};
+  const auto again = written_and_read(walk);
+  ASSERT_EQ(again.about.size(), 2U);
+  EXPECT_EQ(again.about[0].value, walk.about[0].value);
+}
+
+TEST(WriteWalk, RemovesWhatWasSaidAboutAnotherWalk) {
+  const temporary_folder folder;
+  tables text;
+  text.about = about_header + "\nsubject,another\n";
+  write_tables(text, folder.path());
+  write_walk_folder(read({}).walk, folder.path());
+  EXPECT_FALSE(fs::exists(folder.path() / "about.csv"));
+}
+
 /// Whether a walk is refused, and nothing of it written.
 bool is_refused(const walk& walk) {
   const temporary_folder folder;
@@ -272,6 +518,8 @@ TEST(WriteWalk, RefusesNumbersThatNoTableCanHold) {
   walk.feet[1].ds = std::numeric_limits<double>::infinity();
   EXPECT_TRUE(is_refused(walk));
   walk.feet[1].ds = std::numeric_limits<double>::quiet_NaN();
+  EXPECT_TRUE(is_refused(walk));
+  walk.feet[1].ds = kept;
   EXPECT_TRUE(is_refused(walk));
 }
 

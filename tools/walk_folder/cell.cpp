@@ -1,6 +1,7 @@
 #include "cell.h"
 
 #include "csv_table.h"
+#include "minus_one.h"
 #include "number_text.h"
 
 #include <utf8.h>
@@ -38,10 +39,19 @@ bool has_decimal_comma(std::string_view cell) {
   return with_point != cell && parse_measured(with_point, ignored) == std::errc();
 }
 
+/// A whole number without the ".0" that other software writes behind it.
+std::string_view without_zero_fraction(std::string_view cell) {
+  const std::size_t point = cell.find('.');
+  const bool is_zero = point != std::string_view::npos &&
+                       cell.find_first_not_of('0', point + 1) == std::string_view::npos;
+  return is_zero ? cell.substr(0, point) : cell;
+}
+
 template <class Whole>
-std::string read_whole(std::string_view cell, Whole lowest, Whole& value) {
+std::string read_whole(std::string_view cell, const column_rules& rules, Whole lowest,
+                       Whole& value) {
   Whole number = 0;
-  const std::errc error = parse(cell, number);
+  const std::errc error = parse(without_zero_fraction(cell), number);
   if (error == std::errc() && number >= lowest) {
     value = number;
     return {};
@@ -50,13 +60,14 @@ std::string read_whole(std::string_view cell, Whole lowest, Whole& value) {
   // signed one.
   std::intmax_t negative = 0;
   if (error != std::errc::invalid_argument ||
-      parse(cell, negative) != std::errc::invalid_argument) {
+      parse(without_zero_fraction(cell), negative) != std::errc::invalid_argument) {
     return found(cell) + ", expected a whole number from " + std::to_string(lowest) + " to " +
            std::to_string(std::numeric_limits<Whole>::max());
   }
   double fraction = 0;
   if (parse_measured(cell, fraction) == std::errc() && std::isfinite(fraction)) {
-    return found(cell) + ", expected a whole number without decimals";
+    return found(cell) + ", expected a whole number without decimals" +
+           std::string(rules.if_fraction);
   }
   if (has_decimal_comma(cell)) {
     return found(cell) + ", expected a whole number without a comma";
@@ -64,22 +75,39 @@ std::string read_whole(std::string_view cell, Whole lowest, Whole& value) {
   return found(cell) + ", expected a whole number";
 }
 
+template <class Whole>
+std::string read_optional(std::string_view cell, const column_rules& rules, Whole lowest,
+                          std::optional<Whole>& value) {
+  value.reset();
+  if (is_not_measured(cell)) {
+    return {};
+  }
+  Whole number = 0;
+  std::string complaint = read_whole(cell, rules, lowest, number);
+  if (complaint.empty()) {
+    value = number;
+  }
+  return complaint;
+}
+
 }  // namespace
 
-bool is_not_measured(std::string_view cell) {
-  constexpr std::array<std::string_view, 4> words = {"", "na", "nan", "n/a"};
-  if (cell.size() > 3) {
-    return false;
-  }
-  std::string lower(cell);
+std::string lower(std::string_view text) {
+  std::string lower(text);
   // std::tolower would ask the locale.
   std::transform(lower.begin(), lower.end(), lower.begin(), [](char c) {
     return c >= 'A' && c <= 'Z' ? static_cast<char>(c - 'A' + 'a') : c;
   });
-  return std::find(words.begin(), words.end(), lower) != words.end();
+  return lower;
 }
 
-std::string read_cell(std::string_view cell, const whole_limits& /*limits*/, double& value) {
+bool is_not_measured(std::string_view cell) {
+  constexpr std::array<std::string_view, 7> words = {"",     "na",   "nan", "n/a",
+                                                     "#n/a", "null", "none"};
+  return cell.size() <= 4 && std::find(words.begin(), words.end(), lower(cell)) != words.end();
+}
+
+std::string read_cell(std::string_view cell, const column_rules& /*rules*/, double& value) {
   if (is_not_measured(cell)) {
     value = gait_missing;
     return {};
@@ -87,7 +115,7 @@ std::string read_cell(std::string_view cell, const whole_limits& /*limits*/, dou
   double number = 0;
   const std::errc error = parse_measured(cell, number);
   if (error == std::errc() && std::isfinite(number)) {
-    value = number;
+    value = number == gait_missing ? measured_minus_one : number;
     return {};
   }
   if (error == std::errc()) {
@@ -103,29 +131,20 @@ std::string read_cell(std::string_view cell, const whole_limits& /*limits*/, dou
   return found(cell) + ", expected a number or an empty cell";
 }
 
-std::string read_cell(std::string_view cell, const whole_limits& limits, int& value) {
-  return read_whole(cell, limits.lowest, value);
+std::string read_cell(std::string_view cell, const column_rules& rules, int& value) {
+  return read_whole(cell, rules, rules.lowest, value);
 }
 
-std::string read_cell(std::string_view cell, const whole_limits& /*limits*/, std::uint64_t& value) {
-  return read_whole(cell, std::uint64_t{0}, value);
+std::string read_cell(std::string_view cell, const column_rules& rules, std::optional<int>& value) {
+  return read_optional(cell, rules, rules.lowest, value);
 }
 
-std::string read_cell(std::string_view cell, const whole_limits& limits,
-                      std::optional<int>& value) {
-  value.reset();
-  if (is_not_measured(cell)) {
-    return {};
-  }
-  int index = 0;
-  std::string complaint = read_whole(cell, limits.lowest, index);
-  if (complaint.empty()) {
-    value = index;
-  }
-  return complaint;
+std::string read_cell(std::string_view cell, const column_rules& rules,
+                      std::optional<std::uint64_t>& value) {
+  return read_optional(cell, rules, std::uint64_t{0}, value);
 }
 
-std::string read_cell(std::string_view cell, const whole_limits& /*limits*/, std::string& value) {
+std::string read_cell(std::string_view cell, const column_rules& /*rules*/, std::string& value) {
   value = cell;
   return {};
 }
@@ -134,6 +153,9 @@ std::string to_cell(double value) {
   if (value == gait_missing) {
     return {};
   }
+  if (value == measured_minus_one) {
+    return "-1";
+  }
   if (!std::isfinite(value)) {
     throw std::invalid_argument("a walk folder cannot hold infinities or NaN");
   }
@@ -141,8 +163,10 @@ std::string to_cell(double value) {
 }
 
 std::string to_cell(int value) { return text_of(value); }
-std::string to_cell(std::uint64_t value) { return text_of(value); }
 std::string to_cell(const std::optional<int>& value) {
+  return value ? text_of(*value) : std::string();
+}
+std::string to_cell(const std::optional<std::uint64_t>& value) {
   return value ? text_of(*value) : std::string();
 }
 

@@ -12,23 +12,37 @@
 #include <optional>
 #include <string>
 #include <string_view>
+#include <type_traits>
 
 namespace gait_walk {
 
-/// Whether a cell says that there is no value: empty, NA, NaN or n/a, in capitals or not.
+/// A name or word in lower case, whatever the locale.
+std::string lower(std::string_view text);
+
+/// Whether a cell says that there is no value: empty, or one of the words for it (NA, NULL, ...).
 bool is_not_measured(std::string_view cell);
 
+/// The name that a word in lower case stands for: a foot may be given by its first letter.
+template <class Name>
+std::string full_word(const std::string& word) {
+  if constexpr (std::is_same_v<Name, side>) {
+    return word == "l" ? "left" : word == "r" ? "right" : word;
+  }
+  return word;
+}
+
 // Each of these reads a cell into `value`, and returns what is wrong with the cell ("found ...,
-// expected ..."), or an empty text. `limits` bounds whole numbers.
-std::string read_cell(std::string_view cell, const whole_limits& limits, double& value);
-std::string read_cell(std::string_view cell, const whole_limits& limits, int& value);
-std::string read_cell(std::string_view cell, const whole_limits& limits, std::uint64_t& value);
-std::string read_cell(std::string_view cell, const whole_limits& limits, std::optional<int>& value);
-std::string read_cell(std::string_view cell, const whole_limits& limits, std::string& value);
+// expected ..."), or an empty text. Words may be written in capitals.
+std::string read_cell(std::string_view cell, const column_rules& rules, double& value);
+std::string read_cell(std::string_view cell, const column_rules& rules, int& value);
+std::string read_cell(std::string_view cell, const column_rules& rules, std::optional<int>& value);
+std::string read_cell(std::string_view cell, const column_rules& rules,
+                      std::optional<std::uint64_t>& value);
+std::string read_cell(std::string_view cell, const column_rules& rules, std::string& value);
 
 template <class Name>
-std::string read_cell(std::string_view cell, const whole_limits& /*limits*/, Name& value) {
-  if (const auto known = value_named<Name>(cell)) {
+std::string read_cell(std::string_view cell, const column_rules& /*rules*/, Name& value) {
+  if (const auto known = value_named<Name>(full_word<Name>(lower(cell)))) {
     value = *known;
     return {};
   }
@@ -43,8 +57,8 @@ std::string read_cell(std::string_view cell, const whole_limits& /*limits*/, Nam
 // that has none.
 std::string to_cell(double value);
 std::string to_cell(int value);
-std::string to_cell(std::uint64_t value);
 std::string to_cell(const std::optional<int>& value);
+std::string to_cell(const std::optional<std::uint64_t>& value);
 std::string to_cell(const std::string& value);
 
 template <class Name>

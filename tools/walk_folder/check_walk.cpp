@@ -1,6 +1,7 @@
 #include "check_walk.h"
 
 #include "columns.h"
+#include "minus_one.h"
 #include "names.h"
 #include "shown_text.h"
 
@@ -19,6 +20,9 @@ table_report empty_report(const std::string& folder, const read_options& options
   return {{file, options.errors_per_file}, {file, options.errors_per_file}, true, true};
 }
 
+/// More than people write about a walk; every output holds them.
+constexpr std::size_t most_about_rows = 1000;
+
 std::string of_the(side side, const char* what) {
   return "the " + std::string(name_of(side)) + " " + what;
 }
@@ -29,8 +33,14 @@ walk_check::walk_check(const std::string& folder, const read_options& options)
     : reports{empty_report<recording_row>(folder, options),
               empty_report<foot_cycle_row>(folder, options),
               empty_report<feet_cycle_row>(folder, options),
-              empty_report<exclusion_row>(folder, options)},
-      most_strides_(options.most_strides) {}
+              empty_report<exclusion_row>(folder, options),
+              empty_report<about_row>(folder, options)},
+      most_strides_(options.most_strides),
+      analysed_(options.analysed) {}
+
+bool walk_check::needs_both_feet() const {
+  return analysed_ == analysed_cycles::feet && !has_one_foot();
+}
 
 bool walk_check::has_one_foot() const {
   return reports.recording.is_complete() &&
@@ -88,7 +98,9 @@ void walk_check::end_recording() {
 
 void walk_check::add(const checked_row<foot_cycle_row>& checked) {
   check_samples(checked);
-  if (!checked.has(&foot_cycle_row::foot) || !checked.has(&foot_cycle_row::index)) {
+  const bool numbered_by_place = checked.lacks(&foot_cycle_row::index);
+  if (!checked.has(&foot_cycle_row::foot) ||
+      !(numbered_by_place || checked.has(&foot_cycle_row::index))) {
     reports.foot_cycles.every_row_known = false;
     return;
   }
@@ -99,8 +111,12 @@ void walk_check::add(const checked_row<foot_cycle_row>& checked) {
   if (foot.indices.empty()) {
     foot.first_line = checked.line;
   }
-  foot.indices.add(checked.row.index, checked.line);
   foot.cycles.push_back(checked.row);
+  gait_foot_cycle& cycle = foot.cycles.back();
+  if (numbered_by_place) {
+    cycle.index = static_cast<int>(foot.indices.size());
+  }
+  foot.indices.add(cycle.index, checked.line);
 }
 
 void walk_check::check_samples(const checked_row<foot_cycle_row>& checked) {
@@ -119,20 +135,36 @@ void walk_check::check_samples(const checked_row<foot_cycle_row>& checked) {
   if (!checked.has(&foot_cycle_row::foot) || !recorded) {
     return;
   }
-  const std::uint64_t samples = std::min(recorded->signal_1_samples, recorded->signal_2_samples);
-  if (static_cast<std::uint64_t>(row.last_sample) >= samples) {
+  const std::optional<std::uint64_t> samples = recorded_samples(*recorded);
+  if (samples && static_cast<std::uint64_t>(row.last_sample) >= *samples) {
     reports.foot_cycles.warnings.add(
         checked.line, "last_sample",
         what + ", expected less than the number of samples that recording.csv gives, " +
-            in_quotes(std::to_string(samples)));
+            in_quotes(std::to_string(*samples)));
   }
 }
 
 void walk_check::end_foot_cycles() {
   check_count(reports.foot_cycles, left_.strides, "strides of the left foot");
   check_count(reports.foot_cycles, right_.strides, "strides of the right foot");
+  settle_minus_ones_of<foot_cycle_row>(reports.foot_cycles, [&](auto use) {
+    std::for_each(left_.cycles.begin(), left_.cycles.end(), use);
+    std::for_each(right_.cycles.begin(), right_.cycles.end(), use);
+  });
   check_foot(side::left);
   check_foot(side::right);
+}
+
+template <class Row, class ForEachRow>
+void walk_check::settle_minus_ones_of(table_report& report, ForEachRow for_each_row) {
+  const missing_minus_ones missing = settle_minus_ones<Row>(for_each_row);
+  if (missing.cells != 0) {
+    report.warnings.add(0, "",
+                        "found -1 in measured columns (cells: " + std::to_string(missing.cells) +
+                            "), expected empty cells: it counts as not measured in all of the "
+                            "table, because " +
+                            std::string(missing.column) + " cannot be -1");
+  }
 }
 
 void walk_check::check_count(table_report& report, std::size_t count,
@@ -168,12 +200,15 @@ void walk_check::add(const checked_row<feet_cycle_row>& checked) {
   if (++feet_count_ > most_strides_) {
     return;
   }
-  if (checked.has(&feet_cycle_row::index)) {
-    feet_indices_.add(checked.row.index, checked.line);
-  } else {
-    reports.feet_cycles.every_row_known = false;
-  }
   feet_.push_back({checked.row, checked.line});
+  feet_cycle_row& row = feet_.back().row;
+  if (checked.lacks(&feet_cycle_row::index)) {
+    row.index = static_cast<int>(feet_.size()) - 1;
+  } else if (!checked.has(&feet_cycle_row::index)) {
+    reports.feet_cycles.every_row_known = false;
+    return;
+  }
+  feet_indices_.add(row.index, checked.line);
 }
 
 void walk_check::end_feet_cycles() {
@@ -187,9 +222,14 @@ void walk_check::end_feet_cycles() {
     }
     return;
   }
-  if (feet_.empty() && report.is_complete()) {
+  if (feet_.empty() && report.is_complete() && needs_both_feet()) {
     report.errors.add(0, "", "found no row, expected at least one cycle of both feet");
   }
+  settle_minus_ones_of<feet_cycle_row>(report, [&](auto use) {
+    for (feet_cycle_place& place : feet_) {
+      use(place.row);
+    }
+  });
   feet_indices_.check(report, "");
   std::stable_sort(feet_.begin(), feet_.end(),
                    [](const auto& a, const auto& b) { return a.row.index < b.row.index; });
@@ -258,13 +298,32 @@ void walk_check::check_excluded_index(int index, std::size_t line, std::size_t c
   }
 }
 
+// ---- about.csv
+
+void walk_check::add(const checked_row<about_row>& checked) {
+  if (checked.row.name.empty() && checked.has(&about_row::name)) {
+    reports.about.errors.add(checked.line, "name", found("") + ", expected a name");
+  }
+  if (++about_count_ <= most_about_rows) {
+    about_.push_back(checked.row);
+  }
+}
+
+void walk_check::end_about() {
+  if (about_count_ > most_about_rows) {
+    reports.about.errors.add(0, "",
+                             "found " + std::to_string(about_count_) + " rows, expected at most " +
+                                 std::to_string(most_about_rows));
+  }
+}
+
 // ---- The walk
 
 read_result walk_check::result(std::string name) {
   std::vector<input_error> errors;
   read_result result;
-  for (table_report* report :
-       {&reports.recording, &reports.foot_cycles, &reports.feet_cycles, &reports.exclusions}) {
+  for (table_report* report : {&reports.recording, &reports.foot_cycles, &reports.feet_cycles,
+                               &reports.exclusions, &reports.about}) {
     std::move(report->errors).append_to(errors);
     std::move(report->warnings).append_to(result.warnings);
   }
@@ -276,8 +335,10 @@ read_result walk_check::result(std::string name) {
   result.walk.right = take_foot(side::right);
   for (const feet_cycle_place& place : feet_) {
     result.walk.feet.push_back(place.row);
+    result.walk.feet_lines.push_back(place.line);
   }
   result.walk.exclusions = std::move(excluded_);
+  result.walk.about = std::move(about_);
   return result;
 }
 
@@ -285,6 +346,7 @@ std::optional<foot> walk_check::take_foot(side side) {
   foot_tables& tables = of(side);
   if (tables.recorded) {
     tables.recorded->cycles = std::move(tables.cycles);
+    tables.recorded->lines = tables.indices.lines();
   }
   return std::move(tables.recorded);
 }

@@ -2,7 +2,7 @@
 #define TOOLS_WALK_FOLDER_COLUMNS_H
 
 /// \file
-/// The columns of the four tables, in the order in which they are written; reader and writer share
+/// The columns of the tables, in the order in which they are written; reader and writer share
 /// them.
 
 #include "walk.h"
@@ -23,8 +23,8 @@ namespace gait_walk {
 struct recording_row {
   side foot = side::left;
   int sampling_rate = 0;
-  std::uint64_t signal_1_samples = 0;
-  std::uint64_t signal_2_samples = 0;
+  std::optional<std::uint64_t> signal_1_samples;
+  std::optional<std::uint64_t> signal_2_samples;
 };
 
 struct foot_cycle_row : gait_foot_cycle {
@@ -37,25 +37,37 @@ struct feet_cycle_row : feet_cycle {
 
 using exclusion_row = exclusion;
 
-/// The lowest whole number that a column takes; the highest is its type's.
-struct whole_limits {
-  int lowest = 0;
+/// What holds for a column beyond the type of its values.
+struct column_rules {
+  bool required = false;  ///< whether a table cannot do without it
+  bool has_sign = false;  ///< whether what is measured may be negative, so that -1 may be a value
+  int lowest = 0;         ///< the lowest whole number that it takes; the highest is its type's
+  std::string_view if_fraction = {};  ///< what to do about a number that is not whole
 };
 
-/// One column: its name in the header line, and the member of the row that it fills.
+inline constexpr column_rules required = {true};
+inline constexpr column_rules with_sign = {false, true};
+inline constexpr column_rules rate_rules = {
+    true, false, 1, ": scale the samples to a whole rate (index * new / old), and give that rate"};
+// The library allows an excluded index out of range, also a negative one.
+inline constexpr column_rules excluded_index_rules = {true, false,
+                                                      std::numeric_limits<int>::lowest()};
+
+/// One column: its name in the header line, the member of the row that it fills, and its rules.
 template <class Row>
 struct column {
   using row_member =
-      std::variant<double Row::*, int Row::*, std::uint64_t Row::*, std::optional<int> Row::*,
-                   side Row::*, analysed_cycles Row::*, exclusion_list Row::*, std::string Row::*>;
+      std::variant<double Row::*, int Row::*, std::optional<int> Row::*,
+                   std::optional<std::uint64_t> Row::*, side Row::*, analysed_cycles Row::*,
+                   exclusion_list Row::*, std::string Row::*>;
 
   template <class Value, class Base>
-  constexpr column(std::string_view its_name, Value Base::*filled, whole_limits its_limits = {})
-      : name(its_name), member(static_cast<Value Row::*>(filled)), limits(its_limits) {}
+  constexpr column(std::string_view its_name, Value Base::*filled, column_rules its_rules = {})
+      : name(its_name), member(static_cast<Value Row::*>(filled)), rules(its_rules) {}
 
   std::string_view name;
   row_member member;
-  whole_limits limits;
+  column_rules rules;
 };
 
 // Braced rows are counted by the compiler only where they make an array of C.
@@ -89,18 +101,18 @@ inline constexpr row_without_table<Row> table_name = {};
 
 template <>
 inline constexpr auto columns<recording_row> = table_of<recording_row>({
-    {"foot", &recording_row::foot},
-    {"sampling_rate", &recording_row::sampling_rate, {1}},
+    {"foot", &recording_row::foot, required},
+    {"sampling_rate", &recording_row::sampling_rate, rate_rules},
     {"signal_1_samples", &recording_row::signal_1_samples},
     {"signal_2_samples", &recording_row::signal_2_samples},
 });
 
 template <>
 inline constexpr auto columns<foot_cycle_row> = table_of<foot_cycle_row>({
-    {"foot", &foot_cycle_row::foot},
+    {"foot", &foot_cycle_row::foot, required},
     {"index", &foot_cycle_row::index},
-    {"first_sample", &foot_cycle_row::first_sample},
-    {"last_sample", &foot_cycle_row::last_sample},
+    {"first_sample", &foot_cycle_row::first_sample, required},
+    {"last_sample", &foot_cycle_row::last_sample, required},
     {"hs", &foot_cycle_row::hs},
     {"gct", &foot_cycle_row::gct},
     {"swing", &foot_cycle_row::swing},
@@ -114,13 +126,13 @@ inline constexpr auto columns<foot_cycle_row> = table_of<foot_cycle_row>({
     {"swidth", &foot_cycle_row::swidth},
     {"path_length", &foot_cycle_row::path_length},
     {"speed", &foot_cycle_row::speed},
-    {"ta", &foot_cycle_row::ta},
+    {"ta", &foot_cycle_row::ta, with_sign},
     {"peakswing", &foot_cycle_row::peakswing},
-    {"top", &foot_cycle_row::top},
-    {"hsp", &foot_cycle_row::hsp},
+    {"top", &foot_cycle_row::top, with_sign},
+    {"hsp", &foot_cycle_row::hsp, with_sign},
     {"step_time", &foot_cycle_row::step_time},
     {"step_length", &foot_cycle_row::step_length},
-    {"strike_eversion", &foot_cycle_row::strike_eversion},
+    {"strike_eversion", &foot_cycle_row::strike_eversion, with_sign},
     {"max_hc", &foot_cycle_row::max_hc},
     {"min_tc", &foot_cycle_row::min_tc},
     {"max_tc1", &foot_cycle_row::max_tc1},
@@ -135,17 +147,22 @@ inline constexpr auto columns<feet_cycle_row> = table_of<feet_cycle_row>({
     {"index", &feet_cycle_row::index},
     {"gct", &feet_cycle_row::gct},
     {"ds", &feet_cycle_row::ds},
-    {"right_index", &feet_cycle_row::right_index},
-    {"left_index", &feet_cycle_row::left_index},
+    {"right_index", &feet_cycle_row::right_index, required},
+    {"left_index", &feet_cycle_row::left_index, required},
 });
 
 template <>
 inline constexpr auto columns<exclusion_row> = table_of<exclusion_row>({
-    {"cycles", &exclusion_row::cycles},
-    {"list", &exclusion_row::list},
-    // The library allows an index out of range, also a negative one.
-    {"index", &exclusion_row::index, {std::numeric_limits<int>::lowest()}},
+    {"cycles", &exclusion_row::cycles, required},
+    {"list", &exclusion_row::list, required},
+    {"index", &exclusion_row::index, excluded_index_rules},
     {"reason", &exclusion_row::reason},
+});
+
+template <>
+inline constexpr auto columns<about_row> = table_of<about_row>({
+    {"name", &about_row::name, required},
+    {"value", &about_row::value, required},
 });
 
 template <>
@@ -156,6 +173,8 @@ template <>
 inline constexpr std::string_view table_name<feet_cycle_row> = "feet_cycles.csv";
 template <>
 inline constexpr std::string_view table_name<exclusion_row> = "exclusions.csv";
+template <>
+inline constexpr std::string_view table_name<about_row> = "about.csv";
 
 /// A table's file in a folder, as messages name it.
 template <class Row>

@@ -59,17 +59,33 @@ const char* wide_encoding(std::string_view text) {
   return nullptr;
 }
 
-/// What separates the columns of a header line that has no comma, if it is one of the usual others.
-const char* foreign_separator(std::string_view text) {
+/// What separates the columns of a header line that has no comma, if it is one of the usual others:
+/// with its name, or '\0'.
+std::pair<char, const char*> foreign_separator(std::string_view text) {
   const std::size_t begin = std::min(text.find_first_not_of("\r\n"), text.size());
   const std::string_view header = text.substr(begin, text.find_first_of("\r\n", begin) - begin);
   if (header.find(',') != std::string_view::npos) {
-    return nullptr;
+    return {};
   }
-  if (header.find(';') != std::string_view::npos) {
-    return "semicolons";
+  for (const auto& [separator, name] : {std::pair(';', "semicolon"), std::pair('\t', "tab")}) {
+    if (header.find(separator) != std::string_view::npos) {
+      return {separator, name};
+    }
   }
-  return header.find('\t') != std::string_view::npos ? "tabs" : nullptr;
+  return {};
+}
+
+/// Whether a number with a decimal comma stands in a text.
+bool has_decimal_comma(std::string_view text) {
+  const auto digit = [&](std::size_t at) {
+    return at < text.size() && text[at] >= '0' && text[at] <= '9';
+  };
+  for (std::size_t at = text.find(','); at != std::string_view::npos; at = text.find(',', at + 1)) {
+    if (at != 0 && digit(at - 1) && digit(at + 1)) {
+      return true;
+    }
+  }
+  return false;
 }
 
 bool ends_line(char c) { return c == '\n' || c == '\r'; }
@@ -123,6 +139,10 @@ private:
   }
 
   void look_at_beginning() {
+    if (is_workbook(chunk_)) {
+      throw table_error(
+          0, "found an Excel workbook, expected a CSV table: save the sheet as CSV (UTF-8)");
+    }
     if (const char* encoding = wide_encoding(chunk_)) {
       throw table_error(
           0, std::string("found ") + encoding + " text, expected UTF-8: save the table as UTF-8");
@@ -130,10 +150,19 @@ private:
     if (begins_with(chunk_, "\xEF\xBB\xBF")) {
       at_ = 3;
     }
-    if (const char* separator = foreign_separator(std::string_view(chunk_).substr(at_))) {
-      throw table_error(
-          1, std::string("found columns separated by ") + separator + ", expected commas");
+    if (const auto [separator, name] = foreign_separator(std::string_view(chunk_).substr(at_));
+        separator != '\0') {
+      throw table_error(1, foreign_separators(name));
     }
+  }
+
+  std::string foreign_separators(const std::string& name) const {
+    const std::string found = "found columns separated by " + name + "s";
+    if (has_decimal_comma(chunk_)) {
+      return found + " and numbers with decimal commas, expected commas and decimal points: " +
+             "replace each comma by a point, then each " + name + " by a comma";
+    }
+    return found + ", expected commas: replace each " + name + " by a comma";
   }
 
   /// The rest of the line, with its line break, or as much of it as the chunk holds.
@@ -247,6 +276,10 @@ private:
 csv_table::csv_table(std::istream& text) : parser_(std::make_unique<parser>(text)) {}
 csv_table::~csv_table() = default;
 bool csv_table::next(csv_row& row) { return parser_->next(row); }
+
+bool is_workbook(std::string_view beginning) {
+  return begins_with(beginning, "PK\x03\x04") || begins_with(beginning, "\xD0\xCF\x11\xE0");
+}
 
 std::string quoted_csv_cell(std::string_view cell) {
   std::string quoted(csv_write(nullptr, 0, cell.data(), cell.size()), '\0');

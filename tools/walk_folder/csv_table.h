@@ -68,6 +68,9 @@ private:
   std::unique_ptr<parser> parser_;
 };
 
+/// Whether a file begins as the workbooks of spreadsheet programs do.
+bool is_workbook(std::string_view beginning);
+
 /// A cell in quotation marks.
 std::string quoted_csv_cell(std::string_view cell);
 

@@ -1,6 +1,6 @@
 #include "open_table.h"
 
-#include "input_error.h"
+#include "folder_mistakes.h"
 
 #include <cerrno>
 #include <fstream>
@@ -19,11 +19,15 @@ opened_table unreadable(std::string complaint, bool missing = false) {
 
 }  // namespace
 
-opened_table open_file(const fs::path& file) {
+opened_table open_file(const fs::path& folder, std::string_view table) {
+  const fs::path file = folder / table;
   std::error_code error;
+  if (std::string complaint = half_written_table(folder, table); !complaint.empty()) {
+    return unreadable(std::move(complaint));
+  }
   const fs::file_status status = fs::status(file, error);
   if (status.type() == fs::file_type::not_found) {
-    return unreadable("found no such file, expected a table", true);
+    return unreadable(missing_table(folder, table), true);
   }
   if (fs::is_directory(status)) {
     return unreadable("found a folder, expected a table");
@@ -45,21 +49,6 @@ opened_table open_stream(std::istream* stream) {
     return unreadable("found no such table, expected one", true);
   }
   return {stream, nullptr, "", false};
-}
-
-void require_folder(const fs::path& folder) {
-  std::error_code error;
-  const fs::file_status status = fs::status(folder, error);
-  if (fs::is_directory(status)) {
-    return;
-  }
-  if (fs::exists(status)) {
-    throw walk_error({{folder.string(), 0, "", "found a file, expected a walk folder"}});
-  }
-  const std::string why =
-      status.type() == fs::file_type::not_found ? "" : " (" + error.message() + ")";
-  throw walk_error(
-      {{folder.string(), 0, "", "found no such folder" + why + ", expected a walk folder"}});
 }
 
 }  // namespace gait_walk

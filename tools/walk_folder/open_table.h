@@ -8,6 +8,7 @@
 #include <istream>
 #include <memory>
 #include <string>
+#include <string_view>
 
 namespace gait_walk {
 
@@ -19,14 +20,11 @@ struct opened_table {
   bool missing = false;
 };
 
-/// A table in a file.
-opened_table open_file(const std::filesystem::path& file);
+/// A table of a walk folder.
+opened_table open_file(const std::filesystem::path& folder, std::string_view table);
 
 /// A table that the caller has opened; null where there is none.
 opened_table open_stream(std::istream* stream);
-
-/// Throws walk_error, which says why, when there is no such folder.
-void require_folder(const std::filesystem::path& folder);
 
 }  // namespace gait_walk
 

@@ -2,6 +2,7 @@
 
 #include "cell.h"
 #include "csv_table.h"
+#include "nearest_name.h"
 #include "shown_text.h"
 
 #include <algorithm>
@@ -17,24 +18,6 @@ namespace {
 
 // ---- The header line
 
-/// The number of letters to insert, delete or replace that makes one name of the other (Levenshtein
-/// 1966).
-std::size_t edit_distance(std::string_view a, std::string_view b) {
-  std::vector<std::size_t> distances(b.size() + 1);
-  for (std::size_t j = 0; j <= b.size(); ++j) {
-    distances[j] = j;
-  }
-  for (std::size_t i = 1; i <= a.size(); ++i) {
-    std::size_t diagonal = std::exchange(distances[0], i);
-    for (std::size_t j = 1; j <= b.size(); ++j) {
-      const std::size_t replaced = diagonal + (a[i - 1] == b[j - 1] ? 0 : 1);
-      diagonal = distances[j];
-      distances[j] = std::min({replaced, distances[j] + 1, distances[j - 1] + 1});
-    }
-  }
-  return distances[b.size()];
-}
-
 template <class Row>
 std::string column_names() {
   std::string names;
@@ -44,29 +27,12 @@ std::string column_names() {
   return names;
 }
 
-/// The column whose name is close to `name`, or nothing.
-template <class Row>
-std::string_view nearest_column(std::string_view name) {
-  constexpr std::size_t longest_name = 40;
-  std::string_view nearest;
-  // More than half of the letters, or three of them, make another word.
-  std::size_t smallest = std::min<std::size_t>((name.size() + 1) / 2, 3) + 1;
-  for (const auto& column : columns<Row>) {
-    const std::size_t distance =
-        name.size() > longest_name ? smallest : edit_distance(name, column.name);
-    if (distance < smallest) {
-      smallest = distance;
-      nearest = column.name;
-    }
-  }
-  return nearest;
-}
-
 /// Which of the table's columns the cells of a row belong to.
 template <class Row>
 struct header {
   static constexpr std::size_t no_column = columns<Row>.size();
   std::vector<std::size_t> column_of_cell;
+  std::bitset<columns<Row>.size()> present;
   bool usable = false;  ///< whether it has any column of the table
 };
 
@@ -78,47 +44,79 @@ std::size_t find_column(std::string_view name) {
                                 [&](const auto& column) { return column.name == name; })));
 }
 
+/// The columns that are left out.
+class ignored_columns {
+public:
+  explicit ignored_columns(const std::vector<std::string>& names) {
+    std::transform(names.begin(), names.end(), std::back_inserter(names_), lower);
+  }
+
+  bool has(const std::string& name) const {
+    return std::find(names_.begin(), names_.end(), name) != names_.end();
+  }
+  bool has_unknown(const std::string& name) const { return has(name) || has("all"); }
+
+private:
+  std::vector<std::string> names_;
+};
+
 template <class Row>
 void report_unknown_column(const csv_row& row, std::size_t cell, input_error_list& errors) {
   if (row[cell].empty()) {
     errors.add(row.line, "",
-               "found no name for column " + std::to_string(cell + 1) + ", expected one");
+               "found no name for column " + std::to_string(cell + 1) +
+                   ", expected one: name it, or leave it out with --ignore-column all");
     return;
   }
-  const std::string_view nearest = nearest_column<Row>(row[cell]);
+  std::vector<std::string_view> known;
+  for (const auto& column : columns<Row>) {
+    known.push_back(column.name);
+  }
+  const std::string_view nearest = nearest_name(row[cell], known);
   errors.add(row.line, shown(row[cell]),
              "found an unknown column, expected " +
-                 (nearest.empty() ? "only " + column_names<Row>() : std::string(nearest)));
+                 (nearest.empty() ? "only " + column_names<Row>() + ": "
+                                  : std::string(nearest) + ": rename it, or ") +
+                 "leave it out with --ignore-column");
+}
+
+/// Which columns the cells of the header line stand for; no_column for those that are left out.
+template <class Row>
+header<Row> find_columns(const csv_row& row, const ignored_columns& ignored) {
+  header<Row> header;
+  for (std::size_t cell = 0; cell < row.size(); ++cell) {
+    const std::string name = lower(row[cell]);
+    header.column_of_cell.push_back(ignored.has(name) ? header.no_column : find_column<Row>(name));
+    header.usable = header.usable || header.column_of_cell.back() != header.no_column;
+  }
+  return header;
 }
 
 template <class Row>
-header<Row> read_header(const csv_row& row, table_report& report) {
-  header<Row> header;
-  for (std::size_t cell = 0; cell < row.size(); ++cell) {
-    header.column_of_cell.push_back(find_column<Row>(row[cell]));
-    header.usable = header.usable || header.column_of_cell.back() != header.no_column;
-  }
+header<Row> read_header(const csv_row& row, const ignored_columns& ignored, table_report& report) {
+  header<Row> header = find_columns<Row>(row, ignored);
   if (!header.usable) {
     report.was_read = false;
     report.errors.add(row.line, "",
                       found(row[0]) + ", expected the header line " + column_names<Row>());
     return header;
   }
-  std::bitset<columns<Row>.size()> present;
   for (std::size_t cell = 0; cell < row.size(); ++cell) {
     std::size_t& column = header.column_of_cell[cell];
     if (column == header.no_column) {
-      report_unknown_column<Row>(row, cell, report.errors);
-    } else if (present[column]) {
+      if (!ignored.has_unknown(lower(row[cell]))) {
+        report_unknown_column<Row>(row, cell, report.errors);
+      }
+    } else if (header.present[column]) {
       report.errors.add(row.line, columns<Row>[column].name,
                         "found the column twice, expected it once");
       column = header.no_column;
     } else {
-      present.set(column);
+      header.present.set(column);
     }
   }
   for (std::size_t column = 0; column < columns<Row>.size(); ++column) {
-    if (!present[column]) {
+    if (columns<Row>[column].rules.required && !header.present[column]) {
       report.errors.add(row.line, columns<Row>[column].name,
                         "found no such column, expected it in the header line");
     }
@@ -134,17 +132,10 @@ bool read_column(std::string_view cell, std::size_t line, const column<Row>& col
   return std::visit(
       [&](auto member) {
         auto& value = row.*member;
-        std::string complaint = read_cell(cell, column.limits, value);
+        std::string complaint = read_cell(cell, column.rules, value);
         if (!complaint.empty()) {
           report.errors.add(line, column.name, std::move(complaint));
           return false;
-        }
-        if constexpr (std::is_same_v<decltype(member), double Row::*>) {
-          if (value == gait_missing && !is_not_measured(cell)) {
-            report.warnings.add(
-                line, column.name,
-                found(cell) + ", which counts as not measured, expected an empty cell");
-          }
         }
         return true;
       },
@@ -155,6 +146,7 @@ template <class Row>
 checked_row<Row> read_row(const csv_row& cells, const header<Row>& header, table_report& report) {
   checked_row<Row> checked;
   checked.line = cells.line;
+  checked.in_table = header.present;
   for (std::size_t cell = 0; cell < cells.size(); ++cell) {
     const std::size_t column = header.column_of_cell[cell];
     if (column != header.no_column) {
@@ -218,7 +210,7 @@ bool is_empty(const csv_row& cells) {
 }
 
 template <class Row>
-void read_rows(csv_table& table, table_report& report,
+void read_rows(csv_table& table, const ignored_columns& ignored, table_report& report,
                const std::function<void(const checked_row<Row>&)>& use) {
   csv_row cells;
   if (!table.next(cells)) {
@@ -227,7 +219,7 @@ void read_rows(csv_table& table, table_report& report,
                       "found an empty file, expected the header line " + column_names<Row>());
     return;
   }
-  const header<Row> header = read_header<Row>(cells, report);
+  const header<Row> header = read_header<Row>(cells, ignored, report);
   while (header.usable && table.next(cells)) {
     if (is_empty(cells)) {
       continue;
@@ -248,8 +240,8 @@ void read_rows(csv_table& table, table_report& report,
 }  // namespace
 
 template <class Row>
-void read_table(const opened_table& opened, table_report& report,
-                const std::function<void(const checked_row<Row>&)>& use) {
+void read_table(const opened_table& opened, const std::vector<std::string>& ignored,
+                table_report& report, const std::function<void(const checked_row<Row>&)>& use) {
   if (opened.text == nullptr) {
     report.was_read = false;
     report.errors.add(0, "", opened.complaint);
@@ -257,20 +249,22 @@ void read_table(const opened_table& opened, table_report& report,
   }
   try {
     csv_table table(*opened.text);
-    read_rows<Row>(table, report, use);
+    read_rows<Row>(table, ignored_columns(ignored), report, use);
   } catch (const table_error& error) {
     report.was_read = false;
     report.errors.add(error.line(), "", error.what());
   }
 }
 
-template void read_table(const opened_table&, table_report&,
+template void read_table(const opened_table&, const std::vector<std::string>&, table_report&,
                          const std::function<void(const checked_row<recording_row>&)>&);
-template void read_table(const opened_table&, table_report&,
+template void read_table(const opened_table&, const std::vector<std::string>&, table_report&,
                          const std::function<void(const checked_row<foot_cycle_row>&)>&);
-template void read_table(const opened_table&, table_report&,
+template void read_table(const opened_table&, const std::vector<std::string>&, table_report&,
                          const std::function<void(const checked_row<feet_cycle_row>&)>&);
-template void read_table(const opened_table&, table_report&,
+template void read_table(const opened_table&, const std::vector<std::string>&, table_report&,
                          const std::function<void(const checked_row<exclusion_row>&)>&);
+template void read_table(const opened_table&, const std::vector<std::string>&, table_report&,
+                         const std::function<void(const checked_row<about_row>&)>&);
 
 }  // namespace gait_walk

@@ -12,6 +12,8 @@
 #include <bitset>
 #include <cstddef>
 #include <functional>
+#include <string>
+#include <vector>
 
 namespace gait_walk {
 
@@ -32,23 +34,36 @@ template <class Row>
 struct checked_row {
   Row row;
   std::size_t line = 0;
-  std::bitset<columns<Row>.size()> good;
+  std::bitset<columns<Row>.size()> in_table;  ///< the columns that the table has
+  std::bitset<columns<Row>.size()> good;      ///< those whose cell was read
 
   /// Whether the cell of a member was read.
   template <class Value, class Base>
   bool has(Value Base::*member) const {
+    return good.test(place_of(member));
+  }
+
+  /// Whether the table has no column for a member.
+  template <class Value, class Base>
+  bool lacks(Value Base::*member) const {
+    return !in_table.test(place_of(member));
+  }
+
+private:
+  template <class Value, class Base>
+  static std::size_t place_of(Value Base::*member) {
     const decltype(column<Row>::member) wanted = static_cast<Value Row::*>(member);
     const auto is_wanted = [&](const column<Row>& column) { return column.member == wanted; };
-    const auto place =
-        std::find_if(columns<Row>.begin(), columns<Row>.end(), is_wanted) - columns<Row>.begin();
-    return good.test(static_cast<std::size_t>(place));
+    return static_cast<std::size_t>(
+        std::find_if(columns<Row>.begin(), columns<Row>.end(), is_wanted) - columns<Row>.begin());
   }
 };
 
-/// Reads all rows of a table and hands each to `use`.
+/// Reads all rows of a table and hands each to `use`. Columns whose names are in `ignored` are left
+/// out; "all" stands for every unknown one.
 template <class Row>
-void read_table(const opened_table& opened, table_report& report,
-                const std::function<void(const checked_row<Row>&)>& use);
+void read_table(const opened_table& opened, const std::vector<std::string>& ignored,
+                table_report& report, const std::function<void(const checked_row<Row>&)>& use);
 
 }  // namespace gait_walk
 

@@ -45,6 +45,15 @@ void row_indices::check(table_report& report, const std::string& whose) {
   }
 }
 
+std::vector<std::size_t> row_indices::lines() const {
+  std::vector<std::size_t> lines;
+  lines.reserve(places_.size());
+  for (const place& row : places_) {
+    lines.push_back(row.line);
+  }
+  return lines;
+}
+
 bool row_indices::contains(int index) const {
   return std::binary_search(places_.begin(), places_.end(), place{index, 0},
                             [](const place& a, const place& b) { return a.index < b.index; });

@@ -26,6 +26,9 @@ public:
   /// Whether a row has this index; check() must have been called.
   bool contains(int index) const;
 
+  /// The line of each row, by index; check() must have been called, and found nothing.
+  std::vector<std::size_t> lines() const;
+
 private:
   struct place {
     int index;

@@ -1,5 +1,7 @@
 #include "cell.h"
 #include "columns.h"
+#include "find_walks.h"
+#include "minus_one.h"
 #include "walk_folder.h"
 
 #include <filesystem>
@@ -7,7 +9,10 @@
 #include <functional>
 #include <ios>
 #include <ostream>
+#include <stdexcept>
+#include <string>
 #include <system_error>
+#include <type_traits>
 #include <utility>
 #include <variant>
 #include <vector>
@@ -37,7 +42,7 @@ public:
   template <class Row>
   void write(const std::function<void(const std::function<void(const Row&)>&)>& write_rows) {
     const fs::path table = folder_ / table_name<Row>;
-    written_.emplace_back(fs::path(table) += ".part", table);
+    written_.emplace_back(part_of(table), table);
     std::ofstream text;
     text.exceptions(std::ios::failbit | std::ios::badbit);
     text.open(written_.back().first, std::ios::binary);
@@ -58,13 +63,30 @@ public:
     written_.clear();
   }
 
+  /// Removes a table that the folder may have of another walk.
+  template <class Row>
+  void remove() {
+    fs::remove(folder_ / table_name<Row>);
+  }
+
 private:
+  template <class Row, class Value>
+  static std::string cell_of(const Value& value, const column<Row>& column) {
+    if constexpr (std::is_same_v<Value, double>) {
+      // It would make -1 the table's word for missing.
+      if (value == measured_minus_one && !column.rules.has_sign) {
+        throw std::invalid_argument("a walk folder cannot hold -1 in " + std::string(column.name));
+      }
+    }
+    return to_cell(value);
+  }
+
   template <class Row>
   static void write_row(std::ostream& text, const Row& row) {
     const char* separator = "";
     for (const auto& column : columns<Row>) {
       text << separator
-           << std::visit([&](auto member) { return to_cell(row.*member); }, column.member);
+           << std::visit([&](auto member) { return cell_of(row.*member, column); }, column.member);
       separator = ",";
     }
     text << '\n';
@@ -113,7 +135,17 @@ void write_walk_folder(const walk& walk, const fs::path& folder) {
       write_row(exclusion);
     }
   });
+  if (!walk.about.empty()) {
+    tables.write<about_row>([&](const auto& write_row) {
+      for (const about_row& row : walk.about) {
+        write_row(row);
+      }
+    });
+  }
   tables.put_in_place();
+  if (walk.about.empty()) {
+    tables.remove<about_row>();
+  }
 }
 
 }  // namespace gait_walk
