@@ -11,15 +11,17 @@
 
 namespace tool_tests {
 
-/// All of a walk but its name.
+/// All of a walk but its name and the lines of its cycles.
 inline std::string bytes_of(const gait_walk::walk& walk) {
   gait_test::byte_writer bytes;
   const auto add = [&](const auto&... members) { (bytes.add("", members), ...); };
   for (const auto* foot : {&walk.left, &walk.right}) {
     add(foot->has_value());
     if (*foot) {
-      add((*foot)->sampling_rate, (*foot)->signal_1_samples, (*foot)->signal_2_samples,
-          (*foot)->cycles.size());
+      add((*foot)->sampling_rate, (*foot)->cycles.size());
+      for (const auto& samples : {(*foot)->signal_1_samples, (*foot)->signal_2_samples}) {
+        add(samples.has_value(), samples.value_or(0));
+      }
       for (const gait_foot_cycle& cycle : (*foot)->cycles) {
         gait_test::write_fields(bytes, cycle);
       }
@@ -31,6 +33,9 @@ inline std::string bytes_of(const gait_walk::walk& walk) {
   }
   for (const gait_walk::exclusion& exclusion : walk.exclusions) {
     add(exclusion.cycles, exclusion.list, exclusion.index, exclusion.reason);
+  }
+  for (const gait_walk::about_row& row : walk.about) {
+    add(row.name, row.value);
   }
   return bytes.result();
 }

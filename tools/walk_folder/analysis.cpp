@@ -4,6 +4,8 @@
 #include "names.h"
 
 #include <algorithm>
+#include <cstdint>
+#include <optional>
 #include <stdexcept>
 #include <string>
 #include <utility>
@@ -26,8 +28,10 @@ side needed_foot(analysed_cycles cycles) {
 sensor_recording recording_of(const foot& foot) {
   sensor_recording recording;
   recording.sampling_rate = foot.sampling_rate;
-  recording.signals[1].sample_count = foot.signal_1_samples;
-  recording.signals[2].sample_count = foot.signal_2_samples;
+  // Where one signal's length alone is known, it is the recording's.
+  const std::uint64_t samples = recorded_samples(foot).value_or(0);
+  recording.signals[1].sample_count = foot.signal_1_samples.value_or(samples);
+  recording.signals[2].sample_count = foot.signal_2_samples.value_or(samples);
   return recording;
 }
 

@@ -38,6 +38,8 @@ analysed_cycles cycles_of(const walk& walk, analysed_cycles asked_for);
 /// Makes the gait_result of the analysis. Its `foot_results` hold left before right, or the single
 /// foot.
 ///
+/// A recording of unknown length has 0 samples there.
+///
 /// Throws std::invalid_argument when the walk does not have the foot that is asked for. A walk that
 /// is moved in gives its strides away, so that a long one is not held twice.
 analysis make_analysis(walk walk, analysed_cycles asked_for = analysed_cycles::feet);

@@ -64,6 +64,20 @@ std::string read_whole(std::string_view cell, Whole lowest, Whole& value) {
   return found(cell) + ", expected a whole number";
 }
 
+template <class Whole>
+std::string read_optional(std::string_view cell, Whole lowest, std::optional<Whole>& value) {
+  value.reset();
+  if (is_not_measured(cell)) {
+    return {};
+  }
+  Whole number = 0;
+  std::string complaint = read_whole(cell, lowest, number);
+  if (complaint.empty()) {
+    value = number;
+  }
+  return complaint;
+}
+
 }  // namespace
 
 bool is_not_measured(std::string_view cell) {
@@ -107,22 +121,14 @@ std::string read_cell(std::string_view cell, const whole_limits& limits, int& va
   return read_whole(cell, limits.lowest, value);
 }
 
-std::string read_cell(std::string_view cell, const whole_limits& /*limits*/, std::uint64_t& value) {
-  return read_whole(cell, std::uint64_t{0}, value);
-}
-
 std::string read_cell(std::string_view cell, const whole_limits& limits,
                       std::optional<int>& value) {
-  value.reset();
-  if (is_not_measured(cell)) {
-    return {};
-  }
-  int index = 0;
-  std::string complaint = read_whole(cell, limits.lowest, index);
-  if (complaint.empty()) {
-    value = index;
-  }
-  return complaint;
+  return read_optional(cell, limits.lowest, value);
+}
+
+std::string read_cell(std::string_view cell, const whole_limits& /*limits*/,
+                      std::optional<std::uint64_t>& value) {
+  return read_optional(cell, std::uint64_t{0}, value);
 }
 
 std::string read_cell(std::string_view cell, const whole_limits& /*limits*/, std::string& value) {
@@ -141,8 +147,10 @@ std::string to_cell(double value) {
 }
 
 std::string to_cell(int value) { return text_of(value); }
-std::string to_cell(std::uint64_t value) { return text_of(value); }
 std::string to_cell(const std::optional<int>& value) {
+  return value ? text_of(*value) : std::string();
+}
+std::string to_cell(const std::optional<std::uint64_t>& value) {
   return value ? text_of(*value) : std::string();
 }
 

@@ -22,8 +22,9 @@ bool is_not_measured(std::string_view cell);
 // expected ..."), or an empty text. `limits` bounds whole numbers.
 std::string read_cell(std::string_view cell, const whole_limits& limits, double& value);
 std::string read_cell(std::string_view cell, const whole_limits& limits, int& value);
-std::string read_cell(std::string_view cell, const whole_limits& limits, std::uint64_t& value);
 std::string read_cell(std::string_view cell, const whole_limits& limits, std::optional<int>& value);
+std::string read_cell(std::string_view cell, const whole_limits& limits,
+                      std::optional<std::uint64_t>& value);
 std::string read_cell(std::string_view cell, const whole_limits& limits, std::string& value);
 
 template <class Name>
@@ -43,8 +44,8 @@ std::string read_cell(std::string_view cell, const whole_limits& /*limits*/, Nam
 // that has none.
 std::string to_cell(double value);
 std::string to_cell(int value);
-std::string to_cell(std::uint64_t value);
 std::string to_cell(const std::optional<int>& value);
+std::string to_cell(const std::optional<std::uint64_t>& value);
 std::string to_cell(const std::string& value);
 
 template <class Name>

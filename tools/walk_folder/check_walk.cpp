@@ -119,12 +119,12 @@ void walk_check::check_samples(const checked_row<foot_cycle_row>& checked) {
   if (!checked.has(&foot_cycle_row::foot) || !recorded) {
     return;
   }
-  const std::uint64_t samples = std::min(recorded->signal_1_samples, recorded->signal_2_samples);
-  if (static_cast<std::uint64_t>(row.last_sample) >= samples) {
+  const std::optional<std::uint64_t> samples = recorded_samples(*recorded);
+  if (samples && static_cast<std::uint64_t>(row.last_sample) >= *samples) {
     reports.foot_cycles.warnings.add(
         checked.line, "last_sample",
         what + ", expected less than the number of samples that recording.csv gives, " +
-            in_quotes(std::to_string(samples)));
+            in_quotes(std::to_string(*samples)));
   }
 }
 

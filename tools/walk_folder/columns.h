@@ -23,8 +23,8 @@ namespace gait_walk {
 struct recording_row {
   side foot = side::left;
   int sampling_rate = 0;
-  std::uint64_t signal_1_samples = 0;
-  std::uint64_t signal_2_samples = 0;
+  std::optional<std::uint64_t> signal_1_samples;
+  std::optional<std::uint64_t> signal_2_samples;
 };
 
 struct foot_cycle_row : gait_foot_cycle {
@@ -46,8 +46,9 @@ struct whole_limits {
 template <class Row>
 struct column {
   using row_member =
-      std::variant<double Row::*, int Row::*, std::uint64_t Row::*, std::optional<int> Row::*,
-                   side Row::*, analysed_cycles Row::*, exclusion_list Row::*, std::string Row::*>;
+      std::variant<double Row::*, int Row::*, std::optional<int> Row::*,
+                   std::optional<std::uint64_t> Row::*, side Row::*, analysed_cycles Row::*,
+                   exclusion_list Row::*, std::string Row::*>;
 
   template <class Value, class Base>
   constexpr column(std::string_view its_name, Value Base::*filled, whole_limits its_limits = {})
