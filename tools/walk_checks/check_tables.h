@@ -48,6 +48,7 @@ struct stride_check {
   std::vector<unit_slip> slips;  ///< of found against the middle of what is expected
   std::string_view usual_cause;
   std::string_view source;
+  bool rests_on_rate = false;  ///< whether another sampling rate would mend it
 };
 
 const std::vector<stride_check>& stride_checks();

@@ -43,15 +43,16 @@ finding of_the_walk(std::string_view table, std::string_view column, std::size_t
   found.column = column;
   found.broken = compared;
   found.compared = compared;
+  found.counted = table == feet_cycles_table ? included_pairs : included_strides;
   found.text = std::move(text);
-  found.usual_cause = std::move(guess);
+  found.guess = std::move(guess);
   return found;
 }
 
 std::vector<finding> strides_in_time_order(const checked_walk& walk, const usable& /*usable*/) {
   std::vector<finding> all;
   for (const checked_foot& foot : walk.feet) {
-    tally tally(foot_cycles_table, "first_sample");
+    tally tally(foot_cycles_table, "first_sample", strides_of(foot.name));
     for (std::size_t i = 1; i < foot.strides.size(); ++i) {
       const cycle& before = *foot.strides[i - 1];
       const cycle& stride = *foot.strides[i];
@@ -68,7 +69,7 @@ std::vector<finding> strides_in_time_order(const checked_walk& walk, const usabl
     }
     std::vector<finding> findings = tally.findings(alarm::any);
     if (!findings.empty() && tally.broken() == tally.compared() && tally.compared() > 1) {
-      findings.front().usual_cause = "rows in reverse?";
+      findings.front().guess = "rows in reverse?";
     }
     append(all, findings);
   }
@@ -78,7 +79,7 @@ std::vector<finding> strides_in_time_order(const checked_walk& walk, const usabl
 std::vector<finding> links_in_order(const checked_walk& walk, const usable& /*usable*/) {
   std::vector<finding> all;
   for (const bool is_right : {true, false}) {
-    tally tally(feet_cycles_table, is_right ? "right_index" : "left_index");
+    tally tally(feet_cycles_table, is_right ? "right_index" : "left_index", all_pairs);
     const cycle* before = nullptr;
     for (const checked_pair& pair : walk.links) {
       const cycle* stride = is_right ? pair.right : pair.left;
@@ -99,7 +100,7 @@ std::vector<finding> links_in_order(const checked_walk& walk, const usable& /*us
 }
 
 std::vector<finding> linked_strides_overlap(const checked_walk& walk, const usable& /*usable*/) {
-  tally tally(feet_cycles_table, "right_index");
+  tally tally(feet_cycles_table, "right_index", included_pairs);
   for (const checked_pair& pair : walk.pairs) {
     if (pair.right == nullptr || pair.left == nullptr) {
       continue;
@@ -129,7 +130,7 @@ std::vector<finding> unlinked_strides(const checked_walk& walk, const usable& /*
     for (const checked_pair& pair : walk.links) {
       linked.insert(is_right ? pair.right : pair.left);
     }
-    tally tally(foot_cycles_table, "index");
+    tally tally(foot_cycles_table, "index", strides_of(foot.name));
     for (const cycle* stride : foot.strides) {
       tally.add(linked.count(stride) != 0, {foot.name, stride->index}, [&] {
         return "found a stride that no cycle of both feet links, expected a link in "
@@ -143,7 +144,7 @@ std::vector<finding> unlinked_strides(const checked_walk& walk, const usable& /*
 
 /// What the two-feet cycles last as long as.
 struct durations_of_pairs {
-  tally neither{feet_cycles_table, "gct"};
+  tally neither{feet_cycles_table, "gct", included_pairs};
   std::size_t right = 0;  ///< cycles as long as the right stride alone
   std::size_t left = 0;   ///< cycles as long as the left stride alone
 };
@@ -255,7 +256,7 @@ std::vector<finding> compare_with_steps(const checked_walk& walk, const usable& 
                                         std::string_view whole, double cycle::*whole_field,
                                         std::string_view step, double cycle::*step_field,
                                         double absolute, double relative, const std::string& unit) {
-  tally tally(foot_cycles_table, step);
+  tally tally(foot_cycles_table, step, included_strides);
   for (const stride_of_two_steps& stride : strides_of_two_steps(walk)) {
     if (!usable(whole, *stride.right) || !usable(step, *stride.left) ||
         !usable(step, *stride.next_right)) {
