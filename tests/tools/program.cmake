@@ -13,11 +13,15 @@ add_dependencies(gait_statistics_program_test gait-statistics)
 gtest_discover_tests(gait_statistics_program_test NO_PRETTY_VALUES)
 
 # What a user sees of it.
-foreach(topic IN ITEMS Report Formats CommandLine ExitCode Terminal OutputFile)
+foreach(topic IN ITEMS Report Formats CommandLine ExitCode DataChecks Terminal OutputFile)
   add_test(NAME gait_statistics_program.${topic}
     COMMAND ${GAIT_PYTHON} ${CMAKE_CURRENT_LIST_DIR}/gait_statistics_test.py
       $<TARGET_FILE:gait-statistics> ${topic})
 endforeach()
+
+add_test(NAME gait_statistics_program.DataChecksTrial
+  COMMAND ${GAIT_PYTHON} ${CMAKE_CURRENT_LIST_DIR}/data_checks_trial.py
+    $<TARGET_FILE:gait-statistics> $<TARGET_FILE:gait-make-walk>)
 
 # What it does with what it cannot use.
 add_test(NAME gait_statistics_program.BrokenWalks

@@ -33,7 +33,6 @@ std::string places_in_words(const finding& finding, const walk_statistics& walk)
     strides.push_back((place.foot.empty() ? "cycle" : std::string(place.foot)) + " " +
                       std::to_string(place.index));
   }
-  std::sort(lines.begin(), lines.end());
   const bool has_lines = lines.size() == strides.size();
   const std::size_t named = std::min(most_named, strides.size());
   std::string text;

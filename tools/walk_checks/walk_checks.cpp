@@ -156,7 +156,8 @@ private:
       const auto& table = bounds_table();
       const auto row = std::find_if(table.begin(), table.end(),
                                     [&](const bounds& b) { return b.column == column; });
-      const bool is_there = row == table.end() || !gait_is_missing(stride.*row->field);
+      const bool is_of_a_stride = row != table.end() && row->field != nullptr;
+      const bool is_there = !is_of_a_stride || !gait_is_missing(stride.*row->field);
       return is_there && bounds_.allow(column, stride);
     };
   }

@@ -69,7 +69,7 @@ std::vector<finding> strides_in_time_order(const checked_walk& walk, const usabl
     }
     std::vector<finding> findings = tally.findings(alarm::any);
     if (!findings.empty() && tally.broken() == tally.compared() && tally.compared() > 1) {
-      findings.front().guess = "rows in reverse?";
+      findings.front().guess = "rows or index in reverse?";
     }
     append(all, findings);
   }
@@ -185,7 +185,8 @@ std::vector<finding> feet_swapped(const checked_walk& walk, const usable& usable
       of_the_walk(feet_cycles_table, "gct", durations.neither.compared(),
                   "found cycles of both feet that last as long as their left stride (" +
                       std::to_string(durations.left) + ") and not as their right one (" +
-                      std::to_string(durations.right) + "), expected the right one");
+                      std::to_string(durations.right) + "), expected the right one",
+                  "left and right swapped?");
   found.broken = durations.left;
   return {found};
 }
@@ -195,7 +196,8 @@ std::vector<finding> double_support_and_stances(const checked_walk& walk, const 
   std::vector<double> expected_values;
   for (const checked_pair& pair : walk.pairs) {
     if (pair.right != nullptr && pair.left != nullptr && !gait_is_missing(pair.cycle->ds) &&
-        usable("stance", *pair.right) && usable("stance", *pair.left)) {
+        usable("ds", *pair.right) && usable("stance", *pair.right) &&
+        usable("stance", *pair.left)) {
       measured.push_back(pair.cycle->ds);
       expected_values.push_back(pair.right->stance + pair.left->stance - 100.0);
     }
