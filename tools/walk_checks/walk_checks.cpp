@@ -48,7 +48,11 @@ std::string guess_rate(std::vector<double> factors, std::size_t compared, double
   const auto is_alike = [&](double other) { return std::abs(other / factor - 1.0) < 0.02; };
   const auto alike = std::count_if(factors.begin(), factors.end(), is_alike);
   const bool all_are_alike = 10 * static_cast<std::size_t>(alike) >= 9 * factors.size();
-  return all_are_alike ? "a sampling rate of " + number(std::round(rate / factor)) + " Hz?" : "";
+  const double mended = std::round(rate / factor);
+  constexpr double lowest_of_a_sensor = 10.0;  // (Hz)
+  return all_are_alike && mended >= lowest_of_a_sensor
+             ? "a sampling rate of " + number(mended) + " Hz?"
+             : "";
 }
 
 /// Which values break a bound of their own, or stand in a column that does.
