@@ -557,7 +557,8 @@ class DataChecks(ProgramTest):
         self.assertEqual(result.stderr.count("\n"), 1)
 
     def test_show_a_finding_in_every_output(self):
-        self.assertIn("! foot_cycles.csv: " + self.FOUND, " ".join(self.output(self.broken).split()))
+        self.assertIn("! foot_cycles.csv: " + self.FOUND,
+                      " ".join(self.output(self.broken).split()))
         self.assertEqual({row["findings"] for row in self.csv_rows(self.broken)}, {"swing_bounds"})
         [finding] = self.json_walk(self.broken)["findings"]
         self.assertEqual([finding[key] for key in ("check", "table", "column", "broken", "compared",

@@ -21,7 +21,7 @@ void prepare_standard_streams();
 struct reader_is_gone {};
 
 /// Ends the program without a message by the signal SIGPIPE, as `cat` and `grep` end, so that a
-/// shell sees the status that it knows (141). Returns an exit code only where the signal is blocked.
+/// shell sees the status that it knows (141). Returns that status where the signal is blocked.
 int end_by_broken_pipe();
 
 /// The destination of the results.

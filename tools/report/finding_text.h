@@ -13,7 +13,7 @@
 
 namespace gait_report {
 
-/// The line of its table on which a stride stands; nullopt for a walk that was not read from tables.
+/// The line of its table on which a stride stands; nullopt where the walk was not read from tables.
 std::optional<std::size_t> line_of(const walk_statistics& walk, const gait_checks::place& place);
 
 /// The finding without its table: "column swing: swing_bounds: found 150, expected 0 to 100 %, in 1

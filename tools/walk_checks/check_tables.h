@@ -37,8 +37,8 @@ struct unit_slip {
 /// Fields of one stride against each other.
 struct stride_check {
   std::string_view name;
-  /// The columns that it reads, the one to look at first in front. A value that breaks a bound of its
-  /// own takes no part here: one mistake is to be one finding.
+  /// The columns that it reads, the one to look at first in front. A value that breaks a bound of
+  /// its own takes no part here: one mistake is to be one finding.
   std::vector<std::string_view> columns;
   std::string_view compared;
   std::string_view tolerance;

@@ -30,7 +30,7 @@ public:
   tally(std::string_view table, std::string_view column, std::string_view counted)
       : table_(table), column_(column), counted_(counted) {}
 
-  /// Counts a stride. `text` says what was found and expected; that of the first broken one is kept.
+  /// Counts a stride. `text` says what was found and expected; that of the first one is kept.
   template <class Text>
   void add(bool is_sound, const place& place, Text text) {
     ++compared_;

@@ -79,7 +79,7 @@ struct note {
 /// except where a check is about the order of all strides.
 ///
 /// `right` and `left` are the feet that were analysed, or null. A value that is missing takes no
-/// part in any check. `without` names checks to leave out. The time is in proportion to the strides.
+/// part in any check. `without` names checks to leave out. The time grows with the strides.
 std::vector<finding> check_walk(const gait_result& result, const gait_foot_result* right,
                                 const gait_foot_result* left,
                                 const std::vector<std::string>& without = {});

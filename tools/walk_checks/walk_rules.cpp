@@ -389,8 +389,8 @@ std::vector<finding> angles_in_radians(const checked_walk& walk, const usable& u
       continue;
     }
     const double largest = *std::max_element(sizes.begin(), sizes.end());
-    // Somebody who walks straight on turns by less than three degrees a stride, but not by less than
-    // a tenth of a degree.
+    // Somebody who walks straight on turns by less than three degrees a stride, but not by less
+    // than a tenth of a degree.
     const bool is_small = angle.column != "ta" || median(sizes) < 0.1;
     if (largest < above_pi && is_small && largest > 0.0) {
       all.push_back(of_the_walk(
