@@ -8,6 +8,7 @@ compared.
 
 import csv
 import fcntl
+import functools
 import io
 import json
 import os
@@ -752,7 +753,7 @@ class OutputFile(ProgramTest):
 
     def test_is_kept_when_the_new_one_cannot_be_written_whole(self):
         self.file.write_text("old")
-        limit = lambda: resource.setrlimit(resource.RLIMIT_FSIZE, (1000, 1000))
+        limit = functools.partial(resource.setrlimit, resource.RLIMIT_FSIZE, (1000, 1000))
         self.fails(f"{self.file}: File too large", "--output", self.file, BOTH_FEET,
                    preexec_fn=limit)
         self.assertEqual(self.file.read_text(), "old")

@@ -44,4 +44,7 @@ gtest_discover_tests(call_cost_test)
 add_test(NAME real_walks
   COMMAND ${GAIT_PYTHON} ${CMAKE_CURRENT_LIST_DIR}/gait_statistics_real_walks.py
     $<TARGET_FILE:gait-statistics> "${GAIT_REAL_WALKS}")
-set_tests_properties(real_walks PROPERTIES SKIP_RETURN_CODE 77)
+add_test(NAME data_checks_real_walks
+  COMMAND ${GAIT_PYTHON} ${CMAKE_CURRENT_LIST_DIR}/data_checks_real_walks.py
+    $<TARGET_FILE:gait-statistics> "${GAIT_REAL_WALKS}")
+set_tests_properties(real_walks data_checks_real_walks PROPERTIES SKIP_RETURN_CODE 77)

@@ -416,7 +416,7 @@ const std::vector<walk_rule>& walk_rules() {
       {"linked_strides_overlap", "strides that one cycle of both feet links are made at the same time", "25 % of the shorter", linked_strides_overlap,
        "links that are shifted by some rows, feet with different clocks, or the feet's rows swapped", of_170_walks},
       {"unlinked_strides", "every stride is linked by a cycle of both feet", "none", unlinked_strides,
-       "the other foot's stride was not found, or the links are incomplete", "the statistics of both feet rest on the linked strides alone"},
+       "a stride before or after all of the other foot, one of the other foot that was not found, or links that are missing", "the statistics of both feet rest on the linked strides alone"},
       {"feet_cycle_duration", "gct of a cycle of both feet = gct of its right or left stride (s)", "1 %", feet_cycle_duration,
        "wrong links, or the feet's rows swapped", of_170_walks},
       {"feet_swapped", "cycles of both feet last as long as their right stride", "none", feet_swapped,
