@@ -142,6 +142,11 @@ TEST(Parameters, ArePrintedFromTheCatalogue) {
       << "run scripts/update-docs";
 }
 
+TEST(Checks, ArePrintedFromTheirTable) {
+  EXPECT_EQ(page("docs/checks.md"), output_of(quoted(GAIT_PRINT_CHECKS)))
+      << "run scripts/update-docs";
+}
+
 TEST(Definitions, HoldTheCatalogue) {
   const std::string table = output_of(quoted(GAIT_PRINT_CATALOGUE) + " table");
   EXPECT_NE(page("docs/definitions.md").find("-->\n" + table + "<!--"), std::string::npos)

@@ -8,6 +8,7 @@ compared.
 
 import csv
 import fcntl
+import functools
 import io
 import json
 import os
@@ -15,6 +16,7 @@ import pathlib
 import pty
 import re
 import resource
+import signal
 import stat
 import struct
 import subprocess
@@ -47,6 +49,11 @@ def run(*arguments, **options):
                           stderr=options.pop("stderr", subprocess.PIPE),
                           encoding=options.pop("encoding", "utf-8"),
                           env=options.pop("env", environment()), check=False, **options)
+
+
+def without_findings(messages):
+    """The messages without the findings: many of the walks here have numbers that no walk has."""
+    return [line for line in messages.splitlines() if not line.startswith("finding: ")]
 
 
 def strides(count=6, **values):
@@ -94,7 +101,7 @@ class ProgramTest(unittest.TestCase):
     def output(self, *arguments, **options):
         """What the program prints, when all goes well and there is nothing to warn of."""
         result = run(*arguments, **options)
-        self.assertEqual((result.returncode, result.stderr), (0, ""))
+        self.assertEqual((result.returncode, without_findings(result.stderr)), (0, []))
         return result.stdout
 
     def json_walk(self, *arguments):
@@ -397,8 +404,10 @@ class CommandLine(ProgramTest):
     def test_help_names_every_option_the_exit_codes_and_an_example(self):
         text = self.output("--help")
         for word in ("--foot", "--settings-value", "--format", "--output", "--width",
-                     "--max-strides", "--list-parameters", "--version", "--help",
-                     "Exit codes:", "Example:", "docs/walk-folder.md", "JSON holds everything"):
+                     "--max-strides", "--list-parameters", "--version", "--help", "--recursive",
+                     "--ignore-column", "--strict", "--without-check", "--list-checks",
+                     "Exit codes:", "Examples:", "docs/walk-folder.md", "docs/checks.md",
+                     "JSON holds everything"):
             self.assertIn(word, text)
         self.assertEqual(self.output("-h"), text)
 
@@ -407,6 +416,13 @@ class CommandLine(ProgramTest):
 
     def test_a_walk_of_one_foot_needs_no_option(self):
         self.assertEqual(self.json_walk(LEFT_FOOT), self.json_walk("--foot", "left", LEFT_FOOT))
+
+    def test_takes_every_walk_below_a_folder_sorted_by_path(self):
+        for name in ("b/first", "a/second", "a/first"):
+            self.walk(name, left=strides())
+        report = self.output("--recursive", self.folder)
+        self.assertEqual(report.replace(str(self.folder) + "/", ""),
+                         self.output("a/first", "a/second", "b/first", cwd=self.folder))
 
     def test_settings_value_may_be_negative(self):
         self.assertEqual(self.json_walk("--settings-value", "-5", BOTH_FEET)["settings_value"],
@@ -516,7 +532,7 @@ class ExitCode(ProgramTest):
             result = run("--format", form, BOTH_FEET, self.folder / "nowhere", LEFT_FOOT)
             self.assertEqual(result.returncode, 1)
             self.assertEqual(result.stdout, self.output("--format", form, BOTH_FEET, LEFT_FOOT))
-            self.assertEqual(result.stderr.count("\n"), 1)
+            self.assertEqual(len(without_findings(result.stderr)), 1)
 
     def test_0_with_a_warning(self):
         walk = pathlib.Path(self.walk(left=strides(6, ta=[-1.0] + [2.0] * 5)))
@@ -525,6 +541,100 @@ class ExitCode(ProgramTest):
         self.assertEqual(result.stderr,
                          f"warning: {walk}/foot_cycles.csv:2: column ta: found \"-1.0\", which "
                          "counts as not measured, expected an empty cell\n")
+
+
+class DataChecks(ProgramTest):
+    def setUp(self):
+        super().setUp()
+        self.broken = self.walk("broken", left=strides(swing=[36.0] * 5 + [150.0]))
+
+    FOUND = "column swing: swing_bounds: found 150, expected 0 to 100 %, in 1 of 6 included strides"
+
+    def test_name_a_finding_on_the_standard_error_and_change_no_exit_code(self):
+        result = run(self.broken)
+        self.assertEqual(result.returncode, 0)
+        self.assertTrue(result.stderr.startswith(
+            f"finding: {self.broken}/foot_cycles.csv: {self.FOUND} ("), result.stderr)
+        self.assertEqual(result.stderr.count("\n"), 1)
+
+    def test_show_a_finding_in_every_output(self):
+        self.assertIn("! foot_cycles.csv: " + self.FOUND,
+                      " ".join(self.output(self.broken).split()))
+        self.assertEqual({row["findings"] for row in self.csv_rows(self.broken)}, {"swing_bounds"})
+        [finding] = self.json_walk(self.broken)["findings"]
+        self.assertEqual([finding[key] for key in ("check", "table", "column", "broken", "compared",
+                                                   "counted", "text", "guess")],
+                         ["swing_bounds", "foot_cycles.csv", "swing", 1, 6, "included strides",
+                          "found 150, expected 0 to 100 %", None])
+        [place] = finding["places"]
+        self.assertEqual((place["foot"], place["index"]), ("left", 5))
+
+    def test_change_no_figure(self):
+        with_check, without = (self.json_walk(*options, self.broken) for options in
+                               ([], ["--without-check", "swing_bounds"]))
+        self.assertEqual((len(with_check.pop("findings")), without.pop("findings")), (1, []))
+        self.assertEqual(with_check, without)
+
+    def test_say_that_none_is_broken(self):
+        walk = self.walk(left=strides())
+        self.assertIn("Data checks\n  None broken.\n", self.output(walk))
+        self.assertEqual(run(walk).stderr, "")
+        self.assertEqual({row["findings"] for row in self.csv_rows(walk)}, {""})
+
+    def test_are_left_out_by_their_names(self):
+        walk = self.walk(left=strides(swing=[36.0] * 5 + [150.0], gct=[1.0] * 5 + [999.0]))
+        result = run(walk, "--without-check", "swing_bounds", "--without-check", "gct_bounds")
+        self.assertEqual((result.returncode, result.stderr), (0, ""))
+        self.assertIn("Data checks\n  None broken.\n", result.stdout)
+
+    def test_that_nobody_knows_are_refused_with_the_nearest_name(self):
+        result = run(self.broken, "--without-check", "swing_bound")
+        self.assertEqual((result.returncode, result.stdout), (2, ""))
+        self.assertIn('"swing_bound" is no check; did you mean swing_bounds?', result.stderr)
+
+    def test_leave_a_walk_out_when_they_are_strict(self):
+        result = run("--strict", self.broken, self.walk("sound", left=strides()))
+        self.assertEqual(result.returncode, 1)
+        self.assertTrue(result.stderr.startswith(f"{self.broken}/foot_cycles.csv: {self.FOUND} ("),
+                        result.stderr)
+        self.assertTrue(result.stdout.startswith("Walk sound\n"), result.stdout)
+
+    def test_leave_a_walk_with_a_warning_out_when_they_are_strict(self):
+        walk = self.walk(left=strides(), right=strides(),
+                         exclusions=[("left", "excluded_1", 2, "turn")])
+        result = run("--strict", walk)
+        self.assertEqual((result.returncode, result.stdout), (1, ""))
+        self.assertTrue(result.stderr.startswith(f"{walk}/exclusions.csv: column cycles: "),
+                        result.stderr)
+
+    def test_add_notes_that_are_no_findings(self):
+        walk = self.walk(left=strides())
+        result = run("--strict", walk)
+        self.assertEqual((result.returncode, result.stderr), (0, ""))
+        self.assertIn("Note: Mean from fewer than 10 strides: read with care. (König et al.,",
+                      " ".join(result.stdout.split()))
+        [note] = self.json_walk(walk)["notes"]
+        self.assertEqual((note["name"], note["text"]),
+                         ("few_strides_for_means",
+                          "Mean from fewer than 10 strides: read with care."))
+        self.assertIn("2014", note["source"])
+
+    def test_are_listed_the_same_in_every_format(self):
+        as_json = json.loads(self.output("--list-checks", "--format", "json"))
+        as_csv = list(csv.DictReader(io.StringIO(self.output("--list-checks", "--format", "csv"))))
+        self.assertEqual(as_csv, as_json)
+        self.assertEqual(as_json[0]["check"], "swing_and_stance")
+        as_text = self.output("--list-checks", "--width", 10000)
+        for row in as_json:
+            self.assertIn(f"\n  {row['check']}: {row['compared']}; tolerance: {row['tolerance']}. "
+                          f"Usually: {row['usual_cause']}. Source: {row['source']}.\n", as_text)
+        for line in self.output("--list-checks", "--width", 60).splitlines():
+            self.assertLessEqual(len(line), 60)
+
+    def test_are_listed_alone(self):
+        for arguments in ([BOTH_FEET], ["--list-parameters"]):
+            result = run("--list-checks", *arguments)
+            self.assertEqual((result.returncode, result.stdout), (2, ""))
 
 
 class Terminal(ProgramTest):
@@ -549,7 +659,8 @@ class Terminal(ProgramTest):
                     break
                 text += part
             os.close(primary)
-            self.assertEqual((process.wait(), process.stderr.read()), (0, b""))
+            self.assertEqual((process.wait(),
+                              without_findings(process.stderr.read().decode())), (0, []))
         return text.decode().replace("\r\n", "\n")
 
     def test_gets_the_report_in_its_width(self):
@@ -637,15 +748,12 @@ class OutputFile(ProgramTest):
 
     def fails(self, what, *arguments, **options):
         result = run(*arguments, **options)
-        self.assertEqual(result.returncode, 1)
-        self.assertRegex(result.stderr, f"^gait-statistics: cannot write {what}\n$")
+        self.assertEqual((result.returncode, without_findings(result.stderr)),
+                         (1, [f"gait-statistics: cannot write {what}"]))
 
     def test_is_kept_when_the_new_one_cannot_be_written_whole(self):
         self.file.write_text("old")
-
-        def limit():
-            resource.setrlimit(resource.RLIMIT_FSIZE, (1000, 1000))
-
+        limit = functools.partial(resource.setrlimit, resource.RLIMIT_FSIZE, (1000, 1000))
         self.fails(f"{self.file}: File too large", "--output", self.file, BOTH_FEET,
                    preexec_fn=limit)
         self.assertEqual(self.file.read_text(), "old")
@@ -696,11 +804,36 @@ class OutputFile(ProgramTest):
             with open("/dev/full", "w", encoding="utf-8") as full:
                 self.fails("the standard output: No space left on device", *arguments, stdout=full)
 
-    def test_closed_pipe_is_an_error(self):
-        reader, writer = os.pipe()
-        os.close(reader)
-        self.fails("the standard output: Broken pipe", BOTH_FEET, stdout=writer)
-        os.close(writer)
+    def test_closed_pipe_ends_the_program_without_a_word_as_it_ends_cat(self):
+        for arguments in ([BOTH_FEET], ["--format", "json", BOTH_FEET], ["--list-checks"],
+                          ["--help"]):
+            reader, writer = os.pipe()
+            os.close(reader)
+            result = run(*arguments, stdout=writer)
+            os.close(writer)
+            self.assertEqual((result.returncode, without_findings(result.stderr)),
+                             (-signal.SIGPIPE, []), arguments)
+
+    def test_closed_pipe_in_place_of_a_file_is_an_error(self):
+        os.mkfifo(self.file)
+        # A reader that lets the writer open the pipe, and goes before anything is written.
+        with subprocess.Popen(["sh", "-c", f"exec 3<'{self.file}'; exec 3<&-"]) as reader:
+            self.fails(f"{self.file}: Broken pipe", "--output", self.file,
+                       *[BOTH_FEET] * 200)
+            reader.wait()
+
+    def test_has_the_format_of_its_ending(self):
+        for ending, form in (("csv", "csv"), ("json", "json"), ("txt", "table"), ("md", "table")):
+            file = self.folder / f"result.{ending}"
+            self.output("-o", file, LEFT_FOOT)
+            self.assertEqual(file.read_text(), self.output("--format", form, LEFT_FOOT))
+            self.output("-o", file, "--format", "json", LEFT_FOOT)
+            self.assertEqual(file.read_text(), self.output("--format", "json", LEFT_FOOT))
+
+    def test_of_a_dash_is_the_standard_output(self):
+        self.assertEqual(self.output("-o", "-", LEFT_FOOT, cwd=self.folder),
+                         self.output(LEFT_FOOT))
+        self.assertEqual(os.listdir(self.folder), [])
 
     def test_closed_standard_output_is_an_error(self):
         self.fails("the standard output: Bad file descriptor", BOTH_FEET, stdout=None,

@@ -13,11 +13,15 @@ add_dependencies(gait_statistics_program_test gait-statistics)
 gtest_discover_tests(gait_statistics_program_test NO_PRETTY_VALUES)
 
 # What a user sees of it.
-foreach(topic IN ITEMS Report Formats CommandLine ExitCode Terminal OutputFile)
+foreach(topic IN ITEMS Report Formats CommandLine ExitCode DataChecks Terminal OutputFile)
   add_test(NAME gait_statistics_program.${topic}
     COMMAND ${GAIT_PYTHON} ${CMAKE_CURRENT_LIST_DIR}/gait_statistics_test.py
       $<TARGET_FILE:gait-statistics> ${topic})
 endforeach()
+
+add_test(NAME gait_statistics_program.DataChecksTrial
+  COMMAND ${GAIT_PYTHON} ${CMAKE_CURRENT_LIST_DIR}/data_checks_trial.py
+    $<TARGET_FILE:gait-statistics> $<TARGET_FILE:gait-make-walk>)
 
 # What it does with what it cannot use.
 add_test(NAME gait_statistics_program.BrokenWalks
@@ -40,4 +44,7 @@ gtest_discover_tests(call_cost_test)
 add_test(NAME real_walks
   COMMAND ${GAIT_PYTHON} ${CMAKE_CURRENT_LIST_DIR}/gait_statistics_real_walks.py
     $<TARGET_FILE:gait-statistics> "${GAIT_REAL_WALKS}")
-set_tests_properties(real_walks PROPERTIES SKIP_RETURN_CODE 77)
+add_test(NAME data_checks_real_walks
+  COMMAND ${GAIT_PYTHON} ${CMAKE_CURRENT_LIST_DIR}/data_checks_real_walks.py
+    $<TARGET_FILE:gait-statistics> "${GAIT_REAL_WALKS}")
+set_tests_properties(real_walks data_checks_real_walks PROPERTIES SKIP_RETURN_CODE 77)

@@ -293,7 +293,7 @@ TEST(WalkChecks, CallAColumnInAnotherUnitByItsName) {
     walk.scale(slip.field, slip.factor);
     const std::vector<finding> findings = walk.findings();
     ASSERT_EQ(names_of(findings), names{slip.check});
-    EXPECT_THAT(findings.front().usual_cause, HasSubstr(slip.guess)) << slip.check;
+    EXPECT_THAT(findings.front().guess, HasSubstr(slip.guess)) << slip.check;
   }
 }
 

@@ -34,7 +34,10 @@ int say(const reply& reply) {
 }
 
 int run(const options& options) {
-  return options.list_parameters ? report_parameter_list(options) : report_walks(options);
+  if (options.list_parameters) {
+    return report_parameter_list(options);
+  }
+  return options.list_checks ? report_check_list(options) : report_walks(options);
 }
 
 }  // namespace
@@ -46,6 +49,8 @@ int main(int argc, char** argv) {
     const auto parsed = parse_command_line(argc, argv);
     const auto* instead = std::get_if<reply>(&parsed);
     return instead != nullptr ? say(*instead) : run(std::get<options>(parsed));
+  } catch (const reader_is_gone&) {
+    return end_by_broken_pipe();
   } catch (const std::exception& error) {
     std::cerr << "gait-statistics: " << error.what() << "\n";
     return exit_failed;

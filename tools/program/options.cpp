@@ -3,17 +3,24 @@
 #include "names.h"
 #include "number.h"
 #include "number_text.h"
+#include "walk_checks.h"
 
 #include <gait/quality_flags.h>
 #include <gait/version.h>
 
 #include <CLI/CLI.hpp>
 
+#include <algorithm>
 #include <cmath>
+#include <cstddef>
+#include <filesystem>
 #include <limits>
+#include <numeric>
 #include <optional>
 #include <string>
+#include <string_view>
 #include <system_error>
+#include <utility>
 #include <variant>
 #include <vector>
 
@@ -24,18 +31,23 @@ constexpr const char* description =
     "Prints the statistics of recorded walks: cycle accounting, gait parameters, asymmetry.";
 
 constexpr const char* footer =
-    "Each WALK is a folder of four CSV tables; docs/walk-folder.md describes them, docs/output.md "
-    "what is written."
+    "Each WALK is a folder of CSV tables; docs/walk-folder.md describes them, docs/output.md what "
+    "is "
+    "written."
     R"(
 A table shows rounded values. CSV holds the parameters, unrounded; JSON holds everything, unrounded:
-the accounting, the quality flags, the parameters and their value in every cycle.
+the accounting, the quality flags, the findings, the parameters and their value in every cycle.
 
-Example:
-  gait-statistics --foot left --format csv --output left.csv monday/ tuesday/
+A finding says that data cannot be right. It goes to the standard error and into every output; it
+changes no figure and no exit code. docs/checks.md says what each check means.
+
+Examples:
+  gait-statistics --foot left -o left.csv monday/ tuesday/
+  gait-statistics --recursive -o study.json study/
 
 Exit codes:
   0  every walk was read and its statistics were written
-  1  a walk could not be read, or the output could not be written
+  1  a walk could not be read, --strict left one out, or the output could not be written
   2  the command line is wrong
 )";
 
@@ -50,6 +62,42 @@ std::optional<float> finite_float(const std::string& text) {
 
 std::string refuse_other_than_finite_float(const std::string& text) {
   return finite_float(text) ? "" : "\"" + text + "\" is not a finite number with a decimal point";
+}
+
+/// The least number of letters that must be inserted, removed or replaced to get from one name to
+/// another.
+std::size_t letters_between(std::string_view from, std::string_view to) {
+  std::vector<std::size_t> row(to.size() + 1);
+  std::iota(row.begin(), row.end(), std::size_t{0});
+  for (std::size_t i = 0; i < from.size(); ++i) {
+    std::size_t diagonal = std::exchange(row[0], i + 1);
+    for (std::size_t j = 0; j < to.size(); ++j) {
+      const std::size_t replaced = diagonal + static_cast<std::size_t>(from[i] != to[j]);
+      diagonal = row[j + 1];
+      row[j + 1] = std::min({replaced, diagonal + 1, row[j] + 1});
+    }
+  }
+  return row.back();
+}
+
+std::string refuse_unknown_check(const std::string& name) {
+  const auto checks = gait_checks::list_checks();
+  const auto nearest =
+      std::min_element(checks.begin(), checks.end(), [&](const auto& a, const auto& b) {
+        return letters_between(name, a.name) < letters_between(name, b.name);
+      });
+  return nearest->name == name ? ""
+                               : "\"" + name + "\" is no check; did you mean " + nearest->name +
+                                     "? --list-checks prints them all";
+}
+
+/// The format that the ending of a file stands for.
+gait_report::output_format format_of(const std::filesystem::path& file) {
+  using gait_report::output_format;
+  if (file.extension() == ".csv") {
+    return output_format::csv;
+  }
+  return file.extension() == ".json" ? output_format::json : output_format::table;
 }
 
 std::string refuse_empty_name(const std::string& file) {
@@ -74,6 +122,12 @@ auto set_by_name(Value& value) {
   };
 }
 
+/// An option that takes one text and may be repeated.
+CLI::Option* add_repeatable(CLI::App& app, const std::string& name,
+                            std::vector<std::string>& values, const std::string& help) {
+  return app.add_option(name, values, help)->allow_extra_args(false)->type_name("NAME");
+}
+
 void add_options(CLI::App& app, options& options) {
   app.footer(footer);
   app.set_help_flag("-h,--help", "Print this help");
@@ -96,12 +150,23 @@ void add_options(CLI::App& app, options& options) {
              gait_report::shortest(gait_quality_setting_max) + " it raises a quality flag")
       ->check(CLI::Validator(refuse_other_than_finite_float, ""))
       ->type_name("V");
+  app.add_flag("--recursive", options.recursive,
+               "Take every walk folder below the folders that are given, sorted by path");
+  add_repeatable(app, "--ignore-column", options.ignored_columns,
+                 "Leave out a column of a table (may be repeated); \"all\": every unknown one");
+  app.add_flag("--strict", options.strict,
+               "Leave out a walk with a finding or a warning, with exit code 1");
+  add_repeatable(app, "--without-check", options.without_checks,
+                 "Leave out a data check that does not apply (may be repeated)")
+      ->check(CLI::Validator(refuse_unknown_check, ""));
   app.add_option_function<std::string>("--format", set_by_name(options.format),
-                                       "Form of the output: table, csv or json (default: table)")
+                                       "Form of the output: table, csv or json (default: that of "
+                                       "FILE's ending, .txt, .csv or .json, else table)")
       ->check(is_name_of<gait_report::output_format>())
       ->type_name("FORMAT");
-  app.add_option("--output", options.output,
-                 "Write to this file, which is replaced when the new one is whole")
+  app.add_option("-o,--output", options.output,
+                 "Write to this file, which is replaced when the new one is whole; -: the standard "
+                 "output")
       ->check(CLI::Validator(refuse_empty_name, ""))
       ->type_name("FILE");
   app.add_option("--width", options.width,
@@ -115,6 +180,8 @@ void add_options(CLI::App& app, options& options) {
       ->type_name("N");
   app.add_flag("--list-parameters", options.list_parameters,
                "Print the catalogue of gait parameters, instead of walks");
+  app.add_flag("--list-checks", options.list_checks,
+               "Print the table of data checks, instead of walks");
 }
 
 reply usage_error(const std::string& what) {
@@ -137,9 +204,22 @@ std::variant<options, reply> parse_command_line(int argc, const char* const* arg
     // CLI11 has a code of its own for each kind of error.
     return usage_error(error.what());
   }
-  if (options.walks.empty() != options.list_parameters) {
-    return usage_error(options.list_parameters ? "--list-parameters takes no WALK"
-                                               : "no WALK given");
+  const bool is_list = options.list_parameters || options.list_checks;
+  if (options.walks.empty() && !is_list) {
+    return usage_error("no WALK given");
+  }
+  if (is_list && !options.walks.empty()) {
+    return usage_error((options.list_checks ? "--list-checks" : "--list-parameters") +
+                       std::string(" takes no WALK"));
+  }
+  if (options.list_parameters && options.list_checks) {
+    return usage_error("--list-parameters and --list-checks are two outputs, expected one");
+  }
+  if (options.output == "-") {
+    options.output.reset();
+  }
+  if (options.output && app.count("--format") == 0) {
+    options.format = format_of(*options.output);
   }
   return options;
 }

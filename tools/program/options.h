@@ -25,11 +25,18 @@ struct options {
   /// What to analyse; asked for `feet`, the only foot of a walk that has one.
   gait_walk::analysed_cycles analysed = gait_walk::analysed_cycles::feet;
   float settings_value = 0.0F;
+  /// As asked for; else that of the output file's ending.
   gait_report::output_format format = gait_report::output_format::table;
   std::optional<std::filesystem::path> output;  ///< the standard output where there is none
   std::optional<std::size_t> width;             ///< of the text report (characters, 20 to 10000)
   std::optional<std::size_t> max_strides;       ///< of a foot; no limit where there is none
+  /// Whether walks are the walk folders below those that are given.
+  bool recursive = false;
+  std::vector<std::string> ignored_columns;  ///< "all" for every unknown one
+  std::vector<std::string> without_checks;
+  bool strict = false;  ///< whether findings and warnings leave a walk out
   bool list_parameters = false;
+  bool list_checks = false;
 };
 
 /// What is said instead of running: the help, the version, or what is wrong with the command line.

@@ -134,6 +134,13 @@ void prepare_standard_streams() {
   }
 }
 
+int end_by_broken_pipe() {
+  static_cast<void>(std::signal(SIGPIPE, SIG_DFL));
+  static_cast<void>(std::raise(SIGPIPE));
+  constexpr int shells_status_of_the_signal = 128 + SIGPIPE;
+  return shells_status_of_the_signal;
+}
+
 output::output(std::optional<fs::path> file) : file_(std::move(file)) {
   if (!file_) {
     return;
@@ -156,7 +163,14 @@ output::output(std::optional<fs::path> file) : file_(std::move(file)) {
 
 void output::write(std::string_view text) {
   if (!file_) {
-    write_all(STDOUT_FILENO, text, "the standard output");
+    try {
+      write_all(STDOUT_FILENO, text, "the standard output");
+    } catch (const std::system_error& error) {
+      if (error.code() == std::errc::broken_pipe) {
+        throw reader_is_gone();
+      }
+      throw;
+    }
   } else {
     held_.append(text);
   }

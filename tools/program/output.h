@@ -16,6 +16,14 @@ namespace gait_program {
 /// the place of a closed standard stream.
 void prepare_standard_streams();
 
+/// Thrown when the reader of the standard output has closed its end, as `head` does after the
+/// lines that it wants.
+struct reader_is_gone {};
+
+/// Ends the program without a message by the signal SIGPIPE, as `cat` and `grep` end, so that a
+/// shell sees the status that it knows (141). Returns that status where the signal is blocked.
+int end_by_broken_pipe();
+
 /// The destination of the results.
 ///
 /// The standard output is written at once. What is meant for a file is held until finish(), then
@@ -25,7 +33,7 @@ void prepare_standard_streams();
 /// is written as it is. Without finish() the file is not touched.
 ///
 /// Everything throws std::system_error, with a message that names the destination, when it cannot
-/// be written.
+/// be written, and reader_is_gone when nobody reads the standard output.
 class output {
 public:
   /// To a file, or (nullopt) to the standard output.

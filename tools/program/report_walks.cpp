@@ -4,7 +4,9 @@
 #include "output.h"
 #include "terminal.h"
 
+#include "check_list.h"
 #include "csv_output.h"
+#include "finding_text.h"
 #include "json_output.h"
 #include "parameter_list.h"
 #include "text_report.h"
@@ -106,9 +108,8 @@ void announce(const std::string& walk, const gait_result& result) {
 
 /// Whether the output would take the place of a table of one of the walks, and with it of the
 /// recording.
-bool output_is_a_table(const options& options) {
-  return options.output &&
-         std::any_of(options.walks.begin(), options.walks.end(), [&](const auto& folder) {
+bool output_is_a_table(const options& options, const std::vector<std::filesystem::path>& folders) {
+  return options.output && std::any_of(folders.begin(), folders.end(), [&](const auto& folder) {
            const auto tables = gait_walk::table_files(folder);
            return std::any_of(tables.begin(), tables.end(), [&](const auto& table) {
              std::error_code absent;
@@ -134,30 +135,60 @@ std::vector<std::string> reported_names(const std::vector<std::filesystem::path>
   return names;
 }
 
+/// What is said about a walk whose statistics can be computed all the same. With --strict it keeps
+/// the walk out of the output, and is said as an error.
+class remarks {
+public:
+  explicit remarks(bool strict) : strict_(strict) {}
+
+  void say(const std::string& kind, const std::string& message) {
+    print_message(strict_ ? message : kind + ": " + message);
+    any_ = true;
+  }
+  void warn(const std::vector<gait_walk::input_error>& warnings) {
+    for (const auto& warning : warnings) {
+      say("warning", warning.message());
+    }
+  }
+  bool keep_the_walk_out() const { return strict_ && any_; }
+
+private:
+  bool strict_;
+  bool any_ = false;
+};
+
+gait_walk::read_options read_options_of(const options& options) {
+  gait_walk::read_options read;
+  read.most_strides = options.max_strides.value_or(read.most_strides);
+  read.analysed = options.analysed;
+  read.ignored_columns = options.ignored_columns;
+  return read;
+}
+
 /// A walk's statistics; nullopt, with what is wrong on the standard error, when there are none.
 std::optional<walk_statistics> read_and_run(const std::filesystem::path& folder,
                                             const std::string& name, const options& options) {
   try {
-    gait_walk::read_options limits;
-    limits.most_strides = options.max_strides.value_or(limits.most_strides);
-    gait_walk::read_result read = gait_walk::read_walk_folder(folder, limits);
-    for (const auto& warning : read.warnings) {
-      print_message("warning: " + warning.message());
-    }
+    remarks remarks(options.strict);
+    gait_walk::read_result read = gait_walk::read_walk_folder(folder, read_options_of(options));
+    remarks.warn(read.warnings);
     if (auto errors = gait_walk::check_analysis(read.walk, options.analysed, folder.string());
         !errors.empty()) {
       throw gait_walk::walk_error(std::move(errors));
     }
-    for (const auto& warning :
-         gait_walk::analysis_warnings(read.walk, options.analysed, folder.string())) {
-      print_message("warning: " + warning.message());
-    }
+    remarks.warn(gait_walk::analysis_warnings(read.walk, options.analysed, folder.string()));
     read.walk.name = name;
     walk_statistics statistics =
         gait_report::prepare_walk(std::move(read.walk), options.analysed, options.settings_value);
     announce(folder.string(), statistics.result());
-    gait_report::compute_statistics(statistics);
-    return statistics;
+    gait_report::compute_statistics(statistics, options.without_checks);
+    for (const auto& finding : statistics.findings) {
+      remarks.say("finding", (folder / finding.table).string() + ": " +
+                                 gait_report::in_words(finding, statistics));
+    }
+    if (!remarks.keep_the_walk_out()) {
+      return statistics;
+    }
   } catch (const gait_walk::walk_error& error) {
     for (const auto& wrong : error.errors()) {
       print_message(wrong.message());
@@ -173,7 +204,9 @@ std::optional<walk_statistics> read_and_run(const std::filesystem::path& folder,
 }  // namespace
 
 int report_walks(const options& options) {
-  if (output_is_a_table(options)) {
+  const std::vector<std::filesystem::path> folders =
+      gait_walk::expand(options.walks, options.recursive);
+  if (output_is_a_table(options, folders)) {
     print_message("gait-statistics: --output: \"" + options.output->string() +
                   "\" is a table of a walk, expected another file");
     return exit_bad_usage;
@@ -181,9 +214,9 @@ int report_walks(const options& options) {
   output out(options.output);
   report_writer writer(options.format, style_of(options), out);
   int exit_code = exit_fine;
-  const std::vector<std::string> names = reported_names(options.walks);
+  const std::vector<std::string> names = reported_names(folders);
   for (std::size_t i = 0; i < names.size(); ++i) {
-    if (const auto statistics = read_and_run(options.walks[i], names[i], options)) {
+    if (const auto statistics = read_and_run(folders[i], names[i], options)) {
       writer.add(*statistics);
     } else {
       exit_code = exit_failed;
@@ -196,6 +229,13 @@ int report_walks(const options& options) {
 int report_parameter_list(const options& options) {
   output out(options.output);
   out.write(gait_report::print_parameter_list(options.format, style_of(options)));
+  out.finish();
+  return exit_fine;
+}
+
+int report_check_list(const options& options) {
+  output out(options.output);
+  out.write(gait_report::print_check_list(options.format, style_of(options)));
   out.finish();
   return exit_fine;
 }

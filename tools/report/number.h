@@ -8,6 +8,10 @@
 
 namespace gait_report {
 
+/// The value that people are shown. A measured -1 is kept as the next number towards zero, because
+/// -1 itself means that nothing was measured; it is shown as the -1 that it is.
+double shown_value(double value);
+
 /// The shortest text that reads back as the same number; "NaN", "inf" or "-inf" where it is not
 /// finite.
 std::string shortest(double value);

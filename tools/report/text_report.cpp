@@ -1,5 +1,6 @@
 #include "text_report.h"
 
+#include "finding_text.h"
 #include "names.h"
 #include "number.h"
 #include "shown_text.h"
@@ -44,6 +45,15 @@ std::string paragraph(std::string_view text, const text_style& style) {
 
 // --- What the walk is
 
+std::string report_about(const walk_statistics& walk, const text_style& style) {
+  std::string text;
+  for (const auto& row : walk.about) {
+    text += wrapped("  " + gait_walk::printable(row.name) + ": ", gait_walk::printable(row.value),
+                    4, style);
+  }
+  return text;
+}
+
 std::string describe_walk(const walk_statistics& walk, const text_style& style) {
   std::string text = capitalised(words_of(walk.analysed).in_words);
   text += walk.both_feet() ? "" : " alone";
@@ -56,7 +66,8 @@ std::string describe_walk(const walk_statistics& walk, const text_style& style) 
   } else {
     text += counted(walk.sides.front().cycles, "cycle") + ".";
   }
-  return heading("Walk " + gait_walk::printable(walk.name), style) + "\n" + paragraph(text, style);
+  return heading("Walk " + gait_walk::printable(walk.name), style) + "\n" +
+         report_about(walk, style) + paragraph(text, style);
 }
 
 // --- Cycle accounting
@@ -104,7 +115,8 @@ std::vector<accounting_line> accounting_lines(const walk_statistics& walk) {
   const bool lists_kind_2 =
       !walk.result().excluded_2.empty() || !walk.result().excluded_2_fallback.empty();
   return {
-      {"Recording", "", seconds(info.recording_duration), ""},
+      {"Recording", "",
+       walk.recording_length_is_known ? seconds(info.recording_duration) : "unknown", ""},
       {"Walk", std::to_string(info.cycle_count), seconds(info.duration), "first to last sample"},
       {"Excluded, kind 1", std::to_string(info.excluded_1_count), seconds(info.excluded_1_duration),
        exclusion_note(info.excluded_1_fallback_count > 0, walk.excluded_1_reasons)},
@@ -336,12 +348,29 @@ std::string report_quality_flags(const walk_statistics& walk, const text_style& 
   return text;
 }
 
+std::string report_data_checks(const walk_statistics& walk, const text_style& style) {
+  std::string text = "\n" + heading("Data checks", style) + "\n";
+  text += walk.findings.empty() ? "  None broken.\n" : "";
+  for (const auto& finding : walk.findings) {
+    text += wrapped("  ! ", finding.table + ": " + in_words(finding, walk), 4, style);
+  }
+  if (!walk.findings.empty()) {
+    text += paragraph(
+        "A finding changes no figure. --without-check NAME leaves out a check that does not apply.",
+        style);
+  }
+  for (const auto& note : walk.notes) {
+    text += wrapped("  Note: ", note.text + " (" + note.source + ")", 4, style);
+  }
+  return text;
+}
+
 }  // namespace
 
 std::string text_report(const walk_statistics& walk, const text_style& style) {
   return describe_walk(walk, style) + "\n" + report_accounting(walk, style) + "\n" +
          report_parameters(walk, style) + report_swing_asymmetry(walk, style) +
-         report_quality_flags(walk, style);
+         report_quality_flags(walk, style) + report_data_checks(walk, style);
 }
 
 }  // namespace gait_report

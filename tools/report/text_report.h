@@ -11,8 +11,8 @@
 
 namespace gait_report {
 
-/// What the walk is, the cycle accounting, the parameters, the swing asymmetry and the quality
-/// flags.
+/// What the walk is, the cycle accounting, the parameters, the swing asymmetry, the quality flags
+/// and the data checks.
 std::string text_report(const walk_statistics& walk, const text_style& style);
 
 }  // namespace gait_report

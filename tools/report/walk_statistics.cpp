@@ -145,6 +145,44 @@ std::string speed_in_words(const walk_statistics& walk, const reported_side& sid
                                 : "was not measured.");
 }
 
+bool length_is_known(const std::optional<gait_walk::foot>& foot) {
+  return !foot || gait_walk::recorded_samples(*foot);
+}
+
+/// Whether the analysed feet say how long they were recorded.
+bool length_is_known(const gait_walk::walk& walk, gait_walk::analysed_cycles analysed) {
+  using gait_walk::analysed_cycles;
+  return (analysed == analysed_cycles::left || length_is_known(walk.right)) &&
+         (analysed == analysed_cycles::right || length_is_known(walk.left));
+}
+
+/// Takes the lines out of the walk.
+table_lines lines_of(gait_walk::walk& walk) {
+  table_lines lines;
+  if (walk.right) {
+    lines.right = std::move(walk.right->lines);
+  }
+  if (walk.left) {
+    lines.left = std::move(walk.left->lines);
+  }
+  lines.feet = std::move(walk.feet_lines);
+  return lines;
+}
+
+void check_data(walk_statistics& walk, const std::vector<std::string>& without) {
+  const gait_result& result = walk.result();
+  const gait_foot_result* right = result.right_foot;
+  const gait_foot_result* left = result.left_foot;
+  if (!walk.both_feet()) {
+    const gait_foot_result* foot = &result.foot_results.front();
+    const bool is_right = walk.analysed == gait_walk::analysed_cycles::right;
+    right = is_right ? foot : nullptr;
+    left = is_right ? nullptr : foot;
+  }
+  walk.findings = gait_checks::check_walk(result, right, left, without);
+  walk.notes = gait_checks::notes_on(result);
+}
+
 }  // namespace
 
 walk_statistics prepare_walk(gait_walk::walk walk, gait_walk::analysed_cycles asked_for,
@@ -159,15 +197,20 @@ walk_statistics prepare_walk(gait_walk::walk walk, gait_walk::analysed_cycles as
       reasons(exclusion_list::excluded_1), reasons(exclusion_list::excluded_1_fallback)));
   statistics.excluded_2_reasons = counted(gait_accounted_exclusions(
       reasons(exclusion_list::excluded_2), reasons(exclusion_list::excluded_2_fallback)));
+  statistics.about = std::move(walk.about);
+  statistics.recording_length_is_known = length_is_known(walk, cycles);
+  statistics.lines = lines_of(walk);
   statistics.analysis = gait_walk::make_analysis(std::move(walk), asked_for);
   statistics.sampling_rate = statistics.result().foot_results.front().recording->sampling_rate;
   statistics.sides = sides_of(statistics.result(), cycles);
   return statistics;
 }
 
-void compute_statistics(walk_statistics& statistics) {
+void compute_statistics(walk_statistics& statistics,
+                        const std::vector<std::string>& without_checks) {
   gait_generate_statistics(statistics.analysis.result, {statistics.settings_value});
   statistics.stride_lengths = find_stride_length_gaps(statistics);
+  check_data(statistics, without_checks);
 }
 
 bool computed_parameter::has_values() const {

@@ -7,6 +7,7 @@
 #include "analysis.h"
 #include "parameter_list.h"
 #include "walk.h"
+#include "walk_checks.h"
 
 #include <gait/result.h>
 #include <gait/statistics.h>
@@ -39,6 +40,12 @@ struct stride_length_gaps {
 /// one.
 using counted_reasons = std::vector<std::pair<std::string, std::size_t>>;
 
+/// The lines of the walk's tables on which its cycles stand, by index; empty where it was not read
+/// from tables.
+struct table_lines {
+  std::vector<std::size_t> right, left, feet;
+};
+
 /// A walk with its statistics.
 struct walk_statistics {
   std::string name;
@@ -51,6 +58,11 @@ struct walk_statistics {
   counted_reasons excluded_1_reasons;
   counted_reasons excluded_2_reasons;
   gait_walk::analysis analysis;
+  std::vector<gait_walk::about_row> about;  ///< what somebody wrote down about the walk
+  bool recording_length_is_known = true;
+  table_lines lines;
+  std::vector<gait_checks::finding> findings;
+  std::vector<gait_checks::note> notes;
 
   bool both_feet() const { return analysed == gait_walk::analysed_cycles::feet; }
   const gait_result& result() const { return analysis.result; }
@@ -64,8 +76,10 @@ struct walk_statistics {
 walk_statistics prepare_walk(gait_walk::walk walk, gait_walk::analysed_cycles asked_for,
                              float settings_value);
 
-/// Computes the statistics. Their time grows with the square of the strides.
-void compute_statistics(walk_statistics& statistics);
+/// Computes the statistics, and checks the data but for the checks of these names. The time of the
+/// statistics grows with the square of the strides.
+void compute_statistics(walk_statistics& statistics,
+                        const std::vector<std::string>& without_checks = {});
 
 /// The statistics of one parameter on one side; nullopt where one could not be computed.
 struct computed_statistics {

@@ -37,8 +37,8 @@ struct unit_slip {
 /// Fields of one stride against each other.
 struct stride_check {
   std::string_view name;
-  /// The columns that it reads, the one to look at first in front. A value that breaks a bound of its
-  /// own takes no part here: one mistake is to be one finding.
+  /// The columns that it reads, the one to look at first in front. A value that breaks a bound of
+  /// its own takes no part here: one mistake is to be one finding.
   std::vector<std::string_view> columns;
   std::string_view compared;
   std::string_view tolerance;
@@ -48,6 +48,7 @@ struct stride_check {
   std::vector<unit_slip> slips;  ///< of found against the middle of what is expected
   std::string_view usual_cause;
   std::string_view source;
+  bool rests_on_rate = false;  ///< whether another sampling rate would mend it
 };
 
 const std::vector<stride_check>& stride_checks();

@@ -42,6 +42,7 @@ std::vector<finding> tally::findings(alarm when) const {
   found.column = column_;
   found.broken = broken();
   found.compared = compared_;
+  found.counted = counted_;
   found.text = text_;
   found.places = places_;
   return {found};

@@ -27,21 +27,26 @@ double median(std::vector<double> values);
 /// The strides that a check compares, and those that break it.
 class tally {
 public:
-  tally(std::string_view table, std::string_view column) : table_(table), column_(column) {}
+  tally(std::string_view table, std::string_view column, std::string_view counted)
+      : table_(table), column_(column), counted_(counted) {}
 
-  /// Counts a stride. `text` says what was found and expected; that of the first broken one is kept.
+  /// Counts a stride. `text` says what was found and expected; that of the first one is kept.
   template <class Text>
   void add(bool is_sound, const place& place, Text text) {
     ++compared_;
-    if (!is_sound) {
-      if (places_.empty()) {
-        text_ = text();
-      }
+    if (is_sound) {
+      return;
+    }
+    ++broken_;
+    if (places_.empty()) {
+      text_ = text();
+    }
+    if (places_.size() < most_places) {
       places_.push_back(place);
     }
   }
 
-  std::size_t broken() const { return places_.size(); }
+  std::size_t broken() const { return broken_; }
   std::size_t compared() const { return compared_; }
 
   /// Whether so many strides are a finding.
@@ -55,6 +60,8 @@ public:
 private:
   std::string_view table_;
   std::string_view column_;
+  std::string_view counted_;
+  std::size_t broken_ = 0;
   std::size_t compared_ = 0;
   std::vector<place> places_;
   std::string text_;
@@ -62,6 +69,16 @@ private:
 
 inline constexpr std::string_view foot_cycles_table = "foot_cycles.csv";
 inline constexpr std::string_view feet_cycles_table = "feet_cycles.csv";
+
+/// What a check counts.
+inline constexpr std::string_view included_strides = "included strides";
+inline constexpr std::string_view included_pairs = "included cycles of both feet";
+inline constexpr std::string_view all_pairs = "cycles of both feet";
+
+/// All strides of a foot, excluded ones too.
+constexpr std::string_view strides_of(std::string_view foot) {
+  return foot == "right" ? "strides of the right foot" : "strides of the left foot";
+}
 
 }  // namespace gait_checks
 

@@ -24,7 +24,7 @@ std::string name_of_bounds(const bounds& row) { return std::string(row.column) +
 std::string name_of_median(const bounds& row) { return std::string(row.column) + "_median"; }
 
 constexpr std::string_view usual_cause_of_bounds =
-    "an error of measurement, or a single wrong cell";
+    "a wrong cell, or an error of measurement: correct it, empty it, or exclude the stride";
 constexpr std::string_view usual_cause_of_median = "another unit, or another column";
 
 /// The unit that a factor gives away, or nothing. Real walks differ from their expectation by less.
@@ -36,6 +36,23 @@ std::string guess(double factor, const std::vector<unit_slip>& slips) {
     }
   }
   return "";
+}
+
+/// The sampling rate at which the strides would be sound, where it is the same for all of them.
+std::string guess_rate(std::vector<double> factors, std::size_t compared, double rate) {
+  constexpr std::size_t fewest_strides = 3;
+  if (factors.size() < fewest_strides || 10 * factors.size() < 9 * compared) {
+    return "";
+  }
+  const double factor = median(factors);
+  const auto is_alike = [&](double other) { return std::abs(other / factor - 1.0) < 0.02; };
+  const auto alike = std::count_if(factors.begin(), factors.end(), is_alike);
+  const bool all_are_alike = 10 * static_cast<std::size_t>(alike) >= 9 * factors.size();
+  const double mended = std::round(rate / factor);
+  constexpr double lowest_of_a_sensor = 10.0;  // (Hz)
+  return all_are_alike && mended >= lowest_of_a_sensor
+             ? "a sampling rate of " + number(mended) + " Hz?"
+             : "";
 }
 
 /// Which values break a bound of their own, or stand in a column that does.
@@ -103,6 +120,10 @@ std::string guess_unit(double median, const bounds& row, double rate) {
   return "";
 }
 
+std::string_view counted_in(const bounds& row) {
+  return row.field == nullptr ? included_pairs : included_strides;
+}
+
 class walk_checker {
 public:
   walk_checker(const checked_walk& walk, const std::vector<std::string>& without)
@@ -128,10 +149,9 @@ public:
 private:
   bool is_on(std::string_view name) const { return without_.count(std::string(name)) == 0; }
 
-  /// A guess comes first; it is the shorter sentence.
   void report(std::string_view name, std::string_view usual_cause, finding found) {
     found.check = name;
-    found.usual_cause += (found.usual_cause.empty() ? "" : " Usually: ") + std::string(usual_cause);
+    found.usual_cause = usual_cause;
     findings_.push_back(std::move(found));
   }
 
@@ -140,7 +160,8 @@ private:
       const auto& table = bounds_table();
       const auto row = std::find_if(table.begin(), table.end(),
                                     [&](const bounds& b) { return b.column == column; });
-      const bool is_there = row == table.end() || !gait_is_missing(stride.*row->field);
+      const bool is_of_a_stride = row != table.end() && row->field != nullptr;
+      const bool is_there = !is_of_a_stride || !gait_is_missing(stride.*row->field);
       return is_there && bounds_.allow(column, stride);
     };
   }
@@ -159,7 +180,7 @@ private:
         return;
       }
     }
-    tally tally(table, row.column);
+    tally tally(table, row.column, counted_in(row));
     for (const placed_value& value : values) {
       const bool is_sound = value.value >= row.lowest && value.value <= row.highest;
       if (!is_sound && value.stride != nullptr) {
@@ -183,9 +204,10 @@ private:
     found.column = row.column;
     found.broken = count;
     found.compared = count;
+    found.counted = counted_in(row);
     found.text = "found a median of " + number(median) + ", " +
                  expected(row.median_lowest, row.median_highest) + " " + std::string(row.unit);
-    found.usual_cause = guess_unit(median, row, walk_.feet.front().rate);
+    found.guess = guess_unit(median, row, walk_.feet.front().rate);
     report(name_of_median(row), usual_cause_of_median, std::move(found));
   }
 
@@ -193,7 +215,7 @@ private:
     if (!is_on(check.name)) {
       return;
     }
-    tally tally(foot_cycles_table, check.columns.front());
+    tally tally(foot_cycles_table, check.columns.front(), included_strides);
     std::vector<double> factors;
     for (const checked_foot& foot : walk_.feet) {
       for (const gait_foot_cycle* stride : foot.included) {
@@ -205,7 +227,8 @@ private:
             !(compared->found < compared->lowest || compared->found > compared->highest);
         tally.add(is_sound, {foot.name, stride->index}, [&] {
           return "found " + number(compared->found) + ", " +
-                 expected(compared->lowest, compared->highest);
+                 expected(compared->lowest, compared->highest) + ", as " +
+                 std::string(check.compared);
         });
         if (!is_sound) {
           factors.push_back(compared->found / ((compared->lowest + compared->highest) / 2.0));
@@ -213,7 +236,10 @@ private:
       }
     }
     for (finding& found : tally.findings(check.when)) {
-      found.usual_cause = guess(median(factors), check.slips);
+      found.guess = guess(median(factors), check.slips);
+      if (found.guess.empty() && check.rests_on_rate) {
+        found.guess = guess_rate(factors, tally.compared(), walk_.feet.front().rate);
+      }
       report(check.name, check.usual_cause, std::move(found));
     }
   }
@@ -284,26 +310,25 @@ std::vector<finding> check_walk(const gait_result& result, const gait_foot_resul
 }
 
 std::vector<note> notes_on(const gait_result& result) {
-  // Koenig et al. 2014 for means and for 50 strides, Galna et al. 2013 for 30.
   constexpr std::size_t for_means = 10;
   constexpr std::size_t for_variability = 30;
   constexpr std::size_t for_steady_variability = 50;
+  const std::string koenig = "König et al., Gait & Posture 2014;39:615, PMID 23838361";
+  const std::string galna = "Galna, Lord and Rochester, Gait & Posture 2013";
   const std::size_t strides = result.statistics.info.cycles.size();
   if (strides < for_means) {
-    return {{"few_strides_for_means", "Mean from fewer than 10 strides: read with care.",
-             "Gait Posture 2014;39:615, PMID 23838361"}};
+    return {{"few_strides_for_means", "Mean from fewer than 10 strides: read with care.", koenig}};
   }
   if (strides < for_variability) {
     return {
         {"few_strides_for_variability",
          "Variability from fewer than 30 strides tends to come out too small; do not compare it "
          "with a longer walk.",
-         "Galna, Lord, Rochester 2013"}};
+         galna}};
   }
   if (strides < for_steady_variability) {
     return {{"few_strides_for_steady_variability",
-             "Variability may change by a third with more strides.",
-             "Gait Posture 2014;39:615, PMID 23838361"}};
+             "Variability may change by a third with more strides.", koenig}};
   }
   return {};
 }

@@ -51,16 +51,21 @@ struct place {
   int index = 0;          ///< the stride's index
 };
 
+/// Of more strides than this, a finding says only how many they are.
+inline constexpr std::size_t most_places = 1000;
+
 /// A check that the walk breaks.
 struct finding {
   std::string check;          ///< its name
   std::string table;          ///< "foot_cycles.csv" or "feet_cycles.csv"
   std::string column;         ///< the column to look at first
-  std::size_t broken = 0;     ///< included strides that break it
-  std::size_t compared = 0;   ///< included strides that have the values it needs
+  std::size_t broken = 0;     ///< strides that break it
+  std::size_t compared = 0;   ///< strides that have the values it needs
+  std::string_view counted;   ///< what these are: "included strides", "strides", "cycles of ..."
   std::string text;           ///< "found ..., expected ..."
-  std::string usual_cause;    ///< what that usually means, with a guess such as "milliseconds?"
-  std::vector<place> places;  ///< those that break it, in time order; empty for the walk as a whole
+  std::string guess;          ///< what a factor gives away, such as "milliseconds?", or empty
+  std::string usual_cause;    ///< what breaking the check usually means
+  std::vector<place> places;  ///< the first that break it, foot by foot; none for a whole column
 };
 
 /// Something to know about the figures that no one did wrong.
@@ -74,7 +79,7 @@ struct note {
 /// except where a check is about the order of all strides.
 ///
 /// `right` and `left` are the feet that were analysed, or null. A value that is missing takes no
-/// part in any check. `without` names checks to leave out. The time is in proportion to the strides.
+/// part in any check. `without` names checks to leave out. The time grows with the strides.
 std::vector<finding> check_walk(const gait_result& result, const gait_foot_result* right,
                                 const gait_foot_result* left,
                                 const std::vector<std::string>& without = {});

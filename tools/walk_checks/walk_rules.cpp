@@ -43,15 +43,16 @@ finding of_the_walk(std::string_view table, std::string_view column, std::size_t
   found.column = column;
   found.broken = compared;
   found.compared = compared;
+  found.counted = table == feet_cycles_table ? included_pairs : included_strides;
   found.text = std::move(text);
-  found.usual_cause = std::move(guess);
+  found.guess = std::move(guess);
   return found;
 }
 
 std::vector<finding> strides_in_time_order(const checked_walk& walk, const usable& /*usable*/) {
   std::vector<finding> all;
   for (const checked_foot& foot : walk.feet) {
-    tally tally(foot_cycles_table, "first_sample");
+    tally tally(foot_cycles_table, "first_sample", strides_of(foot.name));
     for (std::size_t i = 1; i < foot.strides.size(); ++i) {
       const cycle& before = *foot.strides[i - 1];
       const cycle& stride = *foot.strides[i];
@@ -68,7 +69,7 @@ std::vector<finding> strides_in_time_order(const checked_walk& walk, const usabl
     }
     std::vector<finding> findings = tally.findings(alarm::any);
     if (!findings.empty() && tally.broken() == tally.compared() && tally.compared() > 1) {
-      findings.front().usual_cause = "rows in reverse?";
+      findings.front().guess = "rows or index in reverse?";
     }
     append(all, findings);
   }
@@ -78,7 +79,7 @@ std::vector<finding> strides_in_time_order(const checked_walk& walk, const usabl
 std::vector<finding> links_in_order(const checked_walk& walk, const usable& /*usable*/) {
   std::vector<finding> all;
   for (const bool is_right : {true, false}) {
-    tally tally(feet_cycles_table, is_right ? "right_index" : "left_index");
+    tally tally(feet_cycles_table, is_right ? "right_index" : "left_index", all_pairs);
     const cycle* before = nullptr;
     for (const checked_pair& pair : walk.links) {
       const cycle* stride = is_right ? pair.right : pair.left;
@@ -99,7 +100,7 @@ std::vector<finding> links_in_order(const checked_walk& walk, const usable& /*us
 }
 
 std::vector<finding> linked_strides_overlap(const checked_walk& walk, const usable& /*usable*/) {
-  tally tally(feet_cycles_table, "right_index");
+  tally tally(feet_cycles_table, "right_index", included_pairs);
   for (const checked_pair& pair : walk.pairs) {
     if (pair.right == nullptr || pair.left == nullptr) {
       continue;
@@ -129,7 +130,7 @@ std::vector<finding> unlinked_strides(const checked_walk& walk, const usable& /*
     for (const checked_pair& pair : walk.links) {
       linked.insert(is_right ? pair.right : pair.left);
     }
-    tally tally(foot_cycles_table, "index");
+    tally tally(foot_cycles_table, "index", strides_of(foot.name));
     for (const cycle* stride : foot.strides) {
       tally.add(linked.count(stride) != 0, {foot.name, stride->index}, [&] {
         return "found a stride that no cycle of both feet links, expected a link in "
@@ -143,7 +144,7 @@ std::vector<finding> unlinked_strides(const checked_walk& walk, const usable& /*
 
 /// What the two-feet cycles last as long as.
 struct durations_of_pairs {
-  tally neither{feet_cycles_table, "gct"};
+  tally neither{feet_cycles_table, "gct", included_pairs};
   std::size_t right = 0;  ///< cycles as long as the right stride alone
   std::size_t left = 0;   ///< cycles as long as the left stride alone
 };
@@ -184,7 +185,8 @@ std::vector<finding> feet_swapped(const checked_walk& walk, const usable& usable
       of_the_walk(feet_cycles_table, "gct", durations.neither.compared(),
                   "found cycles of both feet that last as long as their left stride (" +
                       std::to_string(durations.left) + ") and not as their right one (" +
-                      std::to_string(durations.right) + "), expected the right one");
+                      std::to_string(durations.right) + "), expected the right one",
+                  "left and right swapped?");
   found.broken = durations.left;
   return {found};
 }
@@ -194,7 +196,8 @@ std::vector<finding> double_support_and_stances(const checked_walk& walk, const 
   std::vector<double> expected_values;
   for (const checked_pair& pair : walk.pairs) {
     if (pair.right != nullptr && pair.left != nullptr && !gait_is_missing(pair.cycle->ds) &&
-        usable("stance", *pair.right) && usable("stance", *pair.left)) {
+        usable("ds", *pair.right) && usable("stance", *pair.right) &&
+        usable("stance", *pair.left)) {
       measured.push_back(pair.cycle->ds);
       expected_values.push_back(pair.right->stance + pair.left->stance - 100.0);
     }
@@ -255,7 +258,7 @@ std::vector<finding> compare_with_steps(const checked_walk& walk, const usable& 
                                         std::string_view whole, double cycle::*whole_field,
                                         std::string_view step, double cycle::*step_field,
                                         double absolute, double relative, const std::string& unit) {
-  tally tally(foot_cycles_table, step);
+  tally tally(foot_cycles_table, step, included_strides);
   for (const stride_of_two_steps& stride : strides_of_two_steps(walk)) {
     if (!usable(whole, *stride.right) || !usable(step, *stride.left) ||
         !usable(step, *stride.next_right)) {
@@ -386,8 +389,8 @@ std::vector<finding> angles_in_radians(const checked_walk& walk, const usable& u
       continue;
     }
     const double largest = *std::max_element(sizes.begin(), sizes.end());
-    // Somebody who walks straight on turns by less than three degrees a stride, but not by less than
-    // a tenth of a degree.
+    // Somebody who walks straight on turns by less than three degrees a stride, but not by less
+    // than a tenth of a degree.
     const bool is_small = angle.column != "ta" || median(sizes) < 0.1;
     if (largest < above_pi && is_small && largest > 0.0) {
       all.push_back(of_the_walk(
@@ -413,7 +416,7 @@ const std::vector<walk_rule>& walk_rules() {
       {"linked_strides_overlap", "strides that one cycle of both feet links are made at the same time", "25 % of the shorter", linked_strides_overlap,
        "links that are shifted by some rows, feet with different clocks, or the feet's rows swapped", of_170_walks},
       {"unlinked_strides", "every stride is linked by a cycle of both feet", "none", unlinked_strides,
-       "the other foot's stride was not found, or the links are incomplete", "the statistics of both feet rest on the linked strides alone"},
+       "a stride before or after all of the other foot, one of the other foot that was not found, or links that are missing", "the statistics of both feet rest on the linked strides alone"},
       {"feet_cycle_duration", "gct of a cycle of both feet = gct of its right or left stride (s)", "1 %", feet_cycle_duration,
        "wrong links, or the feet's rows swapped", of_170_walks},
       {"feet_swapped", "cycles of both feet last as long as their right stride", "none", feet_swapped,

@@ -1,0 +1,172 @@
+// What the reports say of a walk beside its figures: what somebody wrote down about it, an unknown
+// length, a measured -1, and the lines on which a finding stands.
+
+#include "csv_output.h"
+#include "finding_text.h"
+#include "json_output.h"
+#include "number.h"
+#include "text_report.h"
+#include "walk_model.h"
+#include "walk_statistics.h"
+
+#include <gmock/gmock.h>
+#include <gtest/gtest.h>
+#include <nlohmann/json.hpp>
+
+#include <cmath>
+#include <cstddef>
+#include <functional>
+#include <iterator>
+#include <numeric>
+#include <optional>
+#include <string>
+#include <vector>
+
+namespace {
+
+using gait_report::walk_statistics;
+using gait_walk::analysed_cycles;
+using testing::HasSubstr;
+
+/// A sound walk of twenty strides a foot, on lines as the program writes them, after a change.
+walk_statistics report_of(const std::function<void(gait_walk::walk&)>& change,
+                          analysed_cycles asked_for = analysed_cycles::feet) {
+  gait_walk::walk_settings settings;
+  settings.strides = 20;
+  gait_walk::walk walk = gait_walk::make_walk(settings);
+  walk.name = "walk";
+  walk.exclusions.clear();
+  const auto number_lines = [](std::size_t count, std::size_t first) {
+    std::vector<std::size_t> lines(count);
+    std::iota(lines.begin(), lines.end(), first);
+    return lines;
+  };
+  walk.left->lines = number_lines(20, 2);
+  walk.right->lines = number_lines(20, 22);
+  walk.feet_lines = number_lines(walk.feet.size(), 2);
+  change(walk);
+  walk_statistics statistics = gait_report::prepare_walk(std::move(walk), asked_for, 0.0F);
+  gait_report::compute_statistics(statistics);
+  return statistics;
+}
+
+std::string text_of(const walk_statistics& walk) { return text_report(walk, {400, false}); }
+
+std::string finding_in(const walk_statistics& walk) {
+  EXPECT_EQ(walk.findings.size(), 1U);
+  return walk.findings.empty() ? "" : in_words(walk.findings.front(), walk);
+}
+
+/// Sets the swing of some strides to what no walk has.
+void break_swing(gait_walk::foot& foot, std::size_t strides) {
+  auto stride = foot.cycles.begin();
+  for (std::size_t i = 0; i < strides; ++i, ++stride) {
+    stride->swing = 150.0;
+  }
+}
+
+TEST(Report, ShowsWhatSomebodyWroteDownAboutTheWalk) {
+  const walk_statistics walk = report_of([](auto& w) {
+    w.about = {{"date", "2024-05-31"}, {"derived", "gct, from \"hs\""}, {"derived", "two\x1b"}};
+  });
+  EXPECT_THAT(text_of(walk),
+              HasSubstr("Walk walk\n  date: 2024-05-31\n  derived: gct, from \"hs\"\n"
+                        "  derived: two?\n  Both feet, sampled at"));
+  EXPECT_THAT(
+      csv_rows(walk),
+      HasSubstr(",\"date: 2024-05-31; derived: gct, from \"\"hs\"\"; derived: two\x1b\",\n"));
+  EXPECT_EQ(
+      json_walk(walk)["about"].dump(),
+      R"([{"name":"date","value":"2024-05-31"},)"
+      R"({"name":"derived","value":"gct, from \"hs\""},{"name":"derived","value":"two\u001b"}])");
+}
+
+TEST(Report, SaysThatALengthIsUnknown) {
+  const auto forget_left = [](auto& w) {
+    w.left->signal_1_samples.reset();
+    w.left->signal_2_samples.reset();
+  };
+  for (const auto analysed : {analysed_cycles::feet, analysed_cycles::left}) {
+    const walk_statistics walk = report_of(forget_left, analysed);
+    EXPECT_THAT(text_of(walk), testing::ContainsRegex("\n  Recording +unknown\n"));
+    EXPECT_TRUE(json_walk(walk)["info"]["recording_duration"].is_null());
+  }
+  const walk_statistics right = report_of(forget_left, analysed_cycles::right);
+  EXPECT_THAT(text_of(right), testing::Not(HasSubstr("unknown")));
+  EXPECT_GT(json_walk(right)["info"]["recording_duration"], 10.0);
+}
+
+TEST(Report, KnowsTheLengthOfASignalAlone) {
+  const walk_statistics walk = report_of([](auto& w) { w.left->signal_1_samples.reset(); });
+  EXPECT_GT(json_walk(walk)["info"]["recording_duration"], 10.0);
+}
+
+TEST(Report, ShowsAMeasuredMinusOneAsWhatItIs) {
+  const double kept = std::nextafter(-1.0, 0.0);
+  const walk_statistics walk =
+      report_of([&](auto& w) { w.left->cycles.front().hsp = kept; }, analysed_cycles::left);
+  const nlohmann::ordered_json angle = json_walk(walk)["parameters"]["HSP"];
+  EXPECT_EQ(angle["n"], 20);
+  EXPECT_EQ(angle["min"], -1.0);
+  EXPECT_EQ(angle["values"][0], -1.0);
+  EXPECT_THAT(csv_rows(walk),
+              testing::ContainsRegex("\"Strike angle\",\"degree\",20,.*,-1,2[0-9.]+,"));
+  EXPECT_EQ(gait_report::shortest(kept), "-1");
+  EXPECT_EQ(gait_report::rounded(kept, 17), "-1.00000000000000000");
+  EXPECT_EQ(gait_report::shortest(std::nextafter(kept, 0.0)), "-0.9999999999999998");
+}
+
+TEST(Finding, NamesTheLineOfAStride) {
+  const walk_statistics walk = report_of([](auto& w) { break_swing(*w.left, 1); });
+  EXPECT_THAT(finding_in(walk), HasSubstr("found 150, expected 0 to 100 %, in 1 of 40 included "
+                                          "strides (line 2). Usually: "));
+  EXPECT_EQ(json_walk(walk)["findings"][0]["places"].dump(),
+            R"([{"foot":"left","index":0,"line":2}])");
+  EXPECT_THAT(csv_rows(walk), HasSubstr(",,\"swing_bounds\"\n"));
+}
+
+TEST(Finding, NamesFiveLinesAndCountsTheOthers) {
+  const walk_statistics five = report_of([](auto& w) { break_swing(*w.left, 5); });
+  EXPECT_THAT(finding_in(five), HasSubstr("(lines 2, 3, 4, 5, 6). Usually"));
+  const walk_statistics more = report_of([](auto& w) {
+    break_swing(*w.left, 5);
+    break_swing(*w.right, 2);
+  });
+  EXPECT_THAT(finding_in(more), HasSubstr("(lines 22, 23, 2, 3, 4 and 2 more). Usually"));
+}
+
+TEST(Finding, NamesStridesWhereTheWalkWasNotReadFromTables) {
+  const walk_statistics walk = report_of([](auto& w) {
+    break_swing(*w.left, 1);
+    break_swing(*w.right, 1);
+    w.left->lines.clear();
+    w.right->lines.clear();
+  });
+  EXPECT_THAT(finding_in(walk), HasSubstr("in 2 of 40 included strides (right 0, left 0). "));
+  EXPECT_TRUE(json_walk(walk)["findings"][0]["places"][0]["line"].is_null());
+}
+
+TEST(Finding, NamesTheLineOfACycleOfBothFeet) {
+  const walk_statistics walk = report_of([](auto& w) { w.feet[3].ds = 120.0; });
+  EXPECT_THAT(finding_in(walk),
+              HasSubstr("in 1 of 19 included cycles of both feet (line 5). Usually"));
+  EXPECT_EQ(json_walk(walk)["findings"][0]["places"].dump(),
+            R"([{"foot":null,"index":3,"line":5}])");
+}
+
+TEST(Finding, OfAWholeColumnNamesNoLineAndGuesses) {
+  const walk_statistics walk = report_of([](auto& w) {
+    for (auto* foot : {&*w.left, &*w.right}) {
+      for (auto& stride : foot->cycles) {
+        stride.slength *= 100.0;
+      }
+    }
+  });
+  EXPECT_THAT(
+      finding_in(walk),
+      testing::MatchesRegex(
+          "column slength: slength_median: found a median of [0-9.]+, expected 0.1 to 2.8 m, in 40 "
+          "included strides: centimetres\\? Usually: another unit, or another column\\."));
+}
+
+}  // namespace

@@ -1,0 +1,72 @@
+#include "finding_text.h"
+
+#include <algorithm>
+#include <cstddef>
+#include <optional>
+#include <string>
+#include <vector>
+
+namespace gait_report {
+namespace {
+
+using gait_checks::finding;
+using gait_checks::place;
+
+/// More places than these are counted.
+constexpr std::size_t most_named = 5;
+
+const std::vector<std::size_t>& lines_of(const table_lines& lines, const place& place) {
+  if (place.foot.empty()) {
+    return lines.feet;
+  }
+  return place.foot == "right" ? lines.right : lines.left;
+}
+
+/// "line 12", "lines 12, 13 and 14 more", "right 8, left 3"; empty where no place is known.
+std::string places_in_words(const finding& finding, const walk_statistics& walk) {
+  std::vector<std::size_t> lines;
+  std::vector<std::string> strides;
+  for (const place& place : finding.places) {
+    if (const auto line = line_of(walk, place)) {
+      lines.push_back(*line);
+    }
+    strides.push_back((place.foot.empty() ? "cycle" : std::string(place.foot)) + " " +
+                      std::to_string(place.index));
+  }
+  const bool has_lines = lines.size() == strides.size();
+  const std::size_t named = std::min(most_named, strides.size());
+  std::string text;
+  for (std::size_t i = 0; i < named; ++i) {
+    text += (i == 0 ? "" : ", ") + (has_lines ? std::to_string(lines[i]) : strides[i]);
+  }
+  if (has_lines && named > 0) {
+    text.insert(0, finding.broken == 1 ? "line " : "lines ");
+  }
+  return finding.broken > named && named > 0
+             ? text + " and " + std::to_string(finding.broken - named) + " more"
+             : text;
+}
+
+std::string count_in_words(const finding& finding) {
+  const bool is_of_the_whole = finding.places.empty() && finding.broken == finding.compared;
+  return "in " + (is_of_the_whole ? "" : std::to_string(finding.broken) + " of ") +
+         std::to_string(finding.compared) + " " + std::string(finding.counted);
+}
+
+}  // namespace
+
+std::optional<std::size_t> line_of(const walk_statistics& walk, const place& place) {
+  const auto& lines = lines_of(walk.lines, place);
+  const auto index = static_cast<std::size_t>(place.index);
+  return index < lines.size() ? std::optional(lines[index]) : std::nullopt;
+}
+
+std::string in_words(const finding& finding, const walk_statistics& walk) {
+  const std::string places = places_in_words(finding, walk);
+  return "column " + finding.column + ": " + finding.check + ": " + finding.text + ", " +
+         count_in_words(finding) + (places.empty() ? "" : " (" + places + ")") +
+         (finding.guess.empty() ? "." : ": " + finding.guess) + " Usually: " + finding.usual_cause +
+         ".";
+}
+
+}  // namespace gait_report
