@@ -1,6 +1,7 @@
 #include "options.h"
 
 #include "names.h"
+#include "nearest_name.h"
 #include "number.h"
 #include "number_text.h"
 #include "walk_checks.h"
@@ -15,7 +16,6 @@
 #include <cstddef>
 #include <filesystem>
 #include <limits>
-#include <numeric>
 #include <optional>
 #include <string>
 #include <string_view>
@@ -32,8 +32,7 @@ constexpr const char* description =
 
 constexpr const char* footer =
     "Each WALK is a folder of CSV tables; docs/walk-folder.md describes them, docs/output.md what "
-    "is "
-    "written."
+    "is written."
     R"(
 A table shows rounded values. CSV holds the parameters, unrounded; JSON holds everything, unrounded:
 the accounting, the quality flags, the findings, the parameters and their value in every cycle.
@@ -64,31 +63,20 @@ std::string refuse_other_than_finite_float(const std::string& text) {
   return finite_float(text) ? "" : "\"" + text + "\" is not a finite number with a decimal point";
 }
 
-/// The least number of letters that must be inserted, removed or replaced to get from one name to
-/// another.
-std::size_t letters_between(std::string_view from, std::string_view to) {
-  std::vector<std::size_t> row(to.size() + 1);
-  std::iota(row.begin(), row.end(), std::size_t{0});
-  for (std::size_t i = 0; i < from.size(); ++i) {
-    std::size_t diagonal = std::exchange(row[0], i + 1);
-    for (std::size_t j = 0; j < to.size(); ++j) {
-      const std::size_t replaced = diagonal + static_cast<std::size_t>(from[i] != to[j]);
-      diagonal = row[j + 1];
-      row[j + 1] = std::min({replaced, diagonal + 1, row[j] + 1});
-    }
-  }
-  return row.back();
-}
-
 std::string refuse_unknown_check(const std::string& name) {
   const auto checks = gait_checks::list_checks();
-  const auto nearest =
-      std::min_element(checks.begin(), checks.end(), [&](const auto& a, const auto& b) {
-        return letters_between(name, a.name) < letters_between(name, b.name);
-      });
-  return nearest->name == name ? ""
-                               : "\"" + name + "\" is no check; did you mean " + nearest->name +
-                                     "? --list-checks prints them all";
+  std::vector<std::string_view> known;
+  known.reserve(checks.size());
+  for (const auto& check : checks) {
+    known.emplace_back(check.name);
+  }
+  if (std::find(known.begin(), known.end(), name) != known.end()) {
+    return "";
+  }
+  const std::string_view nearest = gait_walk::nearest_name(name, known);
+  return "\"" + name + "\" is no check" +
+         (nearest.empty() ? "" : "; did you mean " + std::string(nearest) + "?") +
+         (nearest.empty() ? ": " : " ") + "--list-checks prints them all";
 }
 
 /// The format that the ending of a file stands for.

@@ -103,6 +103,7 @@ std::vector<placed_value> values_of(const checked_walk& walk, const bounds& row)
 
 double median_of(const std::vector<placed_value>& placed) {
   std::vector<double> values;
+  values.reserve(placed.size());
   for (const placed_value& value : placed) {
     values.push_back(value.value);
   }

@@ -257,7 +257,7 @@ std::vector<stride_of_two_steps> strides_of_two_steps(const checked_walk& walk) 
 std::vector<finding> compare_with_steps(const checked_walk& walk, const usable& usable,
                                         std::string_view whole, double cycle::*whole_field,
                                         std::string_view step, double cycle::*step_field,
-                                        double absolute, double relative, const std::string& unit) {
+                                        double absolute, double relative, std::string_view unit) {
   tally tally(foot_cycles_table, step, included_strides);
   for (const stride_of_two_steps& stride : strides_of_two_steps(walk)) {
     if (!usable(whole, *stride.right) || !usable(step, *stride.left) ||
@@ -268,8 +268,9 @@ std::vector<finding> compare_with_steps(const checked_walk& walk, const usable& 
     const double wanted = stride.right->*whole_field;
     tally.add(!differs(found, wanted, std::max(absolute, relative * std::abs(wanted))),
               {"right", stride.right->index}, [&] {
-                return "found a left and a right step of " + number(found) + unit +
-                       " together, expected " + number(wanted) + unit + ", the right stride";
+                std::string text = "found a left and a right step of " + number(found);
+                text.append(unit).append(" together, expected ").append(number(wanted));
+                return text.append(unit).append(", the right stride");
               });
   }
   return tally.findings(alarm::many);

@@ -69,6 +69,7 @@ void report_unknown_column(const csv_row& row, std::size_t cell, input_error_lis
     return;
   }
   std::vector<std::string_view> known;
+  known.reserve(columns<Row>.size());
   for (const auto& column : columns<Row>) {
     known.push_back(column.name);
   }
