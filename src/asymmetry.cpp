@@ -1,11 +1,10 @@
 #include "asymmetry.h"
 
 #include "lookup.h"
-#include "mode.h"
+#include "quality_flags.h"
 #include "recording.h"
 
 #include <gait/int32_count.h>
-#include <gait/quality_flags.h>
 #include <gait/rounded_product.h>
 
 #include <algorithm>
@@ -19,15 +18,6 @@
 
 namespace gait_detail {
 namespace {
-
-/// Raises `flag` unless the side's mean speed is plausible. A NaN raises nothing; a side without
-/// any measured speed has the missing value for its mean, and raises it.
-void flag_implausible_speed(gait_result& result, const char* key, gait_quality_flag flag) {
-  const double mean = lookup(result.statistics.parameters, key).mean;
-  if (mean < gait_quality_speed_min || mean > gait_quality_speed_max) {
-    result.quality_flags |= flag;
-  }
-}
 
 /// The swing asymmetry of every stride in which both swings are positive: (l - r) * scale / (l +
 /// r).
@@ -87,23 +77,6 @@ void write_ratios(gait_statistics& statistics) {
   }
 }
 
-void write_quality_flags(gait_result& result, const gait_generate_statistics_settings& settings) {
-  result.quality_flags = 0;
-  const double setting = settings.settings_value;
-  if (setting > 0.0 && (setting < gait_quality_setting_min || setting > gait_quality_setting_max)) {
-    result.quality_flags |= gait_quality_setting;
-  }
-  if (result.statistics.info.cycle_count <= gait_quality_few_cycles_max) {
-    result.quality_flags |= gait_quality_few_cycles;
-  }
-  if (is_single_foot(result)) {
-    flag_implausible_speed(result, "speed", gait_quality_speed);
-  } else {
-    flag_implausible_speed(result, "speed_R", gait_quality_speed_right);
-    flag_implausible_speed(result, "speed_L", gait_quality_speed_left);
-  }
-}
-
 void add_swing_asymmetry(gait_result& result) {
   auto& parameters = result.statistics.parameters;
   const std::vector<double>& left = lookup(parameters, "swing_L").values;
@@ -123,12 +96,7 @@ void add_swing_asymmetry(gait_result& result) {
     record.values = swing_asymmetries(left, right, strides, sampling_rate(result));
     record.mean = mean_of(record.values);
     record.std = deviation_of(record.values, record.mean);
-    // A NaN deviation, that of a single stride, is not 0.0 and raises the flag. The test against
-    // 1.0 belongs to the rule and stays, although it cannot fail at this limit.
-    if (record.mean != 1.0 && std::abs(record.mean) >= gait_quality_swing_asymmetry_min &&
-        record.std != 0.0) {
-      result.quality_flags |= gait_quality_swing_asymmetry;
-    }
+    flag_large_swing_asymmetry(result, record);
   }
   parameters.emplace("asymmetry", std::move(record));
 }

@@ -2,7 +2,7 @@
 #define GAIT_SRC_ASYMMETRY_H
 
 /// \file
-/// The final stage: how the sides compare, and what is implausible about the walk.
+/// How the sides compare: ratios of their means, and the swing asymmetry.
 
 #include <gait/result.h>
 #include <gait/statistics.h>
@@ -16,12 +16,6 @@ namespace gait_detail {
 /// instead of a quotient by it, except that the left record becomes infinite when only the left
 /// mean is 0.0.
 void write_ratios(gait_statistics& statistics);
-
-/// Rewrites the quality flags: those of the setting, the number of cycles, and the walking speed.
-///
-/// Throws std::out_of_range when a side's "speed" is absent; the flags raised before it are then
-/// set.
-void write_quality_flags(gait_result& result, const gait_generate_statistics_settings& settings);
 
 /// Adds the swing asymmetry index of every included stride under "asymmetry", and raises its
 /// quality flag.

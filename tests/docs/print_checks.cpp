@@ -75,8 +75,9 @@ std::string heading_of(kind what) {
 const char* sentence_about(kind what) {
   switch (what) {
     case kind::fields_of_a_stride:
-      return R"(What one stride says twice must agree. One stride is a finding. Of `step_and_stride_time`, two
-strides and more than one in twenty must break it, because real walks have single ones.
+      return R"(What one stride says twice must agree. One stride is a finding. Of `cadence_and_duration` and
+`step_and_stride_time`, two strides and more than one in twenty must break them, because rounded
+cadences and steps over a pause have single ones.
 )";
     case kind::bounds_of_a_stride:
       return R"(What no stride of a person crosses. A value outside is a wrong cell or an error of measurement:

@@ -3,6 +3,7 @@
 #include "text_of.h"
 
 #include "asymmetry.h"
+#include "quality_flags.h"
 
 #include <gait/generate_statistics.h>
 #include <gait/result.h>

@@ -584,8 +584,8 @@ class DataChecks(ProgramTest):
     def test_are_left_out_by_their_names(self):
         walk = self.walk(left=strides(swing=[36.0] * 5 + [150.0], gct=[1.0] * 5 + [999.0]))
         result = run(walk, "--without-check", "swing_bounds", "--without-check", "gct_bounds")
-        self.assertEqual((result.returncode, result.stderr), (0, ""))
-        self.assertIn("Data checks\n  None broken.\n", result.stdout)
+        self.assertEqual(result.returncode, 0)
+        self.assertNotIn("_bounds", result.stdout + result.stderr)
 
     def test_that_nobody_knows_are_refused_with_the_nearest_name(self):
         result = run(self.broken, "--without-check", "swing_bound")

@@ -288,6 +288,10 @@ TEST(WalkChecks, CallAColumnInAnotherUnitByItsName) {
                            slip{&cycle::speed, 3.6, "speed_median", "km/h?"},
                            slip{&cycle::peakswing, 0.0174533, "peakswing_median", "radians?"},
                            slip{&cycle::step_time, 1000.0, "step_time_median", "milliseconds?"},
+                           slip{&cycle::min_tc, 1000.0, "min_tc_median", "millimetres?"},
+                           slip{&cycle::swidth, 1000.0, "swidth_median", "millimetres?"},
+                           slip{&cycle::swidth, 100.0, "swidth_median", "centimetres?"},
+                           slip{&cycle::step_length, 100.0, "step_length_median", "centimetres?"},
                            slip{&cycle::impact_vert, 9.80665, "impact_vert_median", "m/s2?"}}) {
     sound_walk walk;
     walk.scale(slip.field, slip.factor);
@@ -346,6 +350,22 @@ TEST(WalkChecks, AreSwitchedOffByTheirName) {
               names{})
         << alteration.what;
   }
+}
+
+TEST(WalkChecks, ThatAreSwitchedOffLeaveTheOthersOn) {
+  sound_walk walk;
+  walk.scale(&cycle::gct, 1000.0);
+  EXPECT_EQ(names_of(walk.findings()), names{"gct_median"});
+  EXPECT_EQ(names_of(walk.findings({"gct_median"})).count("gct_bounds"), 1U);
+}
+
+TEST(WalkChecks, OfStepsPassOverAStrideThatIsExcluded) {
+  sound_walk walk;
+  for (const int index : {20, 30, 40}) {
+    std::next(walk.right().begin(), index)->step_time = 0.9;
+    walk.result().excluded_1.push_back(index);
+  }
+  EXPECT_EQ(names_of(walk.findings()), names{});
 }
 
 TEST(WalkChecks, OfOneFootAloneNeedNoOther) {

@@ -159,6 +159,13 @@ output::output(std::optional<fs::path> file) : file_(std::move(file)) {
     fail(file_->string());
   }
   can_be_replaced_ = !exists || fs::is_regular_file(*file_, none);
+  // What takes hours to compute is not to end in a folder that takes no file.
+  if (can_be_replaced_) {
+    const fs::path folder = file_->has_parent_path() ? file_->parent_path() : fs::path(".");
+    if (::access(folder.c_str(), W_OK | X_OK) != 0) {
+      fail(file_->string());
+    }
+  }
 }
 
 void output::write(std::string_view text) {

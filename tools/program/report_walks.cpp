@@ -113,7 +113,9 @@ bool output_is_a_table(const options& options, const std::vector<std::filesystem
            const auto tables = gait_walk::table_files(folder);
            return std::any_of(tables.begin(), tables.end(), [&](const auto& table) {
              std::error_code absent;
-             return std::filesystem::equivalent(*options.output, table, absent);
+             return std::filesystem::equivalent(*options.output, table, absent) ||
+                    std::filesystem::weakly_canonical(*options.output, absent) ==
+                        std::filesystem::weakly_canonical(table, absent);
            });
          });
 }

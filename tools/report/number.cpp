@@ -1,5 +1,6 @@
 #include "number.h"
 
+#include "minus_one.h"
 #include "number_text.h"
 
 #include <charconv>
@@ -25,10 +26,7 @@ bool is_zero_with_sign(const std::string& text) {
 
 }  // namespace
 
-double shown_value(double value) {
-  static const double kept_minus_one = std::nextafter(-1.0, 0.0);
-  return value == kept_minus_one ? -1.0 : value;
-}
+double shown_value(double value) { return value == gait_walk::measured_minus_one ? -1.0 : value; }
 
 std::string shortest(double value) {
   return std::isfinite(value) ? text_of(shown_value(value)) : infinite_or_nan(value);

@@ -65,6 +65,8 @@ struct bounds {
   dimension dim;
   double lowest, highest;                ///< of a stride
   double median_lowest, median_highest;  ///< of the walk's median
+  /// The size of a median of measured walks. It decides between units that both lie within bounds.
+  double typical;
   std::string_view unit;
   std::string_view reason;
 };

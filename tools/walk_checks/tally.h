@@ -2,7 +2,7 @@
 #define TOOLS_WALK_CHECKS_TALLY_H
 
 /// \file
-/// Counting what breaks a check, and saying so.
+/// Counts the strides that break a check, and words the finding.
 
 #include "check_tables.h"
 #include "walk_checks.h"

@@ -10,6 +10,7 @@
 #include <algorithm>
 #include <cmath>
 #include <cstddef>
+#include <limits>
 #include <optional>
 #include <set>
 #include <string>
@@ -110,15 +111,21 @@ double median_of(const std::vector<placed_value>& placed) {
   return median(std::move(values));
 }
 
-/// The unit slip that would bring a median back within its bounds.
+/// The unit slip that would bring a median back within its bounds: of several, the one that brings
+/// it nearest to a typical size, by ratio.
 std::string guess_unit(double median, const bounds& row, double rate) {
+  std::string_view words;
+  double nearest = std::numeric_limits<double>::infinity();
   for (const unit_slip& slip : slips_of(row.dim, rate)) {
     const double mended = median / slip.factor;
-    if (mended >= row.median_lowest && mended <= row.median_highest) {
-      return std::string(slip.words);
+    const double distance = std::abs(std::log(std::abs(mended) / row.typical));
+    const bool is_within = mended >= row.median_lowest && mended <= row.median_highest;
+    if (is_within && distance < nearest) {
+      nearest = distance;
+      words = slip.words;
     }
   }
-  return "";
+  return std::string(words);
 }
 
 std::string_view counted_in(const bounds& row) {
@@ -173,18 +180,18 @@ private:
     const std::string_view table = row.field == nullptr ? feet_cycles_table : foot_cycles_table;
     if (values.size() >= fewest_for_a_median) {
       const double median = median_of(values);
-      if (!(median >= row.median_lowest && median <= row.median_highest)) {
+      const bool is_sound = median >= row.median_lowest && median <= row.median_highest;
+      // Whoever switches the check off still wants the others that read the column.
+      if (!is_sound && is_on(name_of_median(row))) {
         bounds_.add_column(row.column);
-        if (is_on(name_of_median(row))) {
-          report_median(row, table, median, values.size());
-        }
+        report_median(row, table, median, values.size());
         return;
       }
     }
     tally tally(table, row.column, counted_in(row));
     for (const placed_value& value : values) {
       const bool is_sound = value.value >= row.lowest && value.value <= row.highest;
-      if (!is_sound && value.stride != nullptr) {
+      if (!is_sound && value.stride != nullptr && is_on(name_of_bounds(row))) {
         bounds_.add_stride(row.column, value.stride);
       }
       tally.add(is_sound, value.where, [&] {

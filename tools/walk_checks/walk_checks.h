@@ -42,7 +42,7 @@ struct listed_check {
   std::string source;       ///< where the tolerance comes from
 };
 
-/// Every check, in the order in which findings are reported.
+/// Every check, by its kind.
 std::vector<listed_check> list_checks();
 
 /// One stride that breaks a check, by its place in its table.
@@ -68,7 +68,7 @@ struct finding {
   std::vector<place> places;  ///< the first that break it, foot by foot; none for a whole column
 };
 
-/// Something to know about the figures that no one did wrong.
+/// A remark about the figures. Nothing is wrong with the data.
 struct note {
   std::string name;
   std::string text;    ///< a sentence
@@ -84,7 +84,7 @@ std::vector<finding> check_walk(const gait_result& result, const gait_foot_resul
                                 const gait_foot_result* left,
                                 const std::vector<std::string>& without = {});
 
-/// What the number of included strides allows to say.
+/// What can be said from so few included strides.
 std::vector<note> notes_on(const gait_result& result);
 
 }  // namespace gait_checks

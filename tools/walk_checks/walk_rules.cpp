@@ -8,6 +8,7 @@
 #include <array>
 #include <cmath>
 #include <cstddef>
+#include <cstdint>
 #include <optional>
 #include <set>
 #include <string>
@@ -240,13 +241,16 @@ struct stride_of_two_steps {
 
 std::vector<stride_of_two_steps> strides_of_two_steps(const checked_walk& walk) {
   std::vector<stride_of_two_steps> strides;
+  const auto& included = walk.feet.front().included;
+  const std::set<const cycle*> is_included(included.begin(), included.end());
   for (const checked_pair& pair : walk.pairs) {
     if (pair.right == nullptr || pair.left == nullptr) {
       continue;
     }
     const auto& rights = walk.feet.front().strides;
     const auto next = static_cast<std::size_t>(pair.right->index) + 1;
-    if (next < rights.size() && rights[next]->first_sample == pair.right->last_sample + 1) {
+    if (next < rights.size() && is_included.count(rights[next]) != 0 &&
+        rights[next]->first_sample == std::int64_t{pair.right->last_sample} + 1) {
       strides.push_back({pair.index, pair.right, pair.left, rights[next]});
     }
   }
@@ -321,8 +325,9 @@ std::vector<finding> stuck_column(const checked_walk& walk, const usable& usable
   std::vector<finding> all;
   for (const checked_foot& foot : walk.feet) {
     for (const bounds& row : bounds_table()) {
-      // Pushing is 0 throughout where no rise of the heel is found.
-      if (row.field == nullptr || row.column == "pur") {
+      // Pushing is 0 throughout where no rise of the heel is found, and clearances that are rounded
+      // to a centimetre may well be the same in every stride.
+      if (row.field == nullptr || row.column == "pur" || row.dim == dimension::length) {
         continue;
       }
       const std::vector<double> values = values_of(foot, usable, row.column, row.field);
@@ -398,6 +403,7 @@ std::vector<finding> angles_in_radians(const checked_walk& walk, const usable& u
           foot_cycles_table, angle.column, sizes.size(),
           "found no angle beyond " + number(largest) + ", expected degrees, some beyond 3.2",
           "radians?"));
+      all.back().counted = "strides";
     }
   }
   return all;

@@ -85,7 +85,7 @@ std::string_view nearest_name(std::string_view name, const std::vector<std::stri
     }
   }
   std::string_view nearest;
-  // More than half of the letters, or three of them, make another word.
+  // More than half of the letters, or more than three of them, make another word.
   std::size_t smallest = std::min<std::size_t>((wanted.size() + 1) / 2, 3) + 1;
   for (const std::string_view candidate : known) {
     const std::size_t distance = edit_distance(wanted, bare(candidate));
