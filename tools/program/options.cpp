@@ -96,6 +96,7 @@ std::string refuse_empty_name(const std::string& file) {
 template <class Value>
 CLI::Validator is_name_of() {
   std::vector<std::string> known;
+  known.reserve(gait_walk::names<Value>.size());
   for (const auto& entry : gait_walk::names<Value>) {
     known.emplace_back(entry.name);
   }
