@@ -113,11 +113,11 @@ double median_of(const std::vector<placed_value>& placed) {
 
 /// The unit slip that would bring a median back within its bounds: of several, the one that brings
 /// it nearest to a typical size, by ratio.
-std::string guess_unit(double median, const bounds& row, double rate) {
+std::string guess_unit(double middle, const bounds& row, double rate) {
   std::string_view words;
   double nearest = std::numeric_limits<double>::infinity();
   for (const unit_slip& slip : slips_of(row.dim, rate)) {
-    const double mended = median / slip.factor;
+    const double mended = middle / slip.factor;
     const double distance = std::abs(std::log(std::abs(mended) / row.typical));
     const bool is_within = mended >= row.median_lowest && mended <= row.median_highest;
     if (is_within && distance < nearest) {
@@ -137,7 +137,7 @@ public:
   walk_checker(const checked_walk& walk, const std::vector<std::string>& without)
       : walk_(walk), without_(without.begin(), without.end()) {}
 
-  std::vector<finding> check() && {
+  std::vector<finding> all_findings() && {
     for (const bounds& row : bounds_table()) {
       check_column(row);
     }
@@ -179,12 +179,12 @@ private:
     constexpr std::size_t fewest_for_a_median = 3;
     const std::string_view table = row.field == nullptr ? feet_cycles_table : foot_cycles_table;
     if (values.size() >= fewest_for_a_median) {
-      const double median = median_of(values);
-      const bool is_sound = median >= row.median_lowest && median <= row.median_highest;
+      const double middle = median_of(values);
+      const bool is_sound = middle >= row.median_lowest && middle <= row.median_highest;
       // Whoever switches the check off still wants the others that read the column.
       if (!is_sound && is_on(name_of_median(row))) {
         bounds_.add_column(row.column);
-        report_median(row, table, median, values.size());
+        report_median(row, table, middle, values.size());
         return;
       }
     }
@@ -206,16 +206,16 @@ private:
     }
   }
 
-  void report_median(const bounds& row, std::string_view table, double median, std::size_t count) {
+  void report_median(const bounds& row, std::string_view table, double middle, std::size_t count) {
     finding found;
     found.table = table;
     found.column = row.column;
     found.broken = count;
     found.compared = count;
     found.counted = counted_in(row);
-    found.text = "found a median of " + number(median) + ", " +
+    found.text = "found a median of " + number(middle) + ", " +
                  expected(row.median_lowest, row.median_highest) + " " + std::string(row.unit);
-    found.guess = guess_unit(median, row, walk_.feet.front().rate);
+    found.guess = guess_unit(middle, row, walk_.feet.front().rate);
     report(name_of_median(row), usual_cause_of_median, std::move(found));
   }
 
@@ -314,7 +314,7 @@ std::vector<finding> check_walk(const gait_result& result, const gait_foot_resul
                                 const gait_foot_result* left,
                                 const std::vector<std::string>& without) {
   const checked_walk walk = checked_walk_of(result, right, left);
-  return walk_checker(walk, without).check();
+  return walk_checker(walk, without).all_findings();
 }
 
 std::vector<note> notes_on(const gait_result& result) {

@@ -62,7 +62,8 @@ struct column {
                    exclusion_list Row::*, std::string Row::*>;
 
   template <class Value, class Base>
-  constexpr column(std::string_view its_name, Value Base::*filled, column_rules its_rules = {})
+  constexpr column(std::string_view its_name, Value Base::*filled,
+                   const column_rules& its_rules = {})
       : name(its_name), member(static_cast<Value Row::*>(filled)), rules(its_rules) {}
 
   std::string_view name;
