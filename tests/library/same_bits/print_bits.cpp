@@ -8,6 +8,7 @@
 
 #include "asymmetry.cpp"            // NOLINT(bugprone-suspicious-include)
 #include "generate_statistics.cpp"  // NOLINT(bugprone-suspicious-include)
+#include "quality_flags.cpp"        // NOLINT(bugprone-suspicious-include)
 
 #include <cstddef>
 #include <cstdint>
