@@ -271,6 +271,7 @@ TEST(SwingAsymmetry, RaisesItsFlagFromTwentyOnWhereItHasASpread) {
   EXPECT_TRUE(asymmetry_of({45.0, 35.0}, {55.0, 65.0}).flagged) << "a mean of exactly -20";
   EXPECT_TRUE(asymmetry_of({55.0, 65.0}, {45.0, 35.0}).flagged) << "a mean of exactly 20";
   EXPECT_FALSE(asymmetry_of({45.0, 36.0}, {55.0, 64.0}).flagged) << "a mean of -19";
+  EXPECT_FALSE(asymmetry_of({51.0, 50.0}, {49.0, 50.0}).flagged) << "a mean of exactly 1";
   EXPECT_FALSE(asymmetry_of({10.0, 90.0}, {90.0, 10.0}).flagged) << "-80 and 80";
   EXPECT_FALSE(asymmetry_of({40.0, 40.0, 40.0}, {60.0, 60.0, 60.0}).flagged) << "no spread";
   EXPECT_TRUE(asymmetry_of({1e308, 50.0}, {1.0, 50.0}).flagged) << "infinite";
