@@ -64,7 +64,10 @@ class EndlessTable:
         self.writer.start()
 
     def __exit__(self, *_):
-        self.writer.join()
+        # A program that ended before it opened the pipe leaves the writer waiting for a reader.
+        while self.writer.is_alive():
+            os.close(os.open(self.table, os.O_RDONLY | os.O_NONBLOCK))
+            self.writer.join(timeout=0.1)
 
     def write(self):
         pipe = os.open(self.table, os.O_WRONLY)
