@@ -20,4 +20,14 @@ if(GAIT_RSCRIPT)
   add_test(NAME measures_agreement.r COMMAND ${GAIT_RSCRIPT} --vanilla
     ${CMAKE_CURRENT_LIST_DIR}/measures_agreement/compare.R $<TARGET_FILE:print_measures>)
   set_tests_properties(measures_agreement.r PROPERTIES SKIP_RETURN_CODE 77)
+else()
+  add_test(NAME measures_agreement.r COMMAND
+    ${CMAKE_COMMAND} -E echo "skipped: no R (packages r-base-core and r-cran-mcmc)")
+  set_tests_properties(measures_agreement.r PROPERTIES SKIP_REGULAR_EXPRESSION "^skipped")
 endif()
+
+# The table of docs/measures.md.
+add_numpy_test(measures_coverage
+  ${CMAKE_CURRENT_LIST_DIR}/measures_agreement/simulate_coverage.py $<TARGET_FILE:print_measures>
+  ${PROJECT_SOURCE_DIR}/docs/measures.md)
+set_tests_properties(measures_coverage PROPERTIES LABELS long)

@@ -1,14 +1,15 @@
 """How often an interval of the mean, nominally of 95 %, holds the true mean of a simulated walk.
 
-usage: simulate_coverage.py PRINT_MEASURES
+usage: simulate_coverage.py PRINT_MEASURES [PAGE]
 
 PRINT_MEASURES is the program of that name in this folder, whose effective number of strides and
-standard error are used. The interval is mean +- t * standard error, with the t quantile of as many
+standard error are used. With a PAGE, fails unless that shows what is printed. The interval is mean +- t * standard error, with the t quantile of as many
 degrees of freedom as there are strides less one: once as if strides were independent, and once by
 the effective number of strides. Every run draws the same series.
 """
 
 import math
+import pathlib
 import subprocess
 import sys
 
@@ -79,22 +80,34 @@ def measures_of(program, series):
     return numpy.array([[float.fromhex(figure) for figure in row] for row in figures]).T
 
 
-def main():
+def simulated(program):
+    """The lines of the table."""
     random = numpy.random.default_rng(95)
-    print(f"{SERIES} series of each; share of intervals that hold the mean, nominally 95 %")
-    print()
-    print(f"{'':<24}{'':>8}{'as if':>13}{'by effective':>15}{'effective':>13}")
-    print(f"{'series':<24}{'strides':>8}{'independent':>13}{'strides':>15}{'strides':>13}")
+    yield f"{SERIES} series of each; share of intervals that hold the mean, nominally 95 %"
+    yield ""
+    yield f"{'':<24}{'':>8}{'as if':>13}{'by effective':>15}{'effective':>13}"
+    yield f"{'series':<24}{'strides':>8}{'independent':>13}{'strides':>15}{'strides':>13}"
     for name, draw in MODELS:
         for n in LENGTHS:
             series = draw(random, n)
-            effective, standard_errors = measures_of(sys.argv[1:], series)
+            effective, standard_errors = measures_of(program, series)
             means = series.mean(axis=1)
             plain_errors = series.std(axis=1, ddof=1) / math.sqrt(n)
             plain = share_covered(means, plain_errors, numpy.full(SERIES, float(n)))
             by_effective = share_covered(means, standard_errors, effective)
-            print(f"{name:<24}{n:>8}{plain:>11.0f} %{by_effective:>13.0f} %"
-                  f"{numpy.median(effective):>13.1f}")
+            yield (f"{name:<24}{n:>8}{plain:>11.0f} %{by_effective:>13.0f} %"
+                   f"{numpy.median(effective):>13.1f}")
+
+
+def main():
+    program, *pages = sys.argv[1:]
+    table = ""
+    for line in simulated(program):
+        print(line, flush=True)
+        table += line + "\n"
+    for page in pages:
+        if table not in pathlib.Path(page).read_text(encoding="utf-8"):
+            sys.exit(f"{page} shows another table")
 
 
 main()
