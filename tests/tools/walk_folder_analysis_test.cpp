@@ -181,4 +181,32 @@ TEST(CheckAnalysis, ReportsAFootThatTheWalkLacks) {
                       "is to be analysed"}));
 }
 
+/// The warnings about an analysis of the walk of two feet, each cycle of which links the strides of
+/// its own index.
+messages warnings_of_exclusions(const std::string& rows, analysed_cycles asked_for) {
+  return messages_of(gait_walk::analysis_warnings(walk_with_exclusions(rows), asked_for, "w"));
+}
+
+TEST(AnalysisWarnings, NameCyclesOfBothFeetOfWhichOneStrideIsExcluded) {
+  EXPECT_EQ(
+      warnings_of_exclusions("feet,excluded_1,0,\nleft,excluded_2,1,\nright,excluded_1,0,\n",
+                             analysed_cycles::feet),
+      (messages{"w/exclusions.csv: column cycles: found strides of \"left\" excluded, but not "
+                "their cycles of both feet (index 1), expected rows of \"feet\" for them: "
+                "where both feet are analysed, rows of \"left\" exclude nothing"}));
+}
+
+TEST(AnalysisWarnings, SayNothingOfStridesWhoseCyclesOfBothFeetAreExcludedOrThatNoneLinks) {
+  EXPECT_EQ(warnings_of_exclusions("feet,excluded_1,1,\nleft,excluded_2,1,\nleft,excluded_1,7,\n"
+                                   "left,excluded_1_fallback,0,\n",
+                                   analysed_cycles::feet),
+            messages{});
+}
+
+TEST(AnalysisWarnings, SayNothingOfOtherExclusionsWhereOneFootWasAskedFor) {
+  EXPECT_EQ(warnings_of_exclusions("feet,excluded_1,1,\nleft,excluded_2,0,\nright,excluded_2,0,\n",
+                                   analysed_cycles::left),
+            messages{});
+}
+
 }  // namespace
