@@ -238,8 +238,8 @@ class Interruption(HostileTest):
         self.check_ends(process, signal.SIGINT)
 
     def large_output(self):
-        walk = write_long_walk(self.folder / "walk", 500)
-        arguments = ["--format", "json", "--output", self.file, *[walk] * 12]
+        walks = [write_long_walk(self.folder / f"walk_{i}", 500) for i in range(12)]
+        arguments = ["--format", "json", "--output", self.file, *walks]
         self.output(*arguments)
         return arguments, self.file.read_bytes()
 
