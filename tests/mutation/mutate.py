@@ -2,7 +2,7 @@
 
     mutate.py [--check] [--jobs J] [--only TEXT] [LIST...]
 
-A list (library.toml, walk_folder.toml; none named: both) holds the faults. --check only looks
+A list (library.toml, walk_folder.toml, program.toml; none named: all) holds the faults. --check only looks
 whether each can still be put in. --only takes the faults whose file or lines contain TEXT. Exits
 with 1 when a fault is noticed by no test and not explained, or explained and noticed.
 """
@@ -55,6 +55,13 @@ STAGES = {
         (
             "walk_folder_test",
             ["tests/tools/walk_folder_test", "--gtest_brief=1", "--gtest_fail_fast"],
+        ),
+        EVERYTHING,
+    ],
+    "program": [
+        (
+            "gait-statistics",
+            [*CTEST, "tests/tools", "--tests-regex", "^gait_statistics_program[.]"],
         ),
         EVERYTHING,
     ],

@@ -507,7 +507,7 @@ class ExitCode(ProgramTest):
         write_walk(walk, left=strides())
         (self.folder / "link").symlink_to(walk / "exclusions.csv")
         before = (walk / "foot_cycles.csv").read_text()
-        for output in (walk / "foot_cycles.csv", self.folder / "link"):
+        for output in (walk / "foot_cycles.csv", walk / "about.csv", self.folder / "link"):
             result = run("--output", output, LEFT_FOOT, walk)
             self.assertEqual((result.returncode, result.stdout), (2, ""))
             self.assertEqual(result.stderr,
@@ -542,6 +542,16 @@ class ExitCode(ProgramTest):
         self.assertEqual((result.returncode, result.stdout), (1, ""))
         self.assertEqual(result.stderr,
                          f"{nowhere}: found no such folder, expected a walk folder\n")
+
+    def test_1_with_a_message_that_does_not_steer_a_terminal(self):
+        result = run(self.folder / "red\x1b[31m")
+        self.assertEqual(result.stderr, f"{self.folder}/red?[31m: found no such folder, expected a "
+                         "walk folder\n")
+
+    def test_0_for_one_foot_without_a_table_of_both(self):
+        walk = pathlib.Path(self.walk(left=strides(), right=strides()))
+        (walk / "feet_cycles.csv").unlink()
+        self.output("--foot", "left", walk)
 
     def test_1_for_a_foot_that_the_walk_does_not_have(self):
         result = run("--foot", "right", LEFT_FOOT)

@@ -299,6 +299,19 @@ class Tables(HostileTest):
                      "expected a table",
                      **self.as_nobody_who_may_write())
 
+    def test_in_a_folder_that_may_not_be_looked_into_are_no_walk_to_offer(self):
+        study = self.folder / "study"
+        (study / "closed").mkdir(parents=True)
+        (study / "closed").chmod(0)
+        options = self.as_nobody()
+        result = run(study, **options)
+        self.assertEqual(result.stderr, f"{study}: found neither recording.csv nor "
+                         "foot_cycles.csv, expected a walk folder with both\n")
+        result = run("--recursive", study, **options)
+        (study / "closed").chmod(0o755)
+        self.assertEqual(result.stderr, f"{study}/closed: found a folder that cannot be read "
+                         "(Permission denied), expected a walk folder\n")
+
     def as_nobody_who_may_write(self):
         options = self.as_nobody()
         self.out.chmod(0o777)
