@@ -204,9 +204,9 @@ void add_options(CLI::App& app, options& options) {
       ->check(CLI::Range(1, std::numeric_limits<int>::max()).description(""))
       ->type_name("N");
   app.add_flag("--list-parameters", options.list_parameters,
-               "Print the catalogue of gait parameters, instead of walks");
+               "Print the catalogue of gait parameters, and read no walks");
   app.add_flag("--list-checks", options.list_checks,
-               "Print the table of data checks, instead of walks");
+               "Print the table of data checks, and read no walks");
 }
 
 reply usage_error(const std::string& what) {
@@ -238,7 +238,7 @@ std::variant<options, reply> parse_command_line(int argc, const char* const* arg
                        std::string(" takes no WALK"));
   }
   if (options.list_parameters && options.list_checks) {
-    return usage_error("--list-parameters and --list-checks are two outputs, expected one");
+    return usage_error("--list-parameters and --list-checks cannot be given together");
   }
   if (options.output == "-") {
     options.output.reset();
