@@ -51,11 +51,7 @@ messages errors_of_excluded_indices(const std::vector<std::string>& indices) {
   for (const std::string& index : indices) {
     walk.exclusions += "feet,excluded_1," + index + ",\n";
   }
-  messages errors = errors_of(walk);
-  for (std::string& error : errors) {
-    error = replaced(error, "w/exclusions.csv", "");
-  }
-  return errors;
+  return errors_after("w/exclusions.csv", walk);
 }
 
 TEST(InputErrors, OfOneKindInAColumnAreSaidOnceWithTheFirstLines) {
@@ -243,11 +239,7 @@ messages errors_of_feet_cycle(const std::string& old, const std::string& text,
                               const std::string& beginning) {
   tables walk;
   change(walk.feet_cycles, old, text);
-  messages errors = errors_of(walk);
-  for (std::string& error : errors) {
-    error = replaced(error, "w/feet_cycles.csv:2: " + beginning, "");
-  }
-  return errors;
+  return errors_after("w/feet_cycles.csv:2: " + beginning, walk);
 }
 
 messages errors_of_feet_cycle(const std::string& row) {
@@ -338,11 +330,7 @@ TEST(Measured, ThatNoDoubleHolds) {
 messages errors_of_link(const std::string& cell) {
   tables walk;
   change(walk.feet_cycles, "25.5,0,", "25.5," + cell + ",");
-  messages errors = errors_of(walk);
-  for (std::string& error : errors) {
-    error = replaced(error, "w/feet_cycles.csv:2: column right_index: ", "");
-  }
-  return errors;
+  return errors_after("w/feet_cycles.csv:2: column right_index: ", walk);
 }
 
 TEST(WholeNumber, WithDecimals) {

@@ -119,15 +119,20 @@ inline messages errors_of(const tables& walk, const gait_walk::read_options& opt
 /// The warnings about a walk that can be read.
 inline messages warnings_of(const tables& walk) { return messages_of(read(walk).warnings); }
 
+/// The errors of a walk, without what they begin with.
+inline messages errors_after(const std::string& beginning, const tables& walk) {
+  messages errors = errors_of(walk);
+  for (std::string& error : errors) {
+    error = replaced(error, beginning, "");
+  }
+  return errors;
+}
+
 /// What is wrong with a walk with this text as its exclusions, without the file's name.
 inline messages errors_of_exclusions(const std::string& text) {
   tables walk;
   walk.exclusions = text;
-  messages errors = errors_of(walk);
-  for (std::string& error : errors) {
-    error = replaced(error, "w/exclusions.csv", "");
-  }
-  return errors;
+  return errors_after("w/exclusions.csv", walk);
 }
 
 /// How workbooks begin: .xlsx and .xls.

@@ -15,11 +15,7 @@ using namespace walk_folder_tests;
 messages errors_of_recording(const std::string& rows) {
   tables walk;
   walk.recording = recording_header + "\n" + rows;
-  messages errors = errors_of(walk);
-  for (std::string& error : errors) {
-    error = replaced(error, "w/recording.csv", "");
-  }
-  return errors;
+  return errors_after("w/recording.csv", walk);
 }
 
 TEST(Recording, WithoutRows) {
@@ -83,11 +79,7 @@ messages errors_of_foot_cycles(const std::vector<std::string>& rows) {
     walk.foot_cycles += row + only_gct;
   }
   walk.feet_cycles = feet_cycles_header + "\n0,1.25,25,,\n";
-  messages errors = errors_of(walk);
-  for (std::string& error : errors) {
-    error = replaced(error, "w/foot_cycles.csv", "");
-  }
-  return errors;
+  return errors_after("w/foot_cycles.csv", walk);
 }
 
 TEST(FootCycles, WithoutAnyOfAFoot) {
@@ -192,11 +184,7 @@ TEST(Strides, UpToALimitAreRead) {
 messages errors_of_feet_cycles(const std::string& rows) {
   tables walk;
   walk.feet_cycles = feet_cycles_header + "\n" + rows;
-  messages errors = errors_of(walk);
-  for (std::string& error : errors) {
-    error = replaced(error, "w/feet_cycles.csv", "");
-  }
-  return errors;
+  return errors_after("w/feet_cycles.csv", walk);
 }
 
 TEST(FeetCycles, WithoutRowsInAWalkOfTwoFeet) {

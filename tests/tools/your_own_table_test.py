@@ -77,7 +77,8 @@ class Recipe(unittest.TestCase):
         rows = sorted(EXPORT, key=lambda stride: (stride["Side"], stride["Start (s)"]))
         walk = pathlib.Path("monday")
         walk.mkdir()
-        (walk / "foot_cycles.csv").write_text("foot,first_sample,last_sample,gct,slength\n" + "".join(
+        header = "foot,first_sample,last_sample,gct,slength\n"
+        (walk / "foot_cycles.csv").write_text(header + "".join(
             f"{row['Side']},{samples(row['Start (s)'], row['End (s)'])},"
             f"{row['Stride time (ms)'] / 1000},{row['Stride length (cm)'] / 100}\n"
             for row in rows))
