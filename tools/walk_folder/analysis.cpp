@@ -129,12 +129,13 @@ std::vector<input_error> warnings_about_kept_strides(const walk& walk, const std
       continue;
     }
     const std::string name(name_of(foot));
-    warnings.push_back(
-        {table_file<exclusion_row>(folder), 0, "cycles",
-         "found strides of \"" + name + "\" excluded, but not their cycles of both feet (" +
-             kept.text("index", "indices") +
-             "), expected rows of \"feet\" for them: where both feet are analysed, rows of \"" +
-             name + "\" exclude nothing"});
+    std::string text = "found strides of \"" + name;
+    text += "\" excluded, but not their cycles of both feet (";
+    text += kept.text("index", "indices");
+    text += R"(), expected rows of "feet" for them: where both feet are analysed, rows of ")";
+    text += name;
+    text += "\" exclude nothing";
+    warnings.push_back({table_file<exclusion_row>(folder), 0, "cycles", std::move(text)});
   }
   return warnings;
 }
