@@ -69,6 +69,9 @@ TEST(InputErrors, OfTwoKindsOrColumnsAreSaidEach) {
             (messages{":2: column index: found \"a\", expected a whole number",
                       ":3: column index: found \"1.5\", expected a whole number without "
                       "decimals"}));
+  tables walk;
+  walk.feet_cycles = feet_cycles_header + "\n0,1.25,x,0,0\n1,x,26.5,1,1\n";
+  EXPECT_EQ(errors_of(walk).size(), 2U);
 }
 
 TEST(InputErrors, NameTheLineOnWhichARowBegins) {

@@ -51,9 +51,6 @@ similar_name similar_to(const fs::path& name) {
   similar_name nearest{"", ending->is_workbook};
   std::size_t smallest = 3;  // three other letters make another name
   for (const fs::path& table : table_files({})) {
-    if (name == table) {
-      return {};
-    }
     const std::size_t letters = letters_between(stem, bare_name(table.stem().string()));
     if (letters < smallest) {
       smallest = letters;
@@ -72,7 +69,8 @@ similar_files files_like(const fs::path& folder, std::string_view table) {
     const similar_name similar = similar_to(name);
     std::string& first = similar.is_workbook ? found.workbook : found.text;
     std::error_code unknown;
-    // Where capitals make no difference to the system, the file is the table itself.
+    // The table itself is not another file, nor is one that is the same where capitals make no
+    // difference to the system.
     if (similar.table == table && (first.empty() || name < first) &&
         entry->is_regular_file(unknown) &&
         !fs::equivalent(entry->path(), folder / table, unknown)) {

@@ -18,11 +18,11 @@ struct similar_name {
 };
 
 /// Hidden files, copies that editors keep ("exclusions.csv~", ".bak") and about.txt, which people
-/// write for themselves, are like no table; nor is a table of its own.
+/// write for themselves, are like no table.
 similar_name similar_to(const std::filesystem::path& name);
 
-/// The files of a folder that have nearly a table's name, one of each kind: the first by name, or
-/// an empty name.
+/// The other files of a folder that have nearly a table's name, one of each kind: the first by name,
+/// or an empty name.
 struct similar_files {
   std::string text;
   std::string workbook;
