@@ -174,7 +174,7 @@ void check_contract(const gait_result& result, bool both_feet) {
   }
 }
 
-void analyse(const gait_walk::walk& walk, analysed_cycles asked_for) {
+void analyse(const gait_walk::walk& walk, analysed_cycles asked_for, const table_texts& texts) {
   const std::vector<gait_walk::input_error> faults =
       gait_walk::check_analysis(walk, asked_for, "w");
   if (!faults.empty()) {
@@ -184,6 +184,7 @@ void analyse(const gait_walk::walk& walk, analysed_cycles asked_for) {
     }
     return;
   }
+  check_faults(gait_walk::analysis_warnings(walk, asked_for, "w"), texts);
   gait_walk::analysis analysis = gait_walk::make_analysis(walk, asked_for);
   check_contract(analysis.result, gait_walk::cycles_of(walk, asked_for) == analysed_cycles::feet);
   gait_generate_statistics(analysis.result, {});
@@ -215,9 +216,9 @@ extern "C" int LLVMFuzzerTestOneInput(const std::uint8_t* bytes, std::size_t siz
       }
     }
     check_lines(read_walk.walk.feet_lines, read_walk.walk.feet.size(), texts[2]);
-    analyse(read_walk.walk, analysed_cycles::feet);
-    analyse(read_walk.walk, analysed_cycles::left);
-    analyse(read_walk.walk, analysed_cycles::right);
+    analyse(read_walk.walk, analysed_cycles::feet, texts);
+    analyse(read_walk.walk, analysed_cycles::left, texts);
+    analyse(read_walk.walk, analysed_cycles::right, texts);
     check_written(read_walk.walk);
   } catch (const gait_walk::walk_error& error) {
     check(!error.errors().empty(), "a walk that is refused has a fault");

@@ -12,5 +12,5 @@ gtest_discover_tests(statistics_test)
 # The percentile definition and the sums, compared with numpy's.
 add_executable(print_statistics numpy_agreement/print_statistics.cpp)
 target_link_libraries(print_statistics PRIVATE gait_statistics_objects gait_warnings)
-add_numpy_test(numpy_agreement
+add_python_test(numpy_agreement numpy
   ${CMAKE_CURRENT_SOURCE_DIR}/numpy_agreement/compare.py $<TARGET_FILE:print_statistics>)

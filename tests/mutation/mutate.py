@@ -2,10 +2,9 @@
 
     mutate.py [--check] [--jobs J] [--only TEXT] [LIST...]
 
-A list (library.toml, walk_folder.toml, walk_measures.toml; none named: all) holds the faults.
---check only looks whether each can still be put in. --only takes the faults whose file or lines
-contain TEXT. Exits with 1 when a fault is noticed by no test and not explained, or explained and
-noticed.
+The lists beside this program hold the faults; none named: all. --check only looks whether each can
+still be put in. --only takes the faults whose file or lines contain TEXT. Exits with 1 when a fault
+is noticed by no test and not explained, or explained and noticed.
 """
 
 import argparse
@@ -67,6 +66,13 @@ STAGES = {
         (
             "parameter_measures_test",
             ["tests/tools/parameter_measures_test", "--gtest_brief=1", "--gtest_fail_fast"],
+        ),
+        EVERYTHING,
+    ],
+    "program": [
+        (
+            "gait-statistics",
+            [*CTEST, "tests/tools", "--tests-regex", "^gait_statistics_program[.]"],
         ),
         EVERYTHING,
     ],

@@ -28,7 +28,7 @@ SOUND = {
        f"left,0,0,99,{VALUES}\nleft,1,100,199,{VALUES}\n"
        f"right,0,50,149,{VALUES}\nright,1,150,249,{VALUES}\n",
     B: "index,gct,ds,right_index,left_index\n0,1.125,25.5,0,0\n1,1.125,26.5,1,1\n",
-    E: "cycles,list,index,reason\nfeet,excluded_1,1,turn\nleft,excluded_2,0,start\n",
+    E: "cycles,list,index,reason\nfeet,excluded_1,1,turn\nleft,excluded_2,1,start\n",
 }
 
 
@@ -108,7 +108,7 @@ CASES = [
          f"{B}:2: column ds: found \"{'x' * 40}...\", {NUMBER}"),
     case("every cycle excluded", with_rows(E, "feet,excluded_2,0,\n"),
          f"{E}: found all 2 cycles of \"feet\" excluded, expected at least one to be left"),
-    case("every cycle of the one foot excluded", with_rows(E, "left,excluded_1,1,\n"),
+    case("every cycle of the one foot excluded", with_rows(E, "left,excluded_1,0,\n"),
          f"{E}: found all 2 cycles of \"left\" excluded, expected at least one to be left",
          arguments=("--foot", "left")),
     case("more strides than are taken",
@@ -121,9 +121,19 @@ CASES = [
          f"{R}:2: column sampling_rate: found \"x\", {WHOLE}",
          f"{F}:2: column hs: found \"x\", {NUMBER}", f"{B}:2: column ds: found \"x\", {NUMBER}",
          f"{E}:2: column index: found \"x\", {WHOLE}"),
-    case("more errors than are shown", with_rows(E, "feet,excluded_1,x,\n" * 30),
-         *(f"{E}:{number}: column index: found \"x\", {WHOLE}" for number in range(4, 24)),
-         f"{E}: and 10 more"),
+    case("one error in many rows", with_rows(E, "feet,excluded_1,x,\n" * 30),
+         f"{E}:4: column index: found \"x\", {WHOLE} (and in 29 more rows: lines 5, 6, 7, 8, 9, "
+         "...)"),
+    case("more errors than are shown",
+         content(F, SOUND[F].replace("gct", ",".join(f"gct {i}" for i in range(30)))
+                 .replace(VALUES, VALUES + ",1.125" * 29)),
+         *(f"{F}:1: column gct {i}: found an unknown column, expected gct: rename it, or leave it "
+           "out with --ignore-column" for i in range(20)),
+         f"{F}: and 10 more"),
+    case("exclusions under another name", content(E, None),
+         in_place("exclusion.csv", lambda path: path.write_text(SOUND[E])),
+         f"{E}: found no such file, but \"exclusion.csv\", expected a table: rename it to {E}, or "
+         "move it out of the folder if it is something else"),
 ]
 
 

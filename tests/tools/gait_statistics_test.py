@@ -424,6 +424,28 @@ class CommandLine(ProgramTest):
         self.assertEqual(report.replace(str(self.folder) + "/", ""),
                          self.output("a/first", "a/second", "b/first", cwd=self.folder))
 
+    def test_words_may_be_written_as_in_tables(self):
+        left = self.output("--foot", "left", "--format", "csv", BOTH_FEET)
+        for word in ("L", "l", "Left", "LEFT"):
+            self.assertEqual(self.output("--foot", word, "--format", "CSV", BOTH_FEET), left)
+
+    def test_help_says_that_an_option_takes_one_name(self):
+        self.assertRegex(self.output("--help"), r"--ignore-column NAME  +\S")
+
+    def test_an_option_of_one_name_does_not_take_the_walk_for_another(self):
+        walk = pathlib.Path(self.walk(left=strides()))
+        table = walk / "foot_cycles.csv"
+        table.write_text("".join(f"{line},x,y\n" for line in table.read_text().splitlines()))
+        self.output("--ignore-column", "X", "--ignore-column", "Y", walk)
+
+    def test_a_walk_that_is_given_twice_is_reported_once(self):
+        walk = self.walk(left=strides())
+        result = run(walk, walk + "/", LEFT_FOOT, cwd=self.folder)
+        self.assertEqual(result.returncode, 0)
+        self.assertEqual(without_findings(result.stderr),
+                         [f"note: {walk}/: the same walk as {walk}, reported once"])
+        self.assertEqual(result.stdout, self.output(walk, LEFT_FOOT))
+
     def test_settings_value_may_be_negative(self):
         self.assertEqual(self.json_walk("--settings-value", "-5", BOTH_FEET)["settings_value"],
                          -5.0)
@@ -466,12 +488,13 @@ class ExitCode(ProgramTest):
         self.assertIn("no WALK given", self.refused("--format", "csv"))
 
     def test_2_for_a_wrong_command_line(self):
-        for arguments in (["--feet", "left"], ["--foot", "both"], ["--foot", "LEFT"], ["--foot"],
+        for arguments in (["--feet", "left"], ["--foot", "both"], ["--foot", "feet"], ["--foot"],
                           ["--format", "xml"], ["--settings-value", "12,5"],
                           ["--settings-value", "nan"], ["--settings-value", "inf"],
                           ["--settings-value", "1e99"], ["--settings-value", ""],
                           ["--width", "5"], ["--width", "-80"], ["--width", "wide"],
-                          ["--output", ""], ["--output", "a", "--output", "b"]):
+                          ["--output", ""], ["--output", "a", "--output", "b"],
+                          ["--output", "a.xlsx"], ["--ignore-column"]):
             with self.subTest(arguments=arguments):
                 self.refused(BOTH_FEET, *arguments)
 
@@ -484,7 +507,7 @@ class ExitCode(ProgramTest):
         write_walk(walk, left=strides())
         (self.folder / "link").symlink_to(walk / "exclusions.csv")
         before = (walk / "foot_cycles.csv").read_text()
-        for output in (walk / "foot_cycles.csv", self.folder / "link"):
+        for output in (walk / "foot_cycles.csv", walk / "about.csv", self.folder / "link"):
             result = run("--output", output, LEFT_FOOT, walk)
             self.assertEqual((result.returncode, result.stdout), (2, ""))
             self.assertEqual(result.stderr,
@@ -519,6 +542,16 @@ class ExitCode(ProgramTest):
         self.assertEqual((result.returncode, result.stdout), (1, ""))
         self.assertEqual(result.stderr,
                          f"{nowhere}: found no such folder, expected a walk folder\n")
+
+    def test_1_with_a_message_that_does_not_steer_a_terminal(self):
+        result = run(self.folder / "red\x1b[31m")
+        self.assertEqual(result.stderr, f"{self.folder}/red?[31m: found no such folder, expected a "
+                         "walk folder\n")
+
+    def test_0_for_one_foot_without_a_table_of_both(self):
+        walk = pathlib.Path(self.walk(left=strides(), right=strides()))
+        (walk / "feet_cycles.csv").unlink()
+        self.output("--foot", "left", walk)
 
     def test_1_for_a_foot_that_the_walk_does_not_have(self):
         result = run("--foot", "right", LEFT_FOOT)
@@ -590,7 +623,7 @@ class DataChecks(ProgramTest):
     def test_that_nobody_knows_are_refused_with_the_nearest_name(self):
         result = run(self.broken, "--without-check", "swing_bound")
         self.assertEqual((result.returncode, result.stdout), (2, ""))
-        self.assertIn('"swing_bound" is no check; did you mean swing_bounds?', result.stderr)
+        self.assertIn('"swing_bound" is not a check; did you mean swing_bounds?', result.stderr)
 
     def test_leave_a_walk_out_when_they_are_strict(self):
         result = run("--strict", self.broken, self.walk("sound", left=strides()))
@@ -731,6 +764,13 @@ class OutputFile(ProgramTest):
         self.assertTrue(self.file.is_symlink())
         self.assertEqual(target.read_text(), self.output(LEFT_FOOT))
 
+    def test_is_not_made_of_a_link_that_leads_nowhere(self):
+        self.file.symlink_to(self.folder / "nowhere")
+        self.fails(f"{self.file}, a link that leads nowhere: No such file or directory",
+                   "--output", self.file, LEFT_FOOT)
+        self.assertTrue(self.file.is_symlink())
+        self.assertFalse(self.file.exists())
+
     def test_leaves_nothing_else_behind(self):
         self.output("--output", self.file, LEFT_FOOT)
         self.assertEqual(os.listdir(self.folder), ["result"])
@@ -816,19 +856,30 @@ class OutputFile(ProgramTest):
 
     def test_closed_pipe_in_place_of_a_file_is_an_error(self):
         os.mkfifo(self.file)
+        # More than a pipe holds.
+        walk = self.walk(left=strides(900))
         # A reader that lets the writer open the pipe, and goes before anything is written.
         with subprocess.Popen(["sh", "-c", f"exec 3<'{self.file}'; exec 3<&-"]) as reader:
-            self.fails(f"{self.file}: Broken pipe", "--output", self.file,
-                       *[BOTH_FEET] * 200)
+            self.fails(f"{self.file}: Broken pipe", "--format", "json", "--output", self.file,
+                       walk)
             reader.wait()
 
     def test_has_the_format_of_its_ending(self):
-        for ending, form in (("csv", "csv"), ("json", "json"), ("txt", "table"), ("md", "table")):
+        for ending, form in (("csv", "csv"), ("json", "json"), ("txt", "table"), ("CSV", "csv")):
             file = self.folder / f"result.{ending}"
             self.output("-o", file, LEFT_FOOT)
             self.assertEqual(file.read_text(), self.output("--format", form, LEFT_FOOT))
             self.output("-o", file, "--format", "json", LEFT_FOOT)
             self.assertEqual(file.read_text(), self.output("--format", "json", LEFT_FOOT))
+
+    def test_of_an_unknown_ending_needs_a_format(self):
+        file = self.folder / "result.xlsx"
+        result = run("-o", file, LEFT_FOOT)
+        self.assertEqual((result.returncode, result.stdout), (2, ""))
+        self.assertRegex(result.stderr, '^gait-statistics: --output: no format has the ending '
+                         r'"\.xlsx": use \.txt, .* or \.json, or add --format\n')
+        self.assertFalse(file.exists())
+        self.output("-o", file, "--format", "csv", LEFT_FOOT)
 
     def test_of_a_dash_is_the_standard_output(self):
         self.assertEqual(self.output("-o", "-", LEFT_FOOT, cwd=self.folder),

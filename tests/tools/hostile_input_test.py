@@ -241,8 +241,8 @@ class Interruption(HostileTest):
         self.check_ends(process, signal.SIGINT)
 
     def large_output(self):
-        walk = write_long_walk(self.folder / "walk", 500)
-        arguments = ["--format", "json", "--output", self.file, *[walk] * 12]
+        walks = [write_long_walk(self.folder / f"walk_{i}", 500) for i in range(12)]
+        arguments = ["--format", "json", "--output", self.file, *walks]
         self.output(*arguments)
         return arguments, self.file.read_bytes()
 
@@ -301,6 +301,19 @@ class Tables(HostileTest):
                      "feet_cycles.csv: found a file that cannot be read (Permission denied), "
                      "expected a table",
                      **self.as_nobody_who_may_write())
+
+    def test_in_a_folder_that_may_not_be_looked_into_are_no_walk_to_offer(self):
+        study = self.folder / "study"
+        (study / "closed").mkdir(parents=True)
+        (study / "closed").chmod(0)
+        options = self.as_nobody()
+        result = run(study, **options)
+        self.assertEqual(result.stderr, f"{study}: found neither recording.csv nor "
+                         "foot_cycles.csv, expected a walk folder with both\n")
+        result = run("--recursive", study, **options)
+        (study / "closed").chmod(0o755)
+        self.assertEqual(result.stderr, f"{study}/closed: found a folder that cannot be read "
+                         "(Permission denied), expected a walk folder\n")
 
     def as_nobody_who_may_write(self):
         options = self.as_nobody()

@@ -23,6 +23,10 @@ add_test(NAME gait_statistics_program.DataChecksTrial
   COMMAND ${GAIT_PYTHON} ${CMAKE_CURRENT_LIST_DIR}/data_checks_trial.py
     $<TARGET_FILE:gait-statistics> $<TARGET_FILE:gait-make-walk>)
 
+add_python_test(gait_statistics_program.YourOwnTable pandas
+  ${CMAKE_CURRENT_LIST_DIR}/your_own_table_test.py $<TARGET_FILE:gait-statistics>
+  ${PROJECT_SOURCE_DIR}/docs/your-own-table.md)
+
 # What it does with what it cannot use.
 add_test(NAME gait_statistics_program.BrokenWalks
   COMMAND ${GAIT_PYTHON} ${CMAKE_CURRENT_LIST_DIR}/broken_walks.py $<TARGET_FILE:gait-statistics>)

@@ -2,9 +2,11 @@
 add_executable(walk_folder_test
   walk_folder_analysis_test.cpp
   walk_folder_csv_test.cpp
+  walk_folder_folders_test.cpp
   walk_folder_input_errors_test.cpp
   walk_folder_hostile_test.cpp
-  walk_folder_test.cpp)
+  walk_folder_test.cpp
+  walk_folder_walk_errors_test.cpp)
 target_include_directories(walk_folder_test PRIVATE ${PROJECT_SOURCE_DIR}/tests/library)
 target_link_libraries(walk_folder_test PRIVATE gait_walk_folder gait_warnings GTest::gtest_main)
 

@@ -181,4 +181,35 @@ TEST(CheckAnalysis, ReportsAFootThatTheWalkLacks) {
                       "is to be analysed"}));
 }
 
+/// The warnings about an analysis of a walk with two cycles of both feet: 0 links the strides right 0
+/// and left 1, and 1 the two others.
+messages warnings_of_exclusions(const std::string& rows, analysed_cycles asked_for) {
+  tables text;
+  text.feet_cycles = feet_cycles_header + "\n0,1.25,25.5,0,1\n1,1.5,26.5,1,0\n";
+  text.exclusions = exclusions_header + "\n" + rows;
+  return messages_of(gait_walk::analysis_warnings(walk_of(text), asked_for, "w"));
+}
+
+TEST(AnalysisWarnings, NameCyclesOfBothFeetOfWhichOneStrideIsExcluded) {
+  EXPECT_EQ(
+      warnings_of_exclusions("feet,excluded_1,0,\nleft,excluded_2,0,\nright,excluded_1,0,\n",
+                             analysed_cycles::feet),
+      (messages{"w/exclusions.csv: column cycles: found strides of \"left\" excluded, but not "
+                "their cycles of both feet (index 1), expected rows of \"feet\" for them: "
+                "where both feet are analysed, rows of \"left\" exclude nothing"}));
+}
+
+TEST(AnalysisWarnings, SayNothingOfStridesWhoseCyclesOfBothFeetAreExcludedOrThatNoneLinks) {
+  EXPECT_EQ(warnings_of_exclusions("feet,excluded_1,1,\nleft,excluded_2,0,\nleft,excluded_1,7,\n"
+                                   "left,excluded_1_fallback,1,\n",
+                                   analysed_cycles::feet),
+            messages{});
+}
+
+TEST(AnalysisWarnings, SayNothingOfOtherExclusionsWhereOneFootWasAskedFor) {
+  EXPECT_EQ(warnings_of_exclusions("feet,excluded_1,1,\nleft,excluded_2,1,\nright,excluded_2,0,\n",
+                                   analysed_cycles::left),
+            messages{});
+}
+
 }  // namespace

@@ -3,20 +3,15 @@
 
 #include <gtest/gtest.h>
 
-#include <sys/stat.h>
-
 #include <cstddef>
-#include <filesystem>
 #include <string>
 #include <utility>
 #include <vector>
 
 namespace {
 
-namespace fs = std::filesystem;
 using namespace walk_folder_tests;
 using gait_walk::input_error;
-using gait_walk::read_walk_folder;
 using gait_walk::walk_error;
 
 // ---- Messages
@@ -38,15 +33,45 @@ TEST(WalkError, SaysItsFirstError) {
 
 TEST(InputErrors, OfAFileAreCountedBeyondTheLimit) {
   tables walk;
-  walk.exclusions = exclusions_header + "\nx\nx\n";
-  for (int i = 0; i < 5; ++i) {
-    walk.exclusions += "feet,excluded_1,x,\n";
+  walk.exclusions = exclusions_header + "\nboth,a,x,\nboth,a,1,\nboth,a,x,\n";
+  EXPECT_EQ(
+      errors_of(walk, {2}),
+      (messages{"w/exclusions.csv:2: column cycles: found \"both\", expected one of: feet, left, "
+                "right (and in 2 more rows: lines 3, 4)",
+                "w/exclusions.csv:2: column list: found \"a\", expected one of: excluded_1, "
+                "excluded_1_fallback, excluded_2, excluded_2_fallback (and in 2 more rows: lines "
+                "3, 4)",
+                "w/exclusions.csv: and 2 more"}));
+}
+
+/// The errors of a walk whose exclusions have these indices.
+messages errors_of_excluded_indices(const std::vector<std::string>& indices) {
+  tables walk;
+  walk.exclusions = exclusions_header + "\n";
+  for (const std::string& index : indices) {
+    walk.exclusions += "feet,excluded_1," + index + ",\n";
   }
-  EXPECT_EQ(errors_of(walk, {3}),
-            (messages{"w/exclusions.csv:2: found 1 cell, expected 4",
-                      "w/exclusions.csv:3: found 1 cell, expected 4",
-                      "w/exclusions.csv:4: column index: found \"x\", expected a whole number",
-                      "w/exclusions.csv: and 4 more"}));
+  return errors_after("w/exclusions.csv", walk);
+}
+
+TEST(InputErrors, OfOneKindInAColumnAreSaidOnceWithTheFirstLines) {
+  const std::string first = ":2: column index: found \"a\", expected a whole number";
+  EXPECT_EQ(errors_of_excluded_indices({"a", "1", "b"}),
+            (messages{first + " (and in 1 more row: line 4)"}));
+  EXPECT_EQ(errors_of_excluded_indices({"a", "b", "c", "d", "e", "f"}),
+            (messages{first + " (and in 5 more rows: lines 3, 4, 5, 6, 7)"}));
+  EXPECT_EQ(errors_of_excluded_indices({"a", "b", "c", "d", "e", "f", "g"}),
+            (messages{first + " (and in 6 more rows: lines 3, 4, 5, 6, 7, ...)"}));
+}
+
+TEST(InputErrors, OfTwoKindsOrColumnsAreSaidEach) {
+  EXPECT_EQ(errors_of_excluded_indices({"a", "1.5"}),
+            (messages{":2: column index: found \"a\", expected a whole number",
+                      ":3: column index: found \"1.5\", expected a whole number without "
+                      "decimals"}));
+  tables walk;
+  walk.feet_cycles = feet_cycles_header + "\n0,1.25,x,0,0\n1,x,26.5,1,1\n";
+  EXPECT_EQ(errors_of(walk).size(), 2U);
 }
 
 TEST(InputErrors, NameTheLineOnWhichARowBegins) {
@@ -81,191 +106,7 @@ TEST(InputErrors, ShowLongCellsShortenedAndControlCharactersEscaped) {
             shown_as("\xC2\xA0\xC3\xA4\xE2\x82\xAC"));
 }
 
-// ---- Folders and files
-
-/// What is wrong with a folder, with its path written as "w".
-messages errors_of_folder(const fs::path& folder) {
-  messages errors = errors_thrown_by([&] { read_walk_folder(folder); });
-  for (std::string& error : errors) {
-    error = replaced(error, folder.string(), "w");
-  }
-  return errors;
-}
-
-class Folder
-    : public testing::Test {  // NOLINT(readability-identifier-naming): the name of the tests
-protected:
-  Folder() { write_tables({}, folder.path()); }
-  const temporary_folder folder;
-};
-
-TEST_F(Folder, ThatIsMissing) {
-  EXPECT_EQ(errors_of_folder(folder.path() / "none"),
-            (messages{"w: found no such folder, expected a walk folder"}));
-}
-
-TEST_F(Folder, ThatIsAFile) {
-  write_text(folder.path() / "strides.csv", "time,force\n");
-  EXPECT_EQ(errors_of_folder(folder.path() / "strides.csv"),
-            (messages{"w: found a file, expected a walk folder, with recording.csv and "
-                      "foot_cycles.csv in it"}));
-}
-
-TEST_F(Folder, ThatIsATableOfOne) {
-  fs::create_directory(folder.path() / "x");
-  write_text(folder.path() / "x" / "about.csv", "");
-  EXPECT_EQ(errors_thrown_by([&] { read_walk_folder(folder.path() / "x" / "about.csv"); }),
-            (messages{(folder.path() / "x" / "about.csv").string() +
-                      ": found a table, expected a walk folder: give the folder that it is in, \"" +
-                      (folder.path() / "x").string() + "\""}));
-}
-
-/// How workbooks begin: .xlsx and .xls.
-const std::vector<std::string> workbooks = {"PK\x03\x04\x14", "\xD0\xCF\x11\xE0\xA1"};
-
-TEST_F(Folder, ThatIsAWorkbook) {
-  for (const std::string& workbook : workbooks) {
-    write_text(folder.path() / "monday", workbook);
-    EXPECT_EQ(errors_of_folder(folder.path() / "monday"),
-              (messages{"w: found an Excel workbook, expected a walk folder: save each sheet as "
-                        "CSV (UTF-8) in a folder, as recording.csv, foot_cycles.csv and "
-                        "feet_cycles.csv"}));
-  }
-}
-
-TEST_F(Folder, ThatIsAPipeIsNotWaitedFor) {
-  ASSERT_EQ(mkfifo((folder.path() / "pipe").c_str(), 0600), 0);
-  EXPECT_EQ(errors_of_folder(folder.path() / "pipe").size(), 1U);
-}
-
-TEST_F(Folder, WithoutTables) {
-  fs::create_directory(folder.path() / "empty");
-  EXPECT_EQ(errors_of_folder(folder.path() / "empty"),
-            (messages{"w: found neither recording.csv nor foot_cycles.csv, expected a walk folder "
-                      "with both"}));
-}
-
-TEST_F(Folder, WithAWorkbookInPlaceOfTables) {
-  const fs::path walk = folder.path() / "workbooks";
-  fs::create_directory(walk);
-  write_text(walk / "b.xlsx", workbooks[0]);
-  write_text(walk / "a.xls", workbooks[1]);
-  write_text(walk / "~$b.xlsx", "no workbook, but the mark that it is open");
-  EXPECT_EQ(errors_of_folder(walk),
-            (messages{"w: found no tables, but the workbook \"a.xls\", expected a walk folder: "
-                      "save each sheet as CSV (UTF-8), as recording.csv, foot_cycles.csv and "
-                      "feet_cycles.csv"}));
-}
-
-TEST_F(Folder, WithAWorkbookInPlaceOfOneTable) {
-  fs::remove(folder.path() / "foot_cycles.csv");
-  write_text(folder.path() / "foot_cycles.xlsx", workbooks[0]);
-  EXPECT_EQ(errors_of_folder(folder.path()),
-            (messages{"w/foot_cycles.csv: found no such file, but the workbook "
-                      "\"foot_cycles.xlsx\", expected a table: save its sheet as CSV (UTF-8) under "
-                      "this name"}));
-}
-
-TEST_F(Folder, OfWalkFolders) {
-  const fs::path parent = folder.path() / "all";
-  write_tables({}, parent / "b" / "walk");
-  EXPECT_EQ(errors_of_folder(parent),
-            (messages{"w: found no tables, but walk folders below (1), expected a walk folder: "
-                      "give \"w/b/walk\", or --recursive for all"}));
-  write_tables({}, parent / "a");
-  EXPECT_EQ(errors_of_folder(parent),
-            (messages{"w: found no tables, but walk folders below (2), expected a walk folder: "
-                      "give \"w/a\" and so on, or --recursive for all"}));
-}
-
-TEST_F(Folder, BelowAFile) {
-  const messages errors = errors_of_folder(folder.path() / "recording.csv" / "x");
-  EXPECT_EQ(errors, (messages{"w: found no such folder, expected a walk folder"}));
-}
-
-TEST_F(Folder, WithoutOneTable) {
-  const std::vector<std::pair<std::string, std::string>> complaints = {
-      {"recording.csv",
-       "found no such file beside foot_cycles.csv, feet_cycles.csv, exclusions.csv, expected a "
-       "table: is the folder copied or written only in part?"},
-      {"foot_cycles.csv",
-       "found no such file beside recording.csv, feet_cycles.csv, exclusions.csv, expected a "
-       "table: is the folder copied or written only in part?"},
-      {"feet_cycles.csv",
-       "found no such file, expected a table: write it, or analyse one foot with --foot"}};
-  for (const auto& [table, complaint] : complaints) {
-    fs::rename(folder.path() / table, folder.path() / "elsewhere");
-    EXPECT_EQ(errors_of_folder(folder.path()), (messages{"w/" + table + ": " + complaint}));
-    fs::rename(folder.path() / "elsewhere", folder.path() / table);
-  }
-}
-
-TEST_F(Folder, ThatIsHalfWritten) {
-  fs::rename(folder.path() / "foot_cycles.csv", folder.path() / "foot_cycles.csv.part");
-  write_text(folder.path() / "exclusions.csv.part", "");
-  const std::string left =
-      ".part, which an interrupted writing left, expected a whole table: "
-      "write the walk again";
-  EXPECT_EQ(errors_of_folder(folder.path()),
-            (messages{"w/foot_cycles.csv: found foot_cycles.csv" + left,
-                      "w/exclusions.csv: found exclusions.csv" + left +
-                          ", or remove that file if the table is whole"}));
-}
-
-TEST_F(Folder, WithAFolderInPlaceOfATable) {
-  fs::remove(folder.path() / "exclusions.csv");
-  fs::create_directory(folder.path() / "exclusions.csv");
-  EXPECT_EQ(errors_of_folder(folder.path()),
-            (messages{"w/exclusions.csv: found a folder, expected a table"}));
-}
-
-TEST_F(Folder, WithALinkInACircle) {
-  fs::remove(folder.path() / "exclusions.csv");
-  fs::create_symlink(folder.path() / "exclusions.csv", folder.path() / "exclusions.csv");
-  EXPECT_EQ(errors_of_folder(folder.path()),
-            (messages{"w/exclusions.csv: found a file that cannot be read (Too many levels of "
-                      "symbolic links), expected a table"}));
-}
-
-TEST_F(Folder, WithATableThatCannotBeOpened) {
-  fs::permissions(folder.path() / "exclusions.csv", fs::perms::none);
-  const messages errors = errors_of_folder(folder.path());
-  if (errors.empty()) {
-    GTEST_SKIP() << "this user may read everything";
-  }
-  EXPECT_EQ(errors, (messages{"w/exclusions.csv: found a file that cannot be read (Permission "
-                              "denied), expected a table"}));
-}
-
-TEST_F(Folder, WithATableThatBreaksOff) {
-  if (!fs::exists("/proc/self/mem")) {
-    GTEST_SKIP() << "there is no /proc/self/mem, which opens but cannot be read from its beginning";
-  }
-  fs::remove(folder.path() / "exclusions.csv");
-  fs::create_symlink("/proc/self/mem", folder.path() / "exclusions.csv");
-  EXPECT_EQ(errors_of_folder(folder.path()),
-            (messages{"w/exclusions.csv: found a file that cannot be read, expected a table"}));
-}
-
-TEST(Streams, ThatAreMissing) {
-  EXPECT_EQ(errors_thrown_by([] { gait_walk::read_walk_tables({}); }),
-            (messages{"recording.csv: found no such table, expected one",
-                      "foot_cycles.csv: found no such table, expected one",
-                      "feet_cycles.csv: found no such table, expected one"}));
-}
-
 // ---- Texts that are no tables
-
-/// What is wrong with a walk with this text as its exclusions, without the file's name.
-messages errors_of_exclusions(const std::string& text) {
-  tables walk;
-  walk.exclusions = text;
-  messages errors = errors_of(walk);
-  for (std::string& error : errors) {
-    error = replaced(error, "w/exclusions.csv", "");
-  }
-  return errors;
-}
 
 TEST(Text, ThatIsEmpty) {
   const messages empty = {
@@ -319,10 +160,22 @@ TEST(Columns, WithoutWhichNoRowCanBePlacedHideNothingElse) {
 }
 
 TEST(Columns, ThatAreUnknown) {
-  EXPECT_EQ(
-      errors_of_exclusions("cycles,list,index,reason,date\nfeet,excluded_1,1,turn,today\n"),
-      (messages{":1: column date: found an unknown column, expected only cycles,list,index,reason: "
-                "leave it out with --ignore-column"}));
+  EXPECT_EQ(errors_of_exclusions("cycles,list,index,reason,date\nfeet,excluded_1,1,turn,today\n"),
+            (messages{":1: found an unknown column (\"date\"), expected only known ones: leave it "
+                      "out with --ignore-column"}));
+  EXPECT_EQ(errors_of_exclusions("date,cycles,q1,q2,list,q3,index\n1,feet,,,excluded_1,,1\n"),
+            (messages{":1: found 4 unknown columns (\"date\", \"q1\", \"q2\", ...), expected only "
+                      "known ones: leave them out with --ignore-column all, or rename: the table "
+                      "has no reason"}));
+}
+
+TEST(Columns, ThatAreThereAreNotTheNearestNameOfAnother) {
+  tables walk;
+  change(walk.feet_cycles, feet_cycles_header, "index,gct,gct (s),right_index,left_index");
+  EXPECT_EQ(errors_of(walk),
+            (messages{"w/feet_cycles.csv:1: found an unknown column (\"gct (s)\"), expected only "
+                      "known ones: leave it out with --ignore-column, or rename: the table has no "
+                      "ds"}));
 }
 
 TEST(Columns, ThatAreNearlyKnown) {
@@ -333,7 +186,7 @@ TEST(Columns, ThatAreNearlyKnown) {
       {"idx", "index"},       {"SIDE", "foot"}};
   for (const auto& [name, nearest] : names) {
     tables walk;
-    change(walk.foot_cycles, foot_cycles_header + "\n", foot_cycles_header + "," + name + "\n");
+    change(walk.foot_cycles, nearest, name);
     EXPECT_EQ(errors_of(walk).front(), "w/foot_cycles.csv:1: column " + name +
                                            ": found an unknown column, expected " + nearest +
                                            ": rename it, or leave it out with --ignore-column");
@@ -346,16 +199,16 @@ TEST(Columns, ThatAreNotIgnoredStayErrors) {
   gait_walk::read_options options;
   options.ignored_columns = {"dat"};
   EXPECT_EQ(errors_of(walk, options).front(),
-            "w/exclusions.csv:1: column date: found an unknown column, expected only "
-            "cycles,list,index,reason: leave it out with --ignore-column");
+            "w/exclusions.csv:1: found an unknown column (\"date\"), expected only known ones: "
+            "leave it out with --ignore-column");
 }
 
 TEST(Columns, ThatAreRequiredCannotBeIgnored) {
   gait_walk::read_options options;
   options.ignored_columns = {"right_index"};
   EXPECT_EQ(errors_of({}, options),
-            (messages{"w/feet_cycles.csv:1: column right_index: found no such column, expected it "
-                      "in the header line"}));
+            (messages{"w/feet_cycles.csv:1: column right_index: found --ignore-column for it, "
+                      "expected it to be read: this table cannot do without the column"}));
 }
 
 TEST(Columns, ThatAreThereTwice) {
@@ -379,8 +232,8 @@ TEST(Columns, OfWhichNoneIsKnown) {
 TEST(Row, WithTooFewOrTooManyCells) {
   EXPECT_EQ(errors_of_exclusions(exclusions_header +
                                  "\nfeet\nfeet,excluded_1,1\nfeet,excluded_1,1,turn,left\n"),
-            (messages{":2: found 1 cell, expected 4", ":3: found 3 cells, expected 4",
-                      ":4: found 5 cells, expected 4: a reason with a comma in it needs quotation "
+            (messages{":2: found 1 cell, expected 4 (and in 1 more row: line 3)",
+                      ":4: found 5 cells, expected 4: a text with a comma in it needs quotation "
                       "marks around it"}));
 }
 
@@ -389,11 +242,7 @@ messages errors_of_feet_cycle(const std::string& old, const std::string& text,
                               const std::string& beginning) {
   tables walk;
   change(walk.feet_cycles, old, text);
-  messages errors = errors_of(walk);
-  for (std::string& error : errors) {
-    error = replaced(error, "w/feet_cycles.csv:2: " + beginning, "");
-  }
-  return errors;
+  return errors_after("w/feet_cycles.csv:2: " + beginning, walk);
 }
 
 messages errors_of_feet_cycle(const std::string& row) {
@@ -484,11 +333,7 @@ TEST(Measured, ThatNoDoubleHolds) {
 messages errors_of_link(const std::string& cell) {
   tables walk;
   change(walk.feet_cycles, "25.5,0,", "25.5," + cell + ",");
-  messages errors = errors_of(walk);
-  for (std::string& error : errors) {
-    error = replaced(error, "w/feet_cycles.csv:2: column right_index: ", "");
-  }
-  return errors;
+  return errors_after("w/feet_cycles.csv:2: column right_index: ", walk);
 }
 
 TEST(WholeNumber, WithDecimals) {
@@ -512,333 +357,6 @@ TEST(WholeNumber, ThatIsNone) {
   for (const std::string cell : {"x", "1x", "inf", "0x1", "-"}) {
     EXPECT_EQ(errors_of_link(cell), (messages{"found \"" + cell + "\", expected a whole number"}));
   }
-}
-
-// ---- recording.csv
-
-messages errors_of_recording(const std::string& rows) {
-  tables walk;
-  walk.recording = recording_header + "\n" + rows;
-  messages errors = errors_of(walk);
-  for (std::string& error : errors) {
-    error = replaced(error, "w/recording.csv", "");
-  }
-  return errors;
-}
-
-TEST(Recording, WithoutRows) {
-  EXPECT_EQ(errors_of_recording(""), (messages{": found no row, expected one for each foot"}));
-}
-
-TEST(Recording, WithASamplingRateThatIsNone) {
-  EXPECT_EQ(errors_of_recording("left,0,1000,1000\nright,,1000,1000\n"),
-            (messages{":2: column sampling_rate: found \"0\", expected a whole number from 1 to "
-                      "2147483647",
-                      ":3: column sampling_rate: found an empty cell, expected a whole number"}));
-}
-
-TEST(Recording, WithASamplingRateThatIsNotWhole) {
-  EXPECT_EQ(errors_of_recording("left,99.9,1000,1000\nright,99.9,1000,1000\n").front(),
-            ":2: column sampling_rate: found \"99.9\", expected a whole number without decimals: "
-            "scale the samples to a whole rate (index * new / old), and give that rate");
-}
-
-TEST(Recording, WithTwoSamplingRates) {
-  EXPECT_EQ(errors_of_recording("left,100,1000,1000\nright,200,1000,1000\n"),
-            (messages{":3: column sampling_rate: found \"200\", expected the sampling rate of the "
-                      "other foot, \"100\""}));
-}
-
-TEST(Recording, WithNumbersOfSamplesThatAreNone) {
-  EXPECT_EQ(
-      errors_of_recording("left,100,-5,18446744073709551616\nright,100,1.5,\n"),
-      (messages{
-          ":2: column signal_1_samples: found \"-5\", expected a whole number from 0 to "
-          "18446744073709551615",
-          ":2: column signal_2_samples: found \"18446744073709551616\", expected a whole number "
-          "from 0 to "
-          "18446744073709551615",
-          ":3: column signal_1_samples: found \"1.5\", expected a whole number without decimals"}));
-}
-
-TEST(Recording, ThatNamesAFootTwice) {
-  EXPECT_EQ(
-      errors_of_recording("left,100,1000,1000\nright,100,1000,1000\nleft,200,1000,1000\n"),
-      (messages{":4: column foot: found \"left\" again (as on line 2), expected each foot once"}));
-}
-
-TEST(Recording, ThatLacksAFootOfTheCycles) {
-  tables walk;
-  walk.recording = recording_header + "\nleft,100,1000,1000\n";
-  EXPECT_EQ(errors_of(walk), (messages{"w/foot_cycles.csv:4: column foot: found \"right\" (rows: "
-                                       "2), expected only feet that recording.csv names",
-                                       "w/feet_cycles.csv:2: found a cycle of both feet, expected "
-                                       "no row: recording.csv names one foot only"}));
-}
-
-// ---- foot_cycles.csv
-
-messages errors_of_foot_cycles(const std::vector<std::string>& rows) {
-  tables walk;
-  walk.foot_cycles = foot_cycles_header + "\n";
-  for (const std::string& row : rows) {
-    walk.foot_cycles += row + only_gct;
-  }
-  walk.feet_cycles = feet_cycles_header + "\n0,1.25,25,,\n";
-  messages errors = errors_of(walk);
-  for (std::string& error : errors) {
-    error = replaced(error, "w/foot_cycles.csv", "");
-  }
-  return errors;
-}
-
-TEST(FootCycles, WithoutAnyOfAFoot) {
-  EXPECT_EQ(errors_of_foot_cycles({"left,0,0,99,1"}),
-            (messages{": found no cycle of the right foot, expected at least one: recording.csv "
-                      "names that foot"}));
-  EXPECT_EQ(
-      errors_of_foot_cycles({}),
-      (messages{
-          ": found no cycle of the left foot, expected at least one: recording.csv names that foot",
-          ": found no cycle of the right foot, expected at least one: recording.csv names that "
-          "foot"}));
-}
-
-TEST(FootCycles, OfAnUnknownFootMayBeThoseThatAreMissing) {
-  EXPECT_EQ(errors_of_foot_cycles({"left,0,0,99,1", "rigth,0,0,99,1"}),
-            (messages{":3: column foot: found \"rigth\", expected one of: left, right"}));
-}
-
-TEST(FootCycles, WithAnIndexTwice) {
-  EXPECT_EQ(errors_of_foot_cycles({"left,0,0,99,1", "left,1,0,99,1", "left,0,0,99,1",
-                                   "left,0,0,99,1", "right,0,0,99,1"}),
-            (messages{":4: column index: found \"0\" again (as on line 2), expected each index of "
-                      "the left foot once",
-                      ":5: column index: found \"0\" again (as on line 2), expected each index of "
-                      "the left foot once"}));
-}
-
-TEST(FootCycles, WithGapsBetweenIndices) {
-  EXPECT_EQ(
-      errors_of_foot_cycles({"left,7,0,99,1", "left,0,0,99,1", "left,3,0,99,1", "right,1,0,99,1"}),
-      (messages{":2: column index: found \"7\" as the next index of the left foot, expected \"4\": "
-                "indices run from 0 "
-                "without gaps",
-                ":4: column index: found \"3\" as the next index of the left foot, expected \"1\": "
-                "indices run from 0 "
-                "without gaps",
-                ":5: column index: found \"1\" as the next index of the right foot, expected "
-                "\"0\": indices run from 0 "
-                "without gaps"}));
-}
-
-TEST(FootCycles, WithTheHighestIndexTwice) {
-  EXPECT_EQ(errors_of_foot_cycles({"left,0,0,99,1", "left,2147483647,0,9,1",
-                                   "left,2147483647,0,9,1", "right,0,0,99,1"}),
-            (messages{":3: column index: found \"2147483647\" as the next index of the left foot, "
-                      "expected \"1\": indices run "
-                      "from 0 without gaps",
-                      ":4: column index: found \"2147483647\" again (as on line 3), expected each "
-                      "index of the left foot once"}));
-}
-
-TEST(FootCycles, WithABadIndexMayFillTheGap) {
-  EXPECT_EQ(
-      errors_of_foot_cycles({"left,0,0,99,1", "left,x,0,99,1", "left,2,0,99,1", "right,0,0,99,1"}),
-      (messages{":3: column index: found \"x\", expected a whole number"}));
-}
-
-TEST(FootCycles, WithSamplesInTheWrongOrder) {
-  EXPECT_EQ(
-      errors_of_foot_cycles({"left,0,100,99,1", "right,0,100,100,1"}),
-      (messages{
-          ":2: column last_sample: found \"99\", expected at least the first sample, \"100\""}));
-}
-
-TEST(FootCycles, BeyondALimitAreCounted) {
-  tables walk;
-  walk.foot_cycles += "left,2,200,299,2.5" + only_gct;
-  walk.foot_cycles += "left,x,200,299,2.5" + only_gct;
-  EXPECT_EQ(errors_of(walk, {20, 2}),
-            (messages{"w/foot_cycles.csv: found 3 strides of the left foot, expected at most 2, "
-                      "the limit that was set",
-                      "w/foot_cycles.csv:7: column index: found \"x\", expected a whole number"}));
-}
-
-TEST(FeetCycles, BeyondALimitAreCounted) {
-  tables walk;
-  walk.feet_cycles += "2,1.5,26.5,,\n";
-  EXPECT_EQ(errors_of(walk, {20, 2}), (messages{"w/feet_cycles.csv: found 3 cycles of both feet, "
-                                                "expected at most 2, the limit that was set"}));
-}
-
-TEST(Strides, UpToALimitAreRead) {
-  const gait_walk::walk walk = read(tables(), {20, 2}).walk;
-  EXPECT_EQ(walk.left->cycles.size(), 2U);
-  EXPECT_EQ(walk.feet.size(), 2U);
-}
-
-// ---- feet_cycles.csv
-
-messages errors_of_feet_cycles(const std::string& rows) {
-  tables walk;
-  walk.feet_cycles = feet_cycles_header + "\n" + rows;
-  messages errors = errors_of(walk);
-  for (std::string& error : errors) {
-    error = replaced(error, "w/feet_cycles.csv", "");
-  }
-  return errors;
-}
-
-TEST(FeetCycles, WithoutRowsInAWalkOfTwoFeet) {
-  EXPECT_EQ(errors_of_feet_cycles(""),
-            (messages{": found no row, expected at least one cycle of both feet"}));
-}
-
-TEST(FeetCycles, WithAnIndexTwiceOrLeftOut) {
-  EXPECT_EQ(
-      errors_of_feet_cycles("0,1,,,\n0,1,,,\n2,1,,,\n"),
-      (messages{":3: column index: found \"0\" again (as on line 2), expected each index once",
-                ":4: column index: found \"2\" as the next index, expected \"1\": indices run from "
-                "0 without gaps"}));
-}
-
-TEST(FeetCycles, WithLinksToCyclesThatAreNotThere) {
-  EXPECT_EQ(
-      errors_of_feet_cycles("0,1,,2,1\n1,1,,1,7\n"),
-      (messages{
-          ":2: column right_index: found \"2\", expected the index of a cycle of the right foot",
-          ":3: column left_index: found \"7\", expected the index of a cycle of the left foot"}));
-}
-
-TEST(FeetCycles, WithLinksToCyclesThatCouldNotBeRead) {
-  tables walk;
-  change(walk.foot_cycles, "right,1,", "right,x,");
-  EXPECT_EQ(errors_of(walk),
-            (messages{"w/foot_cycles.csv:5: column index: found \"x\", expected a whole number"}));
-}
-
-// ---- exclusions.csv
-
-TEST(Exclusions, WithUnknownNames) {
-  EXPECT_EQ(
-      errors_of_exclusions(exclusions_header + "\nboth,excluded_1,1,\nfeet,excluded_3,1,\n,,1,\n"),
-      (messages{":2: column cycles: found \"both\", expected one of: feet, left, right",
-                ":3: column list: found \"excluded_3\", expected one of: excluded_1, "
-                "excluded_1_fallback, excluded_2, "
-                "excluded_2_fallback",
-                ":4: column cycles: found an empty cell, expected one of: feet, left, right",
-                ":4: column list: found an empty cell, expected one of: excluded_1, "
-                "excluded_1_fallback, excluded_2, "
-                "excluded_2_fallback"}));
-}
-
-TEST(Exclusions, WithIndicesThatAreNone) {
-  EXPECT_EQ(errors_of_exclusions(
-                exclusions_header +
-                "\nfeet,excluded_1,,\nfeet,excluded_1,1.5,\nfeet,excluded_1,2147483648,\n"),
-            (messages{":2: column index: found an empty cell, expected a whole number",
-                      ":3: column index: found \"1.5\", expected a whole number without decimals",
-                      ":4: column index: found \"2147483648\", expected a whole number from "
-                      "-2147483648 to 2147483647"}));
-}
-
-// ---- about.csv
-
-messages errors_of_about(const std::string& rows) {
-  tables walk;
-  walk.about = about_header + "\n" + rows;
-  return errors_of(walk);
-}
-
-TEST(About, WithoutAName) {
-  EXPECT_EQ(errors_of_about("date,today\n,today\n"),
-            (messages{"w/about.csv:3: column name: found an empty cell, expected a name"}));
-}
-
-TEST(About, WithMoreRowsThanAreTaken) {
-  std::string rows;
-  for (int i = 0; i < 1000; ++i) {
-    rows += "derived,x\n";
-  }
-  EXPECT_EQ(errors_of_about(rows), messages{});
-  EXPECT_EQ(errors_of_about(rows + "derived,x\n"),
-            (messages{"w/about.csv: found 1001 rows, expected at most 1000"}));
-}
-
-TEST(About, ThatIsNotUtf8) {
-  EXPECT_EQ(errors_of_about("subject,\xFF\n"),
-            (messages{"w/about.csv:2: found a byte that is not UTF-8, expected UTF-8: save the "
-                      "table as UTF-8"}));
-}
-
-// ---- Warnings
-
-TEST(Warning, AboutMinusOnesThatCountAsNotMeasured) {
-  tables walk;
-  change(walk.foot_cycles, ",0.5,1.25,", ",-1,-1,");
-  change(walk.feet_cycles, "0,1.25,25.5", "0,1.25,-1.000");
-  EXPECT_EQ(warnings_of(walk),
-            (messages{"w/foot_cycles.csv: found -1 in measured columns (cells: 2), expected empty "
-                      "cells: it counts as not measured in all of the table, because hs cannot be "
-                      "-1",
-                      "w/feet_cycles.csv: found -1 in measured columns (cells: 1), expected empty "
-                      "cells: it counts as not measured in all of the table, because ds cannot be "
-                      "-1"}));
-}
-
-TEST(Warning, AboutSamplesBeyondTheRecording) {
-  tables walk;
-  change(walk.recording, "left,100,1000,1000", "left,100,1000,199");
-  EXPECT_EQ(
-      warnings_of(walk),
-      (messages{
-          "w/foot_cycles.csv:3: column last_sample: found \"199\", expected less than the number "
-          "of samples that recording.csv gives, \"199\""}));
-}
-
-TEST(Warning, AboutAFootCycleThatIsLinkedTwice) {
-  tables walk;
-  change(walk.feet_cycles, "1,1.5,26.5,1,1", "1,1.5,26.5,1,0");
-  EXPECT_EQ(
-      warnings_of(walk),
-      (messages{
-          "w/feet_cycles.csv:3: column left_index: found \"0\" again (as on line 2), expected each "
-          "cycle of the left foot once"}));
-}
-
-TEST(Warning, AboutExcludedIndicesOutOfRange) {
-  tables walk;
-  walk.exclusions =
-      exclusions_header + "\nfeet,excluded_1,2,\nleft,excluded_1,-3,\nright,excluded_1,1,\n";
-  EXPECT_EQ(warnings_of(walk), (messages{"w/exclusions.csv:2: column index: found \"2\", expected "
-                                         "an index from 0 to 1: it is counted, but excludes "
-                                         "no cycle",
-                                         "w/exclusions.csv:3: column index: found \"-3\", expected "
-                                         "an index from 0 to 1: it is counted, but excludes "
-                                         "no cycle"}));
-}
-
-TEST(Warning, AboutExclusionsFromCyclesThatTheWalkLacks) {
-  tables walk = left_foot_only();
-  walk.exclusions =
-      exclusions_header + "\nright,excluded_1,0,\nfeet,excluded_1,0,\nleft,excluded_1,0,\n";
-  EXPECT_EQ(warnings_of(walk),
-            (messages{"w/exclusions.csv:2: column cycles: found \"right\", expected cycles that "
-                      "the walk has: nothing is excluded",
-                      "w/exclusions.csv:3: column cycles: found \"feet\", expected cycles that the "
-                      "walk has: nothing is excluded"}));
-}
-
-TEST(Warnings, OfAFileAreCountedBeyondTheLimit) {
-  tables walk;
-  walk.exclusions =
-      exclusions_header + "\nfeet,excluded_1,7,\nfeet,excluded_1,8,\nfeet,excluded_1,9,\n";
-  EXPECT_EQ(messages_of(read(walk, {1}).warnings),
-            (messages{"w/exclusions.csv:2: column index: found \"7\", expected an index from 0 to "
-                      "1: it is counted, but excludes no "
-                      "cycle",
-                      "w/exclusions.csv: and 2 more"}));
 }
 
 }  // namespace

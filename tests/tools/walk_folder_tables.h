@@ -119,6 +119,26 @@ inline messages errors_of(const tables& walk, const gait_walk::read_options& opt
 /// The warnings about a walk that can be read.
 inline messages warnings_of(const tables& walk) { return messages_of(read(walk).warnings); }
 
+/// The errors of a walk, without what they begin with.
+inline messages errors_after(const std::string& beginning, const tables& walk) {
+  messages errors = errors_of(walk);
+  for (std::string& error : errors) {
+    error = replaced(error, beginning, "");
+  }
+  return errors;
+}
+
+/// What is wrong with a walk with this text as its exclusions, without the file's name.
+inline messages errors_of_exclusions(const std::string& text) {
+  tables walk;
+  walk.exclusions = text;
+  return errors_after("w/exclusions.csv", walk);
+}
+
+/// How workbooks begin: .xlsx and .xls.
+// NOLINTNEXTLINE(cert-err58-cpp)
+inline const std::vector<std::string> workbooks = {"PK\x03\x04\x14", "\xD0\xCF\x11\xE0\xA1"};
+
 inline void write_text(const std::filesystem::path& file, const std::string& text) {
   std::ofstream stream(file, std::ios::binary);
   stream << text;

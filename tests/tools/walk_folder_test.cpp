@@ -157,12 +157,13 @@ TEST(ReadWalk, TakesWordsAndColumnNamesInCapitalsAndFeetByTheirFirstLetter) {
   text.recording = "FOOT,Sampling_Rate\nLeft,100\nR,100\n";
   text.foot_cycles = "Foot,First_sample,LAST_SAMPLE,Gct\nL,0,99,1\nRIGHT,50,149,2\nr,150,249,3\n";
   text.feet_cycles = "Right_Index,LEFT_INDEX\n0,0\n";
-  text.exclusions = "Cycles,List,Index\nFeet,Excluded_1,7\n";
+  text.exclusions = "Cycles,List,Index\nFeet,Excluded_1,7\nL,excluded_2,0\n";
   const walk walk = read(text).walk;
   EXPECT_EQ(walk.left->cycles.size(), 1U);
   EXPECT_EQ(walk.right->cycles.size(), 2U);
   EXPECT_EQ(walk.right->cycles.back().gct, 3.0);
   EXPECT_EQ(walk.exclusions[0].cycles, analysed_cycles::feet);
+  EXPECT_EQ(walk.exclusions[1].cycles, analysed_cycles::left);
 }
 
 TEST(ReadWalk, LeavesUnmeasuredWhatHasNoColumn) {
@@ -269,10 +270,11 @@ TEST(MinusOne, InAColumnWithoutASignMakesItTheWordForMissingInAllOfTheTable) {
     EXPECT_EQ(value, gait_missing);
   }
   EXPECT_EQ(walk.right->cycles.front().step_length, gait_missing);
-  EXPECT_EQ(messages_of(warnings),
-            (messages{"w/foot_cycles.csv: found -1 in measured columns (cells: 5), expected empty "
-                      "cells: it counts as not measured in all of the table, because step_length "
-                      "cannot be -1"}));
+  EXPECT_EQ(
+      messages_of(warnings),
+      (messages{"w/foot_cycles.csv: found -1 in 5 measured cells (lines 2, 3), expected empty "
+                "cells: it counts as not measured in all of the table, because step_length "
+                "cannot be -1"}));
 }
 
 TEST(MinusOne, InOneTableSaysNothingAboutAnother) {
@@ -328,10 +330,12 @@ TEST(Expand, FindsEveryWalkFolderBelowSortedByPath) {
   fs::create_directories(top / "c" / "nothing");
   fs::create_directories(top / "half");
   write_text(top / "half" / "foot_cycles.csv.part", "");
+  fs::create_directories(top / "misnamed");
+  write_text(top / "misnamed" / "Foot_Cycles.csv", "");
   fs::create_directory_symlink(top, top / "a" / "circle");
   EXPECT_EQ(gait_walk::expand({top}, true),
             (std::vector<fs::path>{top / "a" / "deep" / "down", top / "b", top / "b" / "10",
-                                   top / "b" / "2", top / "half"}));
+                                   top / "b" / "2", top / "half", top / "misnamed"}));
 }
 
 TEST(Expand, KeepsAFolderWithoutWalksAndTheOrderOfTheFolders) {
@@ -498,8 +502,9 @@ TEST(WriteWalk, RemovesWhatWasSaidAboutAnotherWalk) {
   tables text;
   text.about = about_header + "\nsubject,another\n";
   write_tables(text, folder.path());
+  write_text(folder / "about.csv.part", "of an interrupted write");
   write_walk_folder(read({}).walk, folder.path());
-  EXPECT_FALSE(fs::exists(folder.path() / "about.csv"));
+  EXPECT_EQ(std::distance(fs::directory_iterator(folder.path()), fs::directory_iterator()), 4);
 }
 
 /// Whether a walk is refused, and nothing of it written.
@@ -543,14 +548,31 @@ TEST(WriteWalk, LeavesTheOldTablesWhenTheNewOnesFail) {
   EXPECT_EQ(std::distance(fs::directory_iterator(folder.path()), fs::directory_iterator()), 4);
 }
 
-TEST(WriteWalk, LeavesNothingBesideTheTablesWhenOneCannotBePutInItsPlace) {
+TEST(WriteWalk, LeavesTheOldWalkWhenTheFirstTableCannotBePutInItsPlace) {
+  const temporary_folder folder;
+  write_tables({}, folder.path());
+  fs::remove(folder / "recording.csv");
+  fs::create_directories(folder / "recording.csv");
+  walk walk = read({}).walk;
+  walk.feet[0].gct = 2.0;
+  EXPECT_THROW(write_walk_folder(walk, folder.path()), fs::filesystem_error);
+  EXPECT_EQ(text_of(folder / "feet_cycles.csv"), tables().feet_cycles);
+  EXPECT_EQ(std::distance(fs::directory_iterator(folder.path()), fs::directory_iterator()), 4);
+}
+
+TEST(WriteWalk, LeavesAHalfWrittenWalkAsSuchWhenALaterTableCannotBePutInItsPlace) {
   const temporary_folder folder;
   fs::create_directories(folder / "feet_cycles.csv");
   EXPECT_THROW(write_walk_folder(read({}).walk, folder.path()), fs::filesystem_error);
-  for (const auto& entry : fs::directory_iterator(folder.path())) {
-    EXPECT_EQ(entry.path().extension(), ".csv") << entry.path();
+  fs::remove(folder / "feet_cycles.csv");
+  const messages errors = errors_thrown_by([&] { read_walk_folder(folder.path()); });
+  ASSERT_EQ(errors.size(), 2U);
+  for (const std::string& error : errors) {
+    EXPECT_NE(error.find("left by an interrupted write"), std::string::npos) << error;
   }
-  EXPECT_TRUE(fs::is_empty(folder / "feet_cycles.csv"));
+  write_text(folder / "about.csv.part", "");
+  write_walk_folder(read({}).walk, folder.path());
+  EXPECT_EQ(messages_of(read_walk_folder(folder.path()).warnings), messages{});
 }
 
 TEST(WriteWalk, SaysThatTheFolderCannotBeMade) {

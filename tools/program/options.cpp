@@ -1,5 +1,6 @@
 #include "options.h"
 
+#include "cell.h"
 #include "names.h"
 #include "nearest_name.h"
 #include "number.h"
@@ -12,6 +13,7 @@
 #include <CLI/CLI.hpp>
 
 #include <algorithm>
+#include <array>
 #include <cmath>
 #include <cstddef>
 #include <filesystem>
@@ -74,47 +76,81 @@ std::string refuse_unknown_check(const std::string& name) {
     return "";
   }
   const std::string_view nearest = gait_walk::nearest_name(name, known);
-  return "\"" + name + "\" is no check" +
+  return "\"" + name + "\" is not a check" +
          (nearest.empty() ? "" : "; did you mean " + std::string(nearest) + "?") +
          (nearest.empty() ? ": " : " ") + "--list-checks prints them all";
 }
 
-/// The format that the ending of a file stands for.
-gait_report::output_format format_of(const std::filesystem::path& file) {
-  using gait_report::output_format;
-  if (file.extension() == ".csv") {
-    return output_format::csv;
+struct file_ending {
+  std::string_view ending;
+  gait_report::output_format format;
+};
+
+constexpr std::array<file_ending, 3> file_endings = {{
+    {".txt", gait_report::output_format::table},
+    {".csv", gait_report::output_format::csv},
+    {".json", gait_report::output_format::json},
+}};
+
+/// The format that the ending of a file stands for; nullopt if it is none of those that are known.
+std::optional<gait_report::output_format> format_of(const std::filesystem::path& file) {
+  const std::string ending = gait_walk::lower(file.extension().string());
+  for (const file_ending& known : file_endings) {
+    if (known.ending == ending || ending.empty()) {
+      return known.format;
+    }
   }
-  return file.extension() == ".json" ? output_format::json : output_format::table;
+  return std::nullopt;
+}
+
+/// ".txt, .csv or .json"
+std::string known_endings() {
+  std::string all;
+  for (const file_ending& known : file_endings) {
+    const bool is_last = &known == &file_endings.back();
+    all += (all.empty() ? "" : is_last ? " or " : ", ") + std::string(known.ending);
+  }
+  return all;
 }
 
 std::string refuse_empty_name(const std::string& file) {
   return file.empty() ? "the name of the file is empty" : "";
 }
 
+/// The value of a word, which may be written as in tables: in capitals, a foot by its first letter.
+template <class Value>
+std::optional<Value> value_of(const std::string& word) {
+  return gait_walk::value_named<Value>(gait_walk::full_word<Value>(gait_walk::lower(word)));
+}
+
 /// CLI11's check that a text is a name of an enumeration.
 template <class Value>
 CLI::Validator is_name_of() {
-  std::vector<std::string> known;
-  known.reserve(gait_walk::names<Value>.size());
-  for (const auto& entry : gait_walk::names<Value>) {
-    known.emplace_back(entry.name);
-  }
-  return CLI::IsMember(known).description("");
+  return {[](const std::string& word) {
+            std::string known;
+            for (const auto& entry : gait_walk::names<Value>) {
+              known += (known.empty() ? "" : ", ") + std::string(entry.name);
+            }
+            return value_of<Value>(word) ? "" : "\"" + word + "\" is not one of: " + known;
+          },
+          ""};
 }
 
 /// Sets an enumeration to the value of a name that was checked.
 template <class Value>
 auto set_by_name(Value& value) {
-  return [&value](const std::string& name) {
-    value = gait_walk::value_named<Value>(name).value_or(value);
-  };
+  return [&value](const std::string& name) { value = value_of<Value>(name).value_or(value); };
 }
 
-/// An option that takes one text and may be repeated.
+/// An option that takes one text and may be repeated. Expecting one at a time keeps the help from
+/// saying "NAME ...".
 CLI::Option* add_repeatable(CLI::App& app, const std::string& name,
                             std::vector<std::string>& values, const std::string& help) {
-  return app.add_option(name, values, help)->allow_extra_args(false)->type_name("NAME");
+  return app.add_option(name, values, help)
+      ->expected(1)
+      ->multi_option_policy(CLI::MultiOptionPolicy::TakeAll)
+      ->allow_extra_args(false)
+      ->type_name("NAME");
 }
 
 void add_options(CLI::App& app, options& options) {
@@ -168,9 +204,9 @@ void add_options(CLI::App& app, options& options) {
       ->check(CLI::Range(1, std::numeric_limits<int>::max()).description(""))
       ->type_name("N");
   app.add_flag("--list-parameters", options.list_parameters,
-               "Print the catalogue of gait parameters, instead of walks");
+               "Print the catalogue of gait parameters, and read no walks");
   app.add_flag("--list-checks", options.list_checks,
-               "Print the table of data checks, instead of walks");
+               "Print the table of data checks, and read no walks");
 }
 
 reply usage_error(const std::string& what) {
@@ -202,13 +238,19 @@ std::variant<options, reply> parse_command_line(int argc, const char* const* arg
                        std::string(" takes no WALK"));
   }
   if (options.list_parameters && options.list_checks) {
-    return usage_error("--list-parameters and --list-checks are two outputs, expected one");
+    return usage_error("--list-parameters and --list-checks cannot be given together");
   }
   if (options.output == "-") {
     options.output.reset();
   }
   if (options.output && app.count("--format") == 0) {
-    options.format = format_of(*options.output);
+    const auto format = format_of(*options.output);
+    if (!format) {
+      return usage_error("--output: no format has the ending \"" +
+                         options.output->extension().string() + "\": use " + known_endings() +
+                         ", or add --format");
+    }
+    options.format = *format;
   }
   return options;
 }

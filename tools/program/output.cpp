@@ -149,6 +149,10 @@ output::output(std::optional<fs::path> file) : file_(std::move(file)) {
   // A symbolic link keeps its place; what it points to is replaced.
   if (const fs::path target = fs::canonical(*file_, none); !none) {
     file_ = target;
+  } else if (fs::is_symlink(*file_, none)) {
+    // As cp does: who made the link wants the file elsewhere.
+    errno = ENOENT;
+    fail(file_->string() + ", a link that leads nowhere");
   }
   if (fs::is_directory(*file_, none)) {
     errno = EISDIR;

@@ -120,6 +120,26 @@ bool output_is_a_table(const options& options, const std::vector<std::filesystem
          });
 }
 
+/// The folders without those that are given again, which would count twice wherever the output is
+/// read.
+std::vector<std::filesystem::path> each_once(const std::vector<std::filesystem::path>& folders) {
+  std::vector<std::filesystem::path> once;
+  std::unordered_map<std::string, std::string> given;
+  for (const auto& folder : folders) {
+    std::error_code error;
+    const auto canonical = std::filesystem::canonical(folder, error);
+    const auto [same, is_first] =
+        given.emplace((error ? folder : canonical).string(), folder.string());
+    if (is_first) {
+      once.push_back(folder);
+    } else {
+      print_message("note: " + folder.string() + ": the same walk as " + same->second +
+                    ", reported once");
+    }
+  }
+  return once;
+}
+
 /// What each walk is called in the report: its folder's name, or, where several folders have the
 /// same, its path as given.
 std::vector<std::string> reported_names(const std::vector<std::filesystem::path>& folders) {
@@ -138,7 +158,7 @@ std::vector<std::string> reported_names(const std::vector<std::filesystem::path>
 }
 
 /// What is said about a walk whose statistics can be computed all the same. With --strict it keeps
-/// the walk out of the output, and is said as an error.
+/// the walk out of the output, and is reported as an error.
 class remarks {
 public:
   explicit remarks(bool strict) : strict_(strict) {}
@@ -207,7 +227,7 @@ std::optional<walk_statistics> read_and_run(const std::filesystem::path& folder,
 
 int report_walks(const options& options) {
   const std::vector<std::filesystem::path> folders =
-      gait_walk::expand(options.walks, options.recursive);
+      each_once(gait_walk::expand(options.walks, options.recursive));
   if (output_is_a_table(options, folders)) {
     print_message("gait-statistics: --output: \"" + options.output->string() +
                   "\" is a table of a walk, expected another file");

@@ -6,6 +6,7 @@
 #include <algorithm>
 #include <cstdint>
 #include <optional>
+#include <set>
 #include <stdexcept>
 #include <string>
 #include <utility>
@@ -96,6 +97,49 @@ bool keeps_any(const walk& walk, analysed_cycles cycles, std::size_t count) {
   return std::find(excluded.begin(), excluded.end(), false) != excluded.end();
 }
 
+/// The cycles of both feet that are not excluded, although their stride of this foot is.
+short_list cycles_of_excluded_strides(const walk& walk, side side) {
+  const auto own = side == side::left ? analysed_cycles::left : analysed_cycles::right;
+  std::set<int> of_the_foot;
+  std::set<int> of_both;
+  for (const exclusion& exclusion : walk.exclusions) {
+    if (takes_out(exclusion.list) && exclusion.cycles == own) {
+      of_the_foot.insert(exclusion.index);
+    } else if (takes_out(exclusion.list) && exclusion.cycles == analysed_cycles::feet) {
+      of_both.insert(exclusion.index);
+    }
+  }
+  short_list kept;
+  for (std::size_t i = 0; i < walk.feet.size(); ++i) {
+    const std::optional<int> link =
+        side == side::left ? walk.feet[i].left_index : walk.feet[i].right_index;
+    if (link && of_the_foot.count(*link) != 0 && of_both.count(static_cast<int>(i)) == 0) {
+      kept.add(i);
+    }
+  }
+  return kept;
+}
+
+/// Whoever excludes a stride of one foot may believe that it is excluded everywhere.
+std::vector<input_error> warnings_about_kept_strides(const walk& walk, const std::string& folder) {
+  std::vector<input_error> warnings;
+  for (const side foot : {side::right, side::left}) {
+    const short_list kept = cycles_of_excluded_strides(walk, foot);
+    if (kept.count() == 0) {
+      continue;
+    }
+    const std::string name(name_of(foot));
+    std::string text = "found strides of \"" + name;
+    text += "\" excluded, but not their cycles of both feet (";
+    text += kept.text("index", "indices");
+    text += R"(), expected rows of "feet" for them: where both feet are analysed, rows of ")";
+    text += name;
+    text += "\" exclude nothing";
+    warnings.push_back({table_file<exclusion_row>(folder), 0, "cycles", std::move(text)});
+  }
+  return warnings;
+}
+
 }  // namespace
 
 analysed_cycles cycles_of(const walk& walk, analysed_cycles asked_for) {
@@ -152,9 +196,12 @@ std::vector<input_error> analysis_warnings(const walk& walk, analysed_cycles ask
                                            const std::string& folder) {
   const analysed_cycles cycles = cycles_of(walk, asked_for);
   const auto is_of_another = [&](const exclusion& exclusion) { return exclusion.cycles != cycles; };
-  if (walk.exclusions.empty() ||
-      !std::all_of(walk.exclusions.begin(), walk.exclusions.end(), is_of_another)) {
+  if (walk.exclusions.empty()) {
     return {};
+  }
+  if (!std::all_of(walk.exclusions.begin(), walk.exclusions.end(), is_of_another)) {
+    return cycles == analysed_cycles::feet ? warnings_about_kept_strides(walk, folder)
+                                           : std::vector<input_error>();
   }
   return {{table_file<exclusion_row>(folder), 0, "cycles",
            "found exclusions, but none of \"" + std::string(name_of(cycles)) +

@@ -52,7 +52,7 @@ std::vector<input_error> check_analysis(const walk& walk, analysed_cycles asked_
                                         const std::string& folder);
 
 /// What is worth a warning about the analysis: that all of the walk's exclusions are those of
-/// another.
+/// another, or that an analysis of both feet keeps strides that are excluded for one foot.
 std::vector<input_error> analysis_warnings(const walk& walk, analysed_cycles asked_for,
                                            const std::string& folder);
 

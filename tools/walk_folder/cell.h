@@ -25,7 +25,7 @@ bool is_not_measured(std::string_view cell);
 /// The name that a word in lower case stands for: a foot may be given by its first letter.
 template <class Name>
 std::string full_word(const std::string& word) {
-  if constexpr (std::is_same_v<Name, side>) {
+  if constexpr (std::is_same_v<Name, side> || std::is_same_v<Name, analysed_cycles>) {
     return word == "l" ? "left" : word == "r" ? "right" : word;
   }
   return word;

@@ -127,8 +127,9 @@ void walk_check::check_samples(const checked_row<foot_cycle_row>& checked) {
   const std::string what = found(std::to_string(row.last_sample));
   if (checked.has(&foot_cycle_row::first_sample) && row.first_sample > row.last_sample) {
     reports.foot_cycles.errors.add(checked.line, "last_sample",
-                                   what + ", expected at least the first sample, " +
-                                       in_quotes(std::to_string(row.first_sample)));
+                                   what + ", less than first_sample (" +
+                                       std::to_string(row.first_sample) +
+                                       "), expected at least as much");
     return;
   }
   const auto& recorded = of(row.foot).recorded;
@@ -148,11 +149,19 @@ void walk_check::end_foot_cycles() {
   check_count(reports.foot_cycles, left_.strides, "strides of the left foot");
   check_count(reports.foot_cycles, right_.strides, "strides of the right foot");
   settle_minus_ones_of<foot_cycle_row>(reports.foot_cycles, [&](auto use) {
-    std::for_each(left_.cycles.begin(), left_.cycles.end(), use);
-    std::for_each(right_.cycles.begin(), right_.cycles.end(), use);
+    for (foot_tables* foot : {&left_, &right_}) {
+      const std::vector<std::size_t> lines = foot->indices.lines();
+      auto line = lines.begin();
+      for (gait_foot_cycle& cycle : foot->cycles) {
+        use(cycle, *line++);
+      }
+    }
   });
-  check_foot(side::left);
-  check_foot(side::right);
+  const bool is_whole_left = check_foot(side::left);
+  const bool is_whole_right = check_foot(side::right);
+  // Links to cycles that are numbered otherwise say nothing new.
+  reports.foot_cycles.every_row_known =
+      reports.foot_cycles.every_row_known && is_whole_left && is_whole_right;
 }
 
 template <class Row, class ForEachRow>
@@ -160,7 +169,9 @@ void walk_check::settle_minus_ones_of(table_report& report, ForEachRow for_each_
   const missing_minus_ones missing = settle_minus_ones<Row>(for_each_row);
   if (missing.cells != 0) {
     report.warnings.add(0, "",
-                        "found -1 in measured columns (cells: " + std::to_string(missing.cells) +
+                        "found -1 in " + std::to_string(missing.cells) + " measured " +
+                            (missing.cells == 1 ? "cell (" : "cells (") +
+                            missing.lines.text("line", "lines") +
                             "), expected empty cells: it counts as not measured in all of the "
                             "table, because " +
                             std::string(missing.column) + " cannot be -1");
@@ -177,10 +188,10 @@ void walk_check::check_count(table_report& report, std::size_t count,
   }
 }
 
-void walk_check::check_foot(side side) {
+bool walk_check::check_foot(side side) {
   foot_tables& foot = of(side);
   table_report& report = reports.foot_cycles;
-  foot.indices.check(report, " of " + of_the(side, "foot"));
+  const bool without_gaps = foot.indices.check(report, " of " + of_the(side, "foot"));
   foot.cycles.sort([](const auto& a, const auto& b) { return a.index < b.index; });
   if (foot.recorded && foot.indices.empty() && report.is_complete()) {
     report.errors.add(0, "",
@@ -192,6 +203,7 @@ void walk_check::check_foot(side side) {
                       found(name_of(side)) + " (rows: " + std::to_string(foot.indices.size()) +
                           "), expected only feet that recording.csv names");
   }
+  return without_gaps;
 }
 
 // ---- feet_cycles.csv
@@ -227,7 +239,7 @@ void walk_check::end_feet_cycles() {
   }
   settle_minus_ones_of<feet_cycle_row>(report, [&](auto use) {
     for (feet_cycle_place& place : feet_) {
-      use(place.row);
+      use(place.row, place.line);
     }
   });
   feet_indices_.check(report, "");

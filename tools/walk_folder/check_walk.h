@@ -77,7 +77,8 @@ private:
   void check_count(table_report& report, std::size_t count, const std::string& what) const;
   template <class Row, class ForEachRow>
   void settle_minus_ones_of(table_report& report, ForEachRow for_each_row);
-  void check_foot(side side);
+  /// Returns whether the foot's indices are without gaps.
+  bool check_foot(side side);
   void check_links(side side, std::optional<int> feet_cycle_row::*link, std::string_view column);
   void check_exclusion(const checked_row<exclusion_row>& checked);
   void check_excluded_index(int index, std::size_t line, std::size_t count);

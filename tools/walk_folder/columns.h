@@ -48,7 +48,11 @@ struct column_rules {
 inline constexpr column_rules required = {true};
 inline constexpr column_rules with_sign = {false, true};
 inline constexpr column_rules rate_rules = {
-    true, false, 1, ": scale the samples to a whole rate (index * new / old), and give that rate"};
+    true, false, 1,
+    ": give the nearest whole rate, and multiply first_sample, last_sample, signal_1_samples and "
+    "signal_2_samples by new rate / old rate"};
+inline constexpr column_rules sample_rules = {
+    true, false, 0, ": if these are seconds, multiply them by the sampling rate and round"};
 // The library allows an excluded index out of range, also a negative one.
 inline constexpr column_rules excluded_index_rules = {true, false,
                                                       std::numeric_limits<int>::lowest()};
@@ -112,8 +116,8 @@ template <>
 inline constexpr auto columns<foot_cycle_row> = table_of<foot_cycle_row>({
     {"foot", &foot_cycle_row::foot, required},
     {"index", &foot_cycle_row::index},
-    {"first_sample", &foot_cycle_row::first_sample, required},
-    {"last_sample", &foot_cycle_row::last_sample, required},
+    {"first_sample", &foot_cycle_row::first_sample, sample_rules},
+    {"last_sample", &foot_cycle_row::last_sample, sample_rules},
     {"hs", &foot_cycle_row::hs},
     {"gct", &foot_cycle_row::gct},
     {"swing", &foot_cycle_row::swing},

@@ -1,10 +1,13 @@
 #include "find_walks.h"
 
 #include "columns.h"
+#include "similar_files.h"
 #include "walk_folder.h"
 
 #include <algorithm>
+#include <cstddef>
 #include <iterator>
+#include <limits>
 #include <system_error>
 
 namespace gait_walk {
@@ -13,19 +16,33 @@ namespace {
 
 namespace fs = std::filesystem;
 
-void add_walk_folders(const fs::path& folder, std::vector<fs::path>& found) {
+/// A search for walk folders.
+struct search {
+  std::size_t levels = std::numeric_limits<std::size_t>::max();   ///< how deep it may go
+  std::size_t entries = std::numeric_limits<std::size_t>::max();  ///< how many it may look at
+  bool takes_unreadable = true;  ///< a folder that cannot be looked into: reading it says why
+  std::vector<fs::path> found = {};
+};
+
+void look_into(const fs::path& folder, std::size_t level, search& search) {
   std::error_code error;
-  for (fs::directory_iterator entry(folder, error); !error && entry != fs::directory_iterator();
-       entry.increment(error)) {
+  for (fs::directory_iterator entry(folder, error);
+       !error && entry != fs::directory_iterator() && search.entries != 0; entry.increment(error)) {
+    --search.entries;
     std::error_code ignored;
-    if (fs::is_directory(entry->symlink_status(ignored))) {
-      add_walk_folders(entry->path(), found);
+    if (level < search.levels && fs::is_directory(entry->symlink_status(ignored))) {
+      look_into(entry->path(), level + 1, search);
     }
   }
-  // A folder that cannot be looked into is taken along: reading it says why.
-  if (error || is_walk_folder(folder)) {
-    found.push_back(folder);
+  if (error ? search.takes_unreadable : is_walk_folder(folder)) {
+    search.found.push_back(folder);
   }
+}
+
+std::vector<fs::path> found_by(search search, const fs::path& folder) {
+  look_into(folder, 0, search);
+  std::sort(search.found.begin(), search.found.end());
+  return std::move(search.found);
 }
 
 }  // namespace
@@ -42,14 +59,15 @@ bool is_walk_folder(const fs::path& folder) {
       }
     }
   }
-  return false;
+  return !files_like(folder, table_name<foot_cycle_row>).text.empty();
 }
 
-std::vector<fs::path> walk_folders_from(const fs::path& folder) {
-  std::vector<fs::path> found;
-  add_walk_folders(folder, found);
-  std::sort(found.begin(), found.end());
-  return found;
+std::vector<fs::path> walk_folders_from(const fs::path& folder) { return found_by({}, folder); }
+
+std::vector<fs::path> some_walk_folders_below(const fs::path& folder) {
+  constexpr std::size_t levels = 3;
+  constexpr std::size_t entries = 10000;
+  return found_by({levels, entries, false}, folder);
 }
 
 std::vector<fs::path> expand(const std::vector<fs::path>& folders, bool recursive) {

@@ -5,6 +5,7 @@
 #include "find_walks.h"
 #include "input_error.h"
 #include "shown_text.h"
+#include "similar_files.h"
 #include "walk_folder.h"
 
 #include <algorithm>
@@ -86,11 +87,12 @@ std::string workbook_in(const fs::path& folder) {
                        ", expected a walk folder: save each sheet as CSV (UTF-8), as "
                        "recording.csv, foot_cycles.csv and feet_cycles.csv");
   }
-  const std::vector<fs::path> below = walk_folders_from(folder);
+  const std::vector<fs::path> below = some_walk_folders_below(folder);
   if (!below.empty()) {
-    refuse(folder, "found no tables, but walk folders below (" + std::to_string(below.size()) +
-                       "), expected a walk folder: give " + in_quotes(below.front().string()) +
-                       (below.size() == 1 ? "" : " and so on") + ", or --recursive for all");
+    refuse(folder,
+           "found no tables, but walk folders below, expected a walk folder: give one, "
+           "such as " +
+               in_quotes(below.front().string()) + ", or --recursive for all of them");
   }
   refuse(folder,
          "found neither recording.csv nor foot_cycles.csv, expected a walk folder with both");
@@ -113,6 +115,22 @@ void require_walk_folder(const fs::path& folder) {
   const std::string why =
       status.type() == fs::file_type::not_found ? "" : " (" + error.message() + ")";
   refuse(folder, "found no such folder" + why + ", expected a walk folder");
+}
+
+std::string misnamed_table(const fs::path& folder, std::string_view table) {
+  const similar_files similar = files_like(folder, table);
+  const bool is_text = !similar.text.empty();
+  if (!is_text && similar.workbook.empty()) {
+    return {};
+  }
+  const std::string name(table);
+  const bool is_optional =
+      table != table_name<recording_row> && table != table_name<foot_cycle_row>;
+  return "found no such file, but " +
+         (is_text ? in_quotes(similar.text) + ", expected a table: rename it to " + name
+                  : "the workbook " + in_quotes(similar.workbook) +
+                        ", expected a table: save its sheet as CSV (UTF-8), as " + name) +
+         (is_optional ? ", or move it out of the folder if it is something else" : "");
 }
 
 std::string missing_table(const fs::path& folder, std::string_view table) {
@@ -141,9 +159,13 @@ std::string half_written_table(const fs::path& folder, std::string_view table) {
     return {};
   }
   std::string text = "found " + part_of(table).string() +
-                     ", which an interrupted writing left, expected a whole table: write the walk "
-                     "again";
-  return fs::exists(file, error) ? text + ", or remove that file if the table is whole" : text;
+                     ", left by an interrupted write, expected a whole table: write the "
+                     "walk again";
+  if (fs::exists(file, error)) {
+    return text + ", or remove that file if the table is whole";
+  }
+  return table == table_name<about_row> ? text + ", or remove that file to do without the table"
+                                        : text;
 }
 
 }  // namespace gait_walk

@@ -13,6 +13,10 @@ namespace gait_walk {
 /// Throws walk_error, which says what to do, for all that is no walk folder.
 void require_walk_folder(const std::filesystem::path& folder);
 
+/// What is in a folder under a name that is nearly a table's, and what to do about it, or an empty
+/// text.
+std::string misnamed_table(const std::filesystem::path& folder, std::string_view table);
+
 /// Why a table that a folder lacks may be missing.
 std::string missing_table(const std::filesystem::path& folder, std::string_view table);
 

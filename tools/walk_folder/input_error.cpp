@@ -1,7 +1,7 @@
 #include "input_error.h"
 
 #include <algorithm>
-#include <iterator>
+#include <string>
 
 namespace gait_walk {
 
@@ -20,18 +20,72 @@ walk_error::walk_error(std::vector<input_error> errors)
     : std::runtime_error(errors.empty() ? "walk cannot be read" : errors.front().message()),
       errors_(std::move(errors)) {}
 
+void short_list::add(std::size_t number) {
+  constexpr std::size_t most_shown = 5;
+  if (count_ != 0 && number == last_) {
+    return;
+  }
+  last_ = number;
+  ++count_;
+  if (first_.size() < most_shown) {
+    first_.push_back(number);
+  }
+}
+
+std::string short_list::text(const std::string& one, const std::string& several) const {
+  std::vector<std::size_t> sorted = first_;
+  std::sort(sorted.begin(), sorted.end());
+  std::string text;
+  for (const std::size_t number : sorted) {
+    text += (text.empty() ? "" : ", ") + std::to_string(number);
+  }
+  return (count_ == 1 ? one : several) + " " + text + (count_ > sorted.size() ? ", ..." : "");
+}
+
+namespace {
+
+/// What a message says beyond the content of the cell.
+std::string_view expectation(std::string_view text) {
+  return text.substr(std::min(text.find(", expected"), text.size()));
+}
+
+bool is_alike(const input_error& a, const input_error& b) {
+  return a.column == b.column && !expectation(a.text).empty() &&
+         expectation(a.text) == expectation(b.text);
+}
+
+}  // namespace
+
+input_error_list::entry* input_error_list::like(const input_error& error) {
+  const auto found = std::find_if(entries_.begin(), entries_.end(),
+                                  [&](const entry& other) { return is_alike(other.error, error); });
+  return found == entries_.end() ? nullptr : &*found;
+}
+
 void input_error_list::add(std::size_t line, std::string_view column, std::string text) {
-  if (errors_.size() < limit_) {
-    errors_.push_back({file_, line, std::string(column), std::move(text)});
+  input_error error{file_, line, std::string(column), std::move(text)};
+  entry* const same = like(error);
+  // What is said of a line, or of all of the table, is not said of rows.
+  if (same != nullptr && line != 0 && line != same->error.line) {
+    same->further.add(line);
+  } else if (entries_.size() < limit_) {
+    entries_.push_back({std::move(error), {}});
   } else {
     ++beyond_limit_;
   }
 }
 
 void input_error_list::append_to(std::vector<input_error>& all) && {
-  std::stable_sort(errors_.begin(), errors_.end(),
-                   [](const auto& a, const auto& b) { return a.line < b.line; });
-  std::move(errors_.begin(), errors_.end(), std::back_inserter(all));
+  std::stable_sort(entries_.begin(), entries_.end(),
+                   [](const auto& a, const auto& b) { return a.error.line < b.error.line; });
+  for (auto& [error, further] : entries_) {
+    if (further.count() != 0) {
+      error.text += " (and in " + std::to_string(further.count()) +
+                    (further.count() == 1 ? " more row: " : " more rows: ") +
+                    further.text("line", "lines") + ")";
+    }
+    all.push_back(std::move(error));
+  }
   if (beyond_limit_ != 0) {
     all.push_back({file_, 0, "", "and " + std::to_string(beyond_limit_) + " more"});
   }

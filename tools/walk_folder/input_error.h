@@ -34,7 +34,24 @@ private:
   std::vector<input_error> errors_;
 };
 
-/// Collects what is said about one table, up to a limit; what is beyond it is counted.
+/// Lines or indices for a message: the first few of them, and how many there are.
+class short_list {
+public:
+  /// A number that was the last one already counts once.
+  void add(std::size_t number);
+  std::size_t count() const { return count_; }
+
+  /// "line 3", "lines 3, 4", "lines 3, 4, 5, 6, 7, ...".
+  std::string text(const std::string& one, const std::string& several) const;
+
+private:
+  std::vector<std::size_t> first_;
+  std::size_t last_ = 0;
+  std::size_t count_ = 0;
+};
+
+/// Collects what is said about one table, up to a limit; what is beyond it is counted. What is
+/// wrong in the same way with cells of one column is said once, with the other lines.
 class input_error_list {
 public:
   input_error_list(std::string file, std::size_t limit) : file_(std::move(file)), limit_(limit) {}
@@ -45,10 +62,16 @@ public:
   void append_to(std::vector<input_error>& all) &&;
 
 private:
+  struct entry {
+    input_error error;
+    short_list further;  ///< lines of which the same is to be said
+  };
+  entry* like(const input_error& error);
+
   std::string file_;
   std::size_t limit_;
   std::size_t beyond_limit_ = 0;
-  std::vector<input_error> errors_;
+  std::vector<entry> entries_;
 };
 
 }  // namespace gait_walk

@@ -13,12 +13,12 @@ namespace gait_walk {
 namespace {
 
 struct other_name {
-  std::string_view name;  ///< as bare() makes it
+  std::string_view name;  ///< as bare_name() makes it
   std::string_view column;
 };
 
 // clang-format off
-constexpr std::array<other_name, 44> other_names = {{
+constexpr std::array<other_name, 50> other_names = {{
     {"side", "foot"},                      {"leg", "foot"},
     {"stride", "index"},                   {"strideid", "index"},
     {"start", "first_sample"},             {"end", "last_sample"},
@@ -41,19 +41,21 @@ constexpr std::array<other_name, 44> other_names = {{
     {"toeclearance", "min_tc"},            {"mintoeclearance", "min_tc"},
     {"doublesupport", "ds"},               {"right", "right_index"},
     {"left", "left_index"},                {"comment", "reason"},
+    {"key", "name"},                       {"field", "name"},
+    {"property", "name"},                  {"text", "value"},
+    {"content", "value"},                  {"entry", "value"},
 }};
 // clang-format on
 
-/// A name without what makes no difference.
-std::string bare(std::string_view name) {
+}  // namespace
+
+std::string bare_name(std::string_view name) {
   std::string bare = lower(name.substr(0, name.find_first_of("([")));
   const auto joins = [](char c) { return c == ' ' || c == '_' || c == '-' || c == '.'; };
   bare.erase(std::remove_if(bare.begin(), bare.end(), joins), bare.end());
   return bare;
 }
 
-/// The number of letters to insert, delete or replace that makes one name of the other (Levenshtein
-/// 1966).
 std::size_t edit_distance(std::string_view a, std::string_view b) {
   std::vector<std::size_t> distances(b.size() + 1);
   for (std::size_t j = 0; j <= b.size(); ++j) {
@@ -70,14 +72,12 @@ std::size_t edit_distance(std::string_view a, std::string_view b) {
   return distances[b.size()];
 }
 
-}  // namespace
-
 std::string_view nearest_name(std::string_view name, const std::vector<std::string_view>& known) {
   constexpr std::size_t longest_name = 40;
   if (name.size() > longest_name) {
     return {};
   }
-  const std::string wanted = bare(name);
+  const std::string wanted = bare_name(name);
   for (const other_name& other : other_names) {
     if (other.name == wanted &&
         std::find(known.begin(), known.end(), other.column) != known.end()) {
@@ -88,7 +88,7 @@ std::string_view nearest_name(std::string_view name, const std::vector<std::stri
   // More than half of the letters, or more than three of them, make another word.
   std::size_t smallest = std::min<std::size_t>((wanted.size() + 1) / 2, 3) + 1;
   for (const std::string_view candidate : known) {
-    const std::size_t distance = edit_distance(wanted, bare(candidate));
+    const std::size_t distance = edit_distance(wanted, bare_name(candidate));
     if (distance < smallest) {
       smallest = distance;
       nearest = candidate;

@@ -1,6 +1,8 @@
 #include "open_table.h"
 
 #include "folder_mistakes.h"
+#include "shown_text.h"
+#include "similar_files.h"
 
 #include <cerrno>
 #include <fstream>
@@ -14,7 +16,31 @@ namespace {
 namespace fs = std::filesystem;
 
 opened_table unreadable(std::string complaint, bool missing = false) {
-  return {nullptr, nullptr, std::move(complaint), missing};
+  return {nullptr, nullptr, std::move(complaint), missing, ""};
+}
+
+/// A table that is not there. Where something is in its place, a walk that could do without it has
+/// an error all the same: data that somebody believes is read would be passed over.
+opened_table absent(const fs::path& folder, std::string_view table) {
+  std::error_code error;
+  if (fs::is_symlink(folder / table, error)) {
+    return unreadable("found a link that leads nowhere, expected a table");
+  }
+  if (std::string complaint = misnamed_table(folder, table); !complaint.empty()) {
+    return unreadable(std::move(complaint));
+  }
+  return unreadable(missing_table(folder, table), true);
+}
+
+/// What to say of a file beside a table that is easily taken for it. A workbook is what the table
+/// was saved from.
+std::string file_beside(const fs::path& folder, std::string_view table) {
+  const std::string other = files_like(folder, table).text;
+  if (other.empty()) {
+    return {};
+  }
+  return "found " + in_quotes(other) + " beside this table, expected one of the two: only " +
+         std::string(table) + " is read";
 }
 
 }  // namespace
@@ -27,7 +53,7 @@ opened_table open_file(const fs::path& folder, std::string_view table) {
   }
   const fs::file_status status = fs::status(file, error);
   if (status.type() == fs::file_type::not_found) {
-    return unreadable(missing_table(folder, table), true);
+    return absent(folder, table);
   }
   if (fs::is_directory(status)) {
     return unreadable("found a folder, expected a table");
@@ -41,14 +67,14 @@ opened_table open_file(const fs::path& folder, std::string_view table) {
                       std::generic_category().message(errno) + "), expected a table");
   }
   std::istream* const text = stream.get();
-  return {text, std::move(stream), "", false};
+  return {text, std::move(stream), "", false, file_beside(folder, table)};
 }
 
 opened_table open_stream(std::istream* stream) {
   if (stream == nullptr) {
     return unreadable("found no such table, expected one", true);
   }
-  return {stream, nullptr, "", false};
+  return {stream, nullptr, "", false, ""};
 }
 
 }  // namespace gait_walk

@@ -18,6 +18,7 @@ struct opened_table {
   std::unique_ptr<std::istream> owned;
   std::string complaint;
   bool missing = false;
+  std::string remark = {};  ///< what is worth a warning, though the table can be read
 };
 
 /// A table of a walk folder.

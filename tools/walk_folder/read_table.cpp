@@ -60,35 +60,91 @@ private:
   std::vector<std::string> names_;
 };
 
+/// The columns that the header line does not have.
 template <class Row>
-void report_unknown_column(const csv_row& row, std::size_t cell, input_error_list& errors) {
-  if (row[cell].empty()) {
-    errors.add(row.line, "",
-               "found no name for column " + std::to_string(cell + 1) +
-                   ", expected one: name it, or leave it out with --ignore-column all");
+std::vector<std::string_view> absent_columns(const header<Row>& header) {
+  std::vector<std::string_view> absent;
+  absent.reserve(columns<Row>.size());
+  for (std::size_t column = 0; column < columns<Row>.size(); ++column) {
+    if (!header.present[column]) {
+      absent.push_back(columns<Row>[column].name);
+    }
+  }
+  return absent;
+}
+
+std::string joined(const std::vector<std::string_view>& names) {
+  std::string text;
+  for (const std::string_view name : names) {
+    text += (text.empty() ? "" : ", ") + std::string(name);
+  }
+  return text;
+}
+
+/// Unknown columns that are near to no other, reported together: the names that they may be given
+/// are many.
+void report_strange_columns(const std::vector<std::string>& strange,
+                            const std::vector<std::string_view>& absent, std::size_t line,
+                            input_error_list& errors) {
+  if (strange.empty()) {
     return;
   }
-  std::vector<std::string_view> known;
-  known.reserve(columns<Row>.size());
-  for (const auto& column : columns<Row>) {
-    known.push_back(column.name);
+  constexpr std::size_t most_shown = 3;
+  std::string first_names;
+  for (std::size_t i = 0; i < std::min(strange.size(), most_shown); ++i) {
+    first_names += (i == 0 ? "" : ", ") + in_quotes(strange[i]);
   }
-  const std::string_view nearest = nearest_name(row[cell], known);
-  errors.add(row.line, shown(row[cell]),
-             "found an unknown column, expected " +
-                 (nearest.empty() ? "only " + column_names<Row>() + ": "
-                                  : std::string(nearest) + ": rename it, or ") +
-                 "leave it out with --ignore-column");
+  const bool is_one = strange.size() == 1;
+  const std::string how_many = std::to_string(strange.size());
+  errors.add(line, "",
+             (is_one ? "found an unknown column (" : "found " + how_many + " unknown columns (") +
+                 first_names + (strange.size() > most_shown ? ", ..." : "") +
+                 "), expected only known ones: leave " +
+                 (is_one ? "it out with --ignore-column" : "them out with --ignore-column all") +
+                 (absent.empty() ? "" : ", or rename: the table has no " + joined(absent)));
+}
+
+template <class Row>
+void report_unknown_columns(const csv_row& row, const header<Row>& header,
+                            const ignored_columns& ignored, input_error_list& errors) {
+  const std::vector<std::string_view> absent = absent_columns(header);
+  std::vector<std::string> strange;
+  for (std::size_t cell = 0; cell < row.size(); ++cell) {
+    if (find_column<Row>(lower(row[cell])) != header.no_column ||
+        ignored.has_unknown(lower(row[cell]))) {
+      continue;
+    }
+    if (row[cell].empty()) {
+      errors.add(row.line, "",
+                 "found no name for column " + std::to_string(cell + 1) +
+                     ", expected one: name it, or leave it out with --ignore-column all");
+      continue;
+    }
+    const std::string_view nearest = nearest_name(row[cell], absent);
+    if (nearest.empty()) {
+      strange.emplace_back(row[cell]);
+      continue;
+    }
+    errors.add(row.line, shown(row[cell]),
+               "found an unknown column, expected " + std::string(nearest) +
+                   ": rename it, or leave it out with --ignore-column");
+  }
+  report_strange_columns(strange, absent, row.line, errors);
 }
 
 /// Which columns the cells of the header line stand for; no_column for those that are left out.
+/// A column that the table cannot do without stays.
 template <class Row>
 header<Row> find_columns(const csv_row& row, const ignored_columns& ignored) {
   header<Row> header;
   for (std::size_t cell = 0; cell < row.size(); ++cell) {
     const std::string name = lower(row[cell]);
-    header.column_of_cell.push_back(ignored.has(name) ? header.no_column : find_column<Row>(name));
-    header.usable = header.usable || header.column_of_cell.back() != header.no_column;
+    std::size_t column = find_column<Row>(name);
+    if (column != header.no_column && ignored.has(name) && !columns<Row>[column].rules.required) {
+      column = header.no_column;
+    }
+    header.column_of_cell.push_back(column);
+    header.usable = header.usable || column != header.no_column;
   }
   return header;
 }
@@ -105,17 +161,22 @@ header<Row> read_header(const csv_row& row, const ignored_columns& ignored, tabl
   for (std::size_t cell = 0; cell < row.size(); ++cell) {
     std::size_t& column = header.column_of_cell[cell];
     if (column == header.no_column) {
-      if (!ignored.has_unknown(lower(row[cell]))) {
-        report_unknown_column<Row>(row, cell, report.errors);
-      }
-    } else if (header.present[column]) {
+      continue;
+    }
+    if (header.present[column]) {
       report.errors.add(row.line, columns<Row>[column].name,
                         "found the column twice, expected it once");
       column = header.no_column;
-    } else {
-      header.present.set(column);
+      continue;
+    }
+    header.present.set(column);
+    if (ignored.has(std::string(columns<Row>[column].name))) {
+      report.errors.add(row.line, columns<Row>[column].name,
+                        "found --ignore-column for it, expected it to be read: this table cannot "
+                        "do without the column");
     }
   }
+  report_unknown_columns(row, header, ignored, report.errors);
   for (std::size_t column = 0; column < columns<Row>.size(); ++column) {
     if (columns<Row>[column].rules.required && !header.present[column]) {
       report.errors.add(row.line, columns<Row>[column].name,
@@ -195,8 +256,8 @@ std::string why_too_many(const csv_row& cells, const header<Row>& header) {
   if (are_split_by_decimal_commas(cells, header)) {
     return ": are there decimal commas in place of decimal points?";
   }
-  return std::is_same_v<Row, exclusion_row>
-             ? ": a reason with a comma in it needs quotation marks around it"
+  return std::is_same_v<Row, exclusion_row> || std::is_same_v<Row, about_row>
+             ? ": a text with a comma in it needs quotation marks around it"
              : "";
 }
 
@@ -247,6 +308,9 @@ void read_table(const opened_table& opened, const std::vector<std::string>& igno
     report.was_read = false;
     report.errors.add(0, "", opened.complaint);
     return;
+  }
+  if (!opened.remark.empty()) {
+    report.warnings.add(0, "", opened.remark);
   }
   try {
     csv_table table(*opened.text);

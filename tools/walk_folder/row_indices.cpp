@@ -13,22 +13,25 @@ std::string repeated(int index, std::size_t first_line) {
   return found(std::to_string(index)) + " again (as on line " + std::to_string(first_line) + ")";
 }
 
-std::string out_of_sequence(int index, int expected, const std::string& whose) {
+std::string out_of_sequence(int index, int next, const std::string& whose) {
   std::string text = found(std::to_string(index));
-  text += " as the next index";
+  text += " where ";
+  text += in_quotes(std::to_string(next));
+  text += " comes next, expected the indices";
   text += whose;
-  text += ", expected ";
-  text += in_quotes(std::to_string(expected));
-  text += ": indices run from 0 without gaps";
+  text += " from 0 without gaps: ";
+  text += next == 0 ? "begin with 0" : "give a missing cycle a row without measured values";
+  text += ", or leave the column out";
   return text;
 }
 
 }  // namespace
 
-void row_indices::check(table_report& report, const std::string& whose) {
+bool row_indices::check(table_report& report, const std::string& whose) {
   std::sort(places_.begin(), places_.end(), [](const place& a, const place& b) {
     return std::pair(a.index, a.line) < std::pair(b.index, b.line);
   });
+  bool without_gaps = true;
   const place* last = nullptr;
   for (const place& next : places_) {
     if (last != nullptr && next.index == last->index) {
@@ -38,11 +41,13 @@ void row_indices::check(table_report& report, const std::string& whose) {
       continue;
     }
     const int expected = last == nullptr ? 0 : last->index + 1;
+    without_gaps = without_gaps && next.index == expected;
     if (next.index != expected && report.is_complete()) {
       report.errors.add(next.line, "index", out_of_sequence(next.index, expected, whose));
     }
     last = &next;
   }
+  return without_gaps;
 }
 
 std::vector<std::size_t> row_indices::lines() const {

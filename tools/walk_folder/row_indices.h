@@ -20,13 +20,14 @@ public:
   bool empty() const { return places_.empty(); }
 
   /// Reports indices that occur twice and, if no row is unknown, those that are left out. `whose`
-  /// says whose indices they are: " of the left foot".
-  void check(table_report& report, const std::string& whose);
+  /// says whose indices they are: " of the left foot". Returns whether none is left out.
+  bool check(table_report& report, const std::string& whose);
 
   /// Whether a row has this index; check() must have been called.
   bool contains(int index) const;
 
-  /// The line of each row, by index; check() must have been called, and found nothing.
+  /// The line of each row: in the order of add(), and by index once check() was called and found
+  /// nothing.
   std::vector<std::size_t> lines() const;
 
 private:

@@ -23,14 +23,20 @@ namespace {
 
 namespace fs = std::filesystem;
 
-/// Tables that replace those of a folder only once all of them are written.
+/// Tables that replace those of a folder only once all of them are written. Until then each is a part
+/// beside its place.
 class new_tables {
 public:
   explicit new_tables(fs::path folder) : folder_(std::move(folder)) {}
+  /// Where some tables are in place and some are not, the folder holds those of two walks: the parts
+  /// stay, and tell the reader so.
   ~new_tables() {
-    for (const auto& [part, table] : written_) {
+    if (any_in_place_) {
+      return;
+    }
+    for (const new_table& table : tables_) {
       std::error_code ignored;
-      fs::remove(part, ignored);
+      fs::remove(table.part, ignored);
     }
   }
   new_tables(const new_tables&) = delete;
@@ -41,11 +47,7 @@ public:
   /// Writes a table beside its place. `write_rows` is given a function that writes one row.
   template <class Row>
   void write(const std::function<void(const std::function<void(const Row&)>&)>& write_rows) {
-    const fs::path table = folder_ / table_name<Row>;
-    written_.emplace_back(part_of(table), table);
-    std::ofstream text;
-    text.exceptions(std::ios::failbit | std::ios::badbit);
-    text.open(written_.back().first, std::ios::binary);
+    std::ofstream text = open_part(folder_ / table_name<Row>, true);
     const char* separator = "";
     for (const auto& column : columns<Row>) {
       text << separator << column.name;
@@ -56,20 +58,42 @@ public:
     text.close();
   }
 
-  void put_in_place() {
-    for (const auto& [part, table] : written_) {
-      fs::rename(part, table);
-    }
-    written_.clear();
-  }
-
-  /// Removes a table that the folder may have of another walk.
+  /// Has a table removed that the folder may have of another walk.
   template <class Row>
   void remove() {
-    fs::remove(folder_ / table_name<Row>);
+    const fs::path table = folder_ / table_name<Row>;
+    if (fs::exists(table) || fs::exists(part_of(table))) {
+      open_part(table, false);
+    }
+  }
+
+  void put_in_place() {
+    for (const new_table& table : tables_) {
+      if (table.is_written) {
+        fs::rename(table.part, table.place);
+      } else {
+        fs::remove(table.place);
+        fs::remove(table.part);
+      }
+      any_in_place_ = true;
+    }
   }
 
 private:
+  struct new_table {
+    fs::path part;
+    fs::path place;
+    bool is_written;  ///< else the table is removed
+  };
+
+  std::ofstream open_part(const fs::path& table, bool is_written) {
+    tables_.push_back({part_of(table), table, is_written});
+    std::ofstream text;
+    text.exceptions(std::ios::failbit | std::ios::badbit);
+    text.open(tables_.back().part, std::ios::binary);
+    return text;
+  }
+
   template <class Row, class Value>
   static std::string cell_of(const Value& value, const column<Row>& column) {
     if constexpr (std::is_same_v<Value, double>) {
@@ -93,7 +117,8 @@ private:
   }
 
   fs::path folder_;
-  std::vector<std::pair<fs::path, fs::path>> written_;
+  std::vector<new_table> tables_;
+  bool any_in_place_ = false;
 };
 
 template <class Use>
@@ -135,7 +160,9 @@ void write_walk_folder(const walk& walk, const fs::path& folder) {
       write_row(exclusion);
     }
   });
-  if (!walk.about.empty()) {
+  if (walk.about.empty()) {
+    tables.remove<about_row>();
+  } else {
     tables.write<about_row>([&](const auto& write_row) {
       for (const about_row& row : walk.about) {
         write_row(row);
@@ -143,9 +170,6 @@ void write_walk_folder(const walk& walk, const fs::path& folder) {
     });
   }
   tables.put_in_place();
-  if (walk.about.empty()) {
-    tables.remove<about_row>();
-  }
 }
 
 }  // namespace gait_walk
