@@ -41,10 +41,11 @@ five lines the first five are named. Where a factor gives a mistake away, a ques
 - Without a finding, data may still be wrong. Angles with the wrong sign, for example, break no
   check.
 - The checks are not norms: no patient walks too slowly for them. Their tolerances and bounds are
-  wide, and were tried on 170 walks of healthy people and of patients (32,197 included strides).
+  wide, and were tried on 170 walks of healthy people and of patients (32,197 included strides)
+  unless their source names fewer.
   They hold for rounded values too: times to 10 ms, percentages to 0.1, lengths to 1 cm.
-- One stride is a finding, unless the tolerance asks for more of them, because real walks have single
-  ones.
+- One stride is a finding, unless the tolerance asks for more of them, because real walks have
+  single ones.
 - Included strides alone are compared, except where the order or the links of all strides are
   checked. A value that was not measured takes part in no check. A value that breaks its own bounds
   takes part in no other check, so that one mistake is one finding.

@@ -2,7 +2,7 @@
 
     mutate.py [--check] [--jobs J] [--only TEXT] [LIST...]
 
-A list (library.toml, walk_folder.toml; none named: both) holds the faults. --check only looks
+A list (library.toml, walk_folder.toml, walk_checks.toml; none named: all) holds the faults. --check only looks
 whether each can still be put in. --only takes the faults whose file or lines contain TEXT. Exits
 with 1 when a fault is noticed by no test and not explained, or explained and noticed.
 """
@@ -56,6 +56,14 @@ STAGES = {
             "walk_folder_test",
             ["tests/tools/walk_folder_test", "--gtest_brief=1", "--gtest_fail_fast"],
         ),
+        EVERYTHING,
+    ],
+    "walk_checks": [
+        (
+            "walk_checks_test",
+            ["tests/tools/walk_checks_test", "--gtest_brief=1", "--gtest_fail_fast"],
+        ),
+        ("report_test", ["tests/tools/report_test", "--gtest_brief=1", "--gtest_fail_fast"]),
         EVERYTHING,
     ],
 }
