@@ -125,6 +125,9 @@ const std::vector<alteration>& alterations() {
       {"a swing of two points more",
        [](sound_walk& w) { w.right_stride().swing += 2.0; },
        {"swing_and_stance"}},
+      {"one step over a pause",
+       [](sound_walk& w) { w.right_stride().step_time = 1.2 * w.right_stride().gct; },
+       {}},
       {"swing and stance swapped",
        [](sound_walk& w) { w.each_stride([](cycle& c) { std::swap(c.swing, c.stance); }); },
        {"contact_and_stance", "double_support_and_stances"}},
@@ -175,6 +178,9 @@ const std::vector<alteration>& alterations() {
       {"toe clearances swapped",
        [](sound_walk& w) { std::swap(w.right_stride().min_tc, w.right_stride().max_tc2); },
        {"toe_clearances"}},
+      {"a toe that rises less than it was lifted",
+       [](sound_walk& w) { w.right_stride().min_tc = w.right_stride().max_tc1 + 0.01; },
+       {"toe_clearances"}},
       {"rows in reverse",
        [](sound_walk& w) {
          w.right().reverse();
@@ -191,6 +197,9 @@ const std::vector<alteration>& alterations() {
       {"a heel strike before the one before",
        [](sound_walk& w) { w.right_stride().hs -= 1.5; },
        {"strides_in_time_order", "heel_strike_and_sample"}},
+      {"an excluded stride that opens after the next one",
+       [](sound_walk& w) { w.right().front().first_sample += 1000; },
+       {"strides_in_time_order"}},
       {"two links exchanged",
        [](sound_walk& w) {
          auto first = std::next(w.feet().begin(), 8);
@@ -286,8 +295,15 @@ TEST(WalkChecks, FindEachValueBeyondItsBoundsAndNothingElse) {
       sound_walk walk;
       set_one(walk, row, beyond);
       EXPECT_EQ(names_of(walk.findings()), names{name}) << name << " " << beyond;
+      EXPECT_EQ(names_of(walk.findings({name})).count(name), 0U);
     }
   }
+}
+
+TEST(WalkChecks, FindAStrideOf999Seconds) {
+  sound_walk walk;
+  walk.right_stride().gct = 999.0;
+  EXPECT_EQ(names_of(walk.findings()), names{"gct_bounds"});
 }
 
 TEST(WalkChecks, AcceptTheBoundsThemselves) {
@@ -301,13 +317,25 @@ TEST(WalkChecks, AcceptTheBoundsThemselves) {
   }
 }
 
+/// What the finding of a check guesses; "no finding" where it is not broken.
+std::string guess_of(sound_walk& walk, const std::string& check) {
+  for (const finding& found : walk.findings()) {
+    if (found.check == check) {
+      return found.guess;
+    }
+  }
+  return "no finding";
+}
+
+/// A column that is off by a factor, and what is said of it.
+struct slip {
+  double cycle::*field;
+  double factor;
+  const char* check;
+  const char* guess;
+};
+
 TEST(WalkChecks, CallAColumnInAnotherUnitByItsName) {
-  struct slip {
-    double cycle::*field;
-    double factor;
-    const char* check;
-    const char* guess;
-  };
   for (const slip& slip : {slip{&cycle::gct, 1000.0, "gct_median", "milliseconds?"},
                            slip{&cycle::swing, 0.01, "swing_median", "a fraction?"},
                            slip{&cycle::stance, 0.01, "stance_median", "a fraction?"},
@@ -435,12 +463,6 @@ TEST(WalkChecks, LeaveOutSingleStridesButNotHalfOfThem) {
 }
 
 TEST(WalkChecks, CallASlipOfAStrideByItsName) {
-  struct slip {
-    double cycle::*field;
-    double factor;
-    const char* check;
-    const char* guess;
-  };
   for (const slip& slip :
        {slip{&cycle::gct, 0.5, "duration_and_samples", "gct is a step time?"},
         slip{&cycle::hs, 1000.0, "heel_strike_and_sample", "hs in milliseconds?"},
@@ -450,22 +472,16 @@ TEST(WalkChecks, CallASlipOfAStrideByItsName) {
         slip{&cycle::speed, 0.9, "speed_and_stride_length", ""}}) {
     sound_walk walk;
     walk.scale(slip.field, slip.factor);
-    std::string guess = "no finding";
-    for (const finding& found : walk.findings()) {
-      guess = found.check == slip.check ? found.guess : guess;
-    }
-    EXPECT_EQ(guess, slip.guess) << slip.check;
+    EXPECT_EQ(guess_of(walk, slip.check), slip.guess) << slip.check;
   }
 }
 
-/// What the finding of a check guesses; "no finding" where it is not broken.
-std::string guess_of(sound_walk& walk, const std::string& check) {
-  for (const finding& found : walk.findings()) {
-    if (found.check == check) {
-      return found.guess;
-    }
-  }
-  return "no finding";
+TEST(WalkChecks, SayReverseOnlyWhereAllStridesAre) {
+  sound_walk walk;
+  walk.right_stride().hs -= 1.5;
+  EXPECT_EQ(guess_of(walk, "strides_in_time_order"), "");
+  walk.each_stride([](cycle& c) { c.hs = -c.first_sample / 100.0 - 2.0; });
+  EXPECT_EQ(guess_of(walk, "strides_in_time_order"), "rows or index in reverse?");
 }
 
 TEST(WalkChecks, NameTheRateThatWouldMendNearlyAllStrides) {
@@ -481,6 +497,18 @@ TEST(WalkChecks, NameTheRateThatWouldMendNearlyAllStrides) {
     EXPECT_EQ(guess_of(walk, "duration_and_samples"),
               sound_strides == 0 ? "a sampling rate of 100 Hz?" : "");
   }
+}
+
+TEST(WalkChecks, NameNoRateThatMendsHalfOfTheStrides) {
+  sound_walk walk;
+  walk.each_stride([](cycle& c) { c.gct *= c.index % 2 == 0 ? 1.2 : 1.4; });
+  EXPECT_EQ(guess_of(walk, "duration_and_samples"), "");
+}
+
+TEST(WalkChecks, NameNoUnitThatMendsNothing) {
+  sound_walk walk;
+  walk.scale(&cycle::contact, 0.007);
+  EXPECT_EQ(guess_of(walk, "contact_median"), "");
 }
 
 TEST(WalkChecks, NameNoRateFromTwoStrides) {
@@ -592,9 +620,12 @@ TEST(StrideChecks, ListTheNumbersThatTheyCompareWith) {
 
 TEST(StrideChecks, CompareTheToeClearancesThatAreThere) {
   sound_walk walk;
+  walk.each_stride([](cycle& c) { c.min_tc = gait_missing; });
   walk.right_stride().min_tc = 0.15;
   walk.right_stride().max_tc1 = gait_missing;
-  EXPECT_EQ(names_of(walk.findings()), names{"toe_clearances"});
+  const auto findings = walk.findings();
+  ASSERT_EQ(names_of(findings), names{"toe_clearances"});
+  EXPECT_EQ(findings[0].compared, 1U);
   walk.right_stride().max_tc2 = gait_missing;
   EXPECT_EQ(names_of(walk.findings()), names{});
 }
@@ -614,6 +645,17 @@ TEST(Interval, HoldsItsEndsUnlessItIsOpen) {
   EXPECT_EQ(in_words(open, ""), "more than 1 to less than 2");
   EXPECT_EQ(gait_checks::in_words({-gait_checks::unbounded, 2.0, true, false}, "m"),
             "less than 2 m");
+}
+
+TEST(Median, IsTheMeanOfTheMiddleTwoOfAnEvenNumber) {
+  EXPECT_EQ(gait_checks::median({3.0, 1.0, 20.0}), 3.0);
+  EXPECT_EQ(gait_checks::median({10.0, 1.0, 2.0, 3.0}), 2.5);
+}
+
+TEST(Tolerance, IsWhatMayStillDiffer) {
+  EXPECT_FALSE(gait_checks::differs(1.5, 1.0, 0.5));
+  EXPECT_FALSE(gait_checks::differs(0.5, 1.0, 0.5));
+  EXPECT_TRUE(gait_checks::differs(1.6, 1.0, 0.5));
 }
 
 /// A tally of so many strides, the first of which are broken.
@@ -726,6 +768,20 @@ TEST(UnlinkedStrides, AreANoteWhereThePartnerWasNotFound) {
   EXPECT_EQ(notes[0].name, "strides_without_link");
   EXPECT_THAT(notes[0].text, HasSubstr("links them: 1 of 60 strides of the right foot."));
   EXPECT_THAT(notes[1].text, HasSubstr("links them: 1 of 60 strides of the left foot."));
+}
+
+TEST(UnlinkedStrides, AreNoFindingWhereLeftOpensAfterRightEnded) {
+  sound_walk walk;
+  walk.feet().pop_back();
+  walk.left().back().first_sample = walk.right().back().last_sample + 1;
+  EXPECT_EQ(names_of(walk.findings()), names{});
+}
+
+TEST(UnlinkedStrides, AreNotLookedForAmongStridesOutOfOrder) {
+  sound_walk walk;
+  walk.right().front().first_sample += 1000;
+  std::next(walk.feet().begin(), 8)->left_cycle = nullptr;
+  EXPECT_EQ(names_of(walk.findings()), names{"strides_in_time_order"});
 }
 
 TEST(UnlinkedStrides, AreAFindingWhereTheFeetShareTheirTimes) {
