@@ -757,6 +757,30 @@ TEST(FeetCycleDuration, PointsAtTheFootColumnWhereCyclesFollowLeft) {
   EXPECT_LT(findings[0].broken, findings[0].compared);
 }
 
+TEST(FeetCycleDuration, IsNotComparedWhereItIsMissing) {
+  sound_walk walk;
+  for (gait_feet_cycle& c : walk.feet()) {
+    c.gct = gait_missing;
+  }
+  EXPECT_EQ(names_of(walk.findings()), names{});
+}
+
+TEST(FeetCycleDuration, MayBeThatOfSomeLeftStrides) {
+  sound_walk walk;
+  for (gait_feet_cycle& c : walk.feet()) {
+    c.gct = c.left_cycle->index % 3 == 0 ? c.left_cycle->gct : c.gct;
+  }
+  EXPECT_EQ(names_of(walk.findings()), names{});
+}
+
+TEST(FeetCycleDuration, OfItsOwnIsNoSignOfSwappedFeet) {
+  sound_walk walk;
+  for (gait_feet_cycle& c : walk.feet()) {
+    c.gct = c.left_cycle->index % 2 == 0 ? c.left_cycle->gct : c.gct + 0.2;
+  }
+  EXPECT_EQ(guess_of(walk, "feet_cycle_duration"), "");
+}
+
 TEST(UnlinkedStrides, AreANoteWhereThePartnerWasNotFound) {
   EXPECT_EQ(names_of(sound_walk(100, 4).findings()), names{});
   sound_walk walk;

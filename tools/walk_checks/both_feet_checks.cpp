@@ -195,7 +195,7 @@ std::vector<walk_rule> both_feet_rules() {
   constexpr std::string_view of_170_walks = "170 measured walks, none of which breaks it";
   // clang-format off
   return {
-      {"feet_cycle_duration", "gct of a cycle of both feet = gct of its right stride, or throughout of its left one (s)", number(duration_percent) + " %", alarm::any, feet_cycle_duration,
+      {"feet_cycle_duration", "gct of a cycle of both feet = gct of its right stride (s)", number(duration_percent) + " %", alarm::any, feet_cycle_duration,
        "wrong links, or feet swapped: column foot; --without-check feet_cycle_duration where the left foot leads", of_170_walks},
       {"double_support_and_stances", "median of ds = stance right + stance left - 100 (%)", number(double_support_points) + " points", alarm::any, double_support_and_stances,
        "one of the two phases alone, a fraction, seconds, or single support", "170 measured walks: their medians differ by 2.5 points at most"},
