@@ -2,6 +2,7 @@
 
 #include <walk_checks.h>
 
+#include <cstddef>
 #include <iostream>
 #include <string>
 
@@ -21,13 +22,17 @@ check is a *finding*. It is printed on the standard error and stands in every ou
 ([output.md](output.md)), for example:
 
 ```text
-finding: monday/foot_cycles.csv: column swing: swing_bounds: found 150, expected 0 to 100 %, in 1 of 57 included strides (line 12). Usually: a wrong cell, or an error of measurement: correct it, empty it, or exclude the stride.
+finding: monday/foot_cycles.csv: column swing: swing_bounds:
+    found 150, expected 0 to 100 %, in 1 of 57 included strides (line 12)
+    usually: a wrong cell, or an error of measurement
+    to mend: correct the cell, empty it, or leave the stride out with the row
+      feet,excluded_1,8 in exclusions.csv (columns cycles,list,index)
 ```
 
 A finding says where to look: the column to look at first, the check's name, what was found in the
 first stride that breaks it, how many strides break it, and on which lines they stand. Of more than
 five lines the first five are named. Where a factor gives a mistake away, a question names it
-("milliseconds?").
+("milliseconds?"). In a file or a pipe, a finding is one line.
 
 - A finding changes no figure and no exit code. With `--strict` findings and warnings are errors:
   the walk is left out, and the exit code is 1.
@@ -36,26 +41,40 @@ five lines the first five are named. Where a factor gives a mistake away, a ques
 - Without a finding, data may still be wrong. Angles with the wrong sign, for example, break no
   check.
 - The checks are not norms: no patient walks too slowly for them. Their tolerances and bounds are
-  wide, and were tried on 170 walks of healthy people and of patients (32,197 included strides).
+  wide, and were tried on 170 walks of healthy people and of patients (32,197 included strides)
+  unless their source names fewer.
   They hold for rounded values too: times to 10 ms, percentages to 0.1, lengths to 1 cm.
+- One stride is a finding, unless the tolerance asks for more of them, because real walks have
+  single ones.
 - Included strides alone are compared, except where the order or the links of all strides are
   checked. A value that was not measured takes part in no check. A value that breaks its own bounds
   takes part in no other check, so that one mistake is one finding.
 )";
 // clang-format on
 
-constexpr auto notes = R"(
+/// The page's last section.
+std::string notes() {
+  const auto below = [](std::size_t strides) { return "- Below " + std::to_string(strides); };
+  return R"(
 ## Notes
 
-A note is no finding: nothing is wrong. It says how far the figures of few included strides can be
-trusted, stands in the table and in JSON, and is never an error.
+A note is no finding: nothing is wrong. It stands in the table and in JSON, and is never an error.
+Most say how far the figures of few included strides can be trusted.
 
-- Below 10 strides, read means with care. Below 50, measures of variability (SD, CV) still change
-  with more strides. König et al., Gait & Posture 2014;39:615, PMID 23838361, found means reliable
-  from 10 gait cycles on, and ask for at least 50 for variability.
-- Below 30 strides, measures of variability tend to come out too small. Galna, Lord and Rochester,
-  Gait & Posture 2013, ask for no fewer than 30 steps.
+)" + below(gait_checks::strides_for_means) +
+         R"( strides, read means with care. König et al., Gait & Posture 2014;39:615, PMID
+  23838361, found means reliable from 10 gait cycles on.
+)" + below(gait_checks::strides_for_variability) +
+         R"( strides, measures of variability (SD, CV) tend to come out too small. Galna, Lord
+  and Rochester, Gait & Posture 2013, ask for no fewer than 30 steps.
+)" + below(gait_checks::strides_for_steady_variability) +
+         R"( strides, measures of variability still change with more strides. König et al. ask
+  for at least 50.
+- Strides that no cycle of both feet links are counted: they enter no statistic of both feet. A
+  partner that was not found is usual at turns, so this is no finding. It is one, of
+  `unlinked_strides`, where both strides are there and nothing links them.
 )";
+}
 
 std::string heading_of(kind what) {
   switch (what) {
@@ -75,13 +94,11 @@ std::string heading_of(kind what) {
 const char* sentence_about(kind what) {
   switch (what) {
     case kind::fields_of_a_stride:
-      return R"(What one stride says twice must agree. One stride is a finding. Of `cadence_and_duration` and
-`step_and_stride_time`, two strides and more than one in twenty must break them, because rounded
-cadences and steps over a pause have single ones.
+      return R"(What one stride says twice must agree.
 )";
     case kind::bounds_of_a_stride:
       return R"(What no stride of a person crosses. A value outside is a wrong cell or an error of measurement:
-correct it, empty it, or exclude the stride.
+correct it, empty it, or exclude the stride ([exclusions](walk-folder.md#exclusionscsv)).
 )";
     case kind::median_of_a_walk:
       return R"(A median outside, of three values or more, means another unit or another column. The values of
@@ -91,8 +108,8 @@ such a column are compared with nothing else.
       break;
   }
   return R"(The order of strides, their links, one foot against the other, and columns as a whole. Those of
-both feet need an analysis of both feet. Of the two checks of steps, two strides and more than one
-in twenty must break them.
+both feet need an analysis of both feet. They expect the right foot to lead
+([how both feet are paired](walk-folder.md#how-both-feets-cycles-are-paired)).
 )";
 }
 // clang-format on
@@ -126,6 +143,6 @@ int main() {
                           kind::bounds_of_a_stride, kind::median_of_a_walk}) {
     print_table(what);
   }
-  std::cout << notes;
+  std::cout << notes();
   return 0;
 }

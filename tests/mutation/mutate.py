@@ -45,37 +45,28 @@ CTEST = [
 
 # Asked in turn until one notices: what to build, and what to run. What notices most is asked first.
 EVERYTHING = ("all", [*CTEST, "."])
+
+
+def only(program):
+    """A test program of the tools, alone."""
+    return program, [f"tests/tools/{program}", "--gtest_brief=1", "--gtest_fail_fast"]
+
+
+THE_PROGRAM = (
+    "gait-statistics",
+    [*CTEST, "tests/tools", "--tests-regex", "^gait_statistics_program[.]"],
+)
+
 STAGES = {
     "library": [
         ("run_cases", [*CTEST, "tests/model"]),
         ("tests/library/all", [*CTEST, "tests/library"]),
         EVERYTHING,
     ],
-    "walk_folder": [
-        (
-            "walk_folder_test",
-            ["tests/tools/walk_folder_test", "--gtest_brief=1", "--gtest_fail_fast"],
-        ),
-        EVERYTHING,
-    ],
-    "walk_measures": [
-        (
-            "walk_measures_test",
-            ["tests/tools/walk_measures_test", "--gtest_brief=1", "--gtest_fail_fast"],
-        ),
-        (
-            "parameter_measures_test",
-            ["tests/tools/parameter_measures_test", "--gtest_brief=1", "--gtest_fail_fast"],
-        ),
-        EVERYTHING,
-    ],
-    "program": [
-        (
-            "gait-statistics",
-            [*CTEST, "tests/tools", "--tests-regex", "^gait_statistics_program[.]"],
-        ),
-        EVERYTHING,
-    ],
+    "walk_folder": [only("walk_folder_test"), EVERYTHING],
+    "walk_checks": [only("walk_checks_test"), only("report_test"), EVERYTHING],
+    "walk_measures": [only("walk_measures_test"), only("parameter_measures_test"), EVERYTHING],
+    "program": [THE_PROGRAM, EVERYTHING],
 }
 
 

@@ -15,6 +15,11 @@ import sys
 import tempfile
 
 
+def swap_rows(rows):
+    for row in rows:
+        row["foot"] = {"left": "right", "right": "left"}[row["foot"]]
+
+
 class Walk:
     """A walk folder whose tables can be altered."""
 
@@ -55,19 +60,35 @@ class Walk:
                     row["index"] = index
         self.alter("foot_cycles.csv", alter)
 
+    def swap_foot_column(self):
+        self.alter("foot_cycles.csv", swap_rows)
+
     def swap_feet(self):
-        other = {"left": "right", "right": "left"}
-
-        def swap_rows(rows):
-            for row in rows:
-                row["foot"] = other[row["foot"]]
-
         def swap_links(rows):
             for row in rows:
                 row["right_index"], row["left_index"] = row["left_index"], row["right_index"]
-        self.alter("foot_cycles.csv", swap_rows)
+        self.swap_foot_column()
         self.alter("recording.csv", swap_rows)
         self.alter("feet_cycles.csv", swap_links)
+
+    def swap_feet_without_durations(self):
+        self.swap_foot_column()
+        self.alter("feet_cycles.csv", lambda rows: [row.update(gct="") for row in rows])
+
+    def link_early(self):
+        def alter(rows):
+            for row, before in zip(reversed(rows), reversed(rows[:-1])):
+                row["left_index"] = before["left_index"]
+            rows[0]["left_index"] = ""
+        self.alter("feet_cycles.csv", alter)
+
+    def make_end_exclusive(self, decimals):
+        """As a system with another idea of the last sample exports it, with rounded times."""
+        def alter(rows):
+            for row in rows:
+                row["last_sample"] = str(int(row["last_sample"]) + 1)
+                row["gct"] = f"{float(row['gct']):.{decimals}f}"
+        self.alter("foot_cycles.csv", alter)
 
     def set_rate(self, rate):
         def alter(rows):
@@ -93,7 +114,18 @@ MISTAKES = [
     ("reversed indices", Walk.reverse_indices,
      {("strides_in_time_order", "rows or index in reverse?"), ("feet_cycle_duration", "")}),
     ("swapped feet", Walk.swap_feet,
-     {("feet_swapped", "left and right swapped?"), ("step_times_of_a_stride", "")}),
+     {("left_opens_within_right", "feet swapped?"), ("feet_cycle_duration", "feet swapped?"),
+      ("step_times_of_a_stride", "")}),
+    ("a swapped column foot", Walk.swap_foot_column,
+     {("left_opens_within_right", "feet swapped?"), ("feet_cycle_duration", "feet swapped?"),
+      ("step_times_of_a_stride", "")}),
+    ("swapped feet, seen from their times alone", Walk.swap_feet_without_durations,
+     {("left_opens_within_right", "feet swapped?"), ("step_times_of_a_stride", "")}),
+    ("links that are early by a row", Walk.link_early,
+     {("left_opens_within_right", "feet swapped?"), ("step_times_of_a_stride", "")}),
+    ("an exclusive end", lambda walk: walk.make_end_exclusive(3), {("one_sample_too_many", "")}),
+    ("an exclusive end and rounded times", lambda walk: walk.make_end_exclusive(2),
+     {("one_sample_too_many", "")}),
     ("a wrong sampling rate", lambda walk: walk.set_rate(128),
      {("duration_and_samples", "a sampling rate of 100 Hz?"),
       ("heel_strike_and_sample", "a sampling rate of 100 Hz?")}),

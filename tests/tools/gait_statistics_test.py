@@ -644,12 +644,12 @@ class DataChecks(ProgramTest):
         walk = self.walk(left=strides())
         result = run("--strict", walk)
         self.assertEqual((result.returncode, result.stderr), (0, ""))
-        self.assertIn("Note: Mean from fewer than 10 strides: read with care. (König et al.,",
+        self.assertIn("Note: Mean from 6 of 10 strides: read with care. (König et al.,",
                       " ".join(result.stdout.split()))
         [note] = self.json_walk(walk)["notes"]
         self.assertEqual((note["name"], note["text"]),
                          ("few_strides_for_means",
-                          "Mean from fewer than 10 strides: read with care."))
+                          "Mean from 6 of 10 strides: read with care."))
         self.assertIn("2014", note["source"])
 
     def test_are_listed_the_same_in_every_format(self):

@@ -121,7 +121,7 @@ TEST(Finding, NamesTheLineOfAStride) {
   EXPECT_THAT(finding_in(walk), HasSubstr("found 150, expected 0 to 100 %, in 1 of 40 included "
                                           "strides (line 2). Usually: "));
   EXPECT_EQ(json_walk(walk)["findings"][0]["places"].dump(),
-            R"([{"foot":"left","index":0,"line":2}])");
+            R"([{"foot":"left","index":0,"line":2,"cycle":0}])");
   EXPECT_THAT(csv_rows(walk), HasSubstr(",,\"swing_bounds\"\n"));
 }
 
@@ -133,6 +133,33 @@ TEST(Finding, NamesFiveLinesAndCountsTheOthers) {
     break_swing(*w.right, 2);
   });
   EXPECT_THAT(finding_in(more), HasSubstr("(lines 22, 23, 2, 3, 4 and 2 more). Usually"));
+}
+
+TEST(Finding, GivesTheRowsThatLeaveItsStridesOut) {
+  const auto one_foot = report_of([](auto& w) { break_swing(*w.left, 1); }, analysed_cycles::left);
+  EXPECT_THAT(finding_in(one_foot),
+              HasSubstr("To mend: correct the cell, empty it, or leave the stride out with the row "
+                        "left,excluded_1,0 in exclusions.csv (columns cycles,list,index)."));
+  const auto both_feet = report_of([](auto& w) {
+    break_swing(*w.left, 2);
+    break_swing(*w.right, 2);
+  });
+  EXPECT_THAT(finding_in(both_feet), HasSubstr("with the rows feet,excluded_1,N in exclusions.csv "
+                                               "(columns cycles,list,index), N = 0, 1."));
+  const auto many = report_of([](auto& w) { break_swing(*w.left, 7); });
+  EXPECT_THAT(finding_in(many), HasSubstr(", N = 0, 1, 2, 3, 4 and 2 more."));
+  EXPECT_EQ(json_walk(many)["findings"][0]["remedy"],
+            "correct the cell, empty it, or leave the stride out");
+}
+
+TEST(Finding, IsLaidOutInLinesOnAPage) {
+  const walk_statistics walk = report_of([](auto& w) { break_swing(*w.left, 1); });
+  EXPECT_EQ(in_lines("finding: monday/foot_cycles.csv: ", walk.findings.front(), walk, {80, false}),
+            "finding: monday/foot_cycles.csv: column swing: swing_bounds:\n"
+            "    found 150, expected 0 to 100 %, in 1 of 40 included strides (line 2)\n"
+            "    usually: a wrong cell, or an error of measurement\n"
+            "    to mend: correct the cell, empty it, or leave the stride out with the row\n"
+            "      feet,excluded_1,0 in exclusions.csv (columns cycles,list,index)\n");
 }
 
 TEST(Finding, NamesStridesWhereTheWalkWasNotReadFromTables) {
@@ -151,7 +178,7 @@ TEST(Finding, NamesTheLineOfACycleOfBothFeet) {
   EXPECT_THAT(finding_in(walk),
               HasSubstr("in 1 of 19 included cycles of both feet (line 5). Usually"));
   EXPECT_EQ(json_walk(walk)["findings"][0]["places"].dump(),
-            R"([{"foot":null,"index":3,"line":5}])");
+            R"([{"foot":null,"index":3,"line":5,"cycle":3}])");
 }
 
 TEST(Finding, OfAWholeColumnNamesNoLineAndGuesses) {

@@ -167,6 +167,17 @@ public:
     print_message(strict_ ? message : kind + ": " + message);
     any_ = true;
   }
+  void say(const gait_checks::finding& finding, const walk_statistics& walk,
+           const std::filesystem::path& folder) {
+    const std::string table = (folder / finding.table).string() + ": ";
+    if (const auto width = standard_error_width()) {
+      const std::string first = gait_walk::printable((strict_ ? "" : "finding: ") + table);
+      std::cerr << gait_report::in_lines(first, finding, walk, {*width, false});
+      any_ = true;
+    } else {
+      say("finding", table + gait_report::in_words(finding, walk));
+    }
+  }
   void warn(const std::vector<gait_walk::input_error>& warnings) {
     for (const auto& warning : warnings) {
       say("warning", warning.message());
@@ -205,8 +216,7 @@ std::optional<walk_statistics> read_and_run(const std::filesystem::path& folder,
     announce(folder.string(), statistics.result());
     gait_report::compute_statistics(statistics, options.without_checks);
     for (const auto& finding : statistics.findings) {
-      remarks.say("finding", (folder / finding.table).string() + ": " +
-                                 gait_report::in_words(finding, statistics));
+      remarks.say(finding, statistics, folder);
     }
     if (!remarks.keep_the_walk_out()) {
       return statistics;

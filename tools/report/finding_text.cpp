@@ -1,5 +1,8 @@
 #include "finding_text.h"
 
+#include "columns.h"
+#include "names.h"
+
 #include <algorithm>
 #include <cstddef>
 #include <optional>
@@ -53,6 +56,48 @@ std::string count_in_words(const finding& finding) {
          std::to_string(finding.compared) + " " + std::string(finding.counted);
 }
 
+/// "7", "7, 8, 9, 10, 11 and 14 more": each analysed cycle once.
+std::string cycles_in_words(const std::vector<int>& cycles) {
+  std::string text;
+  for (std::size_t i = 0; i < std::min(most_named, cycles.size()); ++i) {
+    text += (i == 0 ? "" : ", ") + std::to_string(cycles[i]);
+  }
+  return cycles.size() > most_named
+             ? text + " and " + std::to_string(cycles.size() - most_named) + " more"
+             : text;
+}
+
+/// What to do about single strides, with the rows that exclude them.
+std::string remedy_in_words(const finding& finding, const walk_statistics& walk) {
+  std::vector<int> cycles;
+  for (const place& place : finding.places) {
+    if (place.cycle && std::find(cycles.begin(), cycles.end(), *place.cycle) == cycles.end()) {
+      cycles.push_back(*place.cycle);
+    }
+  }
+  if (finding.remedy.empty() || cycles.empty()) {
+    return finding.remedy;
+  }
+  using gait_walk::exclusion_list;
+  const bool is_one = cycles.size() == 1;
+  const std::string row = std::string(gait_walk::name_of(walk.analysed)) + "," +
+                          std::string(gait_walk::name_of(exclusion_list::excluded_1)) + ",";
+  return finding.remedy + " with the row" + (is_one ? " " : "s ") + row +
+         (is_one ? cycles_in_words(cycles) : "N") + " in " +
+         std::string(gait_walk::table_name<gait_walk::exclusion_row>) +
+         " (columns cycles,list,index)" + (is_one ? "" : ", N = " + cycles_in_words(cycles));
+}
+
+std::string where_in_words(const finding& finding) {
+  return "column " + finding.column + ": " + finding.check + ":";
+}
+
+std::string found_in_words(const finding& finding, const walk_statistics& walk) {
+  const std::string places = places_in_words(finding, walk);
+  return finding.text + ", " + count_in_words(finding) +
+         (places.empty() ? "" : " (" + places + ")");
+}
+
 }  // namespace
 
 std::optional<std::size_t> line_of(const walk_statistics& walk, const place& place) {
@@ -62,11 +107,23 @@ std::optional<std::size_t> line_of(const walk_statistics& walk, const place& pla
 }
 
 std::string in_words(const finding& finding, const walk_statistics& walk) {
-  const std::string places = places_in_words(finding, walk);
-  return "column " + finding.column + ": " + finding.check + ": " + finding.text + ", " +
-         count_in_words(finding) + (places.empty() ? "" : " (" + places + ")") +
+  const std::string remedy = remedy_in_words(finding, walk);
+  return where_in_words(finding) + " " + found_in_words(finding, walk) +
          (finding.guess.empty() ? "." : ": " + finding.guess) + " Usually: " + finding.usual_cause +
-         ".";
+         "." + (remedy.empty() ? "" : " To mend: " + remedy + ".");
+}
+
+std::string in_lines(const std::string& first, const finding& finding, const walk_statistics& walk,
+                     const text_style& style) {
+  std::string text = wrapped(first, where_in_words(finding), 4, style);
+  const auto add = [&](const std::string& begin, const std::string& words) {
+    text += words.empty() ? "" : wrapped("    " + begin, words, 6, style);
+  };
+  add("", found_in_words(finding, walk));
+  add("", finding.guess);
+  add("usually: ", finding.usual_cause);
+  add("to mend: ", remedy_in_words(finding, walk));
+  return text;
 }
 
 }  // namespace gait_report

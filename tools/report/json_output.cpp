@@ -51,7 +51,8 @@ json json_places(const walk_statistics& walk, const gait_checks::finding& findin
     const auto line = line_of(walk, place);
     list.push_back({{"foot", text_or_null(place.foot)},
                     {"index", place.index},
-                    {"line", line ? json(*line) : json(nullptr)}});
+                    {"line", line ? json(*line) : json(nullptr)},
+                    {"cycle", place.cycle ? json(*place.cycle) : json(nullptr)}});
   }
   return list;
 }
@@ -68,6 +69,7 @@ json json_findings(const walk_statistics& walk) {
                     {"text", finding.text},
                     {"guess", text_or_null(finding.guess)},
                     {"usual_cause", finding.usual_cause},
+                    {"remedy", text_or_null(finding.remedy)},
                     {"places", json_places(walk, finding)}});
   }
   return list;

@@ -1,11 +1,9 @@
 #include "parameter_list.h"
 
-#include "csv_table.h"
 #include "parameter_meanings.h"
+#include "printed_list.h"
 
 #include <gait/catalogue.h>
-
-#include <nlohmann/json.hpp>
 
 #include <algorithm>
 #include <string>
@@ -16,7 +14,6 @@ namespace gait_report {
 namespace {
 
 using gait_catalogue::built;
-using gait_walk::quoted_csv_cell;
 
 std::string words(built when) {
   switch (when) {
@@ -54,31 +51,6 @@ std::string as_table(const text_style& style) {
   return lay_out(table, style);
 }
 
-std::string as_csv() {
-  std::string text = "key,description,unit,decimals,ratio,cv,analysed\n";
-  for (const auto& row : list_parameters()) {
-    text += quoted_csv_cell(row.key) + "," + quoted_csv_cell(row.description) + "," +
-            quoted_csv_cell(row.unit) + "," + std::to_string(row.decimals) + "," +
-            yes_or_no(row.has_ratio) + "," + yes_or_no(row.has_cv) + "," +
-            quoted_csv_cell(words(row.when)) + "\n";
-  }
-  return text;
-}
-
-std::string as_json() {
-  auto list = nlohmann::ordered_json::array();
-  for (const auto& row : list_parameters()) {
-    list.push_back({{"key", row.key},
-                    {"description", row.description},
-                    {"unit", row.unit},
-                    {"decimals", row.decimals},
-                    {"ratio", row.has_ratio},
-                    {"cv", row.has_cv},
-                    {"analysed", words(row.when)}});
-  }
-  return list.dump(2) + "\n";
-}
-
 }  // namespace
 
 std::vector<listed_parameter> list_parameters() {
@@ -102,15 +74,13 @@ std::vector<listed_parameter> list_parameters_of(bool both_feet) {
 }
 
 std::string print_parameter_list(output_format format, const text_style& style) {
-  switch (format) {
-    case output_format::csv:
-      return as_csv();
-    case output_format::json:
-      return as_json();
-    case output_format::table:
-      break;
+  printed_list list;
+  list.columns = {"key", "description", "unit", "decimals", "ratio", "cv", "analysed"};
+  for (const auto& row : list_parameters()) {
+    list.rows.push_back({row.key, row.description, row.unit, row.decimals, row.has_ratio,
+                         row.has_cv, words(row.when)});
   }
-  return as_table(style);
+  return print(list, format, [&] { return as_table(style); });
 }
 
 }  // namespace gait_report

@@ -352,7 +352,7 @@ std::string report_data_checks(const walk_statistics& walk, const text_style& st
   std::string text = "\n" + heading("Data checks", style) + "\n";
   text += walk.findings.empty() ? "  None broken.\n" : "";
   for (const auto& finding : walk.findings) {
-    text += wrapped("  ! ", finding.table + ": " + in_words(finding, walk), 4, style);
+    text += in_lines("  ! " + finding.table + ": ", finding, walk, style);
   }
   if (!walk.findings.empty()) {
     text += paragraph(

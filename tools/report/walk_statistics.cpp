@@ -180,7 +180,7 @@ void check_data(walk_statistics& walk, const std::vector<std::string>& without) 
     left = is_right ? nullptr : foot;
   }
   walk.findings = gait_checks::check_walk(result, right, left, without);
-  walk.notes = gait_checks::notes_on(result);
+  walk.notes = gait_checks::notes_on(result, right, left);
 }
 
 }  // namespace

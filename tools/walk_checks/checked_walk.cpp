@@ -40,7 +40,7 @@ checked_walk checked_walk_of(const gait_result& result, const gait_foot_result* 
   const auto& included = result.statistics.info.cycles;
   if (walk.feet.size() < 2) {
     for (const int index : included) {
-      walk.feet.front().included.push_back(stride_at(walk.feet.front(), index));
+      walk.feet.front().included.push_back({stride_at(walk.feet.front(), index), index});
     }
     return walk;
   }
@@ -56,10 +56,10 @@ checked_walk checked_walk_of(const gait_result& result, const gait_foot_result* 
     const checked_pair& pair = walk.links[static_cast<std::size_t>(position)];
     walk.pairs.push_back(pair);
     if (pair.right != nullptr) {
-      right_foot.included.push_back(pair.right);
+      right_foot.included.push_back({pair.right, pair.index});
     }
     if (pair.left != nullptr) {
-      left_foot.included.push_back(pair.left);
+      left_foot.included.push_back({pair.left, pair.index});
     }
   }
   return walk;

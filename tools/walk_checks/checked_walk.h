@@ -6,18 +6,26 @@
 
 #include <gait/result.h>
 
+#include <algorithm>
 #include <cstddef>
 #include <string_view>
 #include <vector>
 
 namespace gait_checks {
 
+/// A stride that enters the statistics.
+struct included_stride {
+  const gait_foot_cycle* stride = nullptr;
+  int cycle =
+      0;  ///< the index of the analysed cycle that it belongs to: a two-feet one, or its own
+};
+
 /// One foot.
 struct checked_foot {
-  std::string_view name;                         ///< "right" or "left"
-  double rate = 0.0;                             ///< (Hz)
-  std::vector<const gait_foot_cycle*> strides;   ///< all, by index
-  std::vector<const gait_foot_cycle*> included;  ///< in time order
+  std::string_view name;                        ///< "right" or "left"
+  double rate = 0.0;                            ///< (Hz)
+  std::vector<const gait_foot_cycle*> strides;  ///< all, by index
+  std::vector<included_stride> included;        ///< in time order
 };
 
 /// An included cycle of both feet, with the strides that it links; null where there is none.
@@ -32,6 +40,19 @@ struct checked_walk {
   std::vector<checked_foot> feet;   ///< the analysed ones, right before left
   std::vector<checked_pair> pairs;  ///< of two feet that are analysed together
   std::vector<checked_pair> links;  ///< as pairs, but of all two-feet cycles, excluded ones too
+};
+
+/// How many samples a stride has.
+inline double samples_of(const gait_foot_cycle& stride) {
+  return static_cast<double>(stride.last_sample) - stride.first_sample + 1.0;
+}
+
+/// By how many samples a time that an export rounded to 10 ms may differ from its sample.
+struct tolerance_of_samples {
+  double samples = 1.5;
+  double ms = 6.0;
+
+  double at(double rate) const { return std::max(samples, ms * rate / 1000.0); }
 };
 
 /// `right` and `left` are the analysed feet, or null.

@@ -1,36 +1,14 @@
 #include "tally.h"
 
-#include <algorithm>
-#include <array>
-#include <charconv>
-#include <cmath>
+#include <utility>
 
 namespace gait_checks {
 
-std::string number(double value) {
-  std::array<char, 32> text{};
-  const auto end =
-      std::to_chars(text.data(), text.data() + text.size(), value, std::chars_format::general, 6);
-  return {text.data(), end.ptr};
-}
-
-std::string expected(double lowest, double highest) {
-  if (std::isinf(highest)) {
-    return "expected at least " + number(lowest);
-  }
-  if (std::isinf(lowest)) {
-    return "expected at most " + number(highest);
-  }
-  return "expected " + number(lowest) + " to " + number(highest);
-}
-
-double median(std::vector<double> values) {
-  const auto middle = values.begin() + static_cast<std::ptrdiff_t>(values.size() / 2);
-  std::nth_element(values.begin(), middle, values.end());
-  if (values.size() % 2 != 0) {
-    return *middle;
-  }
-  return (*middle + *std::max_element(values.begin(), middle)) / 2.0;
+std::string with_alarm(const std::string& tolerance, alarm when) {
+  return when == alarm::any
+             ? tolerance
+             : tolerance + "; in " + std::to_string(fewest_of_many) + " or more, and over " +
+                   std::to_string(percent_of_many) + " % of them";
 }
 
 std::vector<finding> tally::findings(alarm when) const {
@@ -46,6 +24,19 @@ std::vector<finding> tally::findings(alarm when) const {
   found.text = text_;
   found.places = places_;
   return {found};
+}
+
+finding of_the_walk(std::string_view table, std::string_view column, std::string_view counted,
+                    std::size_t compared, std::string text, std::string_view guess) {
+  finding found;
+  found.table = table;
+  found.column = column;
+  found.broken = compared;
+  found.compared = compared;
+  found.counted = counted;
+  found.text = std::move(text);
+  found.guess = guess;
+  return found;
 }
 
 }  // namespace gait_checks

@@ -2,27 +2,31 @@
 #define TOOLS_WALK_CHECKS_TALLY_H
 
 /// \file
-/// Counts the strides that break a check, and words the finding.
+/// Counts the strides that break a check, and makes the finding.
 
-#include "check_tables.h"
 #include "walk_checks.h"
+
+#include "columns.h"
 
 #include <cstddef>
 #include <string>
 #include <string_view>
-#include <utility>
 #include <vector>
 
 namespace gait_checks {
 
-/// A number for a message: six digits at most.
-std::string number(double value);
+/// How many strides must break a check before it is a finding.
+enum class alarm {
+  any,   ///< one
+  many,  ///< some, and more than a share: real walks have single ones
+};
 
-/// "expected 98.5 to 101.5", "expected at least 99", "expected at most 4".
-std::string expected(double lowest, double highest);
+/// What `alarm::many` asks for.
+inline constexpr std::size_t fewest_of_many = 2;
+inline constexpr std::size_t percent_of_many = 5;
 
-/// The median of some values: the mean of the middle two of an even number. Not for none.
-double median(std::vector<double> values);
+/// A tolerance, and how many strides must exceed it, for pages and lists.
+std::string with_alarm(const std::string& tolerance, alarm when);
 
 /// The strides that a check compares, and those that break it.
 class tally {
@@ -51,7 +55,9 @@ public:
 
   /// Whether so many strides are a finding.
   bool alarms(alarm when) const {
-    return when == alarm::any ? broken() > 0 : broken() >= 2 && 20 * broken() > compared_;
+    return when == alarm::any
+               ? broken() > 0
+               : broken() >= fewest_of_many && 100 * broken() > percent_of_many * compared();
   }
 
   /// The finding, or none.
@@ -67,8 +73,14 @@ private:
   std::string text_;
 };
 
-inline constexpr std::string_view foot_cycles_table = "foot_cycles.csv";
-inline constexpr std::string_view feet_cycles_table = "feet_cycles.csv";
+/// A finding about a column as a whole, without places.
+finding of_the_walk(std::string_view table, std::string_view column, std::string_view counted,
+                    std::size_t compared, std::string text, std::string_view guess = "");
+
+inline constexpr std::string_view foot_cycles_table =
+    gait_walk::table_name<gait_walk::foot_cycle_row>;
+inline constexpr std::string_view feet_cycles_table =
+    gait_walk::table_name<gait_walk::feet_cycle_row>;
 
 /// What a check counts.
 inline constexpr std::string_view included_strides = "included strides";

@@ -1,16 +1,15 @@
 #include "walk_checks.h"
 
-#include "check_tables.h"
+#include "bounds.h"
 #include "checked_walk.h"
+#include "stride_checks.h"
 #include "tally.h"
 #include "walk_rules.h"
 
 #include <gait/statistics.h>
 
 #include <algorithm>
-#include <cmath>
 #include <cstddef>
-#include <limits>
 #include <optional>
 #include <set>
 #include <string>
@@ -21,40 +20,9 @@
 namespace gait_checks {
 namespace {
 
-std::string name_of_bounds(const bounds& row) { return std::string(row.column) + "_bounds"; }
-std::string name_of_median(const bounds& row) { return std::string(row.column) + "_median"; }
-
-constexpr std::string_view usual_cause_of_bounds =
-    "a wrong cell, or an error of measurement: correct it, empty it, or exclude the stride";
-constexpr std::string_view usual_cause_of_median = "another unit, or another column";
-
-/// The unit that a factor gives away, or nothing. Real walks differ from their expectation by less.
-std::string guess(double factor, const std::vector<unit_slip>& slips) {
-  constexpr double tolerance = 0.05;
-  for (const unit_slip& slip : slips) {
-    if (std::abs(factor / slip.factor - 1.0) < tolerance) {
-      return std::string(slip.words);
-    }
-  }
-  return "";
-}
-
-/// The sampling rate at which the strides would be sound, where it is the same for all of them.
-std::string guess_rate(std::vector<double> factors, std::size_t compared, double rate) {
-  constexpr std::size_t fewest_strides = 3;
-  if (factors.size() < fewest_strides || 10 * factors.size() < 9 * compared) {
-    return "";
-  }
-  const double factor = median(factors);
-  const auto is_alike = [&](double other) { return std::abs(other / factor - 1.0) < 0.02; };
-  const auto alike = std::count_if(factors.begin(), factors.end(), is_alike);
-  const bool all_are_alike = 10 * static_cast<std::size_t>(alike) >= 9 * factors.size();
-  const double mended = std::round(rate / factor);
-  constexpr double lowest_of_a_sensor = 10.0;  // (Hz)
-  return all_are_alike && mended >= lowest_of_a_sensor
-             ? "a sampling rate of " + number(mended) + " Hz?"
-             : "";
-}
+/// What can be done about strides where most others are sound.
+constexpr std::string_view remedy_of_single_strides =
+    "correct the cell, empty it, or leave the stride out";
 
 /// Which values break a bound of their own, or stand in a column that does.
 class own_bounds {
@@ -90,13 +58,13 @@ std::vector<placed_value> values_of(const checked_walk& walk, const bounds& row)
   };
   if (row.field == nullptr) {
     for (const checked_pair& pair : walk.pairs) {
-      add(pair.cycle->ds, {"", pair.index}, nullptr);
+      add(pair.cycle->ds, {"", pair.index, pair.index}, nullptr);
     }
     return values;
   }
   for (const checked_foot& foot : walk.feet) {
-    for (const gait_foot_cycle* stride : foot.included) {
-      add(stride->*row.field, {foot.name, stride->index}, stride);
+    for (const auto& [stride, cycle] : foot.included) {
+      add(stride->*row.field, {foot.name, stride->index, cycle}, stride);
     }
   }
   return values;
@@ -111,21 +79,8 @@ double median_of(const std::vector<placed_value>& placed) {
   return median(std::move(values));
 }
 
-/// The unit slip that would bring a median back within its bounds: of several, the one that brings
-/// it nearest to a typical size, by ratio.
-std::string guess_unit(double middle, const bounds& row, double rate) {
-  std::string_view words;
-  double nearest = std::numeric_limits<double>::infinity();
-  for (const unit_slip& slip : slips_of(row.dim, rate)) {
-    const double mended = middle / slip.factor;
-    const double distance = std::abs(std::log(std::abs(mended) / row.typical));
-    const bool is_within = mended >= row.median_lowest && mended <= row.median_highest;
-    if (is_within && distance < nearest) {
-      nearest = distance;
-      words = slip.words;
-    }
-  }
-  return std::string(words);
+std::string_view table_of(const bounds& row) {
+  return row.field == nullptr ? feet_cycles_table : foot_cycles_table;
 }
 
 std::string_view counted_in(const bounds& row) {
@@ -142,11 +97,13 @@ public:
       check_column(row);
     }
     for (const stride_check& check : stride_checks()) {
-      check_strides(check);
+      if (is_on(check.name)) {
+        check_strides(check);
+      }
     }
     for (const walk_rule& rule : walk_rules()) {
       if (is_on(rule.name)) {
-        for (finding& found : rule.apply(walk_, usable_values())) {
+        for (finding& found : rule.apply(walk_, usable_values(), rule.when)) {
           report(rule.name, rule.usual_cause, std::move(found));
         }
       }
@@ -163,7 +120,7 @@ private:
     findings_.push_back(std::move(found));
   }
 
-  usable usable_values() const {
+  value_filter usable_values() const {
     return [this](std::string_view column, const gait_foot_cycle& stride) {
       const auto& table = bounds_table();
       const auto row = std::find_if(table.begin(), table.end(),
@@ -177,69 +134,59 @@ private:
   void check_column(const bounds& row) {
     const std::vector<placed_value> values = values_of(walk_, row);
     constexpr std::size_t fewest_for_a_median = 3;
-    const std::string_view table = row.field == nullptr ? feet_cycles_table : foot_cycles_table;
     if (values.size() >= fewest_for_a_median) {
       const double middle = median_of(values);
-      const bool is_sound = middle >= row.median_lowest && middle <= row.median_highest;
       // Whoever switches the check off still wants the others that read the column.
-      if (!is_sound && is_on(name_of_median(row))) {
+      if (!row.of_median.holds(middle) && is_on(name_of_median(row))) {
         bounds_.add_column(row.column);
-        report_median(row, table, middle, values.size());
+        report_median(row, middle, values.size());
         return;
       }
     }
-    tally tally(table, row.column, counted_in(row));
+    if (is_on(name_of_bounds(row))) {
+      check_bounds(row, values);
+    }
+  }
+
+  void report_median(const bounds& row, double middle, std::size_t count) {
+    report(name_of_median(row), usual_cause_of_median,
+           of_the_walk(table_of(row), row.column, counted_in(row), count,
+                       "found a median of " + number(middle) + ", expected " +
+                           in_words(row.of_median, row.unit),
+                       guess_unit(middle, row, walk_.feet.front().rate)));
+  }
+
+  void check_bounds(const bounds& row, const std::vector<placed_value>& values) {
+    tally tally(table_of(row), row.column, counted_in(row));
     for (const placed_value& value : values) {
-      const bool is_sound = value.value >= row.lowest && value.value <= row.highest;
-      if (!is_sound && value.stride != nullptr && is_on(name_of_bounds(row))) {
+      const bool is_sound = row.of_stride.holds(value.value);
+      if (!is_sound && value.stride != nullptr) {
         bounds_.add_stride(row.column, value.stride);
       }
       tally.add(is_sound, value.where, [&] {
-        return "found " + number(value.value) + ", " + expected(row.lowest, row.highest) + " " +
-               std::string(row.unit);
+        return "found " + number(value.value) + ", expected " + in_words(row.of_stride, row.unit);
       });
     }
-    if (is_on(name_of_bounds(row))) {
-      for (finding& found : tally.findings(alarm::any)) {
-        report(name_of_bounds(row), usual_cause_of_bounds, std::move(found));
-      }
+    for (finding& found : tally.findings(alarm::any)) {
+      found.remedy = remedy_of_single_strides;
+      report(name_of_bounds(row), usual_cause_of_bounds, std::move(found));
     }
-  }
-
-  void report_median(const bounds& row, std::string_view table, double middle, std::size_t count) {
-    finding found;
-    found.table = table;
-    found.column = row.column;
-    found.broken = count;
-    found.compared = count;
-    found.counted = counted_in(row);
-    found.text = "found a median of " + number(middle) + ", " +
-                 expected(row.median_lowest, row.median_highest) + " " + std::string(row.unit);
-    found.guess = guess_unit(middle, row, walk_.feet.front().rate);
-    report(name_of_median(row), usual_cause_of_median, std::move(found));
   }
 
   void check_strides(const stride_check& check) {
-    if (!is_on(check.name)) {
-      return;
-    }
     tally tally(foot_cycles_table, check.columns.front(), included_strides);
-    std::vector<double> factors;
+    std::vector<double> factors;  // of what is found over what is expected, where it is broken
     for (const checked_foot& foot : walk_.feet) {
-      for (const gait_foot_cycle* stride : foot.included) {
-        const auto compared = compare(check, *stride, foot.rate);
-        if (!compared) {
+      for (const auto& [stride, cycle] : foot.included) {
+        const auto values = values_to_compare(check, *stride, foot.rate);
+        if (!values) {
           continue;
         }
-        const bool is_sound =
-            !(compared->found < compared->lowest || compared->found > compared->highest);
-        tally.add(is_sound, {foot.name, stride->index}, [&] {
-          return "found " + number(compared->found) + ", " +
-                 expected(compared->lowest, compared->highest) + ", as " +
-                 std::string(check.compared);
-        });
+        const bool is_sound = allowed(check, values->expected, foot.rate).holds(values->found);
+        tally.add(is_sound, {foot.name, stride->index, cycle},
+                  [&, rate = foot.rate] { return found_in_words(check, *values, rate); });
         if (!is_sound) {
-          factors.push_back(compared->found / ((compared->lowest + compared->highest) / 2.0));
+          factors.push_back(values->found / values->expected);
         }
       }
     }
@@ -248,16 +195,18 @@ private:
       if (found.guess.empty() && check.rests_on_rate) {
         found.guess = guess_rate(factors, tally.compared(), walk_.feet.front().rate);
       }
+      found.remedy = 2 * tally.broken() < tally.compared() ? remedy_of_single_strides : "";
       report(check.name, check.usual_cause, std::move(found));
     }
   }
 
-  std::optional<comparison> compare(const stride_check& check, const gait_foot_cycle& stride,
-                                    double rate) const {
-    const bool is_allowed =
+  std::optional<found_and_expected> values_to_compare(const stride_check& check,
+                                                      const gait_foot_cycle& stride,
+                                                      double rate) const {
+    const bool are_allowed =
         std::all_of(check.columns.begin(), check.columns.end(),
                     [&](std::string_view column) { return bounds_.allow(column, stride); });
-    return is_allowed ? check.compare(stride, rate) : std::nullopt;
+    return are_allowed ? check.values(stride, rate) : std::nullopt;
   }
 
   const checked_walk& walk_;
@@ -265,10 +214,6 @@ private:
   own_bounds bounds_;
   std::vector<finding> findings_;
 };
-
-std::string bounds_as_text(double lowest, double highest, std::string_view unit) {
-  return number(lowest) + " to " + number(highest) + " " + std::string(unit);
-}
 
 }  // namespace
 
@@ -289,22 +234,21 @@ std::string_view name_of(kind kind) {
 std::vector<listed_check> list_checks() {
   std::vector<listed_check> list;
   for (const stride_check& check : stride_checks()) {
-    list.push_back({std::string(check.name), kind::fields_of_a_stride, std::string(check.compared),
-                    std::string(check.tolerance), std::string(check.usual_cause),
-                    std::string(check.source)});
+    list.push_back({std::string(check.name), kind::fields_of_a_stride, compared_in_words(check),
+                    with_alarm(tolerance_in_words(check), check.when),
+                    std::string(check.usual_cause), std::string(check.source)});
   }
   for (const walk_rule& rule : walk_rules()) {
     list.push_back({std::string(rule.name), kind::strides_of_a_walk, std::string(rule.compared),
-                    std::string(rule.tolerance), std::string(rule.usual_cause),
+                    with_alarm(rule.tolerance, rule.when), std::string(rule.usual_cause),
                     std::string(rule.source)});
   }
   for (const bounds& row : bounds_table()) {
     list.push_back({name_of_bounds(row), kind::bounds_of_a_stride, std::string(row.column),
-                    bounds_as_text(row.lowest, row.highest, row.unit),
-                    std::string(usual_cause_of_bounds), std::string(row.reason)});
+                    in_words(row.of_stride, row.unit), std::string(usual_cause_of_bounds),
+                    std::string(row.reason)});
     list.push_back({name_of_median(row), kind::median_of_a_walk,
-                    "median of " + std::string(row.column),
-                    bounds_as_text(row.median_lowest, row.median_highest, row.unit),
+                    "median of " + std::string(row.column), in_words(row.of_median, row.unit),
                     std::string(usual_cause_of_median), std::string(row.reason)});
   }
   return list;
@@ -315,30 +259,6 @@ std::vector<finding> check_walk(const gait_result& result, const gait_foot_resul
                                 const std::vector<std::string>& without) {
   const checked_walk walk = checked_walk_of(result, right, left);
   return walk_checker(walk, without).all_findings();
-}
-
-std::vector<note> notes_on(const gait_result& result) {
-  constexpr std::size_t for_means = 10;
-  constexpr std::size_t for_variability = 30;
-  constexpr std::size_t for_steady_variability = 50;
-  const std::string koenig = "König et al., Gait & Posture 2014;39:615, PMID 23838361";
-  const std::string galna = "Galna, Lord and Rochester, Gait & Posture 2013";
-  const std::size_t strides = result.statistics.info.cycles.size();
-  if (strides < for_means) {
-    return {{"few_strides_for_means", "Mean from fewer than 10 strides: read with care.", koenig}};
-  }
-  if (strides < for_variability) {
-    return {
-        {"few_strides_for_variability",
-         "Variability from fewer than 30 strides tends to come out too small; do not compare it "
-         "with a longer walk.",
-         galna}};
-  }
-  if (strides < for_steady_variability) {
-    return {{"few_strides_for_steady_variability",
-             "Variability may change by a third with more strides.", koenig}};
-  }
-  return {};
 }
 
 }  // namespace gait_checks

@@ -12,6 +12,7 @@
 
 #include <array>
 #include <cstddef>
+#include <optional>
 #include <string>
 #include <string_view>
 #include <vector>
@@ -47,8 +48,9 @@ std::vector<listed_check> list_checks();
 
 /// One stride that breaks a check, by its place in its table.
 struct place {
-  std::string_view foot;  ///< "right" or "left"; empty for a cycle of both feet
-  int index = 0;          ///< the stride's index
+  std::string_view foot;     ///< "right" or "left"; empty for a cycle of both feet
+  int index = 0;             ///< the stride's index
+  std::optional<int> cycle;  ///< the index by which exclusions.csv names it, if it is included
 };
 
 /// Of more strides than this, a finding says only how many they are.
@@ -65,6 +67,7 @@ struct finding {
   std::string text;           ///< "found ..., expected ..."
   std::string guess;          ///< what a factor gives away, such as "milliseconds?", or empty
   std::string usual_cause;    ///< what breaking the check usually means
+  std::string remedy;         ///< what to do about single strides, or empty
   std::vector<place> places;  ///< the first that break it, foot by foot; none for a whole column
 };
 
@@ -84,8 +87,15 @@ std::vector<finding> check_walk(const gait_result& result, const gait_foot_resul
                                 const gait_foot_result* left,
                                 const std::vector<std::string>& without = {});
 
-/// What can be said from so few included strides.
-std::vector<note> notes_on(const gait_result& result);
+/// Of fewer included strides than these, a note says what the figures are worth.
+inline constexpr std::size_t strides_for_means = 10;
+inline constexpr std::size_t strides_for_variability = 30;
+inline constexpr std::size_t strides_for_steady_variability = 50;
+
+/// What can be said from few included strides, and which strides of an analysed foot no cycle of
+/// both feet links.
+std::vector<note> notes_on(const gait_result& result, const gait_foot_result* right,
+                           const gait_foot_result* left);
 
 }  // namespace gait_checks
 

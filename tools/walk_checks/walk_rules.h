@@ -2,32 +2,51 @@
 #define TOOLS_WALK_CHECKS_WALK_RULES_H
 
 /// \file
-/// The checks that compare strides with other strides: their order, their links, both feet, and
-/// columns as a whole.
+/// The checks that compare strides with other strides, in three tables.
 
 #include "checked_walk.h"
+#include "tally.h"
 #include "walk_checks.h"
 
 #include <functional>
+#include <string>
 #include <string_view>
 #include <vector>
 
 namespace gait_checks {
 
 /// Whether a value may be compared: it is there, and breaks no bound of its own.
-using usable = std::function<bool(std::string_view column, const gait_foot_cycle& stride)>;
+using value_filter = std::function<bool(std::string_view column, const gait_foot_cycle& stride)>;
 
 struct walk_rule {
   std::string_view name;
   std::string_view compared;
-  std::string_view tolerance;
-  /// What is broken; `check`, `usual_cause` of the row are filled in by the caller.
-  std::vector<finding> (*apply)(const checked_walk& walk, const usable& usable);
+  std::string tolerance;
+  alarm when;
+  /// What is broken; `check` and `usual_cause` are filled in by the caller.
+  std::vector<finding> (*apply)(const checked_walk& walk, const value_filter& usable, alarm when);
   std::string_view usual_cause;
   std::string_view source;
 };
 
+/// The order of strides in time, and the links of both feet's strides.
+std::vector<walk_rule> order_and_link_rules();
+
+/// Values of one foot, or of both feet together, against those of the other.
+std::vector<walk_rule> both_feet_rules();
+
+/// Columns as a whole.
+std::vector<walk_rule> column_rules();
+
+/// All of them.
 const std::vector<walk_rule>& walk_rules();
+
+/// The included values of a column that may be compared.
+std::vector<double> values_of(const checked_foot& foot, const value_filter& usable,
+                              std::string_view column, double gait_foot_cycle::*field);
+
+/// A mistake that several of them show.
+inline constexpr std::string_view feet_swapped = "feet swapped?";
 
 }  // namespace gait_checks
 

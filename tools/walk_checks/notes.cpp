@@ -1,0 +1,79 @@
+#include "checked_walk.h"
+#include "tally.h"
+#include "walk_checks.h"
+
+#include <cstddef>
+#include <optional>
+#include <set>
+#include <string>
+#include <vector>
+
+namespace gait_checks {
+namespace {
+
+std::optional<note> note_on_few(std::size_t strides) {
+  const std::string koenig = "König et al., Gait & Posture 2014;39:615, PMID 23838361";
+  const std::string galna = "Galna, Lord and Rochester, Gait & Posture 2013";
+  const auto of = [&](std::size_t wanted) {
+    return std::to_string(strides) + " of " + std::to_string(wanted) + " strides";
+  };
+  if (strides < strides_for_means) {
+    return note{"few_strides_for_means", "Mean from " + of(strides_for_means) + ": read with care.",
+                koenig};
+  }
+  if (strides < strides_for_variability) {
+    return note{"few_strides_for_variability",
+                "Variability from " + of(strides_for_variability) +
+                    " tends to come out too small; do not compare it with a longer walk.",
+                galna};
+  }
+  if (strides < strides_for_steady_variability) {
+    return note{"few_strides_for_steady_variability",
+                "Variability from " + of(strides_for_steady_variability) +
+                    " may change by a third with more strides.",
+                koenig};
+  }
+  return std::nullopt;
+}
+
+std::optional<note> note_on_unlinked(const checked_foot& foot,
+                                     const std::set<const gait_foot_cycle*>& linked) {
+  std::size_t unlinked = 0;
+  for (const gait_foot_cycle* stride : foot.strides) {
+    unlinked += linked.count(stride) == 0 ? 1 : 0;
+  }
+  if (unlinked == 0) {
+    return std::nullopt;
+  }
+  return note{"strides_without_link",
+              "Not in the statistics, because no cycle of both feet links them: " +
+                  std::to_string(unlinked) + " of " + std::to_string(foot.strides.size()) + " " +
+                  std::string(strides_of(foot.name)) + ".",
+              "such strides are usual at turns, and at the start and end of a recording"};
+}
+
+}  // namespace
+
+std::vector<note> notes_on(const gait_result& result, const gait_foot_result* right,
+                           const gait_foot_result* left) {
+  std::vector<note> notes;
+  if (auto few = note_on_few(result.statistics.info.cycles.size())) {
+    notes.push_back(*few);
+  }
+  if (right == nullptr || left == nullptr) {
+    return notes;
+  }
+  const checked_walk walk = checked_walk_of(result, right, left);
+  std::set<const gait_foot_cycle*> linked;
+  for (const checked_pair& pair : walk.links) {
+    linked.insert({pair.right, pair.left});
+  }
+  for (const checked_foot& foot : walk.feet) {
+    if (auto unlinked = note_on_unlinked(foot, linked)) {
+      notes.push_back(*unlinked);
+    }
+  }
+  return notes;
+}
+
+}  // namespace gait_checks
