@@ -24,6 +24,7 @@
 
 namespace {
 
+using gait_report::csv_table;
 using gait_report::walk_statistics;
 using gait_walk::analysed_cycles;
 using testing::HasSubstr;
@@ -70,10 +71,10 @@ TEST(Report, ShowsWhatSomebodyWroteDownAboutTheWalk) {
     w.about = {{"date", "2024-05-31"}, {"derived", "gct, from \"hs\""}, {"derived", "two\x1b"}};
   });
   EXPECT_THAT(text_of(walk),
-              HasSubstr("Walk walk\n  date: 2024-05-31\n  derived: gct, from \"hs\"\n"
+              HasSubstr("\n\n  date: 2024-05-31\n  derived: gct, from \"hs\"\n"
                         "  derived: two?\n  Both feet, sampled at"));
   EXPECT_THAT(
-      csv_rows(walk),
+      csv_rows(csv_table::parameters, walk),
       HasSubstr(",\"date: 2024-05-31; derived: gct, from \"\"hs\"\"; derived: two\x1b\",\n"));
   EXPECT_EQ(
       json_walk(walk)["about"].dump(),
@@ -89,27 +90,29 @@ TEST(Report, SaysThatALengthIsUnknown) {
   for (const auto analysed : {analysed_cycles::feet, analysed_cycles::left}) {
     const walk_statistics walk = report_of(forget_left, analysed);
     EXPECT_THAT(text_of(walk), testing::ContainsRegex("\n  Recording +unknown\n"));
-    EXPECT_TRUE(json_walk(walk)["info"]["recording_duration"].is_null());
+    EXPECT_TRUE(json_walk(walk)["accounting"]["recording_duration"].is_null());
   }
   const walk_statistics right = report_of(forget_left, analysed_cycles::right);
   EXPECT_THAT(text_of(right), testing::Not(HasSubstr("unknown")));
-  EXPECT_GT(json_walk(right)["info"]["recording_duration"], 10.0);
+  EXPECT_GT(json_walk(right)["accounting"]["recording_duration"], 10.0);
 }
 
 TEST(Report, KnowsTheLengthOfASignalAlone) {
   const walk_statistics walk = report_of([](auto& w) { w.left->signal_1_samples.reset(); });
-  EXPECT_GT(json_walk(walk)["info"]["recording_duration"], 10.0);
+  EXPECT_GT(json_walk(walk)["accounting"]["recording_duration"], 10.0);
 }
 
 TEST(Report, ShowsAMeasuredMinusOneAsWhatItIs) {
   const double kept = std::nextafter(-1.0, 0.0);
   const walk_statistics walk =
       report_of([&](auto& w) { w.left->cycles.front().hsp = kept; }, analysed_cycles::left);
-  const nlohmann::ordered_json angle = json_walk(walk)["parameters"]["HSP"];
+  const nlohmann::ordered_json json = json_walk(walk);
+  const nlohmann::ordered_json& angle = json["parameters"]["HSP"];
   EXPECT_EQ(angle["n"], 20);
   EXPECT_EQ(angle["min"], -1.0);
-  EXPECT_EQ(angle["values"][0], -1.0);
-  EXPECT_THAT(csv_rows(walk),
+  EXPECT_EQ(json["strides"][0]["values"]["HSP"][0], -1.0);
+  EXPECT_EQ(json["as_computed"]["parameters"]["HSP"]["min"], kept);
+  EXPECT_THAT(csv_rows(csv_table::parameters, walk),
               testing::ContainsRegex("\"Strike angle\",\"degree\",20,.*,-1,2[0-9.]+,"));
   EXPECT_EQ(gait_report::shortest(kept), "-1");
   EXPECT_EQ(gait_report::rounded(kept, 17), "-1.00000000000000000");
@@ -122,7 +125,7 @@ TEST(Finding, NamesTheLineOfAStride) {
                                           "strides (line 2). Usually: "));
   EXPECT_EQ(json_walk(walk)["findings"][0]["places"].dump(),
             R"([{"foot":"left","index":0,"line":2}])");
-  EXPECT_THAT(csv_rows(walk), HasSubstr(",,\"swing_bounds\"\n"));
+  EXPECT_THAT(csv_rows(csv_table::parameters, walk), HasSubstr(",,\"swing_bounds\"\n"));
 }
 
 TEST(Finding, NamesFiveLinesAndCountsTheOthers) {
