@@ -536,6 +536,22 @@ class CommandLine(ProgramTest):
             self.assertIn(word, text)
         self.assertEqual(self.output("-h"), text)
 
+    def test_a_table_is_one_of_csv(self):
+        rows = self.output("--table", "strides", LEFT_FOOT)
+        self.assertTrue(rows.startswith("walk,analysed,side,index,line,start_seconds,"))
+        for options in (["--format", "csv"], ["-o", "-"]):
+            self.assertEqual(self.output("--table", "strides", *options, LEFT_FOOT), rows)
+        for name in ("strides.csv", "strides.txt", "strides"):
+            self.output("--table", "strides", "-o", self.folder / name, LEFT_FOOT)
+            self.assertEqual((self.folder / name).read_text(), rows)
+        self.assertEqual(self.output("--table", "parameters", LEFT_FOOT),
+                         self.output("--format", "csv", LEFT_FOOT))
+
+    def test_a_table_of_both_feet_and_of_one_have_the_same_columns(self):
+        for table in ("parameters", "walks", "strides"):
+            header = self.output("--table", table, BOTH_FEET).splitlines()[0]
+            self.assertEqual(self.output("--table", table, LEFT_FOOT).splitlines()[0], header)
+
     def test_version(self):
         self.assertRegex(self.output("--version"), r"^gait-statistics \d+\.\d+\.\d+\n$")
 
@@ -592,13 +608,18 @@ class ExitCode(ProgramTest):
 
     def test_2_for_a_wrong_command_line(self):
         for arguments in (["--feet", "left"], ["--foot", "both"], ["--foot", "LEFT"], ["--foot"],
-                          ["--format", "xml"], ["--settings-value", "12,5"],
+                          ["--format", "xml"], ["--table", "feet"], ["--settings-value", "12,5"],
                           ["--settings-value", "nan"], ["--settings-value", "inf"],
                           ["--settings-value", "1e99"], ["--settings-value", ""],
                           ["--width", "5"], ["--width", "-80"], ["--width", "wide"],
                           ["--output", ""], ["--output", "a", "--output", "b"]):
             with self.subTest(arguments=arguments):
                 self.refused(BOTH_FEET, *arguments)
+
+    def test_2_for_a_table_of_another_format(self):
+        for options in (["--format", "json"], ["--format", "table"], ["-o", "strides.json"]):
+            self.assertIn("--table names a table of CSV, and the format is ",
+                          self.refused("--table", "strides", *options, BOTH_FEET))
 
     def test_2_for_walks_beside_the_list_of_parameters(self):
         self.assertIn("--list-parameters takes no WALK",
