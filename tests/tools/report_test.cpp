@@ -1,5 +1,6 @@
-// What the reports say of a walk beside its figures: what somebody wrote down about it, an unknown
-// length, a measured -1, and the lines on which a finding stands.
+// What the reports say of a walk beside its figures, which outputs_agree.py compares: what somebody
+// wrote down about it, an unknown length, a measured -1, what each exclusion does, and the lines on
+// which a finding stands.
 
 #include "csv_output.h"
 #include "finding_text.h"
@@ -70,9 +71,8 @@ TEST(Report, ShowsWhatSomebodyWroteDownAboutTheWalk) {
   const walk_statistics walk = report_of([](auto& w) {
     w.about = {{"date", "2024-05-31"}, {"derived", "gct, from \"hs\""}, {"derived", "two\x1b"}};
   });
-  EXPECT_THAT(text_of(walk),
-              HasSubstr("\n\n  date: 2024-05-31\n  derived: gct, from \"hs\"\n"
-                        "  derived: two?\n  Both feet, sampled at"));
+  EXPECT_THAT(text_of(walk), HasSubstr("\n\n  date: 2024-05-31\n  derived: gct, from \"hs\"\n"
+                                       "  derived: two?\n  Both feet, sampled at"));
   EXPECT_THAT(
       csv_rows(csv_table::parameters, walk),
       HasSubstr(",\"date: 2024-05-31; derived: gct, from \"\"hs\"\"; derived: two\x1b\",\n"));
@@ -118,6 +118,70 @@ TEST(Report, ShowsAMeasuredMinusOneAsWhatItIs) {
   EXPECT_EQ(gait_report::rounded(kept, 17), "-1.00000000000000000");
   EXPECT_EQ(gait_report::shortest(std::nextafter(kept, 0.0)), "-0.9999999999999998");
 }
+
+// --- Exclusions
+
+using gait_walk::exclusion_list;
+
+/// Exclusions of two-feet cycles that do everything an exclusion may do, in the table's order.
+void exclude_in_every_way(gait_walk::walk& walk) {
+  const auto exclude = [&](exclusion_list list, int index, const char* reason) {
+    walk.exclusions.push_back({analysed_cycles::feet, list, index, reason});
+  };
+  exclude(exclusion_list::excluded_2, 3, "stop");
+  exclude(exclusion_list::excluded_2_fallback, 5, "last");
+  exclude(exclusion_list::excluded_1_fallback, 3, "slow");
+  exclude(exclusion_list::excluded_2, 4, "");
+  exclude(exclusion_list::excluded_2, 99, "stop");
+  exclude(exclusion_list::excluded_2, 3, "stop");
+  walk.exclusions.push_back({analysed_cycles::left, exclusion_list::excluded_1, 1, "left"});
+}
+
+TEST(Exclusions, AreListedWithWhatEachDoes) {
+  const nlohmann::ordered_json json = json_walk(report_of(exclude_in_every_way));
+  std::string effects;
+  for (const auto& exclusion : json["exclusions"]) {
+    effects += exclusion["list"].get<std::string>() + " " + exclusion["index"].dump() + " " +
+               exclusion["effect"].get<std::string>() + "\n";
+  }
+  EXPECT_EQ(effects,
+            "excluded_1_fallback 3 accounted_for\n"
+            "excluded_2 3 left_out\n"
+            "excluded_2 4 left_out\n"
+            "excluded_2 99 outside\n"
+            "excluded_2 3 already_left_out\n"
+            "excluded_2_fallback 5 nothing\n");
+}
+
+TEST(Exclusions, OfAStrideBeginWithTheOneThatTookItOut) {
+  const walk_statistics walk = report_of(exclude_in_every_way);
+  const nlohmann::ordered_json cycles = json_walk(walk)["two_feet_cycles"];
+  EXPECT_EQ(cycles["exclusions"][3].dump(), "[1,0,4]");
+  EXPECT_EQ(cycles["reason"][3], "stop");
+  EXPECT_EQ(cycles["status"][4], "left_out");
+  EXPECT_TRUE(cycles["reason"][4].is_null());
+  EXPECT_EQ(cycles["status"][5], "included");
+  EXPECT_THAT(csv_rows(csv_table::strides, walk),
+              HasSubstr("\"left_out\",FALSE,\"excluded_2\",\"stop\","
+                        "\"excluded_1_fallback: slow; excluded_2: stop\",3,"));
+}
+
+TEST(Exclusions, ThatTakeNothingOutLeaveAStrideIn) {
+  const walk_statistics walk = report_of(
+      [](auto& w) {
+        w.exclusions.push_back(
+            {analysed_cycles::left, exclusion_list::excluded_1_fallback, 2, "outlier"});
+      },
+      analysed_cycles::left);
+  const nlohmann::ordered_json json = json_walk(walk);
+  EXPECT_EQ(json["strides"][0]["status"][2], "included");
+  EXPECT_TRUE(json["strides"][0]["reason"][2].is_null());
+  EXPECT_EQ(json["strides"][0]["exclusions"][2].dump(), "[0]");
+  EXPECT_THAT(csv_rows(csv_table::strides, walk),
+              HasSubstr("\"included\",TRUE,,,\"excluded_1_fallback: outlier\","));
+}
+
+// --- Findings
 
 TEST(Finding, NamesTheLineOfAStride) {
   const walk_statistics walk = report_of([](auto& w) { break_swing(*w.left, 1); });
