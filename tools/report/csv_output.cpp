@@ -57,7 +57,8 @@ std::string in_one_cell(const Items& items, InWords in_words) {
 /// A name that pandas and R take as it is: "Step Time" and "seconds" make "Step_Time_seconds".
 std::string name_with_unit(const std::string& name, const std::string& unit) {
   std::string text;
-  for (const char c : name + (unit.empty() ? "" : "_") + unit) {
+  const std::string before_unit = unit.empty() ? name : name + "_";
+  for (const char c : before_unit + unit) {
     switch (c) {
       case ' ':
         text += '_';
@@ -143,10 +144,10 @@ const std::vector<column<parameter_row>>& parameter_columns() {
   static const std::vector<column<row>> columns = {
       {"walk", "the walk's name", [](const row& r) { return r.walk.name; }},
       {"parameter",
-       "the parameter's key without suffix ([parameters](parameters.md)); \"asymmetry\" is the "
-       "swing asymmetry as the library scales it, \"asymmetry_percent\" the same in percent",
+       "the parameter's key without suffix ([parameters](parameters.md)); `asymmetry` is the swing "
+       "asymmetry as the library scales it, `asymmetry_percent` the same in percent",
        [](const row& r) { return text_cell(r.parameter); }},
-      {"side", "\"right\" or \"left\"; \"both\" for the swing asymmetry",
+      {"side", "`right` or `left`; `both` for the swing asymmetry",
        [](const row& r) { return text_cell(r.side); }},
       {"description", "the parameter's name for people",
        [](const row& r) { return text_cell(r.description); }},
@@ -185,13 +186,13 @@ const std::vector<column<parameter_row>>& parameter_columns() {
        measure(&measures::symmetry_index)},
       {"direction", "of the mean swing asymmetry, in words",
        [](const row& r) { return text_cell(r.direction); }},
-      {"analysed", "\"both feet\", \"left foot\" or \"right foot\"",
+      {"analysed", "`both feet`, `left foot` or `right foot`",
        [](const row& r) { return r.walk.analysed; }},
       {"sampling_rate_hz", "sampling rate of the recording (Hz)",
        [](const row& r) { return r.walk.rate; }},
       {"note", "why there are no statistics of what was measured, where that is so",
        [](const row& r) { return text_cell(r.note); }},
-      {"about", "what `about.csv` says of the walk: \"name: value; name: value\"",
+      {"about", "what `about.csv` says of the walk: `name: value; name: value`",
        [](const row& r) { return r.walk.about; }},
       {"findings", "names of the [checks](checks.md) that the walk breaks, separated by blanks",
        [](const row& r) { return r.walk.findings; }},
@@ -274,11 +275,15 @@ void add_counts(std::vector<column<walk_row>>& columns, const std::string& name,
                 const std::function<std::string(const side_strides&)>& cell) {
   for (const auto foot : {gait_walk::side::right, gait_walk::side::left}) {
     const std::string suffix(name_of(foot));
-    columns.push_back({name + "_" + suffix, meaning + " of the " + suffix + " foot",
-                       [foot, cell](const walk_row& row) {
-                         const side_strides* side = row.side(foot);
-                         return side == nullptr ? "" : cell(*side);
-                       }});
+    std::string column_name = name;
+    column_name.append("_").append(suffix);
+    std::string column_meaning = meaning;
+    column_meaning.append(" of the ").append(suffix).append(" foot");
+    columns.push_back(
+        {std::move(column_name), std::move(column_meaning), [foot, cell](const walk_row& row) {
+           const side_strides* side = row.side(foot);
+           return side == nullptr ? "" : cell(*side);
+         }});
   }
 }
 
@@ -298,7 +303,7 @@ std::vector<column<walk_row>> make_walk_columns() {
   using row = walk_row;
   std::vector<column<row>> columns = {
       {"walk", "the walk's name", [](const row& r) { return r.cells.name; }},
-      {"analysed", "\"both feet\", \"left foot\" or \"right foot\"",
+      {"analysed", "`both feet`, `left foot` or `right foot`",
        [](const row& r) { return r.cells.analysed; }},
       {"version", "version of the library",
        [](const row&) { return text_cell(GAIT_STATISTICS_VERSION); }},
@@ -316,7 +321,7 @@ std::vector<column<walk_row>> make_walk_columns() {
   add_counts(columns, "left_out", "strides that an exclusion takes out",
              whole(&side_strides::left_out));
   add_counts(columns, "unlinked", "strides in no two-feet cycle", whole(&side_strides::unlinked));
-  add_counts(columns, "reasons", "why strides are left out, \"19 turn; 2 start\",",
+  add_counts(columns, "reasons", "why strides are left out, `19 turn; 2 start`,",
              [](const side_strides& side) {
                return in_one_cell(side.left_out_reasons, [](const auto& counted) {
                  return std::to_string(counted.second) +
@@ -345,7 +350,7 @@ std::vector<column<walk_row>> make_walk_columns() {
         [](const row& r) {
           return in_one_cell(r.walk.notes, [](const auto& note) { return note.text; });
         }},
-       {"about", "what `about.csv` says of the walk: \"name: value; name: value\"",
+       {"about", "what `about.csv` says of the walk: `name: value; name: value`",
         [](const row& r) { return r.cells.about; }}});
   return columns;
 }
@@ -409,9 +414,9 @@ std::vector<column<stride_row>> make_stride_columns() {
   using row = stride_row;
   std::vector<column<row>> columns = {
       {"walk", "the walk's name", [](const row& r) { return r.walk.name; }},
-      {"analysed", "\"both feet\", \"left foot\" or \"right foot\"",
+      {"analysed", "`both feet`, `left foot` or `right foot`",
        [](const row& r) { return r.walk.analysed; }},
-      {"side", "\"right\" or \"left\"", [](const row& r) { return text_cell(r.side); }},
+      {"side", "`right` or `left`", [](const row& r) { return text_cell(r.side); }},
       {"index", "the stride's index in its foot, from 0",
        [](const row& r) { return std::to_string(r.stride.index); }},
       {"line", "line of `foot_cycles.csv`", [](const row& r) { return whole_cell(r.stride.line); }},
@@ -419,15 +424,14 @@ std::vector<column<stride_row>> make_stride_columns() {
        [](const row& r) { return shortest(r.stride.start); }},
       {"end_seconds", "end of `last_sample`", [](const row& r) { return shortest(r.stride.end); }},
       {"status",
-       "\"included\": in the statistics; \"left_out\": by an exclusion; \"unlinked\": in no "
-       "two-feet cycle",
+       "`included`: in the statistics; `left_out`: by an exclusion; `unlinked`: in no two-feet "
+       "cycle",
        [](const row& r) { return text_cell(gait_walk::name_of(r.stride.status)); }},
       {"included", "whether it is in the statistics: TRUE or FALSE",
        [](const row& r) { return truth_cell(r.stride.status == stride_status::included); }},
       {"list", "the exclusion list that takes it out", list_cell},
       {"reason", "the reason that the list gives", reason_cell},
-      {"also_listed", "other entries that name it: \"list: reason; list: reason\"",
-       also_listed_cell},
+      {"also_listed", "other entries that name it: `list: reason; list: reason`", also_listed_cell},
       {"two_feet_cycle", "index of the two-feet cycle that links it",
        [](const row& r) {
          return r.stride.cycle == nullptr ? "" : std::to_string(r.stride.cycle->index);
