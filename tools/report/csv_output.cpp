@@ -248,6 +248,10 @@ struct walk_row {
   }
 };
 
+/// Whether a field is the list of the cycles, for which a table of walks has no room.
+template <class Field>
+inline constexpr bool is_list = std::is_same_v<std::decay_t<Field>, std::list<int>>;
+
 template <class Field>
 std::string info_cell(const walk_row& row, const char* name, const Field& value) {
   if constexpr (std::is_same_v<Field, double>) {
@@ -259,10 +263,10 @@ std::string info_cell(const walk_row& row, const char* name, const Field& value)
 
 std::string info_cell(const walk_row& row, const std::string& name) {
   std::string cell;
-  for_each_field(row.walk.info(), [&](const char* field, const auto& value, const char*) {
-    if constexpr (!std::is_same_v<std::decay_t<decltype(value)>, std::list<int>>) {
-      if (name == field) {
-        cell = info_cell(row, field, value);
+  for_each_field(row.walk.info(), [&](const info_field& field, const auto& value) {
+    if constexpr (!is_list<decltype(value)>) {
+      if (name == field.name) {
+        cell = info_cell(row, field.name, value);
       }
     }
   });
@@ -277,8 +281,8 @@ void add_counts(std::vector<column<walk_row>>& columns, const std::string& name,
     const std::string suffix(name_of(foot));
     std::string column_name = name;
     column_name.append("_").append(suffix);
-    std::string column_meaning = meaning;
-    column_meaning.append(" of the ").append(suffix).append(" foot");
+    std::string column_meaning = suffix;
+    column_meaning.append(" foot: ").append(meaning);
     columns.push_back(
         {std::move(column_name), std::move(column_meaning), [foot, cell](const walk_row& row) {
            const side_strides* side = row.side(foot);
@@ -288,15 +292,13 @@ void add_counts(std::vector<column<walk_row>>& columns, const std::string& name,
 }
 
 void add_info(std::vector<column<walk_row>>& columns) {
-  for_each_field(
-      gait_statistics_info(), [&](const char* name, const auto& value, const char* unit) {
-        if constexpr (!std::is_same_v<std::decay_t<decltype(value)>, std::list<int>>) {
-          const std::string field = name;
-          columns.push_back({name_with_unit(field, unit),
-                             "`" + field + "` of [the accounting](definitions.md#the-accounting)",
-                             [field](const walk_row& row) { return info_cell(row, field); }});
-        }
-      });
+  for_each_field(gait_statistics_info(), [&](const info_field& field, const auto& value) {
+    if constexpr (!is_list<decltype(value)>) {
+      const std::string name = field.name;
+      columns.push_back({name_with_unit(name, field.unit), field.meaning,
+                         [name](const walk_row& row) { return info_cell(row, name); }});
+    }
+  });
 }
 
 std::vector<column<walk_row>> make_walk_columns() {
@@ -321,7 +323,7 @@ std::vector<column<walk_row>> make_walk_columns() {
   add_counts(columns, "left_out", "strides that an exclusion takes out",
              whole(&side_strides::left_out));
   add_counts(columns, "unlinked", "strides in no two-feet cycle", whole(&side_strides::unlinked));
-  add_counts(columns, "reasons", "why strides are left out, `19 turn; 2 start`,",
+  add_counts(columns, "reasons", "why strides are left out, `19 turn; 2 start`",
              [](const side_strides& side) {
                return in_one_cell(side.left_out_reasons, [](const auto& counted) {
                  return std::to_string(counted.second) +

@@ -88,11 +88,11 @@ json json_accounting(const walk_statistics& walk, const walk_strides& strides,
                      const walk_summary& summary) {
   const auto measured = measured_fields(walk, strides);
   json object = json::object();
-  for_each_field(walk.info(), [&](const char* name, const auto& value, const char* /*unit*/) {
+  for_each_field(walk.info(), [&](const info_field& field, const auto& value) {
     if constexpr (std::is_same_v<std::decay_t<decltype(value)>, double>) {
-      object[name] = number(measured.at(name));
+      object[field.name] = number(measured.at(field.name));
     } else {
-      object[name] = value;
+      object[field.name] = value;
     }
   });
   object["kinds"] = list_of(summary.kinds, [](const accounted_kind& kind) {
@@ -311,9 +311,8 @@ json json_record(const gait_statistics_parameter& record) {
 /// Every field of the library's records but the values, which stand with the strides.
 json json_as_computed(const walk_statistics& walk) {
   json info = json::object();
-  for_each_field(walk.info(), [&](const char* name, const auto& value, const char* /*unit*/) {
-    info[name] = value;
-  });
+  for_each_field(walk.info(),
+                 [&](const info_field& field, const auto& value) { info[field.name] = value; });
   json records = json::object();
   for (const auto& parameter : parameters_of(walk)) {
     for (const auto& side : parameter.sides) {
@@ -335,9 +334,9 @@ json json_units() {
                 {"time", "seconds"},
                 {"distance", "meters"},
                 {"sampling_rate", "Hz"}};
-  for_each_field(gait_statistics_info(), [&](const char* name, const auto&, const char* unit) {
-    if (*unit != '\0') {
-      units[name] = unit;
+  for_each_field(gait_statistics_info(), [&](const info_field& field, const auto& /*value*/) {
+    if (*field.unit != '\0') {
+      units[field.name] = field.unit;
     }
   });
   for (const auto& parameter : list_parameters_of(true)) {
