@@ -211,23 +211,11 @@ void for_each_parameter_row(const walk_statistics& walk, Visit visit) {
                           measures.at(side.key), "", parameter.why_none});
     }
   }
-  const auto* record = swing_asymmetry_record(walk);
-  const auto percent = swing_asymmetry_in_percent(walk);
-  if (record == nullptr || !percent) {
-    return;
-  }
   const parameter_measures none;
-  const computed_statistics as_scaled = swing_asymmetry_of(*record);
-  computed_statistics in_percent;
-  in_percent.n = percent->n;
-  in_percent.mean = percent->mean;
-  in_percent.std = percent->sd;
-  const std::string direction(percent->mean ? gait_measures::direction_in_words(*percent->mean)
-                                            : "");
-  visit(parameter_row{cells, swing_asymmetry_key, both_sides, swing_asymmetry_description,
-                      swing_asymmetry_unit(walk), as_scaled, none, direction});
-  visit(parameter_row{cells, swing_asymmetry_percent_key, both_sides, swing_asymmetry_description,
-                      "%", in_percent, none, direction});
+  for (const auto& shown : swing_asymmetries_of(walk)) {
+    visit(parameter_row{cells, shown.key, both_sides, swing_asymmetry_description, shown.unit,
+                        shown.statistics, none, shown.direction});
+  }
 }
 
 // --- Walks

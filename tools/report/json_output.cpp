@@ -249,30 +249,6 @@ json json_parameter(const std::string& parameter, std::string_view side,
           {"symmetry_index", number(measures.symmetry_index)}};
 }
 
-void add_swing_asymmetry(json& parameters, const walk_statistics& walk) {
-  const auto* record = swing_asymmetry_record(walk);
-  const auto percent = swing_asymmetry_in_percent(walk);
-  if (record == nullptr || !percent) {
-    return;
-  }
-  computed_statistics in_percent;
-  in_percent.n = percent->n;
-  in_percent.mean = percent->mean;
-  in_percent.std = percent->sd;
-  const auto add = [&](const std::string& key, const std::string& unit,
-                       const computed_statistics& statistics) {
-    json parameter = json_parameter(key, both_sides, swing_asymmetry_description, unit,
-                                    record->decimals, statistics, {});
-    parameter["note"] = nullptr;
-    parameter["direction"] = statistics.mean
-                                 ? text_or_null(gait_measures::direction_in_words(*statistics.mean))
-                                 : json(nullptr);
-    parameters[key] = std::move(parameter);
-  };
-  add(swing_asymmetry_key, swing_asymmetry_unit(walk), swing_asymmetry_of(*record));
-  add(swing_asymmetry_percent_key, "%", in_percent);
-}
-
 json json_parameters(const walk_statistics& walk) {
   json object = json::object();
   const auto measures = measures_of(walk);
@@ -286,7 +262,14 @@ json json_parameters(const walk_statistics& walk) {
       object[side.key] = std::move(shown);
     }
   }
-  add_swing_asymmetry(object, walk);
+  for (const auto& asymmetry : swing_asymmetries_of(walk)) {
+    json shown =
+        json_parameter(asymmetry.key, both_sides, swing_asymmetry_description, asymmetry.unit,
+                       swing_asymmetry_record(walk)->decimals, asymmetry.statistics, {});
+    shown["note"] = nullptr;
+    shown["direction"] = text_or_null(asymmetry.direction);
+    object[asymmetry.key] = std::move(shown);
+  }
   return object;
 }
 

@@ -62,6 +62,17 @@ walk_summary summary_of(const walk_statistics& walk, const walk_strides& strides
 std::unordered_map<std::string, std::optional<double>> measured_fields(const walk_statistics& walk,
                                                                        const walk_strides& strides);
 
+/// The swing asymmetry in one of its scales.
+struct shown_swing_asymmetry {
+  std::string key;
+  std::string unit;
+  computed_statistics statistics;
+  std::string direction;  ///< of the mean, in words; empty where there is none
+};
+
+/// The swing asymmetry as the library scales it, and in percent; none where one foot is analysed.
+std::vector<shown_swing_asymmetry> swing_asymmetries_of(const walk_statistics& walk);
+
 }  // namespace gait_report
 
 #endif
