@@ -36,8 +36,9 @@ constexpr const char* footer =
     "Each WALK is a folder of CSV tables; docs/walk-folder.md describes them, docs/output.md what "
     "is written."
     R"(
-A table shows rounded values. CSV holds the parameters, unrounded; JSON holds everything, unrounded:
-the accounting, the quality flags, the findings, the parameters and their value in every cycle.
+A table shows rounded values. CSV holds parameters, walks or strides, one table each (--table),
+unrounded. JSON holds everything, unrounded: the accounting, the quality flags, the findings, the
+parameters, and every stride with its values.
 
 A finding says that data cannot be right. It goes to the standard error and into every output; it
 changes no figure and no exit code. docs/checks.md says what each check means.
@@ -45,6 +46,7 @@ changes no figure and no exit code. docs/checks.md says what each check means.
 Examples:
   gait-statistics --foot left -o left.csv monday/ tuesday/
   gait-statistics --recursive -o study.json study/
+  gait-statistics --recursive --table strides -o strides.csv study/
 
 Exit codes:
   0  every walk was read and its statistics were written
@@ -189,6 +191,11 @@ void add_options(CLI::App& app, options& options) {
                                        "FILE's ending, .txt, .csv or .json, else table)")
       ->check(is_name_of<gait_report::output_format>())
       ->type_name("FORMAT");
+  app.add_option_function<std::string>(
+         "--table", set_by_name(options.table),
+         "Table of CSV: parameters, walks or strides (default: parameters)")
+      ->check(is_name_of<gait_report::csv_table>())
+      ->type_name("TABLE");
   app.add_option("-o,--output", options.output,
                  "Write to this file, which is replaced when the new one is whole; -: the standard "
                  "output")
@@ -251,6 +258,17 @@ std::variant<options, reply> parse_command_line(int argc, const char* const* arg
                          ", or add --format");
     }
     options.format = *format;
+  }
+  if (app.count("--table") > 0) {
+    const bool is_free =
+        app.count("--format") == 0 && (!options.output || options.output->extension() != ".json");
+    if (is_free) {
+      options.format = gait_report::output_format::csv;
+    }
+    if (options.format != gait_report::output_format::csv) {
+      return usage_error("--table names a table of CSV, and the format is " +
+                         std::string(gait_walk::name_of(options.format)));
+    }
   }
   return options;
 }

@@ -27,6 +27,7 @@ struct options {
   float settings_value = 0.0F;
   /// As asked for; else that of the output file's ending.
   gait_report::output_format format = gait_report::output_format::table;
+  gait_report::csv_table table = gait_report::csv_table::parameters;
   std::optional<std::filesystem::path> output;  ///< the standard output where there is none
   std::optional<std::size_t> width;             ///< of the text report (characters, 20 to 10000)
   std::optional<std::size_t> max_strides;       ///< of a foot; no limit where there is none
