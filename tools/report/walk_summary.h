@@ -57,8 +57,8 @@ struct walk_summary {
 /// The summary of a walk whose statistics are computed.
 walk_summary summary_of(const walk_statistics& walk, const walk_strides& strides);
 
-/// The times and distances of gait_statistics_info by the names of its fields; nullopt where nothing
-/// was measured that could be summed.
+/// The times and distances of gait_statistics_info by the names of its fields; nullopt where
+/// nothing was measured that could be summed.
 std::unordered_map<std::string, std::optional<double>> measured_fields(const walk_statistics& walk,
                                                                        const walk_strides& strides);
 
