@@ -120,8 +120,8 @@ TEST(Output, ShowsTheFirstRowsOfTheTable) {
   EXPECT_EQ(output_of(command).rfind(shown, 0), 0U) << shown;
 }
 
-/// The tables of the page, by the name of their comment, and how each is printed. scripts/update-docs
-/// reads the same comments.
+/// The tables of the page, by the name of their comment, and how each is printed.
+/// scripts/update-docs reads the same comments.
 TEST(Output, HoldsEveryColumnAndEveryKey) {
   const std::string whole = page("docs/output.md");
   const std::regex comment(
