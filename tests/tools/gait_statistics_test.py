@@ -220,7 +220,8 @@ class Report(ProgramTest):
         self.assertIsNone(self.json_walk(walk)["parameters"]["TA_R"]["asymmetry"])
 
     def test_shows_no_spread_of_a_single_stride(self):
-        walk = self.walk(left=strides(1, gct=[1.25]), right=strides(1, gct=[1.5]))
+        walk = self.walk(left=strides(1, gct=[1.25], ta=2.0), right=strides(1, gct=[1.5], ta=3.0))
+        self.assertEqual(self.table_row("Turning angle", walk)[-2:], ["-", "-"])
         self.assertEqual(self.table_row("Cycle duration", walk),
                          ["seconds", "1", "1", "1.500", "1.250", "1.500", "1.250", "1.500",
                           "1.250", "1.500", "1.250", "1.200", "18.2"])
