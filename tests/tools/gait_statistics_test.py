@@ -331,8 +331,11 @@ class Report(ProgramTest):
         self.assertIn("  Left out: none\n", self.output(self.walk("whole", left=strides())))
 
     def test_counts_the_strides_that_no_two_feet_cycle_links(self):
-        report = self.output(self.walk(left=strides(7), right=strides()))
-        self.assertRegex(report, "(?m)^  Unlinked +0 +1  in no two-feet cycle$")
+        walk = self.walk(left=strides(7), right=strides())
+        self.assertRegex(self.output(walk), "(?m)^  Unlinked +0 +1  in no two-feet cycle$")
+        rows = list(csv.DictReader(io.StringIO(self.output("--table", "strides", walk))))
+        self.assertEqual([(row["side"], row["index"], row["status"]) for row in rows
+                          if row["included"] == "FALSE"], [("left", "6", "unlinked")])
 
     def test_counts_the_two_feet_cycles_that_lack_a_stride(self):
         folder = pathlib.Path(self.walk(left=strides(), right=strides()))

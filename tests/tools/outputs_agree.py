@@ -333,6 +333,7 @@ def check_csv_walk(compare: Comparison, row: dict[str, str], shown: Walk, docume
 def check_csv_strides(compare: Comparison, rows: list[dict[str, str]], shown: Walk) -> None:
     strides = [(foot, i) for foot in shown["strides"] for i in range(len(foot["start"]))]
     compare.same(len(rows), len(strides), "rows")
+    compare.same([name for name in rows[0] if not name.isidentifier()], [], "names of columns")
     values_from = list(rows[0]).index("asymmetry_percent") + 1
     for row, (foot, i) in zip(rows, strides):
         where = f"CSV, {foot['foot']} stride {i}"
