@@ -11,6 +11,7 @@
 
 #include <algorithm>
 #include <cstddef>
+#include <iterator>
 #include <list>
 #include <numeric>
 #include <optional>
@@ -197,6 +198,9 @@ walk_statistics prepare_walk(gait_walk::walk walk, gait_walk::analysed_cycles as
       reasons(exclusion_list::excluded_1), reasons(exclusion_list::excluded_1_fallback)));
   statistics.excluded_2_reasons = counted(gait_accounted_exclusions(
       reasons(exclusion_list::excluded_2), reasons(exclusion_list::excluded_2_fallback)));
+  std::copy_if(walk.exclusions.begin(), walk.exclusions.end(),
+               std::back_inserter(statistics.exclusions),
+               [&](const auto& exclusion) { return exclusion.cycles == cycles; });
   statistics.about = std::move(walk.about);
   statistics.recording_length_is_known = length_is_known(walk, cycles);
   statistics.lines = lines_of(walk);

@@ -57,6 +57,7 @@ struct walk_statistics {
   /// Of the list that is accounted for: the primary one, else the fallback.
   counted_reasons excluded_1_reasons;
   counted_reasons excluded_2_reasons;
+  std::vector<gait_walk::exclusion> exclusions;  ///< of the analysed cycles, in the table's order
   gait_walk::analysis analysis;
   std::vector<gait_walk::about_row> about;  ///< what somebody wrote down about the walk
   bool recording_length_is_known = true;
