@@ -71,8 +71,8 @@ bool took_out(const listed_exclusion& exclusion) {
   return exclusion.effect == exclusion_effect::left_out;
 }
 
-/// For each cycle, which exclusions name it; the one that took it out before all others, also before
-/// one of a fallback list that is traversed earlier.
+/// For each cycle, which exclusions name it; the one that took it out before all others, also
+/// before one of a fallback list that is traversed earlier.
 std::vector<std::vector<std::size_t>> by_cycle(const std::vector<listed_exclusion>& exclusions,
                                                std::size_t cycles) {
   std::vector<std::vector<std::size_t>> named(cycles);
@@ -162,16 +162,6 @@ void link(side_strides& side, const std::vector<two_feet_cycle>& cycles) {
   }
 }
 
-void count_reason(counted_reasons& reasons, const std::string& reason) {
-  const auto known = std::find_if(reasons.begin(), reasons.end(),
-                                  [&](const auto& counted) { return counted.first == reason; });
-  if (known == reasons.end()) {
-    reasons.emplace_back(reason, 1);
-  } else {
-    ++known->second;
-  }
-}
-
 void count(side_strides& side, const walk_strides& walk) {
   for (const walk_stride& stride : side.strides) {
     switch (stride.status) {
@@ -258,6 +248,16 @@ std::vector<std::optional<double>> values_of(const walk_stride& stride, bool bot
     }
   });
   return values;
+}
+
+void count_reason(counted_reasons& reasons, const std::string& reason) {
+  const auto known = std::find_if(reasons.begin(), reasons.end(),
+                                  [&](const auto& counted) { return counted.first == reason; });
+  if (known == reasons.end()) {
+    reasons.emplace_back(reason, 1);
+  } else {
+    ++known->second;
+  }
 }
 
 bool is_of_both_feet(const listed_parameter& parameter) {

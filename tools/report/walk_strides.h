@@ -82,8 +82,8 @@ struct side_strides {
   counted_reasons left_out_reasons;
 };
 
-/// Every stride of a walk. It refers to the walk's records, which must outlive it; may be moved, not
-/// copied.
+/// Every stride of a walk. It refers to the walk's records, which must outlive it; may be moved,
+/// not copied.
 struct walk_strides {
   std::vector<side_strides> sides;           ///< in the walk's order, right before left
   std::vector<two_feet_cycle> cycles;        ///< by index; none where one foot is analysed
@@ -107,6 +107,9 @@ std::vector<std::optional<double>> values_of(const walk_stride& stride, bool bot
 
 /// Whether a parameter is one of the two feet together, with the same values on both sides.
 bool is_of_both_feet(const listed_parameter& parameter);
+
+/// Counts a reason once more.
+void count_reason(counted_reasons& reasons, const std::string& reason);
 
 /// The exclusion that took a stride or a cycle out of the statistics; null where none did.
 template <class Cycle>

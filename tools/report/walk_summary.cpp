@@ -1,0 +1,322 @@
+#include "walk_summary.h"
+
+#include "names.h"
+#include "number.h"
+
+#include <gait/compute_info.h>
+
+#include <algorithm>
+#include <cstddef>
+#include <cstdint>
+#include <list>
+#include <optional>
+#include <string>
+#include <unordered_map>
+#include <vector>
+
+namespace gait_report {
+namespace {
+
+using gait_walk::exclusion_list;
+
+constexpr int decimals_of_sentences = 1;
+constexpr std::size_t longest_label = 28;
+
+/// Adds up what was measured of the analysed cycles' durations.
+class durations {
+public:
+  explicit durations(const walk_statistics& walk) {
+    const gait_result& result = walk.result();
+    if (walk.both_feet()) {
+      note(result.feet_result.cycles);
+    } else {
+      note(result.foot_results.front().cycles);
+    }
+  }
+
+  /// The sum over some cycles, which the library has computed.
+  measured_sum over(const std::list<int>& indices, double sum) const {
+    measured_sum measured;
+    for (const int index : indices) {
+      const auto place = static_cast<std::size_t>(index);
+      if (index >= 0 && place < has_one_.size()) {
+        ++measured.cycles;
+        measured.without += has_one_[place] ? 0U : 1U;
+      }
+    }
+    if (measured.cycles == 0 || measured.without < measured.cycles) {
+      measured.sum = sum;
+    }
+    return measured;
+  }
+
+private:
+  template <class Cycles>
+  void note(const Cycles& cycles) {
+    has_one_.reserve(cycles.size());
+    for (const auto& cycle : cycles) {
+      has_one_.push_back(!gait_is_missing(cycle.gct));
+    }
+  }
+
+  std::vector<bool> has_one_;
+};
+
+measured_sum distance_of(double sum, std::size_t cycles, std::size_t without) {
+  return {without == cycles ? std::nullopt : std::optional(sum), cycles, without};
+}
+
+// --- Cycle accounting
+
+std::string name_or_none(const std::string& reason) {
+  return reason.empty() ? "no reason given" : reason;
+}
+
+std::string label_of(const accounted_kind& kind) {
+  std::string names;
+  for (const auto& [reason, count] : kind.reasons) {
+    names += (names.empty() ? "" : ", ") + name_or_none(reason);
+  }
+  if (names.empty()) {
+    return "Excluded, none listed";
+  }
+  const std::string label = (kind.reasons.front().first.empty() ? "Excluded, " : "Excluded for ");
+  return names.size() <= longest_label
+             ? label + names
+             : "Excluded for " + std::to_string(kind.reasons.size()) + " reasons";
+}
+
+std::string in_words(const counted_reasons& reasons) {
+  std::string words;
+  for (const auto& [reason, count] : reasons) {
+    words += (words.empty() ? "" : ", ") + std::to_string(count) + " " + name_or_none(reason);
+  }
+  return words;
+}
+
+std::string note_on(const accounted_kind& kind) {
+  std::string note = kind.reasons.size() > 1 ? in_words(kind.reasons) : "";
+  if (kind.kind == 2 && kind.is_fallback) {
+    note += std::string(note.empty() ? "" : ": ") + "counted as two cycles";
+  } else if (kind.is_fallback) {
+    note += std::string(note.empty() ? "" : ": ") + "counted";
+  }
+  return kind.is_fallback && !kind.reasons.empty() ? note + ", but in the statistics" : note;
+}
+
+counted_reasons reasons_in(const walk_statistics& walk, exclusion_list list) {
+  counted_reasons reasons;
+  for (const auto& exclusion : walk.exclusions) {
+    if (exclusion.list == list) {
+      count_reason(reasons, exclusion.reason);
+    }
+  }
+  return reasons;
+}
+
+accounted_kind kind_1_of(const walk_statistics& walk, const durations& times) {
+  const gait_result& result = walk.result();
+  accounted_kind kind;
+  kind.kind = 1;
+  kind.is_fallback = result.excluded_1.empty();
+  kind.cycles = static_cast<int>(walk.info().excluded_1_count);
+  kind.time = times.over(gait_accounted_exclusions(result.excluded_1, result.excluded_1_fallback),
+                         walk.info().excluded_1_duration);
+  kind.reasons = reasons_in(walk, kind.is_fallback ? exclusion_list::excluded_1_fallback
+                                                   : exclusion_list::excluded_1);
+  return kind;
+}
+
+accounted_kind kind_2_of(const walk_statistics& walk, const durations& times) {
+  const gait_result& result = walk.result();
+  accounted_kind kind;
+  kind.kind = 2;
+  kind.is_fallback = result.excluded_2.empty();
+  kind.cycles = static_cast<int>(walk.info().excluded_2_count);
+  kind.time = times.over(gait_accounted_exclusions(result.excluded_2, result.excluded_2_fallback),
+                         walk.info().excluded_2_duration);
+  kind.reasons = reasons_in(walk, kind.is_fallback ? exclusion_list::excluded_2_fallback
+                                                   : exclusion_list::excluded_2);
+  return kind;
+}
+
+void account(walk_summary& summary, const walk_statistics& walk, const durations& times) {
+  summary.accounted_cycles = walk.info().included_count;
+  summary.accounted_duration = walk.info().included_duration;
+  for (accounted_kind& kind : std::vector{kind_1_of(walk, times), kind_2_of(walk, times)}) {
+    if (!kind.time.sum) {
+      summary.accounted_duration.reset();
+    }
+    if (kind.cycles > 0) {
+      kind.label = label_of(kind);
+      kind.note = note_on(kind);
+      summary.kinds.push_back(kind);
+    }
+  }
+}
+
+// --- Sentences
+
+std::string amount(const std::optional<double>& value, const char* unit, const char* what) {
+  return value ? rounded(*value, decimals_of_sentences) + " " + unit
+               : std::string(what) + " not measured";
+}
+
+std::string part_of(const side_strides& side) {
+  return std::to_string(side.included) + " of " + std::to_string(side.strides.size());
+}
+
+std::string foot_name(const side_strides& side) { return std::string(name_of(side.side.foot)); }
+
+std::string strides_in_words(const walk_strides& walk) {
+  const side_strides& first = walk.sides.front();
+  if (walk.sides.size() == 1) {
+    return part_of(first) + " strides of the " + foot_name(first) + " foot";
+  }
+  const side_strides& second = walk.sides.back();
+  return part_of(first) == part_of(second) ? part_of(first) + " strides of each foot"
+                                           : part_of(first) + " " + foot_name(first) + ", " +
+                                                 part_of(second) + " " + foot_name(second) +
+                                                 " strides";
+}
+
+std::string left_out_in_words(const walk_strides& walk) {
+  const side_strides& first = walk.sides.front();
+  const side_strides& second = walk.sides.back();
+  if (first.left_out + second.left_out == 0) {
+    return "Left out: none";
+  }
+  if (walk.sides.size() == 1) {
+    return "Left out: " + in_words(first.left_out_reasons);
+  }
+  if (first.left_out_reasons == second.left_out_reasons) {
+    return "Left out of each foot: " + in_words(first.left_out_reasons);
+  }
+  const auto of_side = [](const side_strides& side) {
+    return foot_name(side) + " " +
+           (side.left_out == 0 ? "none" : in_words(side.left_out_reasons));
+  };
+  return "Left out: " + of_side(first) + "; " + of_side(second);
+}
+
+std::string unlinked_in_words(const walk_strides& walk) {
+  std::string words;
+  for (const side_strides& side : walk.sides) {
+    if (side.unlinked > 0) {
+      words += (words.empty() ? "" : ", ") + std::to_string(side.unlinked) + " " + foot_name(side);
+    }
+  }
+  return words.empty() ? "" : "; in no two-feet cycle: " + words;
+}
+
+/// How many exclusions have this effect. Those of a fallback list of kind 2 do not count one by
+/// one.
+std::size_t count_of(const walk_strides& strides, exclusion_effect effect) {
+  return static_cast<std::size_t>(std::count_if(
+      strides.exclusions.begin(), strides.exclusions.end(), [&](const auto& exclusion) {
+        return exclusion.effect == effect && exclusion.list != exclusion_list::excluded_2_fallback;
+      }));
+}
+
+std::string entries(std::size_t count, const std::string& verb) {
+  return std::to_string(count) + (count == 1 ? " entry " : " entries ") + verb +
+         (count == 1 ? "s" : "");
+}
+
+std::string why_they_differ(const walk_statistics& walk, const walk_strides& strides) {
+  const gait_statistics_info& info = walk.info();
+  if (static_cast<std::int64_t>(info.cycles.size()) == info.included_count) {
+    return "";
+  }
+  std::vector<std::string> causes;
+  if (const auto again = count_of(strides, exclusion_effect::already_left_out); again > 0) {
+    causes.push_back(entries(again, "name") + " a cycle that is already out");
+  }
+  if (const auto outside = count_of(strides, exclusion_effect::outside); outside > 0) {
+    causes.push_back(entries(outside, "name") + " no cycle of the walk");
+  }
+  if (info.excluded_1_fallback_count > 0) {
+    causes.emplace_back("excluded_1_fallback takes no cycle out");
+  }
+  if (info.excluded_2_fallback_count > 0) {
+    causes.emplace_back("an empty excluded_2 counts as two cycles, and takes none out");
+  }
+  std::string words;
+  for (const std::string& cause : causes) {
+    words += (words.empty() ? ": " : "; ") + cause;
+  }
+  return "The statistics are over " + std::to_string(info.cycles.size()) +
+         (info.cycles.size() == 1 ? " cycle" : " cycles") + ", the accounting has " +
+         std::to_string(info.included_count) +
+         " included, because it subtracts every entry of the exclusion lists" + words + ".";
+}
+
+}  // namespace
+
+walk_summary summary_of(const walk_statistics& walk, const walk_strides& strides) {
+  const gait_statistics_info& info = walk.info();
+  const stride_length_gaps& lengths = walk.stride_lengths;
+  const durations times(walk);
+  walk_summary summary;
+  if (walk.recording_length_is_known) {
+    summary.recording = info.recording_duration;
+  }
+  summary.walk = info.duration;
+  summary.time = times.over(info.cycles, info.included_gct_sum);
+  summary.total_distance = distance_of(info.total_distance, lengths.cycles, lengths.without);
+  summary.distance =
+      distance_of(info.included_distance, lengths.included, lengths.included_without);
+  account(summary, walk, times);
+  summary.in_the_statistics = "In the statistics: " + strides_in_words(strides) + "; " +
+                              amount(summary.time.sum, "s", "duration") + ", " +
+                              amount(summary.distance.sum, "m", "distance");
+  summary.left_out = left_out_in_words(strides) + unlinked_in_words(strides);
+  summary.why_they_differ = why_they_differ(walk, strides);
+  return summary;
+}
+
+std::unordered_map<std::string, std::optional<double>> measured_fields(
+    const walk_statistics& walk, const walk_strides& strides) {
+  const gait_result& result = walk.result();
+  const gait_statistics_info& info = walk.info();
+  const stride_length_gaps& lengths = walk.stride_lengths;
+  const durations times(walk);
+  const std::list<int> none;
+  const bool kind_1_falls_back = result.excluded_1.empty();
+  const bool kind_2_falls_back = result.excluded_2.empty();
+  const bool kind_2_took_any = std::any_of(
+      strides.exclusions.begin(), strides.exclusions.end(), [](const listed_exclusion& exclusion) {
+        return exclusion.list == exclusion_list::excluded_2 &&
+               exclusion.effect == exclusion_effect::left_out;
+      });
+  const auto sum = [&](const std::list<int>& indices, double value) {
+    return times.over(indices, value).sum;
+  };
+  const auto& kind_1 = gait_accounted_exclusions(result.excluded_1, result.excluded_1_fallback);
+  const auto& kind_2 = gait_accounted_exclusions(result.excluded_2, result.excluded_2_fallback);
+  const auto excluded_1 = sum(kind_1, info.excluded_1_duration);
+  const auto excluded_2 = sum(kind_2, info.excluded_2_duration);
+  return {
+      {"recording_duration", walk.recording_length_is_known ? std::optional(info.recording_duration)
+                                                            : std::nullopt},
+      {"duration", info.duration},
+      {"excluded_1_fallback_gct_sum",
+       sum(result.excluded_1_fallback, info.excluded_1_fallback_gct_sum)},
+      {"excluded_2_gct_sum", sum(kind_2_took_any ? result.excluded_2 : result.excluded_2_fallback,
+                                 info.excluded_2_gct_sum)},
+      {"included_gct_sum", sum(info.cycles, info.included_gct_sum)},
+      {"included_distance",
+       distance_of(info.included_distance, lengths.included, lengths.included_without).sum},
+      {"total_distance", distance_of(info.total_distance, lengths.cycles, lengths.without).sum},
+      {"excluded_2_fallback_duration", sum(kind_2_falls_back ? result.excluded_2_fallback : none,
+                                           info.excluded_2_fallback_duration)},
+      {"excluded_2_duration", excluded_2},
+      {"excluded_1_fallback_duration", sum(kind_1_falls_back ? result.excluded_1_fallback : none,
+                                           info.excluded_1_fallback_duration)},
+      {"excluded_1_duration", excluded_1},
+      {"included_duration",
+       excluded_1 && excluded_2 ? std::optional(info.included_duration) : std::nullopt},
+  };
+}
+
+}  // namespace gait_report
