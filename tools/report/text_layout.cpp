@@ -115,10 +115,10 @@ std::string lay_out_block(const flowing_table& table, const block& groups, std::
   const auto titles = block_line(pad_right(table.label_heading, label_width), groups,
                                  [](const auto& g) { return g.heading_line(); });
   std::string text = heading(titles, style) + "\n";
-  if (!table.sub_headings.empty()) {
-    text += block_line(std::string(label_width, ' '), groups,
-                       [](const auto& g) { return g.sub_heading_line(); }) +
-            "\n";
+  const auto sub_headings = block_line(std::string(label_width, ' '), groups,
+                                       [](const auto& g) { return g.sub_heading_line(); });
+  if (!sub_headings.empty()) {
+    text += sub_headings + "\n";
   }
   for (std::size_t i = 0; i < table.labels.size(); ++i) {
     text += block_line(pad_right(table.labels[i], label_width), groups,

@@ -3,24 +3,27 @@
 #include "finding_text.h"
 #include "names.h"
 #include "number.h"
+#include "parameter_measures.h"
 #include "shown_text.h"
+#include "walk_strides.h"
+#include "walk_summary.h"
 
 #include <gait/catalogue.h>
 
 #include <algorithm>
 #include <cstddef>
-#include <cstdint>
 #include <functional>
 #include <optional>
 #include <string>
 #include <string_view>
+#include <utility>
 #include <vector>
 
 namespace gait_report {
 namespace {
 
 constexpr std::string_view not_computed = "-";
-constexpr int decimals_of_cv = 1;
+constexpr int decimals_of_percent = 1;
 constexpr int decimals_of_ratio = 3;
 constexpr int decimals_of_seconds = gait_catalogue::row_of<GCT>.decimals;
 constexpr int decimals_of_metres = gait_catalogue::row_of<SLENGTH>.decimals;
@@ -43,7 +46,7 @@ std::string paragraph(std::string_view text, const text_style& style) {
   return wrapped("  ", text, 2, style);
 }
 
-// --- What the walk is
+// --- What a reader asks first
 
 std::string report_about(const walk_statistics& walk, const text_style& style) {
   std::string text;
@@ -54,285 +57,405 @@ std::string report_about(const walk_statistics& walk, const text_style& style) {
   return text;
 }
 
-std::string describe_walk(const walk_statistics& walk, const text_style& style) {
-  std::string text = capitalised(words_of(walk.analysed).in_words);
-  text += walk.both_feet() ? "" : " alone";
-  text += ", sampled at " + std::to_string(walk.sampling_rate) + " Hz: ";
-  if (walk.both_feet()) {
-    for (const auto& side : walk.sides) {
-      text += std::to_string(side.cycles) + " " + std::string(name_of(side.foot)) + ", ";
-    }
-    text += counted(walk.stride_lengths.cycles, "two-feet cycle") + ".";
-  } else {
-    text += counted(walk.sides.front().cycles, "cycle") + ".";
+/// " link right and left strides; 7 of them have no left stride".
+std::string links_in_words(const walk_strides& strides) {
+  std::size_t without_right = 0;
+  std::size_t without_left = 0;
+  for (const two_feet_cycle& cycle : strides.cycles) {
+    without_right += cycle.right ? 0U : 1U;
+    without_left += cycle.left ? 0U : 1U;
   }
-  return heading("Walk " + gait_walk::printable(walk.name), style) + "\n" +
-         report_about(walk, style) + paragraph(text, style);
+  std::string text =
+      strides.cycles.size() == 1 ? " links right and left stride" : " link right and left strides";
+  for (const auto& [without, side] :
+       {std::pair(without_right, "right"), std::pair(without_left, "left")}) {
+    if (without > 0) {
+      text += "; " + std::to_string(without) + " of them " + (without == 1 ? "has" : "have") +
+              " no " + side + " stride";
+    }
+  }
+  return text;
 }
 
-// --- Cycle accounting
+std::string describe_walk(const walk_statistics& walk, const walk_strides& strides,
+                          const text_style& style) {
+  std::string text = capitalised(words_of(walk.analysed).in_words);
+  text += walk.both_feet() ? "" : " alone";
+  text += ", sampled at " + std::to_string(walk.sampling_rate) + " Hz.";
+  if (walk.both_feet()) {
+    text += " " + counted(strides.cycles.size(), "two-feet cycle") + links_in_words(strides) + ".";
+  }
+  return report_about(walk, style) + paragraph(text, style);
+}
 
-/// A line of the accounting. An empty cell says nothing, where a dash would say that something is
-/// missing.
-struct accounting_line {
+std::string report_first(const walk_statistics& walk, const walk_summary& summary,
+                         const text_style& style) {
+  return heading("Walk " + gait_walk::printable(walk.name), style) + "\n" +
+         paragraph(summary.in_the_statistics, style) +
+         paragraph(gait_walk::printable(summary.left_out), style);
+}
+
+// --- Tables of a few lines with a note each
+
+/// An empty cell says nothing, where a dash would say that something is missing.
+struct noted_line {
   std::string label;
-  std::string cycles;
-  std::string amount;
+  std::vector<std::string> cells;
   std::string note;
 };
 
-std::string seconds(double value) { return rounded(value, decimals_of_seconds) + " s"; }
-std::string metres(double value) { return rounded(value, decimals_of_metres) + " m"; }
-
-std::string exclusion_note(bool is_fallback, const counted_reasons& reasons) {
-  std::string note;
-  for (const auto& [reason, count] : reasons) {
-    note += (note.empty() ? "" : ", ") + std::to_string(count) + " " + gait_walk::printable(reason);
-  }
-  if (!is_fallback) {
-    return note;
-  }
-  return note.empty() ? "fallback list" : "fallback list: " + note;
-}
-
-accounting_line distance_line(const std::string& label, double distance, std::size_t cycles,
-                              std::size_t without, const std::string& foot) {
-  if (without == cycles) {
-    return {label, "", "", "not measured"};
-  }
-  accounting_line line{label, "", metres(distance), foot};
-  if (without > 0) {
-    line.note += (line.note.empty() ? "" : ", ") + std::to_string(without) + " of " +
-                 counted(cycles, "cycle") + " without stride length";
-  }
-  return line;
-}
-
-std::vector<accounting_line> accounting_lines(const walk_statistics& walk) {
-  const gait_statistics_info& info = walk.info();
-  const stride_length_gaps& lengths = walk.stride_lengths;
-  const std::string foot = walk.both_feet() ? "right foot" : "";
-  const bool lists_kind_2 =
-      !walk.result().excluded_2.empty() || !walk.result().excluded_2_fallback.empty();
-  return {
-      {"Recording", "",
-       walk.recording_length_is_known ? seconds(info.recording_duration) : "unknown", ""},
-      {"Walk", std::to_string(info.cycle_count), seconds(info.duration), "first to last sample"},
-      {"Excluded, kind 1", std::to_string(info.excluded_1_count), seconds(info.excluded_1_duration),
-       exclusion_note(info.excluded_1_fallback_count > 0, walk.excluded_1_reasons)},
-      {"Excluded, kind 2", std::to_string(info.excluded_2_count), seconds(info.excluded_2_duration),
-       lists_kind_2 ? exclusion_note(info.excluded_2_fallback_count > 0, walk.excluded_2_reasons)
-                    : "none listed, which counts as two"},
-      {"Included", std::to_string(info.included_count), seconds(info.included_duration),
-       "walk less excluded"},
-      {"In the statistics", std::to_string(info.cycles.size()), seconds(info.included_gct_sum),
-       "their own durations"},
-      distance_line("Distance, total", info.total_distance, lengths.cycles, lengths.without, foot),
-      distance_line("Distance, included", info.included_distance, lengths.included,
-                    lengths.included_without, foot),
-  };
-}
-
-/// With less room beside the numbers than this, a note goes below them.
+/// With less room beside the cells than this, a note goes below them.
 constexpr std::size_t narrowest_note = 12;
 
-std::string lay_out_accounting(const std::vector<accounting_line>& lines, const text_style& style) {
-  std::size_t label = 0;
-  std::size_t cycles = std::string_view("Cycles").size();
-  std::size_t amount = 0;
+std::string lay_out(const std::string& title, const std::vector<std::string>& headings,
+                    const std::vector<noted_line>& lines, const text_style& style) {
+  std::size_t label = title.size() - std::min<std::size_t>(title.size(), 2);
+  std::vector<std::size_t> widths;
+  widths.reserve(headings.size());
+  for (const auto& text : headings) {
+    widths.push_back(text.size());
+  }
   for (const auto& line : lines) {
     label = std::max(label, line.label.size());
-    cycles = std::max(cycles, line.cycles.size());
-    amount = std::max(amount, line.amount.size());
+    for (std::size_t i = 0; i < widths.size(); ++i) {
+      widths[i] = std::max(widths[i], line.cells[i].size());
+    }
   }
-  const auto columns = [&](const accounting_line& line) {
-    return "  " + pad_right(line.label, label) + "  " + pad_left(line.cycles, cycles) + "  " +
-           pad_left(line.amount, amount) + "  ";
+  const auto cells = [&](const std::vector<std::string>& texts) {
+    std::string text;
+    for (std::size_t i = 0; i < widths.size(); ++i) {
+      text += "  " + pad_left(texts[i], widths[i]);
+    }
+    return text;
   };
-  std::string text = heading(pad_right("Cycle accounting", label + 2) + "  Cycles", style) + "\n";
+  std::string top = pad_right(title, label + 2) + cells(headings);
+  top.erase(top.find_last_not_of(' ') + 1);
+  std::string text = heading(top, style) + "\n";
   for (const auto& line : lines) {
-    const std::string first = columns(line);
+    const std::string first = "  " + pad_right(line.label, label) + cells(line.cells) + "  ";
     const bool note_has_room = first.size() + narrowest_note <= style.width;
     text += wrapped(first, line.note, note_has_room ? first.size() : 6, style);
   }
   return text;
 }
 
-/// Why the accounting's included count is not the number of cycles that are left, which is what the
-/// statistics are about. Empty when it is.
-std::string why_counts_differ(const walk_statistics& walk) {
-  const gait_statistics_info& info = walk.info();
-  const gait_result& result = walk.result();
-  if (static_cast<std::int64_t>(info.cycles.size()) == info.included_count) {
-    return "";
+std::string seconds(const std::optional<double>& value) {
+  return value ? rounded(*value, decimals_of_seconds) + " s" : "unknown";
+}
+std::string metres(double value) { return rounded(value, decimals_of_metres) + " m"; }
+
+// --- From the strides that were recorded to those in the statistics
+
+/// The strides of each side that were left out for a reason.
+noted_line left_out_line(const std::string& reason, const walk_strides& strides) {
+  noted_line line{
+      "Left out, " + (reason.empty() ? "no reason given" : gait_walk::printable(reason)), {}, ""};
+  for (const side_strides& side : strides.sides) {
+    std::size_t count = 0;
+    for (const auto& [known, number] : side.left_out_reasons) {
+      count += known == reason ? number : 0;
+    }
+    line.cells.push_back(std::to_string(count));
   }
-  std::string text = counted(info.cycles.size(), "cycle") +
-                     (info.cycles.size() == 1 ? " is" : " are") +
-                     " left in the selection, where the accounting counts " +
-                     std::to_string(info.included_count) + " as included.";
-  if (info.excluded_2_fallback_count > 0) {
-    text +=
-        " Without a list of kind 2, two cycles are counted for it, a start and a stop, and none is "
-        "taken out.";
-  }
-  if (info.excluded_1_fallback_count > 0) {
-    text += " The fallback list of kind 1 counts, and takes no cycle out.";
-  }
-  if (result.excluded_1.size() + result.excluded_2.size() >
-      static_cast<std::size_t>(info.excluded_count)) {
-    text +=
-        " An index that is listed twice, in both kinds, or outside of the walk counts, and takes "
-        "no further cycle out.";
-  }
-  return text;
+  return line;
 }
 
-std::string report_accounting(const walk_statistics& walk, const text_style& style) {
-  const std::string why = why_counts_differ(walk);
-  return lay_out_accounting(accounting_lines(walk), style) +
-         (why.empty() ? "" : paragraph(why, style));
+std::string report_strides(const walk_strides& strides, const text_style& style) {
+  const auto line_of = [&](const std::string& label, auto count_of) {
+    noted_line line{label, {}, ""};
+    for (const side_strides& side : strides.sides) {
+      line.cells.push_back(std::to_string(count_of(side)));
+    }
+    return line;
+  };
+  std::vector<std::string> headings;
+  counted_reasons reasons;
+  for (const side_strides& side : strides.sides) {
+    headings.push_back(capitalised(name_of(side.side.foot)));
+    for (const auto& [reason, count] : side.left_out_reasons) {
+      count_reason(reasons, reason);
+    }
+  }
+  std::vector<noted_line> lines{
+      line_of("Recorded", [](const auto& s) { return s.strides.size(); })};
+  if (strides.sides.size() > 1) {
+    lines.push_back(line_of("Unlinked", [](const auto& s) { return s.unlinked; }));
+    lines.back().note = "in no two-feet cycle";
+  }
+  for (const auto& [reason, count] : reasons) {
+    lines.push_back(left_out_line(reason, strides));
+  }
+  lines.push_back(line_of("In the statistics", [](const auto& s) { return s.included; }));
+  return lay_out("Strides", headings, lines, style);
+}
+
+// --- Time and distance
+
+std::string missing_in(const measured_sum& sum, const std::string& what) {
+  return sum.without == 0 ? ""
+                          : std::to_string(sum.without) + " of " + counted(sum.cycles, "cycle") +
+                                " without " + what;
+}
+
+noted_line distance_line(const std::string& label, const measured_sum& sum,
+                         const std::string& foot) {
+  if (!sum.sum) {
+    return {label, {""}, "not measured"};
+  }
+  const std::string missing = missing_in(sum, "stride length");
+  return {
+      label, {metres(*sum.sum)}, foot + (foot.empty() || missing.empty() ? "" : ", ") + missing};
+}
+
+std::string report_time(const walk_statistics& walk, const walk_summary& summary,
+                        const text_style& style) {
+  const std::string foot = walk.both_feet() ? "right foot" : "";
+  const std::string missing = missing_in(summary.time, "duration");
+  const std::string cycles = walk.both_feet() ? "two-feet cycles" : "strides";
+  noted_line in_the_statistics{"In the statistics", {""}, "durations not measured"};
+  if (summary.time.sum) {
+    in_the_statistics = {
+        "In the statistics",
+        {seconds(summary.time.sum)},
+        "the " + cycles + "' own durations" + (missing.empty() ? "" : ", ") + missing};
+  }
+  return lay_out("Time and distance", {""},
+                 {{"Recording", {seconds(summary.recording)}, ""},
+                  {"Walk", {seconds(summary.walk)}, "first to last sample"},
+                  in_the_statistics,
+                  distance_line("Distance, walk", summary.total_distance, foot),
+                  distance_line("Distance, statistics", summary.distance, foot)},
+                 style);
+}
+
+// --- Cycle accounting
+
+std::string report_accounting(const walk_statistics& walk, const walk_summary& summary,
+                              const text_style& style) {
+  const auto time = [](const std::optional<double>& value) {
+    return value ? seconds(value) : std::string(not_computed);
+  };
+  std::vector<noted_line> lines;
+  lines.push_back({"Walk", {std::to_string(walk.info().cycle_count), seconds(summary.walk)}, ""});
+  for (const accounted_kind& kind : summary.kinds) {
+    lines.push_back({gait_walk::printable(kind.label),
+                     {std::to_string(kind.cycles), time(kind.time.sum)},
+                     gait_walk::printable(kind.note)});
+  }
+  lines.push_back({"Included",
+                   {std::to_string(summary.accounted_cycles), time(summary.accounted_duration)},
+                   "walk less excluded, pauses included"});
+  return lay_out("Cycle accounting", {"Cycles", ""}, lines, style) +
+         (summary.why_they_differ.empty() ? "" : paragraph(summary.why_they_differ, style));
 }
 
 // --- Parameters
 
-using parameter_cell =
-    std::function<std::string(const computed_parameter&, const side_of_parameter&)>;
+/// A parameter with its measures, side by side with its statistics.
+struct shown_parameter {
+  const computed_parameter* parameter = nullptr;
+  std::vector<parameter_measures> measures;  ///< of each side
+};
 
-/// The cells of one statistic: a column for each side.
-column_group statistic_group(const std::string& heading,
-                             const std::vector<const computed_parameter*>& rows, std::size_t sides,
-                             const parameter_cell& text_of) {
+/// One side of a parameter.
+struct shown_side {
+  const computed_parameter& parameter;
+  const computed_statistics& statistics;
+  const parameter_measures& measures;
+};
+
+using side_cell = std::function<std::string(const shown_side&)>;
+
+/// The cells of one statistic: a column for each of the first sides.
+column_group statistic_group(const std::string& heading, const std::vector<shown_parameter>& rows,
+                             std::size_t sides, const side_cell& text_of) {
   column_group group{heading, alignment::right, std::vector<std::vector<std::string>>(sides)};
-  for (const computed_parameter* row : rows) {
+  for (const shown_parameter& row : rows) {
     for (std::size_t side = 0; side < sides; ++side) {
-      group.columns[side].push_back(text_of(*row, row->sides[side]));
+      group.columns[side].push_back(
+          text_of({*row.parameter, row.parameter->sides[side].statistics, row.measures[side]}));
     }
   }
   return group;
 }
 
 /// A statistic in the parameter's own unit, with the parameter's own decimals.
-parameter_cell in_own_decimals(std::optional<double> computed_statistics::*statistic) {
-  return [statistic](const computed_parameter& parameter, const side_of_parameter& side) {
-    return cell(side.statistics.*statistic, parameter.row.decimals);
+side_cell in_own_decimals(std::optional<double> computed_statistics::*statistic) {
+  return [statistic](const shown_side& side) {
+    return cell(side.statistics.*statistic, side.parameter.row.decimals);
   };
 }
 
-parameter_cell in_decimals(std::optional<double> computed_statistics::*statistic, int decimals) {
-  return [statistic, decimals](const computed_parameter&, const side_of_parameter& side) {
-    return cell(side.statistics.*statistic, decimals);
-  };
-}
-
-constexpr std::string_view halved_mark = " *";
-
-bool is_step_length(const listed_parameter& row) {
-  return row.key == gait_catalogue::row_of<STEPLENGTH>.key;
-}
-
-std::string label_of(const walk_statistics& walk, const listed_parameter& row) {
-  const bool is_marked = is_step_length(row) && halved_missing_stride_lengths(walk) > 0;
-  return row.description + std::string(is_marked ? halved_mark : "");
-}
-
-flowing_table parameter_table(const walk_statistics& walk,
-                              const std::vector<const computed_parameter*>& rows) {
-  flowing_table table;
-  table.label_heading = "Parameter";
-  column_group unit{"Unit", alignment::left, {{}}};
-  for (const computed_parameter* row : rows) {
-    table.labels.push_back(label_of(walk, row->row));
-    unit.columns[0].push_back(row->row.unit);
+std::string median_and_quartiles(const shown_side& side) {
+  const int decimals = side.parameter.row.decimals;
+  if (!side.measures.q1 || !side.statistics.median || side.statistics.n < 2) {
+    return cell(side.statistics.median, decimals);
   }
-  const auto statistic = [&](const std::string& title, const parameter_cell& text_of) {
-    table.groups.push_back(statistic_group(title, rows, walk.sides.size(), text_of));
+  return cell(side.statistics.median, decimals) + " [" + cell(side.measures.q1, decimals) + ", " +
+         cell(side.measures.q3, decimals) + "]";
+}
+
+std::string ratio_cell(const shown_side& side) {
+  return side.parameter.has_telling_ratio() ? cell(side.statistics.ratio, decimals_of_ratio)
+                                            : std::string(not_computed);
+}
+
+/// Whether a statistic could be computed of any parameter.
+bool says_anything(const column_group& group) {
+  return std::any_of(group.columns.begin(), group.columns.end(), [](const auto& column) {
+    return std::any_of(column.begin(), column.end(),
+                       [](const std::string& cell) { return cell != not_computed; });
+  });
+}
+
+/// Whether any of the parameters has a figure that only many strides have.
+bool any_has_precision(const std::vector<shown_parameter>& rows) {
+  return std::any_of(rows.begin(), rows.end(), [](const shown_parameter& row) {
+    return std::any_of(row.measures.begin(), row.measures.end(),
+                       [](const auto& measures) { return measures.standard_error.has_value(); });
+  });
+}
+
+/// A table of parameters with a column for each of the first `sides` of every statistic.
+flowing_table parameter_table(const std::string& label_heading,
+                              const std::vector<shown_parameter>& rows, std::size_t sides) {
+  flowing_table table;
+  table.label_heading = label_heading;
+  column_group unit{"Unit", alignment::left, {{}}};
+  for (const shown_parameter& row : rows) {
+    table.labels.push_back(row.parameter->row.description);
+    unit.columns[0].push_back(row.parameter->row.unit);
+  }
+  const auto add_columns = [&](const std::string& title, std::size_t columns,
+                               const side_cell& text_of) {
+    column_group group = statistic_group(title, rows, columns, text_of);
+    if (says_anything(group)) {
+      table.groups.push_back(std::move(group));
+    }
+  };
+  const auto add = [&](const std::string& title, const side_cell& text_of) {
+    add_columns(title, sides, text_of);
   };
   using statistics = computed_statistics;
   table.groups.push_back(unit);
-  statistic("n", [](const auto&, const auto& side) { return std::to_string(side.statistics.n); });
-  statistic("Mean", in_own_decimals(&statistics::mean));
-  statistic("SD", in_own_decimals(&statistics::std));
-  statistic("Median", in_own_decimals(&statistics::median));
-  statistic("IQR", in_own_decimals(&statistics::iqr));
-  statistic("Min", in_own_decimals(&statistics::min));
-  statistic("Max", in_own_decimals(&statistics::max));
-  statistic("CV", in_decimals(&statistics::cv, decimals_of_cv));
-  if (walk.both_feet()) {
+  add("n", [](const auto& side) { return std::to_string(side.statistics.n); });
+  add("Mean", in_own_decimals(&statistics::mean));
+  add("SD", in_own_decimals(&statistics::std));
+  add("Median [Q1, Q3]", median_and_quartiles);
+  add("Min", in_own_decimals(&statistics::min));
+  add("Max", in_own_decimals(&statistics::max));
+  add("CV", [](const auto& side) { return cell(side.statistics.cv, decimals_of_percent); });
+  if (sides > 1) {
     table.sub_headings = {"R", "L"};
-    statistic("Ratio", in_decimals(&statistics::ratio, decimals_of_ratio));
+    // The left side's ratio is the reciprocal, and the symmetry index is that of both.
+    add_columns("R / L", 1, ratio_cell);
+    add_columns("SI", 1, [](const auto& side) {
+      return cell(side.measures.symmetry_index, decimals_of_percent);
+    });
   }
+  add("SE", [](const auto& side) {
+    return cell(side.measures.standard_error, side.parameter.row.decimals + 1);
+  });
+  add("n eff.", [](const auto& side) { return cell(side.measures.effective_strides, 0); });
   return table;
 }
 
-std::string legend(const walk_statistics& walk, const text_style& style) {
+std::string legend(const walk_statistics& walk, bool has_precision, const text_style& style) {
   std::string text =
-      "n: values that were measured. SD: standard deviation, divisor n - 1. IQR: interquartile "
-      "range, percentiles by Hyndman "
-      "and Fan, definition 5. CV: coefficient of variation (%), from 10 values on.";
+      "n: values that were measured. SD: standard deviation, divisor n - 1. Q1, Q3: quartiles by "
+      "Hyndman and Fan, definition 5. CV: coefficient of variation (%), from 10 values on.";
+  if (has_precision) {
+    text +=
+        " n eff.: how many independent strides the n are worth; SE: standard error of the mean "
+        "with them, of this stretch of walking; both from 20 values on.";
+  }
   if (walk.both_feet()) {
-    text += " Ratio: mean of this side / mean of the other side. R: right, L: left.";
+    text +=
+        " R: right, L: left. R / L: ratio of the means, where they are clear of 0. SI: symmetry "
+        "index (%), 100 (R - L) / ((R + L) / 2) of the means.";
   }
   text += " " + std::string(not_computed) +
-          ": could not be computed, or is not defined for the parameter.";
+          ": could not be computed, would say nothing, or is not defined for the parameter.";
   return paragraph(text, style);
 }
 
-std::string halved_note(const walk_statistics& walk, const text_style& style) {
-  const std::size_t halved = halved_missing_stride_lengths(walk);
-  if (halved == 0) {
-    return "";
-  }
-  return paragraph(
-      "* Half the stride length. Of " + std::to_string(walk.stride_lengths.included) +
-          " included cycles, " + std::to_string(halved) +
-          (halved == 1 ? " has no stride length and enters" : " have no stride length and enter") +
-          " the step length as -0.5 m: its statistics are not to be trusted.",
-      style);
-}
+/// A moment in the recording says when the strides were, not what they are like.
+bool is_a_moment(const listed_parameter& row) { return !row.has_ratio && !row.has_cv; }
 
-std::string not_measured(const std::vector<computed_parameter>& parameters,
-                         const text_style& style) {
+std::string remarks_on(const std::vector<computed_parameter>& parameters, const text_style& style) {
   std::string names;
+  std::string reasons;
   for (const auto& parameter : parameters) {
     if (!parameter.has_values()) {
       names += (names.empty() ? "" : ", ") + parameter.row.description;
     }
+    if (!parameter.why_none.empty()) {
+      reasons += wrapped("  " + parameter.row.description + ": ", parameter.why_none, 4, style);
+    }
   }
-  return names.empty() ? "" : wrapped("  Not measured: ", names, 4, style);
+  return reasons + (names.empty() ? "" : wrapped("  Not measured: ", names, 4, style));
 }
 
 std::string report_parameters(const walk_statistics& walk, const text_style& style) {
   const std::vector<computed_parameter> parameters = parameters_of(walk);
-  std::vector<const computed_parameter*> rows;
+  const auto measures = measures_of(walk);
+  std::vector<shown_parameter> of_a_side;
+  std::vector<shown_parameter> of_both;
   for (const auto& parameter : parameters) {
-    if (parameter.has_values()) {
-      rows.push_back(&parameter);
+    if (!parameter.has_values() || is_a_moment(parameter.row)) {
+      continue;
     }
+    shown_parameter shown{&parameter, {}};
+    for (const auto& side : parameter.sides) {
+      shown.measures.push_back(measures.at(side.key));
+    }
+    (is_of_both_feet(parameter.row) ? of_both : of_a_side).push_back(std::move(shown));
   }
-  const std::string notes = halved_note(walk, style) + not_measured(parameters, style);
-  return (rows.empty() ? "" : lay_out(parameter_table(walk, rows), style) + "\n") +
-         (notes.empty() ? "" : notes + "\n") + legend(walk, style);
+  std::string text;
+  if (!of_a_side.empty()) {
+    text += lay_out(parameter_table("Parameter", of_a_side, walk.sides.size()), style) + "\n";
+  }
+  if (!of_both.empty()) {
+    text += lay_out(parameter_table("Both feet", of_both, 1), style) + "\n";
+  }
+  const std::string remarks = remarks_on(parameters, style);
+  return text + (remarks.empty() ? "" : remarks + "\n") +
+         legend(walk, any_has_precision(of_a_side), style);
 }
 
 // --- Swing asymmetry and quality flags
 
-std::string report_swing_asymmetry(const walk_statistics& walk, const text_style& style) {
-  const auto* record = swing_asymmetry_record(walk);
-  if (record == nullptr) {
+/// What the library's own figure is where its scale is not that of percent.
+std::string as_the_library_scales_it(const walk_statistics& walk,
+                                     const gait_statistics_parameter& record) {
+  constexpr int rate_of_percent = 100;
+  if (walk.sampling_rate == rate_of_percent) {
     return "";
   }
-  const computed_statistics statistics = swing_asymmetry_of(*record);
+  const computed_statistics statistics = swing_asymmetry_of(record);
   const std::string scale = std::to_string(walk.sampling_rate);
-  const std::string values = "mean " + cell(statistics.mean, record->decimals) + ", SD " +
-                             cell(statistics.std, record->decimals) + ", n " +
-                             counted(statistics.n, "stride");
-  return "\n" + heading("Swing asymmetry", style) + "\n" +
-         paragraph(statistics.n > 0 ? values : "No stride has a swing on both sides.", style) +
-         paragraph("(left - right) * " + scale +
-                       " / (left + right) of each stride's swing: scaled by the sampling rate, " +
-                       scale + " Hz, so that one percent reads as " +
-                       shortest(walk.sampling_rate / 100.0) +
-                       ". Above 0: the left swing is the longer one.",
+  return " The library has the sampling rate, " + scale + " Hz, in place of 100: mean " +
+         cell(statistics.mean, record.decimals) + ", SD " + cell(statistics.std, record.decimals) +
+         ".";
+}
+
+std::string report_swing_asymmetry(const walk_statistics& walk, const text_style& style) {
+  const auto* record = swing_asymmetry_record(walk);
+  const auto percent = swing_asymmetry_in_percent(walk);
+  if (record == nullptr || !percent) {
+    return "";
+  }
+  std::string text = "\n" + heading("Swing asymmetry", style) + "\n";
+  if (!percent->mean) {
+    return text + paragraph("No stride has a swing on both sides.", style);
+  }
+  return text +
+         paragraph("mean " + rounded(*percent->mean, record->decimals) + " % (" +
+                       std::string(gait_measures::direction_in_words(*percent->mean)) + "), SD " +
+                       cell(percent->sd, record->decimals) + ", n " + counted(percent->n, "stride"),
+                   style) +
+         paragraph("100 (left - right) / (left + right) of the two swings of each two-feet cycle." +
+                       as_the_library_scales_it(walk, *record),
                    style);
 }
 
@@ -368,9 +491,13 @@ std::string report_data_checks(const walk_statistics& walk, const text_style& st
 }  // namespace
 
 std::string text_report(const walk_statistics& walk, const text_style& style) {
-  return describe_walk(walk, style) + "\n" + report_accounting(walk, style) + "\n" +
-         report_parameters(walk, style) + report_swing_asymmetry(walk, style) +
-         report_quality_flags(walk, style) + report_data_checks(walk, style);
+  const walk_strides strides = strides_of(walk);
+  const walk_summary summary = summary_of(walk, strides);
+  return report_first(walk, summary, style) + "\n" + describe_walk(walk, strides, style) + "\n" +
+         report_strides(strides, style) + "\n" + report_time(walk, summary, style) + "\n" +
+         report_accounting(walk, summary, style) + "\n" + report_parameters(walk, style) +
+         report_swing_asymmetry(walk, style) + report_quality_flags(walk, style) +
+         report_data_checks(walk, style);
 }
 
 }  // namespace gait_report

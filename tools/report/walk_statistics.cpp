@@ -4,55 +4,23 @@
 #include "number.h"
 
 #include <gait/catalogue.h>
-#include <gait/compute_info.h>
 #include <gait/generate_statistics.h>
 #include <gait/matching_cycles.h>
 #include <gait/quality_flags.h>
 
 #include <algorithm>
+#include <cmath>
 #include <cstddef>
 #include <iterator>
 #include <list>
 #include <numeric>
 #include <optional>
 #include <string>
-#include <string_view>
-#include <unordered_map>
 #include <utility>
 #include <vector>
 
 namespace gait_report {
 namespace {
-
-using gait_walk::exclusion_list;
-
-/// The reason of each exclusion of a list, empty where none is given.
-std::vector<std::string_view> reasons_in(const gait_walk::walk& walk,
-                                         gait_walk::analysed_cycles cycles, exclusion_list list) {
-  std::vector<std::string_view> reasons;
-  for (const auto& exclusion : walk.exclusions) {
-    if (exclusion.cycles == cycles && exclusion.list == list) {
-      reasons.emplace_back(exclusion.reason);
-    }
-  }
-  return reasons;
-}
-
-counted_reasons counted(const std::vector<std::string_view>& reasons) {
-  counted_reasons counts;
-  std::unordered_map<std::string_view, std::size_t> places;
-  for (const std::string_view reason : reasons) {
-    if (reason.empty()) {
-      continue;
-    }
-    const auto [place, is_new] = places.emplace(reason, counts.size());
-    if (is_new) {
-      counts.emplace_back(reason, 0);
-    }
-    ++counts[place->second].second;
-  }
-  return counts;
-}
 
 /// Indices of cycles whose stride lengths make up the total distance, -1 where a two-feet cycle has
 /// none.
@@ -107,14 +75,40 @@ std::optional<double> number_if(bool computed, double value) {
 computed_statistics statistics_of(const gait_statistics_parameter& record) {
   computed_statistics statistics;
   statistics.n = gait_sample_size(record);
+  const bool has_spread = statistics.n > 1;
   statistics.mean = number_if(record.valid, record.mean);
   statistics.median = number_if(record.valid, record.median);
-  statistics.std = number_if(record.valid, record.std);
-  statistics.iqr = number_if(record.valid, record.iqr);
+  statistics.std = number_if(has_spread, record.std);
+  statistics.iqr = number_if(has_spread, record.iqr);
   statistics.min = number_if(record.valid, record.min);
   statistics.max = number_if(record.valid, record.max);
   statistics.cv = number_if(record.valid && !gait_is_missing(record.cv), record.cv);
   return statistics;
+}
+
+bool is_step_length(const listed_parameter& row) {
+  return row.key == gait_catalogue::row_of<STEPLENGTH>.key;
+}
+
+/// A missing stride length becomes -0.5 m when the library halves it, and counts as measured.
+/// Statistics with such values in them are about no step.
+void leave_out_halved_lengths(computed_parameter& parameter, const walk_statistics& walk) {
+  const std::size_t halved = halved_missing_stride_lengths(walk);
+  if (!is_step_length(parameter.row) || halved == 0) {
+    return;
+  }
+  for (auto& side : parameter.sides) {
+    side.statistics = {};
+    side.statistics.n = walk.stride_lengths.included - halved;
+  }
+  if (!parameter.has_values()) {
+    return;
+  }
+  parameter.why_none =
+      std::to_string(halved) + " of " + std::to_string(walk.stride_lengths.included) +
+      " included strides " + (halved == 1 ? "has" : "have") +
+      " no stride length. The library counts half of it as -0.5 m; its step length "
+      "is left out.";
 }
 
 /// Fills in the ratios of both sides. The library divides by a missing mean as by any other; such a
@@ -189,15 +183,10 @@ void check_data(walk_statistics& walk, const std::vector<std::string>& without) 
 walk_statistics prepare_walk(gait_walk::walk walk, gait_walk::analysed_cycles asked_for,
                              float settings_value) {
   const auto cycles = gait_walk::cycles_of(walk, asked_for);
-  const auto reasons = [&](exclusion_list list) { return reasons_in(walk, cycles, list); };
   walk_statistics statistics;
   statistics.name = walk.name;
   statistics.settings_value = settings_value;
   statistics.analysed = cycles;
-  statistics.excluded_1_reasons = counted(gait_accounted_exclusions(
-      reasons(exclusion_list::excluded_1), reasons(exclusion_list::excluded_1_fallback)));
-  statistics.excluded_2_reasons = counted(gait_accounted_exclusions(
-      reasons(exclusion_list::excluded_2), reasons(exclusion_list::excluded_2_fallback)));
   std::copy_if(walk.exclusions.begin(), walk.exclusions.end(),
                std::back_inserter(statistics.exclusions),
                [&](const auto& exclusion) { return exclusion.cycles == cycles; });
@@ -219,7 +208,7 @@ void compute_statistics(walk_statistics& statistics,
 
 bool computed_parameter::has_values() const {
   return std::any_of(sides.begin(), sides.end(),
-                     [](const auto& side) { return side.record->valid; });
+                     [](const auto& side) { return side.statistics.n > 0; });
 }
 
 std::vector<computed_parameter> parameters_of(const walk_statistics& walk) {
@@ -235,9 +224,21 @@ std::vector<computed_parameter> parameters_of(const walk_statistics& walk) {
       compute_ratios(parameter);
     }
     parameter.row = std::move(row);
+    leave_out_halved_lengths(parameter, walk);
     parameters.push_back(std::move(parameter));
   }
   return parameters;
+}
+
+bool computed_parameter::has_telling_ratio() const {
+  // Less than a deviation away from 0, the sign of the mean is that of some strides only.
+  const auto is_clear_of_zero = [this](const auto& side) {
+    const auto& [mean, std] = std::pair(side.statistics.mean, side.statistics.std);
+    return mean && (std ? std::abs(*mean) > *std : row.has_cv);
+  };
+  return row.has_ratio && sides.size() == 2 &&
+         std::all_of(sides.begin(), sides.end(), is_clear_of_zero) &&
+         (*sides[0].statistics.mean > 0.0) == (*sides[1].statistics.mean > 0.0);
 }
 
 const gait_statistics_parameter* swing_asymmetry_record(const walk_statistics& walk) {
@@ -248,8 +249,8 @@ computed_statistics swing_asymmetry_of(const gait_statistics_parameter& record) 
   computed_statistics statistics;
   // Every value was computed; one that is -1 is not missing.
   statistics.n = record.values.size();
-  statistics.mean = number_if(record.valid, record.mean);
-  statistics.std = number_if(record.valid, record.std);
+  statistics.mean = number_if(statistics.n > 0, record.mean);
+  statistics.std = number_if(statistics.n > 1, record.std);
   return statistics;
 }
 
@@ -273,9 +274,13 @@ std::vector<std::string> quality_flags_in_words(const walk_statistics& walk) {
     }
   }
   if (raised(gait_quality_swing_asymmetry)) {
-    words.push_back("The swing asymmetry is large: its mean is " +
-                    shortest(gait_quality_swing_asymmetry_min) + " or more, or " +
-                    shortest(-gait_quality_swing_asymmetry_min) + " or less.");
+    const double limit = gait_quality_swing_asymmetry_min;
+    words.push_back(
+        "The swing asymmetry is large: as the library scales it, by the sampling rate "
+        "of " +
+        std::to_string(walk.sampling_rate) + " Hz, its mean is " + shortest(limit) +
+        " or more, or " + shortest(-limit) + " or less. That is " +
+        rounded(100.0 * limit / walk.sampling_rate, 1) + " %.");
   }
   return words;
 }

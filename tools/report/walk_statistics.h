@@ -54,9 +54,6 @@ struct walk_statistics {
   int sampling_rate = 0;             ///< (Hz); the library takes that of one foot for both
   float settings_value = 0.0F;
   stride_length_gaps stride_lengths;
-  /// Of the list that is accounted for: the primary one, else the fallback.
-  counted_reasons excluded_1_reasons;
-  counted_reasons excluded_2_reasons;
   std::vector<gait_walk::exclusion> exclusions;  ///< of the analysed cycles, in the table's order
   gait_walk::analysis analysis;
   std::vector<gait_walk::about_row> about;  ///< what somebody wrote down about the walk
@@ -82,7 +79,8 @@ walk_statistics prepare_walk(gait_walk::walk walk, gait_walk::analysed_cycles as
 void compute_statistics(walk_statistics& statistics,
                         const std::vector<std::string>& without_checks = {});
 
-/// The statistics of one parameter on one side; nullopt where one could not be computed.
+/// The statistics of one parameter on one side; nullopt where one could not be computed, or would
+/// say nothing: the spread of a single value.
 struct computed_statistics {
   std::size_t n = 0;  ///< number of values that were measured
   std::optional<double> mean, median, std, iqr, min, max;
@@ -102,8 +100,12 @@ struct side_of_parameter {
 struct computed_parameter {
   listed_parameter row;
   std::vector<side_of_parameter> sides;
+  /// Why it has no statistics although there are values: a sentence, empty for most.
+  std::string why_none;
 
   bool has_values() const;
+  /// Whether the ratio of the sides' means says anything. Near a mean of 0 it does not.
+  bool has_telling_ratio() const;
 };
 
 /// Every parameter of the walk in the catalogue's order. The records are the walk's.
@@ -115,14 +117,15 @@ inline constexpr const char* swing_asymmetry_key = "asymmetry";
 /// The swing asymmetry's record; null when one foot was analysed alone.
 const gait_statistics_parameter* swing_asymmetry_record(const walk_statistics& walk);
 
-/// The swing asymmetry's statistics: n, mean and std.
+/// The swing asymmetry's statistics: n, mean and std. Without any value, the record's mean and std
+/// mean nothing.
 computed_statistics swing_asymmetry_of(const gait_statistics_parameter& record);
 
 /// Each quality flag that is raised, as a sentence.
 std::vector<std::string> quality_flags_in_words(const walk_statistics& walk);
 
-/// The number of included cycles whose missing stride length was halved, and entered the step
-/// length as -0.5 m.
+/// The number of included cycles whose missing stride length was halved, and entered the library's
+/// step length as -0.5 m. The step length has no statistics then.
 std::size_t halved_missing_stride_lengths(const walk_statistics& walk);
 
 }  // namespace gait_report

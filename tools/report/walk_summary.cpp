@@ -122,8 +122,8 @@ accounted_kind kind_1_of(const walk_statistics& walk, const durations& times) {
   kind.cycles = static_cast<int>(walk.info().excluded_1_count);
   kind.time = times.over(gait_accounted_exclusions(result.excluded_1, result.excluded_1_fallback),
                          walk.info().excluded_1_duration);
-  kind.reasons = reasons_in(walk, kind.is_fallback ? exclusion_list::excluded_1_fallback
-                                                   : exclusion_list::excluded_1);
+  kind.reasons = reasons_in(
+      walk, kind.is_fallback ? exclusion_list::excluded_1_fallback : exclusion_list::excluded_1);
   return kind;
 }
 
@@ -135,8 +135,8 @@ accounted_kind kind_2_of(const walk_statistics& walk, const durations& times) {
   kind.cycles = static_cast<int>(walk.info().excluded_2_count);
   kind.time = times.over(gait_accounted_exclusions(result.excluded_2, result.excluded_2_fallback),
                          walk.info().excluded_2_duration);
-  kind.reasons = reasons_in(walk, kind.is_fallback ? exclusion_list::excluded_2_fallback
-                                                   : exclusion_list::excluded_2);
+  kind.reasons = reasons_in(
+      walk, kind.is_fallback ? exclusion_list::excluded_2_fallback : exclusion_list::excluded_2);
   return kind;
 }
 
@@ -159,7 +159,7 @@ void account(walk_summary& summary, const walk_statistics& walk, const durations
 
 std::string amount(const std::optional<double>& value, const char* unit, const char* what) {
   return value ? rounded(*value, decimals_of_sentences) + " " + unit
-               : std::string(what) + " not measured";
+               : std::string(what) + " unknown";
 }
 
 std::string part_of(const side_strides& side) {
@@ -171,42 +171,40 @@ std::string foot_name(const side_strides& side) { return std::string(name_of(sid
 std::string strides_in_words(const walk_strides& walk) {
   const side_strides& first = walk.sides.front();
   if (walk.sides.size() == 1) {
-    return part_of(first) + " strides of the " + foot_name(first) + " foot";
+    return part_of(first) + " " + foot_name(first) + " strides";
   }
   const side_strides& second = walk.sides.back();
-  return part_of(first) == part_of(second) ? part_of(first) + " strides of each foot"
-                                           : part_of(first) + " " + foot_name(first) + ", " +
-                                                 part_of(second) + " " + foot_name(second) +
-                                                 " strides";
+  return part_of(first) == part_of(second)
+             ? part_of(first) + " strides of each foot"
+             : part_of(first) + " " + foot_name(first) + ", " + part_of(second) + " " +
+                   foot_name(second) + " strides";
+}
+
+/// The reasons of a side, and the strides that no two-feet cycle links.
+counted_reasons reasons_of(const side_strides& side) {
+  counted_reasons reasons = side.left_out_reasons;
+  if (side.unlinked > 0) {
+    reasons.emplace_back(gait_walk::name_of(stride_status::unlinked), side.unlinked);
+  }
+  return reasons;
+}
+
+std::string reasons_in_words(const side_strides& side) {
+  const counted_reasons reasons = reasons_of(side);
+  return reasons.empty() ? "none" : in_words(reasons);
 }
 
 std::string left_out_in_words(const walk_strides& walk) {
   const side_strides& first = walk.sides.front();
   const side_strides& second = walk.sides.back();
-  if (first.left_out + second.left_out == 0) {
-    return "Left out: none";
+  const bool none = reasons_of(first).empty() && reasons_of(second).empty();
+  if (walk.sides.size() == 1 || none) {
+    return "Left out: " + reasons_in_words(first);
   }
-  if (walk.sides.size() == 1) {
-    return "Left out: " + in_words(first.left_out_reasons);
-  }
-  if (first.left_out_reasons == second.left_out_reasons) {
-    return "Left out of each foot: " + in_words(first.left_out_reasons);
-  }
-  const auto of_side = [](const side_strides& side) {
-    return foot_name(side) + " " +
-           (side.left_out == 0 ? "none" : in_words(side.left_out_reasons));
-  };
-  return "Left out: " + of_side(first) + "; " + of_side(second);
-}
-
-std::string unlinked_in_words(const walk_strides& walk) {
-  std::string words;
-  for (const side_strides& side : walk.sides) {
-    if (side.unlinked > 0) {
-      words += (words.empty() ? "" : ", ") + std::to_string(side.unlinked) + " " + foot_name(side);
-    }
-  }
-  return words.empty() ? "" : "; in no two-feet cycle: " + words;
+  return reasons_of(first) == reasons_of(second)
+             ? "Left out of each foot: " + reasons_in_words(first)
+             : "Left out: " + foot_name(first) + " " + reasons_in_words(first) + "; " +
+                   foot_name(second) + " " + reasons_in_words(second);
 }
 
 /// How many exclusions have this effect. Those of a fallback list of kind 2 do not count one by
@@ -218,9 +216,8 @@ std::size_t count_of(const walk_strides& strides, exclusion_effect effect) {
       }));
 }
 
-std::string entries(std::size_t count, const std::string& verb) {
-  return std::to_string(count) + (count == 1 ? " entry " : " entries ") + verb +
-         (count == 1 ? "s" : "");
+std::string entries(std::size_t count, const std::string& that) {
+  return std::to_string(count) + (count == 1 ? " entry that names " : " entries that name ") + that;
 }
 
 std::string why_they_differ(const walk_statistics& walk, const walk_strides& strides) {
@@ -228,27 +225,27 @@ std::string why_they_differ(const walk_statistics& walk, const walk_strides& str
   if (static_cast<std::int64_t>(info.cycles.size()) == info.included_count) {
     return "";
   }
-  std::vector<std::string> causes;
+  std::vector<std::string> subtracted;
   if (const auto again = count_of(strides, exclusion_effect::already_left_out); again > 0) {
-    causes.push_back(entries(again, "name") + " a cycle that is already out");
+    subtracted.push_back(entries(again, "a cycle again"));
   }
   if (const auto outside = count_of(strides, exclusion_effect::outside); outside > 0) {
-    causes.push_back(entries(outside, "name") + " no cycle of the walk");
+    subtracted.push_back(entries(outside, "no cycle of the walk"));
   }
   if (info.excluded_1_fallback_count > 0) {
-    causes.emplace_back("excluded_1_fallback takes no cycle out");
+    subtracted.emplace_back("the cycles of excluded_1_fallback, which stay in the statistics");
   }
   if (info.excluded_2_fallback_count > 0) {
-    causes.emplace_back("an empty excluded_2 counts as two cycles, and takes none out");
+    subtracted.emplace_back("two cycles for excluded_2, which is empty");
   }
   std::string words;
-  for (const std::string& cause : causes) {
-    words += (words.empty() ? ": " : "; ") + cause;
+  for (const std::string& what : subtracted) {
+    words += (words.empty() ? "" : "; ") + what;
   }
-  return "The statistics are over " + std::to_string(info.cycles.size()) +
-         (info.cycles.size() == 1 ? " cycle" : " cycles") + ", the accounting has " +
-         std::to_string(info.included_count) +
-         " included, because it subtracts every entry of the exclusion lists" + words + ".";
+  const std::size_t count = info.cycles.size();
+  return "The accounting has " + std::to_string(info.included_count) + " included where " +
+         std::to_string(count) + (count == 1 ? " cycle is" : " cycles are") +
+         " in the statistics, because it subtracts " + words + ".";
 }
 
 }  // namespace
@@ -270,7 +267,7 @@ walk_summary summary_of(const walk_statistics& walk, const walk_strides& strides
   summary.in_the_statistics = "In the statistics: " + strides_in_words(strides) + "; " +
                               amount(summary.time.sum, "s", "duration") + ", " +
                               amount(summary.distance.sum, "m", "distance");
-  summary.left_out = left_out_in_words(strides) + unlinked_in_words(strides);
+  summary.left_out = left_out_in_words(strides);
   summary.why_they_differ = why_they_differ(walk, strides);
   return summary;
 }
@@ -284,11 +281,11 @@ std::unordered_map<std::string, std::optional<double>> measured_fields(
   const std::list<int> none;
   const bool kind_1_falls_back = result.excluded_1.empty();
   const bool kind_2_falls_back = result.excluded_2.empty();
-  const bool kind_2_took_any = std::any_of(
-      strides.exclusions.begin(), strides.exclusions.end(), [](const listed_exclusion& exclusion) {
-        return exclusion.list == exclusion_list::excluded_2 &&
-               exclusion.effect == exclusion_effect::left_out;
-      });
+  const bool kind_2_took_any = std::any_of(strides.exclusions.begin(), strides.exclusions.end(),
+                                           [](const listed_exclusion& exclusion) {
+                                             return exclusion.list == exclusion_list::excluded_2 &&
+                                                    exclusion.effect == exclusion_effect::left_out;
+                                           });
   const auto sum = [&](const std::list<int>& indices, double value) {
     return times.over(indices, value).sum;
   };
@@ -297,8 +294,8 @@ std::unordered_map<std::string, std::optional<double>> measured_fields(
   const auto excluded_1 = sum(kind_1, info.excluded_1_duration);
   const auto excluded_2 = sum(kind_2, info.excluded_2_duration);
   return {
-      {"recording_duration", walk.recording_length_is_known ? std::optional(info.recording_duration)
-                                                            : std::nullopt},
+      {"recording_duration",
+       walk.recording_length_is_known ? std::optional(info.recording_duration) : std::nullopt},
       {"duration", info.duration},
       {"excluded_1_fallback_gct_sum",
        sum(result.excluded_1_fallback, info.excluded_1_fallback_gct_sum)},

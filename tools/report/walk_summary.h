@@ -48,7 +48,7 @@ struct walk_summary {
 
   /// "In the statistics: 11 of 34 right, 11 of 43 left strides; 13.2 s, 9.6 m".
   std::string in_the_statistics;
-  /// "Left out of each foot: 19 turn, 2 start; in no two-feet cycle: 9 left".
+  /// "Left out: right 19 turn, 2 start; left 17 turn, 2 start, 14 unlinked".
   std::string left_out;
   /// Why the accounting's included cycles are not those in the statistics; empty where they are.
   std::string why_they_differ;
