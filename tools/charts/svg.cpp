@@ -5,6 +5,7 @@
 #include <cmath>
 #include <string>
 #include <string_view>
+#include <vector>
 
 namespace gait_charts {
 namespace {
@@ -62,9 +63,9 @@ std::string escaped(std::string_view text) {
   return result;
 }
 
-std::string element(const char* name, attributes attributes) {
+std::string element(const char* name, const attributes& all) {
   std::string text = std::string("<") + name;
-  for (const auto& [attribute, value] : attributes) {
+  for (const auto& [attribute, value] : all) {
     text += std::string(" ") + attribute + "=\"" + value + "\"";
   }
   return text + "/>";
@@ -139,12 +140,16 @@ std::string arrow(direction direction, double x, double y) {
                          {"y", coordinate(y)}});
 }
 
-std::string axis_below(span data) {
+std::string axis_below(span data, std::string_view unit) {
   constexpr double height = 16.0;
   const linear_scale scale(data, {0.0, 1.0});
   std::string labels;
-  for (const auto& tick : ticks(data, 3)) {
-    labels += text_at("x", percent(scale(tick.value)), 11.0, tick.label);
+  std::vector<tick> marks = ticks(data, 3);
+  if (!marks.empty()) {
+    marks.back().label.append(" ").append(unit);
+  }
+  for (const auto& [value, label] : marks) {
+    labels += text_at("x", percent(scale(value)), 11.0, label);
   }
   return "<svg class=\"plot axis\" height=\"" + coordinate(height) + "\" aria-hidden=\"true\">" +
          labels + "</svg>";

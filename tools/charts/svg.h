@@ -31,7 +31,7 @@ std::string escaped(std::string_view text);
 using attributes = std::initializer_list<std::pair<const char*, std::string>>;
 
 /// An element without content. The values are written as they are.
-std::string element(const char* name, attributes attributes);
+std::string element(const char* name, const attributes& all);
 
 /// A text at a place of the plot; `text` is escaped here.
 std::string text_at(const char* css_class, std::string_view place, double height,
@@ -67,8 +67,8 @@ enum class direction { up, down, left, right };
 /// An arrow whose point is at a place of the plot.
 std::string arrow(direction direction, double x, double y);
 
-/// A scale of the time axis, or of any other that lies below plots: its labels.
-std::string axis_below(span data);
+/// The labels of an axis that lies below plots. The unit stands beside the last of them.
+std::string axis_below(span data, std::string_view unit);
 
 }  // namespace gait_charts
 

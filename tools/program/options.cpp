@@ -35,7 +35,8 @@ constexpr const char* footer =
     "is written."
     R"(
 A table shows rounded values. CSV holds the parameters, unrounded; JSON holds everything, unrounded:
-the accounting, the quality flags, the findings, the parameters and their value in every cycle.
+the accounting, the quality flags, the findings, the parameters and their value in every cycle. HTML
+is a page to look at and to print, with a figure of every parameter.
 
 A finding says that data cannot be right. It goes to the standard error and into every output; it
 changes no figure and no exit code. docs/checks.md says what each check means.
@@ -43,6 +44,8 @@ changes no figure and no exit code. docs/checks.md says what each check means.
 Examples:
   gait-statistics --foot left -o left.csv monday/ tuesday/
   gait-statistics --recursive -o study.json study/
+  gait-statistics -o report.html monday/
+  gait-statistics --recursive -o pages/ study/
 
 Exit codes:
   0  every walk was read and its statistics were written
@@ -79,13 +82,20 @@ std::string refuse_unknown_check(const std::string& name) {
          (nearest.empty() ? ": " : " ") + "--list-checks prints them all";
 }
 
+/// Whether a path ends with a slash, as that of a folder does.
+bool is_a_folder(const std::filesystem::path& path) { return !path.has_filename(); }
+
 /// The format that the ending of a file stands for.
 gait_report::output_format format_of(const std::filesystem::path& file) {
   using gait_report::output_format;
   if (file.extension() == ".csv") {
     return output_format::csv;
   }
-  return file.extension() == ".json" ? output_format::json : output_format::table;
+  if (file.extension() == ".json") {
+    return output_format::json;
+  }
+  const bool is_html = file.extension() == ".html" || is_a_folder(file);
+  return is_html ? output_format::html : output_format::table;
 }
 
 std::string refuse_empty_name(const std::string& file) {
@@ -149,13 +159,14 @@ void add_options(CLI::App& app, options& options) {
                  "Leave out a data check that does not apply (may be repeated)")
       ->check(CLI::Validator(refuse_unknown_check, ""));
   app.add_option_function<std::string>("--format", set_by_name(options.format),
-                                       "Form of the output: table, csv or json (default: that of "
-                                       "FILE's ending, .txt, .csv or .json, else table)")
+                                       "Form of the output: table, csv, json or html (default: "
+                                       "that of FILE's ending, .txt, .csv, .json or .html, else "
+                                       "table)")
       ->check(is_name_of<gait_report::output_format>())
       ->type_name("FORMAT");
   app.add_option("-o,--output", options.output,
                  "Write to this file, which is replaced when the new one is whole; -: the standard "
-                 "output")
+                 "output; a folder, its name ending in /: a page of each walk, and index.html")
       ->check(CLI::Validator(refuse_empty_name, ""))
       ->type_name("FILE");
   app.add_option("--width", options.width,
@@ -209,6 +220,15 @@ std::variant<options, reply> parse_command_line(int argc, const char* const* arg
   }
   if (options.output && app.count("--format") == 0) {
     options.format = format_of(*options.output);
+  }
+  options.output_is_a_folder = options.output && is_a_folder(*options.output);
+  const bool is_html = options.format == gait_report::output_format::html;
+  if (is_list && is_html) {
+    return usage_error("a list has no page, expected the format table, csv or json");
+  }
+  if (options.output_is_a_folder && !is_html) {
+    return usage_error("--output: \"" + options.output->string() +
+                       "\" is a folder, which takes pages, expected --format html or a file");
   }
   return options;
 }

@@ -60,6 +60,7 @@ std::string print_check_list(output_format format, const text_style& style) {
       return as_csv();
     case output_format::json:
       return as_json();
+    case output_format::html:  // a page shows walks, and the command line refuses it for lists
     case output_format::table:
       break;
   }

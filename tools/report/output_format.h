@@ -10,15 +10,16 @@
 
 namespace gait_report {
 
-enum class output_format { table, csv, json };
+enum class output_format { table, csv, json, html };
 
 }  // namespace gait_report
 
 template <>
 inline constexpr auto gait_walk::names<gait_report::output_format> =
-    std::array<gait_walk::named<gait_report::output_format>, 3>{
+    std::array<gait_walk::named<gait_report::output_format>, 4>{
         {{gait_report::output_format::table, "table"},
          {gait_report::output_format::csv, "csv"},
-         {gait_report::output_format::json, "json"}}};
+         {gait_report::output_format::json, "json"},
+         {gait_report::output_format::html, "html"}}};
 
 #endif

@@ -176,9 +176,9 @@ object tile_of(const computed_parameter& parameter) {
           {"sides", sides}};
 }
 
-list tiles_of(const std::vector<shown_panel>& panels) {
+list tiles_of(const std::vector<shown_panel>& measured) {
   list tiles;
-  for (const auto& [row, parameter] : panels) {
+  for (const auto& [row, parameter] : measured) {
     if (row->at_a_glance == glance::tile) {
       tiles.emplace_back(tile_of(*parameter));
     }
@@ -251,7 +251,7 @@ list exclusions_of(const shown_walk& shown) {
     rows.emplace_back(object{{"index", std::to_string(exclusion.index)},
                              {"list", std::string(name_of(exclusion.list))},
                              {"reason", shown_reason(exclusion)},
-                             {"effect", std::string(words_of(exclusion.effect).in_words)}});
+                             {"effect", std::string(gait_walk::words_of(exclusion.effect).in_words)}});
   }
   return rows;
 }
@@ -278,13 +278,13 @@ std::string asymmetry_in_words(const shown_walk& shown) {
          "in percent.";
 }
 
-page_data comparison_of(const shown_walk& shown, const std::vector<shown_panel>& panels) {
+page_data comparison_of(const shown_walk& shown, const std::vector<shown_panel>& measured) {
   list sections;
   if (!shown.walk.both_feet()) {
     return sections;
   }
   std::vector<const computed_parameter*> ratios;
-  for (const auto& [row, parameter] : panels) {
+  for (const auto& [row, parameter] : measured) {
     if (parameter->sides.front().statistics.ratio) {
       ratios.push_back(parameter);
     }
@@ -306,16 +306,16 @@ page_data comparison_of(const shown_walk& shown, const std::vector<shown_panel>&
 /// The scale of each panel: that of its values, or as wide as the widest of those that share its
 /// height.
 std::vector<gait_charts::span> scales_of(const shown_walk& shown,
-                                         const std::vector<shown_panel>& panels) {
+                                         const std::vector<shown_panel>& measured) {
   std::vector<gait_charts::span> scales;
   std::unordered_map<std::string_view, double> widths;
-  for (const auto& [row, parameter] : panels) {
+  for (const auto& [row, parameter] : measured) {
     scales.push_back(scale_of(shown, *parameter));
     double& width = widths[row->shared_height];
     width = std::max(width, scales.back().to - scales.back().from);
   }
-  for (std::size_t i = 0; i < panels.size(); ++i) {
-    const std::string_view shared = panels[i].row->shared_height;
+  for (std::size_t i = 0; i < measured.size(); ++i) {
+    const std::string_view shared = measured[i].row->shared_height;
     if (!shared.empty()) {
       const double lacks = (widths[shared] - (scales[i].to - scales[i].from)) / 2.0;
       scales[i] = {scales[i].from - lacks, scales[i].to + lacks};
@@ -339,6 +339,16 @@ std::string figures_below(const computed_parameter& parameter) {
     }
   }
   return cvs.empty() ? text : text + (text.empty() ? "" : " · ") + "CV " + cvs + " %";
+}
+
+/// What became of a stride, in words: for the script, which finds the names in the JSON.
+list statuses() {
+  list statuses;
+  for (const auto& status : gait_walk::names<stride_status>) {
+    statuses.emplace_back(
+        object{{"status", std::string(status.name)}, {"words", std::string(status.in_words)}});
+  }
+  return statuses;
 }
 
 list panel_sides(const computed_parameter& parameter) {
@@ -372,14 +382,14 @@ object panel_data(const shown_walk& shown, const computed_parameter& parameter,
           {"strips", strips}};
 }
 
-list groups_of(const shown_walk& shown, const std::vector<shown_panel>& panels) {
-  const std::vector<gait_charts::span> scales = scales_of(shown, panels);
+list groups_of(const shown_walk& shown, const std::vector<shown_panel>& measured) {
+  const std::vector<gait_charts::span> scales = scales_of(shown, measured);
   list groups;
   for (std::size_t group = 0; group < panel_group_names.size(); ++group) {
     list members;
-    for (std::size_t i = 0; i < panels.size(); ++i) {
-      if (panels[i].row->group == static_cast<panel_group>(group)) {
-        members.emplace_back(panel_data(shown, *panels[i].parameter, scales[i]));
+    for (std::size_t i = 0; i < measured.size(); ++i) {
+      if (measured[i].row->group == static_cast<panel_group>(group)) {
+        members.emplace_back(panel_data(shown, *measured[i].parameter, scales[i]));
       }
     }
     if (!members.empty()) {
@@ -421,10 +431,14 @@ std::string measure_in_own_decimals(const computed_parameter& parameter, const s
   return shown_number(measures.*measure, parameter.row.decimals);
 }
 
-template <std::optional<double> parameter_measures::*measure>
-std::string measure_in_one_decimal(const computed_parameter&, const side_of_parameter&,
-                                   const parameter_measures& measures) {
-  return shown_number(measures.*measure, decimals_of_percent);
+std::string symmetry_cell(const computed_parameter&, const side_of_parameter&,
+                          const parameter_measures& measures) {
+  return shown_number(measures.symmetry_index, decimals_of_percent);
+}
+
+std::string effective_cell(const computed_parameter&, const side_of_parameter&,
+                           const parameter_measures& measures) {
+  return shown_number(measures.effective_strides, 0);
 }
 
 std::string count_cell(const computed_parameter&, const side_of_parameter& side,
@@ -463,8 +477,8 @@ constexpr std::array statistics_columns = {
     statistics_column{"P95", measure_in_own_decimals<&parameter_measures::p95>},
     statistics_column{"CV %", cv_cell},
     statistics_column{"Ratio", ratio_cell},
-    statistics_column{"SI %", measure_in_one_decimal<&parameter_measures::symmetry_index>},
-    statistics_column{"n eff.", measure_in_one_decimal<&parameter_measures::effective_strides>},
+    statistics_column{"SI %", symmetry_cell},
+    statistics_column{"n eff.", effective_cell},
     statistics_column{"SE", error_cell},
 };
 
@@ -485,9 +499,9 @@ list column_headings() {
   return headings;
 }
 
-list statistics_of(const shown_walk& shown, const std::vector<shown_panel>& panels) {
+list statistics_of(const shown_walk& shown, const std::vector<shown_panel>& measured) {
   list parameters;
-  for (const auto& [row, parameter] : panels) {
+  for (const auto& [row, parameter] : measured) {
     const auto sides = shown_sides(*parameter);
     list rows;
     for (const auto* side : sides) {
@@ -516,21 +530,21 @@ object stride_data(const shown_walk& shown, std::size_t side, const walk_stride&
           {"index", std::to_string(stride.index)},
           {"start", rounded(stride.start, decimals_of_seconds)},
           {"end", rounded(stride.end, decimals_of_seconds)},
-          {"status", std::string(words_of(stride.status).in_words)},
+          {"status", std::string(gait_walk::words_of(stride.status).in_words)},
           {"reason", exclusion != nullptr ? shown_reason(*exclusion) : ""},
           {"partner", stride.partner ? std::to_string(*stride.partner) : ""},
           {"values", values}};
 }
 
 /// The table of strides; none where there are so many that the page's script makes it.
-page_data stride_table_of(const shown_walk& shown, const std::vector<shown_panel>& panels) {
+page_data stride_table_of(const shown_walk& shown, const std::vector<shown_panel>& measured) {
   list tables;
   if (has_many_strides(shown)) {
     return tables;
   }
   std::vector<std::size_t> places;
   list columns;
-  for (const auto& [row, parameter] : panels) {
+  for (const auto& [row, parameter] : measured) {
     places.push_back(static_cast<std::size_t>(parameter - shown.parameters.data()));
     columns.emplace_back(
         object{{"description", parameter->row.description}, {"unit", parameter->row.unit}});
@@ -616,7 +630,7 @@ std::string id_of_walk(std::size_t number) { return "walk-" + std::to_string(num
 page_data data_of_walk(const shown_walk& shown, std::size_t number, bool is_alone) {
   const walk_statistics& walk = shown.walk;
   const walk_summary& summary = shown.summary;
-  const std::vector<shown_panel> panels = panels_of(shown);
+  const std::vector<shown_panel> measured = panels_of(shown);
   const list about = about_of(walk);
   const list remarks = remarks_on(walk);
   const list exclusions = exclusions_of(shown);
@@ -644,7 +658,7 @@ page_data data_of_walk(const shown_walk& shown, std::size_t number, bool is_alon
       {"time", with_unit(summary.time.sum, decimals_of_metres, "s", "duration not measured")},
       {"distance",
        with_unit(summary.distance.sum, decimals_of_metres, "m", "distance not measured")},
-      {"tiles", tiles_of(panels)},
+      {"tiles", tiles_of(measured)},
       {"time_line", draw_time_line(shown)},
       {"time_axis", draw_time_axis(shown)},
       {"time_legend", legend_data(time_line_legend(shown))},
@@ -654,14 +668,15 @@ page_data data_of_walk(const shown_walk& shown, std::size_t number, bool is_alon
       {"has_exclusions", !exclusions.empty()},
       {"exclusion_count", std::to_string(exclusions.size())},
       {"exclusions", exclusions},
-      {"comparison", comparison_of(shown, panels)},
+      {"comparison", comparison_of(shown, measured)},
+      {"statuses", statuses()},
       {"strip_legend", legend_data(strip_legend(shown))},
-      {"groups", groups_of(shown, panels)},
+      {"groups", groups_of(shown, measured)},
       {"not_measured", text_if_any(not_measured(shown))},
       {"columns", column_headings()},
-      {"statistics", statistics_of(shown, panels)},
+      {"statistics", statistics_of(shown, measured)},
       {"stride_count", std::to_string(stride_count(shown))},
-      {"stride_table", stride_table_of(shown, panels)},
+      {"stride_table", stride_table_of(shown, measured)},
   };
 }
 

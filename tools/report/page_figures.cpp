@@ -173,7 +173,7 @@ std::string title_of(const walk_strides& strides, const side_strides& side,
   }
   const auto* exclusion = left_out_by(strides, stride);
   return std::string(name_of(side.side.foot)) + " stride " + std::to_string(stride.index) + ", " +
-         std::string(words_of(stride.status).in_words) +
+         std::string(gait_walk::words_of(stride.status).in_words) +
          (exclusion != nullptr ? ": " + shown_reason(*exclusion) : "");
 }
 
@@ -314,7 +314,7 @@ std::string draw_time_line(const shown_walk& shown) {
 }
 
 std::string draw_time_axis(const shown_walk& shown) {
-  return gait_charts::axis_below(shown.time);
+  return gait_charts::axis_below(shown.time, "s");
 }
 
 span scale_of(const shown_walk& shown, const computed_parameter& parameter) {
@@ -396,45 +396,45 @@ std::string draw_swing_asymmetry(const shown_walk& shown) {
 legend time_line_legend(const shown_walk& shown) {
   using gait_charts::filling;
   using gait_charts::sample_box;
-  legend legend = {{sample_box(filling::full), "in the statistics"}};
+  legend entries = {{sample_box(filling::full), "in the statistics"}};
   for (const filling look : {filling::hatched, filling::dashed}) {
     if (const std::string reasons = reasons_in_words(shown, look); !reasons.empty()) {
-      legend.emplace_back(sample_box(look), "left out: " + reasons);
+      entries.emplace_back(sample_box(look), "left out: " + reasons);
     }
   }
   if (any_stride(shown, [](const auto& s) { return s.status == stride_status::unlinked; })) {
-    legend.emplace_back(sample_box(filling::empty),
-                        words_of(stride_status::unlinked).in_words);
+    entries.emplace_back(sample_box(filling::empty),
+                        gait_walk::words_of(stride_status::unlinked).in_words);
   }
   if (any_stride(shown, [&](const auto& s) { return lacks_partner(shown, s); })) {
-    legend.emplace_back(sample(R"(<circle class="mark" cx="11" cy="7" r="2.5"/>)"),
+    entries.emplace_back(sample(R"(<circle class="mark" cx="11" cy="7" r="2.5"/>)"),
                         "without a stride of the other foot");
   }
-  return legend;
+  return entries;
 }
 
 legend strip_legend(const shown_walk& shown) {
   const std::string many = std::to_string(gait_charts::parts_of_binned_strip);
-  legend legend;
+  legend entries;
   if (has_many_strides(shown)) {
-    legend = {{sample(path_sample("range", "M11 0V12") + path_sample("dot", "M11 6h0")),
+    entries = {{sample(path_sample("range", "M11 0V12") + path_sample("dot", "M11 6h0")),
                "smallest, middle and largest value in 1/" + many + " of the time"}};
   } else {
-    legend = {{sample(path_sample("dot", "M11 6h0")), "in the statistics"},
+    entries = {{sample(path_sample("dot", "M11 6h0")), "in the statistics"},
               {sample(path_sample("shade", "M0 0h22v12h-22z") + path_sample("ring", "M11 6h0") +
                       path_sample("hole", "M11 6h0")),
                "left out"}};
   }
-  legend.emplace_back(sample(path_sample("band", "M0 1h22v10h-22z")), "quartiles");
-  legend.emplace_back(sample(path_sample("line", "M0 6h22")), "median");
+  entries.emplace_back(sample(path_sample("band", "M0 1h22v10h-22z")), "quartiles");
+  entries.emplace_back(sample(path_sample("line", "M0 6h22")), "median");
   if (shown.walk.both_feet()) {
-    legend.emplace_back(sample(path_sample("other", "M0 6h22")), "median of the other side");
+    entries.emplace_back(sample(path_sample("other", "M0 6h22")), "median of the other side");
   }
-  legend.emplace_back(sample(path_sample("gap", "M11 12v-6")), "in the statistics, not measured");
-  legend.emplace_back(
+  entries.emplace_back(sample(path_sample("gap", "M11 12v-6")), "in the statistics, not measured");
+  entries.emplace_back(
       sample(R"(<use href="#up" x="7" y="1"/><use href="#down" x="15" y="11"/>)"),
       "beyond the scale");
-  return legend;
+  return entries;
 }
 
 }  // namespace gait_report

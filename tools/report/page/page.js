@@ -23,9 +23,29 @@
     return /[1-9]/.test(text) ? text : text.replace("-", "");
   }
 
-  // The walk of the JSON as this script uses it.
-  function walkOf(json) {
-    return json;
+  // A walk of the JSON as this script uses it: strides as objects, and the parameters by their key.
+  // The words for what became of a stride are the page's.
+  function walkOf(json, words) {
+    const cycles = json.two_feet_cycles;
+    const parameters = {};
+    for (const parameter of Object.values(json.parameters)) {
+      parameters[parameter.parameter] ??= parameter;
+    }
+    const sides = json.strides.map((columns) => ({
+      name: columns.foot,
+      strides: columns.start.map((start, index) => ({
+        index,
+        start,
+        end: columns.end[index],
+        counts: columns.status[index] === "included",
+        status: words.getAttribute(`data-${columns.status[index]}`),
+        reason: columns.reason[index],
+        partner: columns.partner[index],
+        value: (key) => (columns.values[key] ? columns.values[key][index]
+            : cycles[key][columns.two_feet_cycle[index]] ?? null),
+      })),
+    }));
+    return {parameters, sides};
   }
 
   const middle = (stride) => (stride.start + stride.end) / 2;
@@ -176,9 +196,9 @@
   class StrideTable {
     static rows = 200;
 
-    constructor(details, walk) {
+    constructor(details, walk, keys) {
       this.walk = walk;
-      this.keys = Object.keys(walk.parameters).filter((key) => walk.parameters[key].measured);
+      this.keys = keys;
       this.strides = walk.sides.flatMap(
           (side) => side.strides.map((stride) => ({side: side.name, stride})));
       this.holder = document.createElement("div");
@@ -257,11 +277,12 @@
   }
 
   for (const article of document.querySelectorAll("article.walk")) {
-    const walk = walkOf(data.walks[Number(article.dataset.walk)]);
-    new Cursor(article, walk);
+    const walk = walkOf(data.walks[Number(article.dataset.walk)],
+        article.querySelector(".cursor-bar"));
+    const {cells} = new Cursor(article, walk);
     const details = article.querySelector("details.strides");
     if (details.querySelector(".without-script")) {
-      new StrideTable(details, walk);
+      new StrideTable(details, walk, [...new Set(cells.map((cell) => cell.dataset.key))]);
     }
   }
   offerJson();
