@@ -2,9 +2,10 @@
 
     mutate.py [--check] [--jobs J] [--only TEXT] [LIST...]
 
-A list (library.toml, walk_folder.toml; none named: both) holds the faults. --check only looks
-whether each can still be put in. --only takes the faults whose file or lines contain TEXT. Exits
-with 1 when a fault is noticed by no test and not explained, or explained and noticed.
+A list (library.toml, walk_folder.toml, walk_measures.toml; none named: all) holds the faults.
+--check only looks whether each can still be put in. --only takes the faults whose file or lines
+contain TEXT. Exits with 1 when a fault is noticed by no test and not explained, or explained and
+noticed.
 """
 
 import argparse
@@ -55,6 +56,17 @@ STAGES = {
         (
             "walk_folder_test",
             ["tests/tools/walk_folder_test", "--gtest_brief=1", "--gtest_fail_fast"],
+        ),
+        EVERYTHING,
+    ],
+    "walk_measures": [
+        (
+            "walk_measures_test",
+            ["tests/tools/walk_measures_test", "--gtest_brief=1", "--gtest_fail_fast"],
+        ),
+        (
+            "parameter_measures_test",
+            ["tests/tools/parameter_measures_test", "--gtest_brief=1", "--gtest_fail_fast"],
         ),
         EVERYTHING,
     ],

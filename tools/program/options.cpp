@@ -34,9 +34,10 @@ constexpr const char* footer =
     "Each WALK is a folder of CSV tables; docs/walk-folder.md describes them, docs/output.md what "
     "is written."
     R"(
-A table shows rounded values. CSV holds the parameters, unrounded; JSON holds everything, unrounded:
-the accounting, the quality flags, the findings, the parameters and their value in every cycle. HTML
-is a page to look at and to print, with a figure of every parameter.
+A table shows rounded values. CSV holds parameters, walks or strides, one table each (--table),
+unrounded. JSON holds everything, unrounded: the accounting, the quality flags, the findings, the
+parameters, and every stride with its values. HTML is a page to look at and to print, with a figure
+of every parameter.
 
 A finding says that data cannot be right. It goes to the standard error and into every output; it
 changes no figure and no exit code. docs/checks.md says what each check means.
@@ -44,6 +45,7 @@ changes no figure and no exit code. docs/checks.md says what each check means.
 Examples:
   gait-statistics --foot left -o left.csv monday/ tuesday/
   gait-statistics --recursive -o study.json study/
+  gait-statistics --recursive --table strides -o strides.csv study/
   gait-statistics -o report.html monday/
   gait-statistics --recursive -o pages/ study/
 
@@ -164,6 +166,11 @@ void add_options(CLI::App& app, options& options) {
                                        "table)")
       ->check(is_name_of<gait_report::output_format>())
       ->type_name("FORMAT");
+  app.add_option_function<std::string>(
+         "--table", set_by_name(options.table),
+         "Table of CSV: parameters, walks or strides (default: parameters)")
+      ->check(is_name_of<gait_report::csv_table>())
+      ->type_name("TABLE");
   app.add_option("-o,--output", options.output,
                  "Write to this file, which is replaced when the new one is whole; -: the standard "
                  "output; a folder, its name ending in /: a page of each walk, and index.html")
@@ -229,6 +236,15 @@ std::variant<options, reply> parse_command_line(int argc, const char* const* arg
   if (options.output_is_a_folder && !is_html) {
     return usage_error("--output: \"" + options.output->string() +
                        "\" is a folder, which takes pages, expected --format html or a file");
+  }
+  if (app.count("--table") > 0) {
+    if (app.count("--format") == 0 && options.format == gait_report::output_format::table) {
+      options.format = gait_report::output_format::csv;
+    }
+    if (options.format != gait_report::output_format::csv) {
+      return usage_error("--table names a table of CSV, and the format is " +
+                         std::string(gait_walk::name_of(options.format)));
+    }
   }
   return options;
 }

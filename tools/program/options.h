@@ -27,6 +27,7 @@ struct options {
   float settings_value = 0.0F;
   /// As asked for; else that of the output file's ending.
   gait_report::output_format format = gait_report::output_format::table;
+  gait_report::csv_table table = gait_report::csv_table::parameters;
   std::optional<std::filesystem::path> output;  ///< the standard output where there is none
   /// Whether `output` is a folder, for a page of each walk.
   bool output_is_a_folder = false;

@@ -48,8 +48,12 @@ text_style style_of(const options& options) {
 /// Writes the walks of a run in one format.
 class report_writer {
 public:
-  report_writer(output_format format, const text_style& style, output& out, std::size_t walks)
-      : format_(format), style_(style), out_(out), page_(walks > 1) {}
+  report_writer(const options& options, output& out, std::size_t walks)
+      : format_(options.format),
+        table_(options.table),
+        style_(style_of(options)),
+        out_(out),
+        page_(walks > 1) {}
 
   void add(const walk_statistics& walk) {
     const bool is_first = !wrote_any_;
@@ -59,7 +63,8 @@ public:
         out_.write((is_first ? "" : "\n") + gait_report::text_report(walk, style_));
         break;
       case output_format::csv:
-        out_.write((is_first ? gait_report::csv_header() : "") + gait_report::csv_rows(walk));
+        out_.write((is_first ? gait_report::csv_header(table_) : "") +
+                   gait_report::csv_rows(table_, walk));
         break;
       case output_format::json:
         json_walks_.push_back(gait_report::json_walk(walk));
@@ -85,6 +90,7 @@ public:
 
 private:
   output_format format_;
+  gait_report::csv_table table_;
   text_style style_;
   output& out_;
   bool wrote_any_ = false;
@@ -287,7 +293,7 @@ int report_walks(const options& options) {
     return report_with(writer, options, folders);
   }
   output out(options.output);
-  report_writer writer(options.format, style_of(options), out, folders.size());
+  report_writer writer(options, out, folders.size());
   return report_with(writer, options, folders);
 }
 

@@ -1,28 +1,95 @@
 #include "csv_output.h"
 
 #include "csv_table.h"
+#include "info_fields.h"
 #include "names.h"
 #include "number.h"
+#include "parameter_measures.h"
+#include "walk_strides.h"
+#include "walk_summary.h"
 
+#include <gait/version.h>
+
+#include <algorithm>
+#include <cstddef>
+#include <functional>
+#include <list>
 #include <optional>
 #include <string>
+#include <string_view>
+#include <type_traits>
+#include <unordered_map>
+#include <utility>
+#include <vector>
 
 namespace gait_report {
 namespace {
 
-std::string csv_number(const std::optional<double>& value) { return value ? shortest(*value) : ""; }
+// --- Cells
 
-/// "name: value; name: value".
-std::string about_in_one_cell(const walk_statistics& walk) {
+std::string number_cell(const std::optional<double>& value) {
+  return value ? shortest(*value) : "";
+}
+
+template <class Whole>
+std::string whole_cell(const std::optional<Whole>& value) {
+  return value ? std::to_string(*value) : "";
+}
+
+/// An empty cell is not quoted.
+std::string text_cell(std::string_view text) {
+  return text.empty() ? "" : gait_walk::quoted_csv_cell(text);
+}
+
+std::string truth_cell(bool value) { return value ? "true" : "false"; }
+
+/// "first; second".
+template <class Items, class InWords>
+std::string in_one_cell(const Items& items, InWords in_words) {
   std::string text;
-  for (const auto& row : walk.about) {
-    text += (text.empty() ? "" : "; ") + row.name + ": " + row.value;
+  for (const auto& item : items) {
+    text += (text.empty() ? "" : "; ") + std::string(in_words(item));
+  }
+  return text_cell(text);
+}
+
+/// A name that pandas and R take as it is: "Step Time" and "seconds" make "Step_Time_seconds".
+std::string name_with_unit(const std::string& name, const std::string& unit) {
+  std::string text;
+  for (const char c : name + (unit.empty() ? "" : "_") + unit) {
+    switch (c) {
+      case ' ':
+        text += '_';
+        break;
+      case '%':
+        text += "percent";
+        break;
+      case '/':
+        text += "_per_";
+        break;
+      default:
+        text += c;
+    }
   }
   return text;
 }
 
+/// A column of a table whose rows are made of a Row.
+template <class Row>
+struct column {
+  std::string name;
+  std::string meaning;
+  std::function<std::string(const Row&)> cell;
+};
+
+// --- What all tables say of the walk
+
+std::string about_cell(const walk_statistics& walk) {
+  return in_one_cell(walk.about, [](const auto& row) { return row.name + ": " + row.value; });
+}
+
 /// The names of the checks that the walk breaks, each once, separated by blanks.
-std::string names_of_findings(const walk_statistics& walk) {
+std::string findings_cell(const walk_statistics& walk) {
   std::string names;
   std::string last;
   for (const auto& finding : walk.findings) {
@@ -31,46 +98,459 @@ std::string names_of_findings(const walk_statistics& walk) {
     }
     last = finding.check;
   }
-  return names;
+  return text_cell(names);
 }
 
-/// An empty cell is not quoted.
-std::string quoted(const std::string& cell) {
-  return cell.empty() ? "" : gait_walk::quoted_csv_cell(cell);
+std::string rate_cell(const walk_statistics& walk) { return std::to_string(walk.sampling_rate); }
+
+/// The cells that are the same in every row of a walk.
+struct walk_cells {
+  explicit walk_cells(const walk_statistics& walk)
+      : name(text_cell(walk.name)),
+        analysed(text_cell(words_of(walk.analysed).in_words)),
+        rate(rate_cell(walk)),
+        about(about_cell(walk)),
+        findings(findings_cell(walk)) {}
+
+  std::string name, analysed, rate, about, findings;
+};
+
+// --- Parameters
+
+struct parameter_row {
+  const walk_cells& walk;
+  std::string parameter;
+  std::string side;
+  std::string description;
+  std::string unit;
+  const computed_statistics& statistics;
+  const parameter_measures& measures;
+  std::string direction = {};
+  std::string note = {};
+};
+
+const std::vector<column<parameter_row>>& parameter_columns() {
+  using row = parameter_row;
+  using statistics = computed_statistics;
+  using measures = parameter_measures;
+  const auto statistic = [](std::optional<double> statistics::*figure) {
+    return [figure](const row& r) { return number_cell(r.statistics.*figure); };
+  };
+  const auto measure = [](std::optional<double> measures::*figure) {
+    return [figure](const row& r) { return number_cell(r.measures.*figure); };
+  };
+  static const std::vector<column<row>> columns = {
+      {"walk", "the walk's name", [](const row& r) { return r.walk.name; }},
+      {"parameter",
+       "the parameter's key without suffix ([parameters](parameters.md)); \"asymmetry\" is the "
+       "swing asymmetry as the library scales it, \"asymmetry_percent\" the same in percent",
+       [](const row& r) { return text_cell(r.parameter); }},
+      {"side", "\"right\" or \"left\"; \"both\" for the swing asymmetry",
+       [](const row& r) { return text_cell(r.side); }},
+      {"description", "the parameter's name for people",
+       [](const row& r) { return text_cell(r.description); }},
+      {"unit",
+       "unit of the figures that have no other; of the library's swing asymmetry with the sampling "
+       "rate that scales it",
+       [](const row& r) { return text_cell(r.unit); }},
+      {"n", "number of strides in the statistics in which it was measured",
+       [](const row& r) { return std::to_string(r.statistics.n); }},
+      {"mean", "arithmetic mean", statistic(&statistics::mean)},
+      {"median", "median", statistic(&statistics::median)},
+      {"std", "standard deviation, divisor n - 1; none of a single value",
+       statistic(&statistics::std)},
+      {"iqr", "interquartile range, `q3` - `q1`; none of a single value",
+       statistic(&statistics::iqr)},
+      {"min", "smallest value", statistic(&statistics::min)},
+      {"max", "largest value", statistic(&statistics::max)},
+      {"cv", "coefficient of variation (%), with the sign of the mean, from 10 values on",
+       statistic(&statistics::cv)},
+      {"asymmetry",
+       "ratio of this side's mean to that of the other; it says nothing where a mean is near 0",
+       statistic(&statistics::ratio)},
+      {"q1", "25th percentile ([measures](measures.md))", measure(&measures::q1)},
+      {"q3", "75th percentile", measure(&measures::q3)},
+      {"p5", "5th percentile, from 20 values on", measure(&measures::p5)},
+      {"p95", "95th percentile, from 20 values on", measure(&measures::p95)},
+      {"effective_n",
+       "how many independent strides the `n` are worth, from 20 values on "
+       "([measures](measures.md))",
+       measure(&measures::effective_strides)},
+      {"standard_error", "of the mean, by `effective_n`; of this stretch of walking alone",
+       measure(&measures::standard_error)},
+      {"symmetry_index",
+       "100 (R - L) / ((R + L) / 2) of the means R of the right and L of the left side (%); the "
+       "same in both rows",
+       measure(&measures::symmetry_index)},
+      {"direction", "of the mean swing asymmetry, in words",
+       [](const row& r) { return text_cell(r.direction); }},
+      {"analysed", "\"both feet\", \"left foot\" or \"right foot\"",
+       [](const row& r) { return r.walk.analysed; }},
+      {"sampling_rate_hz", "sampling rate of the recording (Hz)",
+       [](const row& r) { return r.walk.rate; }},
+      {"note", "why there are no statistics of what was measured, where that is so",
+       [](const row& r) { return text_cell(r.note); }},
+      {"about", "what `about.csv` says of the walk: \"name: value; name: value\"",
+       [](const row& r) { return r.walk.about; }},
+      {"findings", "names of the [checks](checks.md) that the walk breaks, separated by blanks",
+       [](const row& r) { return r.walk.findings; }},
+  };
+  return columns;
 }
 
-std::string row(const walk_statistics& walk, const std::string& parameter, const std::string& side,
-                const gait_statistics_parameter& record, const computed_statistics& statistics) {
-  std::string text;
-  for (const auto& cell : {walk.name, parameter, side, record.description, record.unit}) {
-    text += quoted(cell) + ",";
+template <class Visit>
+void for_each_parameter_row(const walk_statistics& walk, Visit visit) {
+  const walk_cells cells(walk);
+  const auto measures = measures_of(walk);
+  for (const auto& parameter : parameters_of(walk)) {
+    for (const auto& side : parameter.sides) {
+      visit(parameter_row{cells, parameter.row.key, std::string(name_of(side.side->foot)),
+                          parameter.row.description, parameter.row.unit, side.statistics,
+                          measures.at(side.key), "", parameter.why_none});
+    }
   }
-  text += std::to_string(statistics.n);
-  for (const auto& value : {statistics.mean, statistics.median, statistics.std, statistics.iqr,
-                            statistics.min, statistics.max, statistics.cv, statistics.ratio}) {
-    text += "," + csv_number(value);
+  const auto* record = swing_asymmetry_record(walk);
+  const auto percent = swing_asymmetry_in_percent(walk);
+  if (record == nullptr || !percent) {
+    return;
   }
-  return text + "," + quoted(about_in_one_cell(walk)) + "," + quoted(names_of_findings(walk)) +
-         "\n";
+  const parameter_measures none;
+  const computed_statistics as_scaled = swing_asymmetry_of(*record);
+  computed_statistics in_percent;
+  in_percent.n = percent->n;
+  in_percent.mean = percent->mean;
+  in_percent.std = percent->sd;
+  const std::string direction(percent->mean ? gait_measures::direction_in_words(*percent->mean)
+                                            : "");
+  visit(parameter_row{cells, swing_asymmetry_key, both_sides, swing_asymmetry_description,
+                      swing_asymmetry_unit(walk), as_scaled, none, direction});
+  visit(parameter_row{cells, swing_asymmetry_percent_key, both_sides, swing_asymmetry_description,
+                      "%", in_percent, none, direction});
+}
+
+// --- Walks
+
+struct walk_row {
+  const walk_statistics& walk;
+  walk_cells cells;
+  walk_strides strides;
+  walk_summary summary;
+  std::unordered_map<std::string, std::optional<double>> measured;
+
+  /// The strides of a foot; null where it is not analysed.
+  const side_strides* side(gait_walk::side foot) const {
+    const auto found =
+        std::find_if(strides.sides.begin(), strides.sides.end(),
+                     [&](const side_strides& candidate) { return candidate.side.foot == foot; });
+    return found == strides.sides.end() ? nullptr : &*found;
+  }
+};
+
+template <class Field>
+std::string info_cell(const walk_row& row, const char* name, const Field& value) {
+  if constexpr (std::is_same_v<Field, double>) {
+    return number_cell(row.measured.at(name));
+  } else {
+    return std::to_string(value);
+  }
+}
+
+std::string info_cell(const walk_row& row, const std::string& name) {
+  std::string cell;
+  for_each_field(row.walk.info(), [&](const char* field, const auto& value, const char*) {
+    if constexpr (!std::is_same_v<std::decay_t<decltype(value)>, std::list<int>>) {
+      if (name == field) {
+        cell = info_cell(row, field, value);
+      }
+    }
+  });
+  return cell;
+}
+
+/// A count of each foot: two columns.
+void add_counts(std::vector<column<walk_row>>& columns, const std::string& name,
+                const std::string& meaning,
+                const std::function<std::string(const side_strides&)>& cell) {
+  for (const auto foot : {gait_walk::side::right, gait_walk::side::left}) {
+    const std::string suffix(name_of(foot));
+    columns.push_back({name + "_" + suffix, meaning + " of the " + suffix + " foot",
+                       [foot, cell](const walk_row& row) {
+                         const side_strides* side = row.side(foot);
+                         return side == nullptr ? "" : cell(*side);
+                       }});
+  }
+}
+
+void add_info(std::vector<column<walk_row>>& columns) {
+  for_each_field(
+      gait_statistics_info(), [&](const char* name, const auto& value, const char* unit) {
+        if constexpr (!std::is_same_v<std::decay_t<decltype(value)>, std::list<int>>) {
+          const std::string field = name;
+          columns.push_back({name_with_unit(field, unit),
+                             "`" + field + "` of [the accounting](definitions.md#the-accounting)",
+                             [field](const walk_row& row) { return info_cell(row, field); }});
+        }
+      });
+}
+
+std::vector<column<walk_row>> make_walk_columns() {
+  using row = walk_row;
+  std::vector<column<row>> columns = {
+      {"walk", "the walk's name", [](const row& r) { return r.cells.name; }},
+      {"analysed", "\"both feet\", \"left foot\" or \"right foot\"",
+       [](const row& r) { return r.cells.analysed; }},
+      {"version", "version of the library",
+       [](const row&) { return text_cell(GAIT_STATISTICS_VERSION); }},
+      {"sampling_rate_hz", "sampling rate of the recording (Hz)",
+       [](const row& r) { return r.cells.rate; }},
+      {"settings_value", "what `--settings-value` said",
+       [](const row& r) { return shortest(r.walk.settings_value); }},
+  };
+  const auto whole = [](std::size_t side_strides::*count) {
+    return [count](const side_strides& side) { return std::to_string(side.*count); };
+  };
+  add_counts(columns, "strides", "strides",
+             [](const side_strides& side) { return std::to_string(side.strides.size()); });
+  add_counts(columns, "included", "strides in the statistics", whole(&side_strides::included));
+  add_counts(columns, "left_out", "strides that an exclusion takes out",
+             whole(&side_strides::left_out));
+  add_counts(columns, "unlinked", "strides in no two-feet cycle", whole(&side_strides::unlinked));
+  add_counts(columns, "reasons", "why strides are left out, \"19 turn; 2 start\",",
+             [](const side_strides& side) {
+               return in_one_cell(side.left_out_reasons, [](const auto& counted) {
+                 return std::to_string(counted.second) +
+                        (counted.first.empty() ? "" : " " + counted.first);
+               });
+             });
+  add_info(columns);
+  columns.insert(
+      columns.end(),
+      {{"cycles_without_stride_length", "cycles of `cycle_count` that add no distance",
+        [](const row& r) { return std::to_string(r.walk.stride_lengths.without); }},
+       {"included_without_stride_length", "cycles in the statistics that add no distance",
+        [](const row& r) { return std::to_string(r.walk.stride_lengths.included_without); }},
+       {"included_without_duration", "cycles in the statistics that add no time",
+        [](const row& r) { return std::to_string(r.summary.time.without); }},
+       {"quality_flags", "sum of the bits ([quality flags](quality-flags.md))",
+        [](const row& r) { return std::to_string(r.walk.result().quality_flags); }},
+       {"quality_flags_in_words", "a sentence for each bit",
+        [](const row& r) {
+          return in_one_cell(quality_flags_in_words(r.walk),
+                             [](const std::string& words) { return words; });
+        }},
+       {"findings", "names of the [checks](checks.md) that the walk breaks, separated by blanks",
+        [](const row& r) { return r.cells.findings; }},
+       {"notes", "what few strides mean for the figures",
+        [](const row& r) {
+          return in_one_cell(r.walk.notes, [](const auto& note) { return note.text; });
+        }},
+       {"about", "what `about.csv` says of the walk: \"name: value; name: value\"",
+        [](const row& r) { return r.cells.about; }}});
+  return columns;
+}
+
+const std::vector<column<walk_row>>& walk_columns() {
+  static const std::vector<column<walk_row>> columns = make_walk_columns();
+  return columns;
+}
+
+template <class Visit>
+void for_each_walk_row(const walk_statistics& walk, Visit visit) {
+  walk_strides strides = strides_of(walk);
+  walk_summary summary = summary_of(walk, strides);
+  auto measured = measured_fields(walk, strides);
+  visit(walk_row{walk, walk_cells(walk), std::move(strides), std::move(summary),
+                 std::move(measured)});
+}
+
+// --- Strides
+
+struct stride_row {
+  const walk_cells& walk;
+  const walk_strides& strides;
+  std::string side;
+  const walk_stride& stride;
+  /// By the place of the parameter among those of both feet.
+  std::vector<std::optional<double>> values;
+};
+
+std::string list_cell(const stride_row& row) {
+  const auto* exclusion = left_out_by(row.strides, row.stride);
+  return exclusion == nullptr ? "" : text_cell(name_of(exclusion->list));
+}
+
+std::string reason_cell(const stride_row& row) {
+  const auto* exclusion = left_out_by(row.strides, row.stride);
+  return exclusion == nullptr ? "" : text_cell(exclusion->reason);
+}
+
+/// The exclusions that name the stride beside the one that took it out.
+std::string also_listed_cell(const stride_row& row) {
+  std::vector<const listed_exclusion*> others;
+  for (const std::size_t place : row.stride.exclusions) {
+    const listed_exclusion& exclusion = row.strides.exclusions[place];
+    if (exclusion.effect != exclusion_effect::left_out) {
+      others.push_back(&exclusion);
+    }
+  }
+  return in_one_cell(others, [](const listed_exclusion* exclusion) {
+    return std::string(name_of(exclusion->list)) + ": " + exclusion->reason;
+  });
+}
+
+std::optional<double> of_cycle(
+    const stride_row& row,
+    const std::function<std::optional<double>(const two_feet_cycle&)>& figure) {
+  return row.stride.cycle == nullptr ? std::nullopt : figure(*row.stride.cycle);
+}
+
+std::vector<column<stride_row>> make_stride_columns() {
+  using row = stride_row;
+  std::vector<column<row>> columns = {
+      {"walk", "the walk's name", [](const row& r) { return r.walk.name; }},
+      {"analysed", "\"both feet\", \"left foot\" or \"right foot\"",
+       [](const row& r) { return r.walk.analysed; }},
+      {"side", "\"right\" or \"left\"", [](const row& r) { return text_cell(r.side); }},
+      {"index", "the stride's index in its foot, from 0",
+       [](const row& r) { return std::to_string(r.stride.index); }},
+      {"line", "line of `foot_cycles.csv`", [](const row& r) { return whole_cell(r.stride.line); }},
+      {"start_seconds", "beginning of `first_sample`, from the beginning of the recording",
+       [](const row& r) { return shortest(r.stride.start); }},
+      {"end_seconds", "end of `last_sample`", [](const row& r) { return shortest(r.stride.end); }},
+      {"status",
+       "\"included\": in the statistics; \"left_out\": by an exclusion; \"unlinked\": in no "
+       "two-feet cycle",
+       [](const row& r) { return text_cell(gait_walk::name_of(r.stride.status)); }},
+      {"included", "whether it is in the statistics: true or false",
+       [](const row& r) { return truth_cell(r.stride.status == stride_status::included); }},
+      {"list", "the exclusion list that takes it out", list_cell},
+      {"reason", "the reason that the list gives", reason_cell},
+      {"also_listed", "other entries that name it: \"list: reason; list: reason\"",
+       also_listed_cell},
+      {"two_feet_cycle", "index of the two-feet cycle that links it",
+       [](const row& r) {
+         return r.stride.cycle == nullptr ? "" : std::to_string(r.stride.cycle->index);
+       }},
+      {"partner", "index of the other foot's stride in that cycle",
+       [](const row& r) { return whole_cell(r.stride.partner); }},
+      {"two_feet_cycle_seconds", "that cycle's own duration",
+       [](const row& r) {
+         return number_cell(of_cycle(
+             r, [](const two_feet_cycle& cycle) { return if_measured(cycle.values->gct); }));
+       }},
+      {"asymmetry_percent", "that cycle's swing asymmetry, where it is in the statistics",
+       [](const row& r) {
+         return number_cell(of_cycle(
+             r, [](const two_feet_cycle& cycle) { return cycle.swing_asymmetry_percent; }));
+       }},
+  };
+  std::size_t place = 0;
+  for (const auto& parameter : list_parameters_of(true)) {
+    columns.push_back(
+        {name_with_unit(parameter.key, parameter.unit),
+         "value of `" + parameter.key + "`: " + parameter.description + " (" + parameter.unit + ")",
+         [place](const row& r) { return number_cell(r.values[place]); }});
+    ++place;
+  }
+  return columns;
+}
+
+const std::vector<column<stride_row>>& stride_columns() {
+  static const std::vector<column<stride_row>> columns = make_stride_columns();
+  return columns;
+}
+
+/// For each parameter of both feet, its place among those that are analysed.
+std::vector<std::optional<std::size_t>> places_of(bool both_feet) {
+  const auto analysed = list_parameters_of(both_feet);
+  std::vector<std::optional<std::size_t>> places;
+  for (const auto& parameter : list_parameters_of(true)) {
+    const auto found = std::find_if(analysed.begin(), analysed.end(), [&](const auto& candidate) {
+      return candidate.key == parameter.key;
+    });
+    places.push_back(found == analysed.end()
+                         ? std::nullopt
+                         : std::optional(static_cast<std::size_t>(found - analysed.begin())));
+  }
+  return places;
+}
+
+template <class Visit>
+void for_each_stride_row(const walk_statistics& walk, Visit visit) {
+  const walk_cells cells(walk);
+  const walk_strides strides = strides_of(walk);
+  const auto places = places_of(walk.both_feet());
+  for (const side_strides& side : strides.sides) {
+    for (const walk_stride& stride : side.strides) {
+      const auto measured = values_of(stride, walk.both_feet());
+      std::vector<std::optional<double>> values;
+      values.reserve(places.size());
+      for (const auto& place : places) {
+        values.push_back(place ? measured[*place] : std::nullopt);
+      }
+      visit(stride_row{cells, strides, std::string(name_of(side.side.foot)), stride,
+                       std::move(values)});
+    }
+  }
+}
+
+// --- Tables
+
+template <class Row>
+std::vector<listed_column> listed(const std::vector<column<Row>>& columns) {
+  std::vector<listed_column> list;
+  list.reserve(columns.size());
+  for (const auto& column : columns) {
+    list.push_back({column.name, column.meaning});
+  }
+  return list;
+}
+
+/// Adds rows to a text, cell by cell.
+template <class Row>
+auto writer_of(const std::vector<column<Row>>& columns, std::string& text) {
+  return [&](const Row& row) {
+    for (std::size_t i = 0; i < columns.size(); ++i) {
+      text += (i == 0 ? "" : ",") + columns[i].cell(row);
+    }
+    text += "\n";
+  };
 }
 
 }  // namespace
 
-std::string csv_header() {
-  return "walk,parameter,side,description,unit,n,mean,median,std,iqr,min,max,cv,asymmetry,about,"
-         "findings\n";
+std::vector<listed_column> columns_of(csv_table table) {
+  switch (table) {
+    case csv_table::walks:
+      return listed(walk_columns());
+    case csv_table::strides:
+      return listed(stride_columns());
+    case csv_table::parameters:
+      break;
+  }
+  return listed(parameter_columns());
 }
 
-std::string csv_rows(const walk_statistics& walk) {
+std::string csv_header(csv_table table) {
   std::string text;
-  for (const auto& parameter : parameters_of(walk)) {
-    for (const auto& side : parameter.sides) {
-      text += row(walk, parameter.row.key, std::string(name_of(side.side->foot)), *side.record,
-                  side.statistics);
-    }
+  for (const auto& column : columns_of(table)) {
+    text += (text.empty() ? "" : ",") + column.name;
   }
-  if (const auto* asymmetry = swing_asymmetry_record(walk)) {
-    text += row(walk, swing_asymmetry_key, "", *asymmetry, swing_asymmetry_of(*asymmetry));
+  return text + "\n";
+}
+
+std::string csv_rows(csv_table table, const walk_statistics& walk) {
+  std::string text;
+  switch (table) {
+    case csv_table::parameters:
+      for_each_parameter_row(walk, writer_of(parameter_columns(), text));
+      break;
+    case csv_table::walks:
+      for_each_walk_row(walk, writer_of(walk_columns(), text));
+      break;
+    case csv_table::strides:
+      for_each_stride_row(walk, writer_of(stride_columns(), text));
+      break;
   }
   return text;
 }

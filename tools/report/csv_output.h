@@ -2,20 +2,31 @@
 #define TOOLS_REPORT_CSV_OUTPUT_H
 
 /// \file
-/// The parameters of walks as one CSV table in long form: a row for each parameter and side,
-/// unrounded.
+/// Walks as CSV tables, unrounded: a row for each parameter and side, for each walk, or for each
+/// stride.
 
+#include "output_format.h"
 #include "walk_statistics.h"
 
 #include <string>
+#include <vector>
 
 namespace gait_report {
 
-/// The header line, once for all walks.
-std::string csv_header();
+/// A column as the pages describe it.
+struct listed_column {
+  std::string name;
+  std::string meaning;
+};
 
-/// The rows of one walk. A statistic that could not be computed is an empty cell.
-std::string csv_rows(const walk_statistics& walk);
+/// The columns of a table, in their order; the same for every walk.
+std::vector<listed_column> columns_of(csv_table table);
+
+/// The header line, once for all walks.
+std::string csv_header(csv_table table);
+
+/// The rows of one walk. What is missing is an empty cell.
+std::string csv_rows(csv_table table, const walk_statistics& walk);
 
 }  // namespace gait_report
 

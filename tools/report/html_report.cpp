@@ -76,7 +76,8 @@ std::string html_page::finish() {
   for (const auto& [name, summary] : entries_) {
     listed.push_back({name, summary});
   }
-  const std::string json = for_a_script(json_document(std::move(json_walks_)));
+  const std::string json = 
+      for_a_script(json_document(std::move(json_walks_), json_layout::compact));
   return rendered(page_files::page, data_of_page(listed, walks_in_full_, json));
 }
 

@@ -4,14 +4,20 @@
 #include "info_fields.h"
 #include "names.h"
 #include "number.h"
+#include "parameter_measures.h"
+#include "walk_strides.h"
+#include "walk_summary.h"
 
 #include <gait/version.h>
 
 #include <nlohmann/json.hpp>
 
+#include <cstddef>
+#include <list>
 #include <optional>
 #include <string>
 #include <string_view>
+#include <type_traits>
 #include <utility>
 #include <vector>
 
@@ -25,97 +31,206 @@ json number(const std::optional<double>& value) {
   return value ? json(shown_value(*value)) : json(nullptr);
 }
 
-json json_info(const walk_statistics& walk) {
-  json object = json::object();
-  for_each_field(walk.info(), [&](const char* name, const auto& value) { object[name] = value; });
-  if (!walk.recording_length_is_known) {
-    object["recording_duration"] = nullptr;
-  }
-  return object;
-}
-
-json json_about(const walk_statistics& walk) {
-  json list = json::array();
-  for (const auto& row : walk.about) {
-    list.push_back({{"name", row.name}, {"value", row.value}});
-  }
-  return list;
+template <class Value>
+json value_or_null(const std::optional<Value>& value) {
+  return value ? json(*value) : json(nullptr);
 }
 
 /// A text, or null for an empty one.
 json text_or_null(std::string_view text) { return text.empty() ? json(nullptr) : json(text); }
 
-json json_places(const walk_statistics& walk, const gait_checks::finding& finding) {
+template <class Items, class AsJson>
+json list_of(const Items& items, AsJson as_json) {
   json list = json::array();
-  for (const auto& place : finding.places) {
-    const auto line = line_of(walk, place);
-    list.push_back({{"foot", text_or_null(place.foot)},
-                    {"index", place.index},
-                    {"line", line ? json(*line) : json(nullptr)}});
+  for (const auto& item : items) {
+    list.push_back(as_json(item));
   }
   return list;
+}
+
+// --- The walk
+
+json json_about(const walk_statistics& walk) {
+  return list_of(walk.about, [](const auto& row) {
+    return json{{"name", row.name}, {"value", row.value}};
+  });
+}
+
+json json_sum(const measured_sum& sum) {
+  return {{"sum", number(sum.sum)}, {"cycles", sum.cycles}, {"cycles_without", sum.without}};
+}
+
+json json_summary(const walk_summary& summary) {
+  return {{"in_the_statistics", summary.in_the_statistics},
+          {"left_out", summary.left_out},
+          {"why_the_accounting_differs", text_or_null(summary.why_they_differ)},
+          {"time", json_sum(summary.time)},
+          {"distance", json_sum(summary.distance)},
+          {"total_distance", json_sum(summary.total_distance)}};
+}
+
+json json_reasons(const counted_reasons& reasons) {
+  return list_of(reasons, [](const auto& counted) {
+    return json{{"reason", text_or_null(counted.first)}, {"count", counted.second}};
+  });
+}
+
+json json_feet(const walk_strides& strides) {
+  return list_of(strides.sides, [](const side_strides& side) {
+    return json{
+        {"foot", name_of(side.side.foot)}, {"strides", side.strides.size()},
+        {"included", side.included},       {"left_out", side.left_out},
+        {"unlinked", side.unlinked},       {"reasons", json_reasons(side.left_out_reasons)}};
+  });
+}
+
+json json_accounting(const walk_statistics& walk, const walk_strides& strides,
+                     const walk_summary& summary) {
+  const auto measured = measured_fields(walk, strides);
+  json object = json::object();
+  for_each_field(walk.info(), [&](const char* name, const auto& value, const char* /*unit*/) {
+    if constexpr (std::is_same_v<std::decay_t<decltype(value)>, double>) {
+      object[name] = number(measured.at(name));
+    } else {
+      object[name] = value;
+    }
+  });
+  object["kinds"] = list_of(summary.kinds, [](const accounted_kind& kind) {
+    return json{{"kind", kind.kind},
+                {"is_fallback", kind.is_fallback},
+                {"cycles", kind.cycles},
+                {"time", json_sum(kind.time)},
+                {"reasons", json_reasons(kind.reasons)},
+                {"label", kind.label},
+                {"note", text_or_null(kind.note)}};
+  });
+  return object;
+}
+
+json json_exclusions(const walk_strides& strides) {
+  return list_of(strides.exclusions, [](const listed_exclusion& exclusion) {
+    const auto& effect = gait_walk::words_of(exclusion.effect);
+    return json{{"list", name_of(exclusion.list)},
+                {"index", exclusion.index},
+                {"reason", text_or_null(exclusion.reason)},
+                {"effect", effect.name},
+                {"effect_in_words", effect.in_words}};
+  });
+}
+
+// --- Strides and cycles, column by column: position i is stride i
+
+template <class Cycle>
+void add_status(json& object, const walk_strides& walk, const std::vector<Cycle>& cycles) {
+  object["status"] =
+      list_of(cycles, [](const Cycle& cycle) { return json(gait_walk::name_of(cycle.status)); });
+  object["reason"] = list_of(cycles, [&](const Cycle& cycle) {
+    const auto* exclusion = left_out_by(walk, cycle);
+    return exclusion == nullptr ? json(nullptr) : text_or_null(exclusion->reason);
+  });
+  object["exclusions"] = list_of(cycles, [](const Cycle& cycle) { return json(cycle.exclusions); });
+  object["line"] = list_of(cycles, [](const Cycle& cycle) { return value_or_null(cycle.line); });
+}
+
+/// The values of a foot by parameter. Those of both feet stand with the two-feet cycles.
+json json_values(const std::vector<walk_stride>& strides, bool both_feet) {
+  const auto parameters = list_parameters_of(both_feet);
+  std::vector<json> columns(parameters.size(), json::array());
+  for (const walk_stride& stride : strides) {
+    const auto values = values_of(stride, both_feet);
+    for (std::size_t i = 0; i < columns.size(); ++i) {
+      columns[i].push_back(number(values[i]));
+    }
+  }
+  json object = json::object();
+  for (std::size_t i = 0; i < columns.size(); ++i) {
+    if (!is_of_both_feet(parameters[i])) {
+      object[parameters[i].key] = std::move(columns[i]);
+    }
+  }
+  return object;
+}
+
+json json_strides(const walk_strides& walk, bool both_feet) {
+  return list_of(walk.sides, [&](const side_strides& side) {
+    json object = {{"foot", name_of(side.side.foot)}};
+    const auto column = [&](const char* name, auto as_json) {
+      object[name] = list_of(side.strides, as_json);
+    };
+    column("start", [](const walk_stride& stride) { return json(stride.start); });
+    column("end", [](const walk_stride& stride) { return json(stride.end); });
+    add_status(object, walk, side.strides);
+    column("two_feet_cycle", [](const walk_stride& stride) {
+      return stride.cycle == nullptr ? json(nullptr) : json(stride.cycle->index);
+    });
+    column("partner", [](const walk_stride& stride) { return value_or_null(stride.partner); });
+    object["values"] = json_values(side.strides, both_feet);
+    return object;
+  });
+}
+
+/// Null where one foot is analysed, which has no such cycles.
+json json_two_feet_cycles(const walk_strides& walk, bool both_feet) {
+  if (!both_feet) {
+    return nullptr;
+  }
+  json object = json::object();
+  const auto column = [&](const char* name, auto as_json) {
+    object[name] = list_of(walk.cycles, as_json);
+  };
+  column("right", [](const two_feet_cycle& cycle) { return value_or_null(cycle.right); });
+  column("left", [](const two_feet_cycle& cycle) { return value_or_null(cycle.left); });
+  column("gct", [](const two_feet_cycle& cycle) { return number(if_measured(cycle.values->gct)); });
+  column("DS", [](const two_feet_cycle& cycle) { return number(if_measured(cycle.values->ds)); });
+  add_status(object, walk, walk.cycles);
+  column("asymmetry", [](const two_feet_cycle& cycle) { return number(cycle.swing_asymmetry); });
+  column("asymmetry_percent",
+         [](const two_feet_cycle& cycle) { return number(cycle.swing_asymmetry_percent); });
+  return object;
+}
+
+// --- What was found
+
+json json_places(const walk_statistics& walk, const gait_checks::finding& finding) {
+  return list_of(finding.places, [&](const auto& place) {
+    return json{{"foot", text_or_null(place.foot)},
+                {"index", place.index},
+                {"line", value_or_null(line_of(walk, place))}};
+  });
 }
 
 json json_findings(const walk_statistics& walk) {
-  json list = json::array();
-  for (const auto& finding : walk.findings) {
-    list.push_back({{"check", finding.check},
-                    {"table", finding.table},
-                    {"column", finding.column},
-                    {"broken", finding.broken},
-                    {"compared", finding.compared},
-                    {"counted", finding.counted},
-                    {"text", finding.text},
-                    {"guess", text_or_null(finding.guess)},
-                    {"usual_cause", finding.usual_cause},
-                    {"places", json_places(walk, finding)}});
-  }
-  return list;
+  return list_of(walk.findings, [&](const auto& finding) {
+    return json{{"check", finding.check},
+                {"table", finding.table},
+                {"column", finding.column},
+                {"broken", finding.broken},
+                {"compared", finding.compared},
+                {"counted", finding.counted},
+                {"text", finding.text},
+                {"guess", text_or_null(finding.guess)},
+                {"usual_cause", finding.usual_cause},
+                {"sentence", in_words(finding, walk)},
+                {"places", json_places(walk, finding)}};
+  });
 }
 
 json json_notes(const walk_statistics& walk) {
-  json list = json::array();
-  for (const auto& note : walk.notes) {
-    list.push_back({{"name", note.name}, {"text", note.text}, {"source", note.source}});
-  }
-  return list;
+  return list_of(walk.notes, [](const auto& note) {
+    return json{{"name", note.name}, {"text", note.text}, {"source", note.source}};
+  });
 }
 
-json json_feet(const std::vector<reported_side>& sides) {
-  json list = json::array();
-  for (const auto& side : sides) {
-    list.push_back({{"foot", name_of(side.foot)}, {"cycles", side.cycles}});
-  }
-  return list;
-}
+// --- Parameters
 
-json json_stride_lengths(const stride_length_gaps& gaps) {
-  return {{"cycles", gaps.cycles},
-          {"cycles_without", gaps.without},
-          {"included_cycles", gaps.included},
-          {"included_cycles_without", gaps.included_without}};
-}
-
-enum class minus_one { is_missing, is_a_number };
-
-json json_values(const std::vector<double>& values, minus_one meaning) {
-  json list = json::array();
-  for (const double value : values) {
-    const bool missing = meaning == minus_one::is_missing && gait_is_missing(value);
-    list.push_back(missing ? json(nullptr) : json(shown_value(value)));
-  }
-  return list;
-}
-
-json json_parameter(const std::string& parameter, const json& side,
-                    const gait_statistics_parameter& record, const computed_statistics& statistics,
-                    json values) {
+json json_parameter(const std::string& parameter, std::string_view side,
+                    const std::string& description, const std::string& unit, int decimals,
+                    const computed_statistics& statistics, const parameter_measures& measures) {
   return {{"parameter", parameter},
           {"side", side},
-          {"valid", record.valid},
-          {"description", record.description},
-          {"unit", record.unit},
-          {"decimals", record.decimals},
+          {"description", description},
+          {"unit", unit},
+          {"decimals", decimals},
           {"n", statistics.n},
           {"mean", number(statistics.mean)},
           {"median", number(statistics.median)},
@@ -124,51 +239,145 @@ json json_parameter(const std::string& parameter, const json& side,
           {"min", number(statistics.min)},
           {"max", number(statistics.max)},
           {"cv", number(statistics.cv)},
-          {"asymmetry_enabled", record.asymmetry_enabled},
           {"asymmetry", number(statistics.ratio)},
-          {"values", std::move(values)}};
+          {"q1", number(measures.q1)},
+          {"q3", number(measures.q3)},
+          {"p5", number(measures.p5)},
+          {"p95", number(measures.p95)},
+          {"effective_n", number(measures.effective_strides)},
+          {"standard_error", number(measures.standard_error)},
+          {"symmetry_index", number(measures.symmetry_index)}};
+}
+
+void add_swing_asymmetry(json& parameters, const walk_statistics& walk) {
+  const auto* record = swing_asymmetry_record(walk);
+  const auto percent = swing_asymmetry_in_percent(walk);
+  if (record == nullptr || !percent) {
+    return;
+  }
+  computed_statistics in_percent;
+  in_percent.n = percent->n;
+  in_percent.mean = percent->mean;
+  in_percent.std = percent->sd;
+  const auto add = [&](const std::string& key, const std::string& unit,
+                       const computed_statistics& statistics) {
+    json parameter = json_parameter(key, both_sides, swing_asymmetry_description, unit,
+                                    record->decimals, statistics, {});
+    parameter["note"] = nullptr;
+    parameter["direction"] = statistics.mean
+                                 ? text_or_null(gait_measures::direction_in_words(*statistics.mean))
+                                 : json(nullptr);
+    parameters[key] = std::move(parameter);
+  };
+  add(swing_asymmetry_key, swing_asymmetry_unit(walk), swing_asymmetry_of(*record));
+  add(swing_asymmetry_percent_key, "%", in_percent);
 }
 
 json json_parameters(const walk_statistics& walk) {
   json object = json::object();
+  const auto measures = measures_of(walk);
+  for (const auto& parameter : parameters_of(walk)) {
+    const listed_parameter& row = parameter.row;
+    for (const auto& side : parameter.sides) {
+      json shown = json_parameter(row.key, name_of(side.side->foot), row.description, row.unit,
+                                  row.decimals, side.statistics, measures.at(side.key));
+      shown["note"] = text_or_null(parameter.why_none);
+      shown["direction"] = nullptr;
+      object[side.key] = std::move(shown);
+    }
+  }
+  add_swing_asymmetry(object, walk);
+  return object;
+}
+
+// --- As the library has it
+
+json json_record(const gait_statistics_parameter& record) {
+  return {{"valid", record.valid},
+          {"description", record.description},
+          {"unit", record.unit},
+          {"decimals", record.decimals},
+          {"mean", record.mean},
+          {"median", record.median},
+          {"std", record.std},
+          {"iqr", record.iqr},
+          {"min", record.min},
+          {"max", record.max},
+          {"cv", record.cv},
+          {"asymmetry_enabled", record.asymmetry_enabled},
+          {"asymmetry", record.asymmetry}};
+}
+
+/// Every field of the library's records but the values, which stand with the strides.
+json json_as_computed(const walk_statistics& walk) {
+  json info = json::object();
+  for_each_field(walk.info(), [&](const char* name, const auto& value, const char* /*unit*/) {
+    info[name] = value;
+  });
+  json records = json::object();
   for (const auto& parameter : parameters_of(walk)) {
     for (const auto& side : parameter.sides) {
-      object[side.key] =
-          json_parameter(parameter.row.key, name_of(side.side->foot), *side.record, side.statistics,
-                         json_values(side.record->values, minus_one::is_missing));
+      records[side.key] = json_record(*side.record);
     }
   }
   if (const auto* asymmetry = swing_asymmetry_record(walk)) {
-    object[swing_asymmetry_key] =
-        json_parameter(swing_asymmetry_key, nullptr, *asymmetry, swing_asymmetry_of(*asymmetry),
-                       json_values(asymmetry->values, minus_one::is_a_number));
+    records[swing_asymmetry_key] = json_record(*asymmetry);
   }
-  return object;
+  return {{"info", std::move(info)},
+          {"parameters", std::move(records)},
+          {"quality_flags", walk.result().quality_flags}};
+}
+
+/// The unit of every figure that does not stand beside its own.
+json json_units() {
+  json units = {{"start", "seconds"},
+                {"end", "seconds"},
+                {"time", "seconds"},
+                {"distance", "meters"},
+                {"sampling_rate", "Hz"}};
+  for_each_field(gait_statistics_info(), [&](const char* name, const auto&, const char* unit) {
+    if (*unit != '\0') {
+      units[name] = unit;
+    }
+  });
+  for (const auto& parameter : list_parameters_of(true)) {
+    units[parameter.key] = parameter.unit;
+  }
+  units[swing_asymmetry_percent_key] = "%";
+  units["cv"] = "%";
+  units["symmetry_index"] = "%";
+  return units;
 }
 
 }  // namespace
 
 json json_walk(const walk_statistics& walk) {
+  const walk_strides strides = strides_of(walk);
+  const walk_summary summary = summary_of(walk, strides);
   return {{"walk", walk.name},
           {"about", json_about(walk)},
           {"analysed", words_of(walk.analysed).in_words},
-          {"feet", json_feet(walk.sides)},
           {"sampling_rate", walk.sampling_rate},
           {"settings_value", walk.settings_value},
-          {"info", json_info(walk)},
-          {"stride_lengths", json_stride_lengths(walk.stride_lengths)},
+          {"summary", json_summary(summary)},
+          {"feet", json_feet(strides)},
+          {"accounting", json_accounting(walk, strides, summary)},
+          {"exclusions", json_exclusions(strides)},
           {"quality_flags", walk.result().quality_flags},
           {"quality_flags_in_words", quality_flags_in_words(walk)},
           {"findings", json_findings(walk)},
           {"notes", json_notes(walk)},
-          {"parameters", json_parameters(walk)}};
+          {"parameters", json_parameters(walk)},
+          {"strides", json_strides(strides, walk.both_feet())},
+          {"two_feet_cycles", json_two_feet_cycles(strides, walk.both_feet())},
+          {"as_computed", json_as_computed(walk)}};
 }
 
-std::string json_document(std::vector<json> walks) {
-  json document = {{"version", GAIT_STATISTICS_VERSION}};
+std::string json_document(std::vector<json> walks, json_layout layout) {
+  json document = {{"version", GAIT_STATISTICS_VERSION}, {"units", json_units()}};
   document["walks"] = std::move(walks);
   // A folder's name need not be UTF-8, which JSON must be.
-  return document.dump(2, ' ', false, json::error_handler_t::replace) + "\n";
+  return document.dump(layout == json_layout::indented ? 2 : -1, ' ', false, json::error_handler_t::replace) + "\n";
 }
 
 }  // namespace gait_report

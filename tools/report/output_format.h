@@ -2,7 +2,7 @@
 #define TOOLS_REPORT_OUTPUT_FORMAT_H
 
 /// \file
-/// The forms in which results are written.
+/// The forms in which results are written, and the tables of CSV.
 
 #include "names.h"
 
@@ -11,6 +11,9 @@
 namespace gait_report {
 
 enum class output_format { table, csv, json, html };
+
+/// The tables that CSV has: a row for each parameter and side, for each walk, or for each stride.
+enum class csv_table { parameters, walks, strides };
 
 }  // namespace gait_report
 
@@ -21,5 +24,11 @@ inline constexpr auto gait_walk::names<gait_report::output_format> =
          {gait_report::output_format::csv, "csv"},
          {gait_report::output_format::json, "json"},
          {gait_report::output_format::html, "html"}}};
+template <>
+inline constexpr auto gait_walk::names<gait_report::csv_table> =
+    std::array<gait_walk::named<gait_report::csv_table>, 3>{
+        {{gait_report::csv_table::parameters, "parameters"},
+         {gait_report::csv_table::walks, "walks"},
+         {gait_report::csv_table::strides, "strides"}}};
 
 #endif

@@ -241,6 +241,10 @@ bool computed_parameter::has_telling_ratio() const {
          (*sides[0].statistics.mean > 0.0) == (*sides[1].statistics.mean > 0.0);
 }
 
+std::string swing_asymmetry_unit(const walk_statistics& walk) {
+  return "% x " + std::to_string(walk.sampling_rate) + " Hz / 100 Hz";
+}
+
 const gait_statistics_parameter* swing_asymmetry_record(const walk_statistics& walk) {
   return walk.both_feet() ? &walk.result().statistics.parameters.at(swing_asymmetry_key) : nullptr;
 }

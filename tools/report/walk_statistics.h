@@ -111,8 +111,15 @@ struct computed_parameter {
 /// Every parameter of the walk in the catalogue's order. The records are the walk's.
 std::vector<computed_parameter> parameters_of(const walk_statistics& walk);
 
-/// The key of the swing asymmetry.
+/// The key of the swing asymmetry, and the name under which it is shown in percent.
 inline constexpr const char* swing_asymmetry_key = "asymmetry";
+inline constexpr const char* swing_asymmetry_percent_key = "asymmetry_percent";
+inline constexpr const char* swing_asymmetry_description = "Swing asymmetry";
+/// The side of what belongs to both.
+inline constexpr const char* both_sides = "both";
+
+/// The unit of the swing asymmetry as the library scales it: "% x 300 Hz / 100 Hz".
+std::string swing_asymmetry_unit(const walk_statistics& walk);
 
 /// The swing asymmetry's record; null when one foot was analysed alone.
 const gait_statistics_parameter* swing_asymmetry_record(const walk_statistics& walk);

@@ -1,5 +1,7 @@
 #include "walk_strides.h"
 
+#include "parameter_measures.h"
+
 #include <gait/catalogue.h>
 
 #include <algorithm>
@@ -179,24 +181,28 @@ void count(side_strides& side, const walk_strides& walk) {
   }
 }
 
-/// The swing asymmetries were computed of the included cycles whose swings are above 0, in their
-/// order.
+/// The library's values are those of the cycles that have one, in order; those in percent have an
+/// entry for each included cycle.
 void add_swing_asymmetries(std::vector<two_feet_cycle>& cycles, const walk_statistics& walk) {
   const auto& values = swing_asymmetry_record(walk)->values;
-  auto value = values.begin();
+  const auto percent = swing_asymmetry_in_percent(walk)->values;
+  std::size_t next_value = 0;
+  std::size_t next_percent = 0;
   for (two_feet_cycle& cycle : cycles) {
+    if (cycle.status != stride_status::included) {
+      continue;
+    }
+    if (next_percent < percent.size()) {
+      cycle.swing_asymmetry_percent = percent[next_percent++];
+    }
     const gait_foot_cycle* const right = cycle.values->right_cycle;
     const gait_foot_cycle* const left = cycle.values->left_cycle;
-    const bool has_one = cycle.status == stride_status::included && right != nullptr &&
-                         left != nullptr && right->swing > 0.0 && left->swing > 0.0;
-    if (has_one && value != values.end()) {
-      cycle.swing_asymmetry = *value++;
+    const bool has_one =
+        right != nullptr && left != nullptr && right->swing > 0.0 && left->swing > 0.0;
+    if (has_one && next_value < values.size()) {
+      cycle.swing_asymmetry = values[next_value++];
     }
   }
-}
-
-std::optional<double> if_measured(double value) {
-  return gait_is_missing(value) ? std::nullopt : std::optional(value);
 }
 
 }  // namespace
@@ -228,6 +234,10 @@ walk_strides strides_of(const walk_statistics& walk) {
     count(side, strides);
   }
   return strides;
+}
+
+std::optional<double> if_measured(double value) {
+  return gait_is_missing(value) ? std::nullopt : std::optional(value);
 }
 
 std::vector<std::optional<double>> values_of(const walk_stride& stride, bool both_feet) {

@@ -51,9 +51,9 @@ struct two_feet_cycle {
   std::optional<std::size_t> line;          ///< of feet_cycles.csv
   stride_status status = stride_status::included;
   std::vector<std::size_t> exclusions;  ///< which of walk_strides::exclusions name it, in order
-  /// The swing asymmetry as the library scales it, of an included cycle whose two swings are above
-  /// 0.
-  std::optional<double> swing_asymmetry;
+  /// The swing asymmetry of an included cycle whose two swings are above 0: as the library scales
+  /// it, and in percent.
+  std::optional<double> swing_asymmetry, swing_asymmetry_percent;
 };
 
 /// A stride of one foot.
@@ -104,6 +104,9 @@ walk_strides strides_of(const walk_statistics& walk);
 /// Double support is that of the two-feet cycle that links the stride. Half of a stride length that
 /// was not measured is not measured.
 std::vector<std::optional<double>> values_of(const walk_stride& stride, bool both_feet);
+
+/// The value, or nullopt where it is gait_missing.
+std::optional<double> if_measured(double value);
 
 /// Whether a parameter is one of the two feet together, with the same values on both sides.
 bool is_of_both_feet(const listed_parameter& parameter);

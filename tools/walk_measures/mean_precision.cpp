@@ -32,60 +32,73 @@ bool rise(const std::vector<int>& positions) {
          positions.end();
 }
 
-/// The deviations of strides from their mean, by their position from the first stride on.
+/// The deviations of strides from their mean, by their position from the first stride on. A gap
+/// deviates by 0, so that it adds nothing to a sum of products.
 class deviations {
 public:
   deviations(const std::vector<double>& sample, const std::vector<int>& positions) {
     const auto place = [&](int position) {
       return static_cast<std::size_t>(std::int64_t{position} - positions.front());
     };
-    deviations_.resize(place(positions.back()) + 1, 0.0);
-    is_measured_.resize(deviations_.size(), 0);
+    single_.resize(place(positions.back()) + 1, 0.0);
+    is_measured_.resize(single_.size(), false);
     const double mean =
         std::accumulate(sample.begin(), sample.end(), 0.0) / static_cast<double>(sample.size());
     for (std::size_t i = 0; i < sample.size(); ++i) {
-      deviations_[place(positions[i])] = sample[i] - mean;
-      is_measured_[place(positions[i])] = 1;
+      single_[place(positions[i])] = sample[i] - mean;
+      is_measured_[place(positions[i])] = true;
     }
+    with_next_ = single_;
+    std::transform(single_.begin() + 1, single_.end(), single_.begin(), with_next_.begin(),
+                   std::plus<>());
   }
 
-  std::size_t size() const { return deviations_.size(); }
+  /// How many positions the strides span.
+  std::size_t span() const { return single_.size(); }
 
-  /// The sum of the products of all strides that are `lag` apart. A gap deviates by 0 and adds
-  /// nothing.
-  double products(std::size_t lag) const {
+  double squares() const { return products(single_, 0); }
+
+  /// The products of strides that are `lag` apart and of strides that are one more apart, added up.
+  /// Each stride meets the sum of both others, which is half the work.
+  double pair_of_lags(std::size_t lag) const { return products(with_next_, lag); }
+
+  /// Whether any two measured strides are `lag` apart.
+  bool has_pairs(std::size_t lag) const {
+    for (std::size_t i = lag; i < span(); ++i) {
+      if (is_measured_[i - lag] && is_measured_[i]) {
+        return true;
+      }
+    }
+    return false;
+  }
+
+private:
+  double products(const std::vector<double>& later, std::size_t lag) const {
     double sum = 0.0;
-    for (std::size_t i = lag; i < deviations_.size(); ++i) {
-      sum += gait_detail::rounded_product(deviations_[i - lag], deviations_[i]);
+    for (std::size_t i = lag; i < span(); ++i) {
+      sum += gait_detail::rounded_product(single_[i - lag], later[i]);
     }
     return sum;
   }
 
-  /// Whether any two measured strides are `lag` apart.
-  bool has_pairs(std::size_t lag) const {
-    return lag < size() &&
-           std::inner_product(is_measured_.begin() + static_cast<std::ptrdiff_t>(lag),
-                              is_measured_.end(), is_measured_.begin(), 0) > 0;
-  }
-
-private:
-  std::vector<double> deviations_;
-  std::vector<unsigned char> is_measured_;
+  std::vector<double> single_;
+  std::vector<double> with_next_;  ///< each added to the one after it
+  std::vector<bool> is_measured_;
 };
 
-/// 1 + 2 * the sum of the autocorrelations, over the initial positive sequence.
+/// 1 + 2 * the sum of the autocorrelations, over the initial positive sequence. The first pair, of
+/// lags 0 and 1, holds the squares themselves.
 double autocorrelation_time(const deviations& strides) {
-  const double squares = strides.products(0);
-  double sum = squares + strides.products(1);
-  for (std::size_t lag = 2; lag < strides.size(); lag += 2) {
-    const double pair = strides.products(lag) + strides.products(lag + 1);
+  double sum = 0.0;
+  for (std::size_t lag = 0; lag < strides.span(); lag += 2) {
+    const double pair = strides.pair_of_lags(lag);
     if (pair > 0.0) {
       sum += pair;
     } else if (strides.has_pairs(lag) || strides.has_pairs(lag + 1)) {
       break;
     }
   }
-  return 2.0 * (sum / squares) - 1.0;
+  return 2.0 * (sum / strides.squares()) - 1.0;
 }
 
 }  // namespace
@@ -105,7 +118,7 @@ std::optional<mean_precision> precision_of_mean(const std::vector<double>& value
     return std::nullopt;
   }
   const deviations strides(sample, measured);
-  const double squares = strides.products(0);
+  const double squares = strides.squares();
   // Values may lie so near to or far from one another that no double holds their squares.
   if (!(squares > 0.0) || !std::isfinite(squares)) {
     return std::nullopt;
