@@ -27,6 +27,20 @@ const char* name_of(direction direction) {
   return "right";
 }
 
+/// Slanted lines over the width of any plot and the height of a box. They are lines because a
+/// browser prints a pattern as a bitmap.
+std::string hatching() {
+  constexpr int height = 16;
+  constexpr int apart = 5;
+  constexpr int width = 2000;
+  std::string lines;
+  for (int x = -height; x < width; x += apart) {
+    lines += "M" + std::to_string(x) + " " + std::to_string(height) + "l" +
+             std::to_string(height) + "-" + std::to_string(height);
+  }
+  return lines;
+}
+
 }  // namespace
 
 std::string coordinate(double value) {
@@ -124,14 +138,14 @@ std::string plot(const char* css_class, double height, std::string_view label,
   return text + around + "</svg>";
 }
 
-std::string arrow_definitions() {
+std::string definitions() {
   return R"(<svg class="definitions" width="0" height="0" aria-hidden="true"><defs>)"
          R"(<path id="up" d="M0 0l3 5h-2v4h-2v-4h-2z"/>)"
          R"(<path id="down" d="M0 0l3-5h-2v-4h-2v4h-2z"/>)"
          R"(<path id="left" d="M0 0l7-4v8z"/>)"
          R"(<path id="right" d="M0 0l-7-4v8z"/>)"
-         R"(<pattern id="hatch" width="5" height="5" patternUnits="userSpaceOnUse">)"
-         R"(<path class="hatching" d="M-1 1l2-2M0 5l5-5M4 6l2-2"/></pattern></defs></svg>)";
+         R"(<path id="hatching" d=")" +
+         hatching() + R"("/></defs></svg>)";
 }
 
 std::string arrow(direction direction, double x, double y) {

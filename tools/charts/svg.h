@@ -59,8 +59,9 @@ private:
 std::string plot(const char* css_class, double height, std::string_view label,
                  const std::string& stretched, const std::string& around);
 
-/// The arrows for what lies beyond a scale, to be defined once in a document before any plot.
-std::string arrow_definitions();
+/// What plots refer to, to stand once in a document before them: the arrows for what lies beyond a
+/// scale, and the lines of hatched boxes.
+std::string definitions();
 
 enum class direction { up, down, left, right };
 

@@ -20,6 +20,8 @@ constexpr double wide_plot = 680.0;
 constexpr double letter = 6.5;
 constexpr double between_notes = 10.0;
 
+constexpr const char* hatching = "<use class=\"hatching\" href=\"#hatching\"/>";
+
 const char* name_of(filling look) {
   switch (look) {
     case filling::full:
@@ -64,7 +66,13 @@ std::string draw_box(const box& box, const linear_scale& x, double top) {
   std::string text = std::string("<rect class=\"") + name_of(box.look) + "\" x=\"" + percent(left) +
                      "\" y=\"" + coordinate(top) + "\" width=\"" + percent(width) +
                      "\" height=\"" + coordinate(box_height) + "\"";
+  const std::string lines =
+      box.look == filling::hatched
+          ? "<svg x=\"" + percent(left) + "\" y=\"" + coordinate(top) + "\" width=\"" +
+                percent(width) + "\" height=\"" + coordinate(box_height) + "\">" + hatching + "</svg>"
+          : "";
   text += box.title.empty() ? "/>" : "><title>" + escaped(box.title) + "</title></rect>";
+  text += lines;
   if (box.is_marked) {
     text += element("circle", {{"class", "mark"},
                                {"cx", percent(left + width / 2.0)},
@@ -135,7 +143,11 @@ std::string draw(const time_line& time_line) {
 std::string sample_box(filling look) {
   return std::string("<svg class=\"sample\" width=\"22\" height=\"12\" aria-hidden=\"true\">"
                      "<rect class=\"") +
-         name_of(look) + "\" x=\"1\" y=\"1\" width=\"20\" height=\"10\"/></svg>";
+         name_of(look) + "\" x=\"1\" y=\"1\" width=\"20\" height=\"10\"/>" +
+         (look == filling::hatched
+              ? std::string("<svg x=\"1\" y=\"1\" width=\"20\" height=\"10\">") + hatching + "</svg>"
+              : "") +
+         "</svg>";
 }
 
 }  // namespace gait_charts

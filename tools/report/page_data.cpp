@@ -697,7 +697,7 @@ page_data data_of_page(const std::vector<listed_walk>& listed, const std::string
   }
   object data = every_document(true);
   data["title"] = plural_title(listed);
-  data["arrow_definitions"] = gait_charts::arrow_definitions();
+  data["definitions"] = gait_charts::definitions();
   data["contents"] = contents;
   data["walks_in_full"] = walks_in_full;
   data["terms"] = explained;

@@ -199,7 +199,8 @@ std::vector<gait_charts::time_note> reasons_over_time(const shown_walk& shown) {
       const auto* exclusion = left_out_by(shown.strides, stride);
       if (exclusion != nullptr) {
         const std::string text = shortened(shown_reason(*exclusion));
-        const bool goes_on = before != nullptr && before->reason == exclusion->reason;
+        const bool goes_on = before != nullptr && before->reason == exclusion->reason &&
+                             stride.start <= notes.back().x.to;
         if (goes_on) {
           notes.back().x.to = stride.end;
         } else {

@@ -70,7 +70,8 @@
 
   function strideInWords(side, stride) {
     const reason = stride.reason ? `: ${stride.reason}` : "";
-    return `${side} stride ${stride.index}, ${rounded(stride.start, 2)} to ` +
+    const name = side[0].toUpperCase() + side.slice(1);
+    return `${name} stride ${stride.index}, ${rounded(stride.start, 2)} to ` +
         `${rounded(stride.end, 2)} s, ${stride.status}${reason}`;
   }
 
@@ -198,6 +199,7 @@
 
     constructor(details, walk, keys) {
       this.walk = walk;
+      this.name = details.closest("article").querySelector(".largest").textContent;
       this.keys = keys;
       this.strides = walk.sides.flatMap(
           (side) => side.strides.map((stride) => ({side: side.name, stride})));
@@ -226,7 +228,7 @@
       scroll.className = "scroll";
       scroll.tabIndex = 0;
       scroll.setAttribute("role", "region");
-      scroll.setAttribute("aria-label", "The values of every stride");
+      scroll.setAttribute("aria-label", `The values of every stride of ${this.name}`);
       scroll.append(table);
       this.holder.replaceChildren(this.pager(first, last), scroll);
     }
