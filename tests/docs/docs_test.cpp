@@ -120,21 +120,26 @@ TEST(Output, ShowsTheFirstRowsOfTheTable) {
   EXPECT_EQ(output_of(command).rfind(shown, 0), 0U) << shown;
 }
 
-TEST(Output, NamesEveryKeyOfTheDocument) {
-  const std::string command = "cd " + quoted(GAIT_PROJECT_FOLDER) + " && " + quoted(GAIT_PROGRAM) +
-                              " --format json examples/walks/two_feet_turn";
-  const std::string json = output_of(command);
+/// The tables of the page, by the name of their comment, and how each is printed. scripts/update-docs
+/// reads the same comments.
+TEST(Output, HoldsEveryColumnAndEveryKey) {
   const std::string whole = page("docs/output.md");
-  // Those of a walk and of its parameters; the ones between are fields of a record, or what the
-  // page says in words.
-  const std::regex key("\n(?: {6}| {10})\"(\\w+)\": ");
-  std::set<std::string> unnamed;
-  for (std::sregex_iterator at(json.begin(), json.end(), key), end; at != end; ++at) {
-    if (whole.find("`" + (*at)[1].str() + "`") == std::string::npos) {
-      unnamed.insert((*at)[1]);
-    }
+  const std::regex comment("<!-- (csv|json) (\\w+): printed by tests/docs/print_outputs.cpp -->\n");
+  std::size_t tables = 0;
+  for (std::sregex_iterator at(whole.begin(), whole.end(), comment), end; at != end; ++at) {
+    const std::string what = (*at)[1];
+    const std::string name = (*at)[2];
+    const std::string schema =
+        what == "json" ? " " + quoted(GAIT_PROJECT_FOLDER "/docs/output.schema.json") : "";
+    std::string command = quoted(GAIT_PRINT_OUTPUTS);
+    command += " " + what + " " + name + schema;
+    EXPECT_EQ(whole.substr(static_cast<std::size_t>(at->position() + at->length()))
+                  .rfind(output_of(command) + "<!-- end of " + name + " -->", 0),
+              0U)
+        << name << ": run scripts/update-docs";
+    ++tables;
   }
-  EXPECT_EQ(unnamed, std::set<std::string>());
+  EXPECT_EQ(tables, 16U);
 }
 
 TEST(Parameters, ArePrintedFromTheCatalogue) {

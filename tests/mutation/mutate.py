@@ -2,10 +2,10 @@
 
     mutate.py [--check] [--jobs J] [--only TEXT] [LIST...]
 
-A list (library.toml, walk_folder.toml, walk_measures.toml; none named: all) holds the faults.
---check only looks whether each can still be put in. --only takes the faults whose file or lines
-contain TEXT. Exits with 1 when a fault is noticed by no test and not explained, or explained and
-noticed.
+A list (library.toml, walk_folder.toml, walk_measures.toml, report.toml; none named: all) holds the
+faults. --check only looks whether each can still be put in. --only takes the faults whose file or
+lines contain TEXT. Exits with 1 when a fault is noticed by no test and not explained, or explained
+and noticed.
 """
 
 import argparse
@@ -57,6 +57,11 @@ STAGES = {
             "walk_folder_test",
             ["tests/tools/walk_folder_test", "--gtest_brief=1", "--gtest_fail_fast"],
         ),
+        EVERYTHING,
+    ],
+    "report": [
+        ("report_test", ["tests/tools/report_test", "--gtest_brief=1", "--gtest_fail_fast"]),
+        ("tests/tools/all", [*CTEST, "tests/tools"]),
         EVERYTHING,
     ],
     "walk_measures": [

@@ -203,7 +203,7 @@ def check_walk(program, folder, copy, verbose):
                   f"{finding['broken']} of {finding['compared']} {finding['counted']}")
     broken = {finding["check"] for finding in as_it_is["findings"]}
     assert broken <= KNOWN, (folder, broken)
-    included = as_it_is["info"]["cycles"]
+    included = as_it_is["accounting"]["cycles"]
     covered, wrong = set(), []
     if len(included) < FEWEST_STRIDES:
         return covered, wrong

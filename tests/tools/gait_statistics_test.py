@@ -165,15 +165,18 @@ class Report(ProgramTest):
 
     def test_shows_a_swing_asymmetry_of_minus_one_as_a_number(self):
         walk = self.walk(left=strides(6, swing=49.5), right=strides(6, swing=50.5))
-        self.assertIn("mean -1.000, SD 0.000, n 6 strides", self.output(walk))
-        asymmetry = self.json_walk(walk)["parameters"]["asymmetry"]
-        self.assertEqual((asymmetry["mean"], asymmetry["values"], asymmetry["n"]),
-                         (-1.0, [-1.0] * 6, 6))
+        self.assertIn("mean -1.000 % (right swing longer), SD 0.000, n 6 strides",
+                      self.output(walk))
+        as_json = self.json_walk(walk)
+        asymmetry = as_json["parameters"]["asymmetry"]
+        self.assertEqual((asymmetry["mean"], asymmetry["n"]), (-1.0, 6))
+        self.assertEqual(as_json["two_feet_cycles"]["asymmetry"], [-1.0] * 6)
         self.assertIsNone(asymmetry["median"])
         row = next(row for row in self.csv_rows(walk) if row["parameter"] == "asymmetry")
         self.assertEqual([row[c] for c in ("side", "unit", "n", "mean", "median", "std", "iqr",
-                                           "min", "max", "cv", "asymmetry")],
-                         ["", "", "6", "-1", "", "0", "", "", "", "", ""])
+                                           "min", "max", "cv", "asymmetry", "direction")],
+                         ["both", "% x 100 Hz / 100 Hz", "6", "-1", "", "0", "", "", "", "", "",
+                          "right swing longer"])
 
     def test_shows_no_minus_in_front_of_a_zero(self):
         walk = self.walk(left=strides(1, ta=-0.04))
@@ -186,15 +189,28 @@ class Report(ProgramTest):
         self.assertEqual(["1.235" in means[0], "36.79" in means[1], "713" in means[2],
                           "3.1" in means[3]], [True] * 4)
 
-    def test_shows_an_infinite_ratio_as_such(self):
+    def test_shows_no_ratio_near_a_mean_of_zero(self):
         walk = self.walk(left=strides(6, ta=0.0), right=strides(6, ta=2.0))
-        self.assertEqual(self.table_row("Turning angle", walk)[-2:], ["0.000", "inf"])
+        self.assertEqual(self.table_row("Turning angle", walk)[-2:], ["-", "-"])
         rows = {row["side"]: row["asymmetry"] for row in self.csv_rows(walk)
                 if row["parameter"] == "TA"}
         self.assertEqual(rows, {"right": "0", "left": "inf"})
         parameters = self.json_walk(walk)["parameters"]
         self.assertEqual((parameters["TA_R"]["asymmetry"], parameters["TA_L"]["asymmetry"]),
                          (0.0, None))
+
+    def ratio(self, **of_the_right_foot):
+        """The ratio and the symmetry index of the turning angles, and of the lift-off angles."""
+        walk = self.walk(f"walk {of_the_right_foot}", left=strides(2, ta=[1.0, 3.0], top=[-4, -6]),
+                         right=strides(2, **of_the_right_foot))
+        return (self.table_row("Turning angle", walk)[-2:],
+                self.table_row("Lift-off Angle", walk)[-2:])
+
+    def test_shows_a_ratio_of_means_that_are_clear_of_zero_on_one_side_of_it(self):
+        self.assertEqual(self.ratio(ta=[4.0, 4.0], top=[-5.0, -7.0]),
+                         (["2.000", "-"], ["1.200", "18.2"]))
+        self.assertEqual(self.ratio(ta=[-4.0, -4.0], top=[5.0, 7.0]), (["-", "-"], ["-", "-"]))
+        self.assertEqual(self.ratio(ta=[0.0, 4.0], top=-5.0), (["-", "-"], ["1.000", "0.0"]))
 
     def test_shows_no_ratio_to_a_side_that_was_not_measured(self):
         walk = self.walk(left=strides(6), right=strides(6, ta=2.0))
@@ -203,12 +219,32 @@ class Report(ProgramTest):
                           if row["parameter"] == "TA"], ["", ""])
         self.assertIsNone(self.json_walk(walk)["parameters"]["TA_R"]["asymmetry"])
 
-    def test_shows_the_deviation_of_a_single_stride_s_asymmetry_as_nan(self):
-        walk = self.walk(left=strides(1), right=strides(1))
-        self.assertIn("mean 0.000, SD NaN, n 1 stride\n", self.output(walk))
-        row = next(row for row in self.csv_rows(walk) if row["parameter"] == "asymmetry")
-        self.assertEqual(row["std"], "NaN")
-        self.assertIsNone(self.json_walk(walk)["parameters"]["asymmetry"]["std"])
+    def test_shows_no_spread_of_a_single_stride(self):
+        walk = self.walk(left=strides(1, gct=[1.25]), right=strides(1, gct=[1.5]))
+        self.assertEqual(self.table_row("Cycle duration", walk),
+                         ["seconds", "1", "1", "1.500", "1.250", "1.500", "1.250", "1.500",
+                          "1.250", "1.500", "1.250", "1.200", "18.2"])
+        self.assertIn("SD -, n 1 stride\n", self.output(walk))
+        for row in self.csv_rows(walk):
+            if row["n"] == "1":
+                self.assertEqual((row["std"], row["iqr"]), ("", ""), row)
+
+    def test_shows_nothing_of_a_swing_asymmetry_that_no_stride_has(self):
+        walk = self.walk(left=strides(6, swing=None), right=strides(6))
+        for row in self.csv_rows(walk)[-2:]:
+            self.assertEqual((row["n"], row["mean"], row["std"], row["direction"]),
+                             ("0", "", "", ""))
+
+    def test_shows_no_time_that_was_not_measured(self):
+        walk = self.walk(left=strides(6, gct=None), exclusions=[["left", "excluded_1", 1, "turn"]])
+        report = self.output(walk)
+        self.assertIn("; duration unknown, 6.5 m\n", report)
+        self.assertRegex(report, "(?m)^  In the statistics +durations not measured$")
+        self.assertRegex(report, "(?m)^  Excluded: turn +1 +-$")
+        self.assertRegex(report, "(?m)^  Included +3 +-  walk less excluded")
+        accounting = self.json_walk(walk)["accounting"]
+        self.assertEqual([name for name, value in accounting.items() if value is None],
+                         ["included_gct_sum", "excluded_1_duration", "included_duration"])
 
     def test_says_when_no_stride_has_a_swing_on_both_sides(self):
         walk = self.walk(left=strides(6, swing=None), right=strides(6))
@@ -216,8 +252,8 @@ class Report(ProgramTest):
 
     def test_names_the_scale_of_the_swing_asymmetry(self):
         report = " ".join(self.output(self.walk(left=strides(), right=strides(), rate=300)).split())
-        self.assertIn("(left - right) * 300 / (left + right)", report)
-        self.assertIn("scaled by the sampling rate, 300 Hz, so that one percent reads as 3.",
+        self.assertIn("100 (left - right) / (left + right) of the two swings of each two-feet "
+                      "cycle. The library has the sampling rate, 300 Hz, in place of 100: mean ",
                       report)
 
     def test_lists_parameters_without_any_value_instead_of_rows(self):
@@ -232,41 +268,127 @@ class Report(ProgramTest):
 
     def test_says_when_no_stride_length_was_measured(self):
         report = self.output(self.walk(left=strides(slength=None), right=strides(slength=None)))
-        self.assertRegex(report, "(?m)^  Distance, total +not measured$")
-        self.assertRegex(report, "(?m)^  Distance, included +not measured$")
+        self.assertRegex(report, "(?m)^  Distance, walk +not measured$")
+        self.assertRegex(report, "(?m)^  Distance, statistics +not measured$")
         self.assertNotIn("0.000 m", report)
+        self.assertIn("; 6.0 s, distance unknown\n", report)
 
     def test_says_how_many_cycles_have_no_stride_length(self):
         report = self.output(self.walk(left=strides(6, slength=[1.0, None, 1.0, None, 1.0, 1.0]),
                                        exclusions=[["left", "excluded_1", 1, "turn"]]))
         self.assertRegex(report,
-                         "(?m)^  Distance, total +4.000 m  2 of 6 cycles without stride length$")
+                         "(?m)^  Distance, walk +4.000 m  2 of 6 cycles without stride length$")
         self.assertRegex(report,
-                         "(?m)^  Distance, included +4.000 m  1 of 5 cycles without stride length$")
-        self.assertIn("* Half the stride length. Of 5 included cycles, 1 has no stride length and",
-                      report)
+                         "(?m)^  Distance, statistics +4.000 m  1 of 5 cycles without stride length$")
 
-    def test_says_nothing_of_halved_stride_lengths_of_both_feet(self):
+    WHY_NONE = ("1 of 6 included strides has no stride length. The library counts half of it as "
+                "-0.5 m; its step length is left out.")
+
+    def test_leaves_out_a_step_length_that_missing_stride_lengths_were_halved_into(self):
+        walk = self.walk(left=strides(slength=[None] + [1.3] * 5))
+        self.assertIn("Step length: " + self.WHY_NONE, " ".join(self.output(walk).split()))
+        row = next(row for row in self.csv_rows(walk) if row["parameter"] == "StepLength")
+        self.assertEqual((row["n"], row["note"]), ("5", self.WHY_NONE))
+        figures = (*Formats.STATISTICS, "q1", "q3", "p5", "p95", "effective_n", "standard_error")
+        self.assertEqual({row[figure] for figure in figures}, {""})
+        as_json = self.json_walk(walk)
+        parameter = as_json["parameters"]["StepLength"]
+        self.assertEqual({parameter[figure] for figure in figures}, {None})
+        self.assertEqual(parameter["note"], self.WHY_NONE)
+        self.assertEqual(as_json["strides"][0]["values"]["StepLength"], [None] + [0.65] * 5)
+        self.assertLess(as_json["as_computed"]["parameters"]["StepLength"]["mean"], 0.65)
+
+    def test_counts_a_step_length_that_no_stride_has_as_not_measured(self):
+        walk = self.walk(left=strides(slength=None))
+        self.assertIn("Step length, Impact vertical", " ".join(self.output(walk).split()))
+
+    def test_leaves_no_step_length_of_both_feet_out(self):
         walk = self.walk(left=strides(), right=strides(slength=[None] + [1.3] * 5, step_length=0.6))
-        self.assertNotIn("Half the stride length", self.output(walk))
+        self.assertEqual(self.table_row("Step length", walk)[1:4], ["6", "0", "0.600"])
+
+    def test_answers_first_how_many_strides_how_long_and_what_was_left_out(self):
+        turn, start = ["feet", "excluded_1", 1, "turn"], ["feet", "excluded_2", 0, "start"]
+        walk = self.walk(left=strides(7), right=strides(), exclusions=[turn, start])
+        self.assertEqual(self.output(walk).splitlines()[:4], [
+            "Walk walk",
+            "  In the statistics: 4 of 6 right, 4 of 7 left strides; 4.0 s, 5.2 m",
+            "  Left out: right 1 start, 1 turn; left 1 start, 1 turn, 1 unlinked", ""])
+        even = self.walk("even", left=strides(), right=strides(), exclusions=[turn, start])
+        self.assertEqual(self.output(even).splitlines()[1:3], [
+            "  In the statistics: 4 of 6 strides of each foot; 4.0 s, 5.2 m",
+            "  Left out of each foot: 1 start, 1 turn"])
+        alone = self.walk("alone", left=strides(), exclusions=[["left", "excluded_1", 1, ""]])
+        self.assertEqual(self.output(alone).splitlines()[1:3], [
+            "  In the statistics: 5 of 6 left strides; 5.0 s, 6.5 m",
+            "  Left out: 1 no reason given"])
+        self.assertIn("  Left out: none\n", self.output(self.walk("whole", left=strides())))
+
+    def test_counts_the_strides_that_no_two_feet_cycle_links(self):
+        report = self.output(self.walk(left=strides(7), right=strides()))
+        self.assertRegex(report, "(?m)^  Unlinked +0 +1  in no two-feet cycle$")
+
+    def test_counts_the_two_feet_cycles_that_lack_a_stride(self):
+        folder = pathlib.Path(self.walk(left=strides(), right=strides()))
+        table = folder / "feet_cycles.csv"
+        table.write_text(table.read_text().replace(",5,5\n", ",5,\n"))
+        self.assertIn("6 two-feet cycles link right and left strides; 1 of them has no left "
+                      "stride.", " ".join(self.output(folder).split()))
+
+    def differs(self, report):
+        return re.search("The accounting has [^.]*[.]|$", " ".join(report.split())).group()
 
     def test_says_which_exclusions_come_from_a_fallback_list(self):
         report = self.output(self.walk(left=strides(),
                                        exclusions=[["left", "excluded_1_fallback", 3, "outlier"],
                                                    ["left", "excluded_2", 0, "start"]]))
-        self.assertRegex(report, "(?m)^  Excluded, kind 1 +1 +1.000 s  fallback list: 1 outlier$")
-        self.assertRegex(report, "(?m)^  Excluded, kind 2 +1 +1.000 s  1 start$")
-        self.assertIn("5 cycles are left in the selection, where the accounting counts 4 as "
-                      "included. The fallback list of kind 1",
-                      " ".join(report.split()))
+        self.assertRegex(report,
+                         "(?m)^  Excluded: outlier +1 +1.000 s  counted, but in the statistics$")
+        self.assertRegex(report, "(?m)^  Excluded: start +1 +1.000 s$")
+        self.assertEqual(self.differs(report),
+                         "The accounting has 4 included where 5 cycles are in the statistics, "
+                         "because it subtracts the cycles of excluded_1_fallback, which stay in "
+                         "the statistics.")
+
+    def test_says_that_an_empty_kind_2_counts_as_two_cycles(self):
+        bare = self.output(self.walk("bare", left=strides()))
+        self.assertRegex(bare,
+                         "(?m)^  Excluded: none listed +2 +0.000 s  counted as two cycles$")
+        self.assertEqual(self.differs(bare),
+                         "The accounting has 4 included where 6 cycles are in the statistics, "
+                         "because it subtracts two cycles for excluded_2, which is empty.")
+        listed = self.output(self.walk(left=strides(), exclusions=[
+            ["left", "excluded_2_fallback", 0, "first"], ["left", "excluded_2_fallback", 5, ""]]))
+        self.assertIn("Excluded: 2 reasons 2 2.000 s 1 first, 1 no reason given: "
+                      "counted as two cycles, but in the statistics", " ".join(listed.split()))
 
     def test_says_why_a_cycle_of_both_kinds_counts_twice(self):
         report = self.output(self.walk(left=strides(),
                                        exclusions=[["left", "excluded_1", 0, ""],
                                                    ["left", "excluded_2", 0, ""]]))
-        self.assertIn("5 cycles are left in the selection, where the accounting counts 4 as "
-                      "included. An index that is listed twice",
-                      " ".join(report.split()))
+        self.assertEqual(self.differs(report),
+                         "The accounting has 4 included where 5 cycles are in the statistics, "
+                         "because it subtracts 1 entry that names a cycle again.")
+
+    def test_says_that_exclusions_outside_of_the_walk_count(self):
+        walk = self.walk(left=strides(), exclusions=[["left", "excluded_1", -1, "a"],
+                                                     ["left", "excluded_1", 6, "b"],
+                                                     ["left", "excluded_2", 0, "c"]])
+        self.assertTrue(self.differs(run(walk).stdout).endswith(
+            "because it subtracts 2 entries that name no cycle of the walk."))
+
+    def test_says_nothing_where_the_accounting_and_the_statistics_agree(self):
+        walk = self.walk(left=strides(), exclusions=[["left", "excluded_2", 0, "start"]])
+        self.assertEqual(self.differs(self.output(walk)), "")
+
+    def test_counts_many_reasons_in_place_of_a_long_label(self):
+        walk = self.walk(left=strides(), exclusions=[
+            ["left", "excluded_1", 0, "a bump in the floor"], ["left", "excluded_2", 1, "start"],
+            ["left", "excluded_2", 2, "start"], ["left", "excluded_2", 3, "a stop"]])
+        report = self.output("--width", 200, walk)
+        self.assertRegex(report,
+                         "(?m)^  Excluded: 1 reason +1 +1.000 s  1 a bump in the floor$")
+        self.assertRegex(report,
+                         "(?m)^  Excluded: start, a stop +3 +3.000 s  2 start, 1 a stop$")
 
     OUTSIDE = ("The stride velocity of the {} foot is not plausible: its mean is outside 0.31 to "
                "1.8 m/s.")
@@ -292,8 +414,9 @@ class Report(ProgramTest):
                          (24, [outside.format("right"), outside.format("left")]))
         self.assertEqual(self.flags(self.walk("unequal", left=strides(6, swing=[60.0] * 5 + [61.0]),
                                               right=strides(6, swing=20.0))),
-                         (128, [("The swing asymmetry is large: its mean is 20 or more, or -20 or "
-                                 "less.")]))
+                         (128, [("The swing asymmetry is large: as the library scales it, by the "
+                                 "sampling rate of 100 Hz, its mean is 20 or more, or -20 or "
+                                 "less. That is 20.0 %.")]))
 
     def test_tells_an_unmeasured_speed_from_an_implausible_one(self):
         self.assertEqual(self.flags(self.walk(left=strides(6, speed=None),
@@ -316,6 +439,7 @@ class Report(ProgramTest):
 
 class Formats(ProgramTest):
     STATISTICS = ("mean", "median", "std", "iqr", "min", "max", "cv", "asymmetry")
+    MEASURES = ("q1", "q3", "p5", "p95", "effective_n", "standard_error", "symmetry_index")
 
     def test_csv_tells_the_same_as_json_to_the_bit(self):
         for arguments in ([BOTH_FEET], ["--foot", "left", BOTH_FEET], [LEFT_FOOT]):
@@ -323,10 +447,11 @@ class Formats(ProgramTest):
             rows = self.csv_rows(*arguments)
             self.assertEqual(len(rows), len(parameters))
             for row, parameter in zip(rows, parameters):
-                self.assertEqual(row["side"], parameter["side"] or "")
-                for column in ("parameter", "description", "unit", "n"):
+                for column in ("parameter", "side", "description", "unit", "n"):
                     self.assertEqual(row[column], str(parameter[column]))
-                for column in self.STATISTICS:
+                for column in ("note", "direction"):
+                    self.assertEqual(row[column], parameter[column] or "")
+                for column in (*self.STATISTICS, *self.MEASURES):
                     # JSON has no word for what is not finite.
                     cell = None if row[column] in ("", "NaN", "inf") else float(row[column])
                     self.assertEqual(cell, parameter[column], (column, row))
@@ -343,7 +468,7 @@ class Formats(ProgramTest):
         text = self.output("--format", "csv", BOTH_FEET, LEFT_FOOT)
         self.assertEqual(text.count("walk,parameter,side"), 1)
         walks = [row["walk"] for row in csv.DictReader(io.StringIO(text))]
-        self.assertEqual(walks, ["both_feet"] * 57 + ["left_foot"] * 27)
+        self.assertEqual(walks, ["both_feet"] * 58 + ["left_foot"] * 27)
 
     def test_csv_quotes_a_name_with_commas_and_quotation_marks(self):
         walk = self.walk('a "b", c', left=strides())
@@ -354,8 +479,8 @@ class Formats(ProgramTest):
         keys = [row["key"] for row in catalogue if row["analysed"] != "one foot"]
         rows = self.csv_rows(BOTH_FEET)
         self.assertEqual([row["parameter"] for row in rows],
-                         [key for key in keys for _ in range(2)] + ["asymmetry"])
-        self.assertEqual([row["side"] for row in rows], ["right", "left"] * len(keys) + [""])
+                         [key for key in keys for _ in range(2)] + ["asymmetry", "asymmetry_percent"])
+        self.assertEqual([row["side"] for row in rows], ["right", "left"] * len(keys) + ["both"] * 2)
 
     def test_json_holds_the_version_and_every_walk(self):
         document = json.loads(self.output("--format", "json", BOTH_FEET, LEFT_FOOT))
@@ -365,14 +490,14 @@ class Formats(ProgramTest):
 
     def test_json_says_what_the_walk_is(self):
         walk = self.json_walk(BOTH_FEET)
-        self.assertEqual(walk["feet"], [{"foot": "right", "cycles": 14},
-                                        {"foot": "left", "cycles": 13}])
+        self.assertEqual([(foot["foot"], foot["strides"]) for foot in walk["feet"]],
+                         [("right", 14), ("left", 13)])
         self.assertEqual(walk["sampling_rate"], 100)
-        self.assertEqual(walk["info"]["cycle_count"], 14)
-        self.assertEqual(walk["info"]["cycles"], [1, 2, 3, 4, 7, 8, 9, 10, 11, 12, 13])
-        self.assertEqual(walk["stride_lengths"],
-                         {"cycles": 14, "cycles_without": 1, "included_cycles": 11,
-                                                  "included_cycles_without": 1})
+        self.assertEqual(walk["accounting"]["cycle_count"], 14)
+        self.assertEqual(walk["accounting"]["cycles"], [1, 2, 3, 4, 7, 8, 9, 10, 11, 12, 13])
+        summary = walk["summary"]
+        self.assertEqual([(summary[sum]["cycles"], summary[sum]["cycles_without"])
+                          for sum in ("total_distance", "distance")], [(14, 1), (11, 1)])
 
     def test_json_is_valid_for_a_name_that_is_no_utf_8(self):
         walk = os.fsencode(self.folder) + b"/caf\xe9"
@@ -403,13 +528,29 @@ class Formats(ProgramTest):
 class CommandLine(ProgramTest):
     def test_help_names_every_option_the_exit_codes_and_an_example(self):
         text = self.output("--help")
-        for word in ("--foot", "--settings-value", "--format", "--output", "--width",
+        for word in ("--foot", "--settings-value", "--format", "--table", "--output", "--width",
                      "--max-strides", "--list-parameters", "--version", "--help", "--recursive",
                      "--ignore-column", "--strict", "--without-check", "--list-checks",
                      "Exit codes:", "Examples:", "docs/walk-folder.md", "docs/checks.md",
                      "JSON holds everything"):
             self.assertIn(word, text)
         self.assertEqual(self.output("-h"), text)
+
+    def test_a_table_is_one_of_csv(self):
+        rows = self.output("--table", "strides", LEFT_FOOT)
+        self.assertTrue(rows.startswith("walk,analysed,side,index,line,start_seconds,"))
+        for options in (["--format", "csv"], ["-o", "-"]):
+            self.assertEqual(self.output("--table", "strides", *options, LEFT_FOOT), rows)
+        for name in ("strides.csv", "strides.txt", "strides"):
+            self.output("--table", "strides", "-o", self.folder / name, LEFT_FOOT)
+            self.assertEqual((self.folder / name).read_text(), rows)
+        self.assertEqual(self.output("--table", "parameters", LEFT_FOOT),
+                         self.output("--format", "csv", LEFT_FOOT))
+
+    def test_a_table_of_both_feet_and_of_one_have_the_same_columns(self):
+        for table in ("parameters", "walks", "strides"):
+            header = self.output("--table", table, BOTH_FEET).splitlines()[0]
+            self.assertEqual(self.output("--table", table, LEFT_FOOT).splitlines()[0], header)
 
     def test_version(self):
         self.assertRegex(self.output("--version"), r"^gait-statistics \d+\.\d+\.\d+\n$")
@@ -467,13 +608,18 @@ class ExitCode(ProgramTest):
 
     def test_2_for_a_wrong_command_line(self):
         for arguments in (["--feet", "left"], ["--foot", "both"], ["--foot", "LEFT"], ["--foot"],
-                          ["--format", "xml"], ["--settings-value", "12,5"],
+                          ["--format", "xml"], ["--table", "feet"], ["--settings-value", "12,5"],
                           ["--settings-value", "nan"], ["--settings-value", "inf"],
                           ["--settings-value", "1e99"], ["--settings-value", ""],
                           ["--width", "5"], ["--width", "-80"], ["--width", "wide"],
                           ["--output", ""], ["--output", "a", "--output", "b"]):
             with self.subTest(arguments=arguments):
                 self.refused(BOTH_FEET, *arguments)
+
+    def test_2_for_a_table_of_another_format(self):
+        for options in (["--format", "json"], ["--format", "table"], ["-o", "strides.json"]):
+            self.assertIn("--table names a table of CSV, and the format is ",
+                          self.refused("--table", "strides", *options, BOTH_FEET))
 
     def test_2_for_walks_beside_the_list_of_parameters(self):
         self.assertIn("--list-parameters takes no WALK",
@@ -688,7 +834,7 @@ class Terminal(ProgramTest):
 
     def test_narrower_than_a_column_gets_one_group_a_block(self):
         report = self.on_terminal(BOTH_FEET, columns=10, NO_COLOR="1")
-        self.assertEqual(report.count("  Parameter"), 10)
+        self.assertEqual(report.count("  Parameter"), 11)
 
     def test_has_no_say_in_a_file(self):
         file = self.folder / "report.txt"

@@ -123,7 +123,12 @@ TEST(MeasuresOfAWalk, KnowTheStridesOfAFootThatLieBetweenTheIncludedOnes) {
 }
 
 TEST(MeasuresOfAWalk, KnowTheTwoFeetCyclesThatLieBetweenTheIncludedOnes) {
-  const walk_statistics walk = walk_with_gaps();
+  const walk_statistics walk = walk_with_gaps([](auto& w) {
+    double drifting = 20.0;
+    for (auto& cycle : w.feet) {
+      cycle.ds = gait_is_missing(cycle.ds) ? gait_missing : drifting += 0.1;
+    }
+  });
   const gait_result& result = walk.result();
   const std::list<int>& cycles = result.statistics.info.cycles;
   const double expected = effective_strides_of(

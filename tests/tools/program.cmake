@@ -41,9 +41,21 @@ add_executable(call_cost_test call_cost_test.cpp)
 target_link_libraries(call_cost_test PRIVATE gait_program GTest::gtest_main gait_warnings)
 gtest_discover_tests(call_cost_test)
 
-add_test(NAME real_walks
-  COMMAND ${GAIT_PYTHON} ${CMAKE_CURRENT_LIST_DIR}/gait_statistics_real_walks.py
-    $<TARGET_FILE:gait-statistics> "${GAIT_REAL_WALKS}")
+# All outputs against each other, the model and the schema.
+find_python_with(jsonschema python_with_jsonschema)
+if(NOT python_with_jsonschema)
+  set(python_with_jsonschema ${GAIT_PYTHON})
+endif()
+set(outputs_agree ${python_with_jsonschema} ${CMAKE_CURRENT_LIST_DIR}/outputs_agree.py
+  $<TARGET_FILE:gait-statistics>)
+add_test(NAME outputs_agree
+  COMMAND ${outputs_agree} ${PROJECT_SOURCE_DIR}/examples/walks
+    ${CMAKE_CURRENT_LIST_DIR}/gait_statistics_walks)
+add_python_test(csv_reads pandas ${CMAKE_CURRENT_LIST_DIR}/csv_reads.py
+  $<TARGET_FILE:gait-statistics>
+  ${PROJECT_SOURCE_DIR}/examples/walks ${CMAKE_CURRENT_LIST_DIR}/gait_statistics_walks)
+
+add_test(NAME real_walks COMMAND ${outputs_agree} "${GAIT_REAL_WALKS}")
 add_test(NAME data_checks_real_walks
   COMMAND ${GAIT_PYTHON} ${CMAKE_CURRENT_LIST_DIR}/data_checks_real_walks.py
     $<TARGET_FILE:gait-statistics> "${GAIT_REAL_WALKS}")

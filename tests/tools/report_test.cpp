@@ -1,5 +1,6 @@
-// What the reports say of a walk beside its figures: what somebody wrote down about it, an unknown
-// length, a measured -1, and the lines on which a finding stands.
+// What the reports say of a walk beside its figures, which outputs_agree.py compares: what somebody
+// wrote down about it, an unknown length, a measured -1, what each exclusion does, and the lines on
+// which a finding stands.
 
 #include "csv_output.h"
 #include "finding_text.h"
@@ -24,6 +25,7 @@
 
 namespace {
 
+using gait_report::csv_table;
 using gait_report::walk_statistics;
 using gait_walk::analysed_cycles;
 using testing::HasSubstr;
@@ -69,11 +71,10 @@ TEST(Report, ShowsWhatSomebodyWroteDownAboutTheWalk) {
   const walk_statistics walk = report_of([](auto& w) {
     w.about = {{"date", "2024-05-31"}, {"derived", "gct, from \"hs\""}, {"derived", "two\x1b"}};
   });
-  EXPECT_THAT(text_of(walk),
-              HasSubstr("Walk walk\n  date: 2024-05-31\n  derived: gct, from \"hs\"\n"
-                        "  derived: two?\n  Both feet, sampled at"));
+  EXPECT_THAT(text_of(walk), HasSubstr("\n\n  date: 2024-05-31\n  derived: gct, from \"hs\"\n"
+                                       "  derived: two?\n  Both feet, sampled at"));
   EXPECT_THAT(
-      csv_rows(walk),
+      csv_rows(csv_table::parameters, walk),
       HasSubstr(",\"date: 2024-05-31; derived: gct, from \"\"hs\"\"; derived: two\x1b\",\n"));
   EXPECT_EQ(
       json_walk(walk)["about"].dump(),
@@ -89,32 +90,98 @@ TEST(Report, SaysThatALengthIsUnknown) {
   for (const auto analysed : {analysed_cycles::feet, analysed_cycles::left}) {
     const walk_statistics walk = report_of(forget_left, analysed);
     EXPECT_THAT(text_of(walk), testing::ContainsRegex("\n  Recording +unknown\n"));
-    EXPECT_TRUE(json_walk(walk)["info"]["recording_duration"].is_null());
+    EXPECT_TRUE(json_walk(walk)["accounting"]["recording_duration"].is_null());
   }
   const walk_statistics right = report_of(forget_left, analysed_cycles::right);
   EXPECT_THAT(text_of(right), testing::Not(HasSubstr("unknown")));
-  EXPECT_GT(json_walk(right)["info"]["recording_duration"], 10.0);
+  EXPECT_GT(json_walk(right)["accounting"]["recording_duration"], 10.0);
 }
 
 TEST(Report, KnowsTheLengthOfASignalAlone) {
   const walk_statistics walk = report_of([](auto& w) { w.left->signal_1_samples.reset(); });
-  EXPECT_GT(json_walk(walk)["info"]["recording_duration"], 10.0);
+  EXPECT_GT(json_walk(walk)["accounting"]["recording_duration"], 10.0);
 }
 
 TEST(Report, ShowsAMeasuredMinusOneAsWhatItIs) {
   const double kept = std::nextafter(-1.0, 0.0);
   const walk_statistics walk =
       report_of([&](auto& w) { w.left->cycles.front().hsp = kept; }, analysed_cycles::left);
-  const nlohmann::ordered_json angle = json_walk(walk)["parameters"]["HSP"];
+  const nlohmann::ordered_json json = json_walk(walk);
+  const nlohmann::ordered_json& angle = json["parameters"]["HSP"];
   EXPECT_EQ(angle["n"], 20);
   EXPECT_EQ(angle["min"], -1.0);
-  EXPECT_EQ(angle["values"][0], -1.0);
-  EXPECT_THAT(csv_rows(walk),
+  EXPECT_EQ(json["strides"][0]["values"]["HSP"][0], -1.0);
+  EXPECT_EQ(json["as_computed"]["parameters"]["HSP"]["min"], kept);
+  EXPECT_THAT(csv_rows(csv_table::parameters, walk),
               testing::ContainsRegex("\"Strike angle\",\"degree\",20,.*,-1,2[0-9.]+,"));
   EXPECT_EQ(gait_report::shortest(kept), "-1");
   EXPECT_EQ(gait_report::rounded(kept, 17), "-1.00000000000000000");
   EXPECT_EQ(gait_report::shortest(std::nextafter(kept, 0.0)), "-0.9999999999999998");
 }
+
+// --- Exclusions
+
+using gait_walk::exclusion_list;
+
+/// Exclusions of two-feet cycles that do everything an exclusion may do, in the table's order.
+void exclude_in_every_way(gait_walk::walk& walk) {
+  const auto exclude = [&](exclusion_list list, int index, const char* reason) {
+    walk.exclusions.push_back({analysed_cycles::feet, list, index, reason});
+  };
+  exclude(exclusion_list::excluded_2, 3, "stop");
+  exclude(exclusion_list::excluded_2_fallback, 5, "last");
+  exclude(exclusion_list::excluded_1_fallback, 3, "slow");
+  exclude(exclusion_list::excluded_2, 4, "");
+  exclude(exclusion_list::excluded_2, 99, "stop");
+  exclude(exclusion_list::excluded_2, 3, "stop");
+  walk.exclusions.push_back({analysed_cycles::left, exclusion_list::excluded_1, 1, "left"});
+}
+
+TEST(Exclusions, AreListedWithWhatEachDoes) {
+  const nlohmann::ordered_json json = json_walk(report_of(exclude_in_every_way));
+  std::string effects;
+  for (const auto& exclusion : json["exclusions"]) {
+    effects += exclusion["list"].get<std::string>() + " " + exclusion["index"].dump() + " " +
+               exclusion["effect"].get<std::string>() + "\n";
+  }
+  EXPECT_EQ(effects,
+            "excluded_1_fallback 3 accounted_for\n"
+            "excluded_2 3 left_out\n"
+            "excluded_2 4 left_out\n"
+            "excluded_2 99 outside\n"
+            "excluded_2 3 already_left_out\n"
+            "excluded_2_fallback 5 nothing\n");
+}
+
+TEST(Exclusions, OfAStrideBeginWithTheOneThatTookItOut) {
+  const walk_statistics walk = report_of(exclude_in_every_way);
+  const nlohmann::ordered_json cycles = json_walk(walk)["two_feet_cycles"];
+  EXPECT_EQ(cycles["exclusions"][3].dump(), "[1,0,4]");
+  EXPECT_EQ(cycles["reason"][3], "stop");
+  EXPECT_EQ(cycles["status"][4], "left_out");
+  EXPECT_TRUE(cycles["reason"][4].is_null());
+  EXPECT_EQ(cycles["status"][5], "included");
+  EXPECT_THAT(csv_rows(csv_table::strides, walk),
+              HasSubstr("\"left_out\",FALSE,\"excluded_2\",\"stop\","
+                        "\"excluded_1_fallback: slow; excluded_2: stop\",3,"));
+}
+
+TEST(Exclusions, ThatTakeNothingOutLeaveAStrideIn) {
+  const walk_statistics walk = report_of(
+      [](auto& w) {
+        w.exclusions.push_back(
+            {analysed_cycles::left, exclusion_list::excluded_1_fallback, 2, "outlier"});
+      },
+      analysed_cycles::left);
+  const nlohmann::ordered_json json = json_walk(walk);
+  EXPECT_EQ(json["strides"][0]["status"][2], "included");
+  EXPECT_TRUE(json["strides"][0]["reason"][2].is_null());
+  EXPECT_EQ(json["strides"][0]["exclusions"][2].dump(), "[0]");
+  EXPECT_THAT(csv_rows(csv_table::strides, walk),
+              HasSubstr("\"included\",TRUE,,,\"excluded_1_fallback: outlier\","));
+}
+
+// --- Findings
 
 TEST(Finding, NamesTheLineOfAStride) {
   const walk_statistics walk = report_of([](auto& w) { break_swing(*w.left, 1); });
@@ -122,7 +189,7 @@ TEST(Finding, NamesTheLineOfAStride) {
                                           "strides (line 2). Usually: "));
   EXPECT_EQ(json_walk(walk)["findings"][0]["places"].dump(),
             R"([{"foot":"left","index":0,"line":2}])");
-  EXPECT_THAT(csv_rows(walk), HasSubstr(",,\"swing_bounds\"\n"));
+  EXPECT_THAT(csv_rows(csv_table::parameters, walk), HasSubstr(",,\"swing_bounds\"\n"));
 }
 
 TEST(Finding, NamesFiveLinesAndCountsTheOthers) {

@@ -41,7 +41,8 @@ std::string text_cell(std::string_view text) {
   return text.empty() ? "" : gait_walk::quoted_csv_cell(text);
 }
 
-std::string truth_cell(bool value) { return value ? "true" : "false"; }
+/// Both pandas and R read these words as truth values.
+std::string truth_cell(bool value) { return value ? "TRUE" : "FALSE"; }
 
 /// "first; second".
 template <class Items, class InWords>
@@ -421,7 +422,7 @@ std::vector<column<stride_row>> make_stride_columns() {
        "\"included\": in the statistics; \"left_out\": by an exclusion; \"unlinked\": in no "
        "two-feet cycle",
        [](const row& r) { return text_cell(gait_walk::name_of(r.stride.status)); }},
-      {"included", "whether it is in the statistics: true or false",
+      {"included", "whether it is in the statistics: TRUE or FALSE",
        [](const row& r) { return truth_cell(r.stride.status == stride_status::included); }},
       {"list", "the exclusion list that takes it out", list_cell},
       {"reason", "the reason that the list gives", reason_cell},

@@ -37,13 +37,18 @@ std::size_t widest(const std::vector<std::string>& cells) {
   return width;
 }
 
+std::size_t label_width_of(const flowing_table& table) {
+  return std::max(widest(table.labels), table.label_heading.size());
+}
+
 /// A column group together with the widths of its columns.
 class measured_group {
 public:
   measured_group(const column_group& group, const std::vector<std::string>& sub_headings)
       : group_(&group) {
     for (std::size_t i = 0; i < group.columns.size(); ++i) {
-      sub_headings_.push_back(group.columns.size() > 1 ? sub_headings.at(i) : "");
+      const auto& headings = group.sub_headings.empty() ? sub_headings : group.sub_headings;
+      sub_headings_.push_back(group.columns.size() > 1 ? headings.at(i) : "");
       widths_.push_back(std::max(widest(group.columns[i]), sub_headings_[i].size()));
     }
     if (group.heading.size() > width()) {
@@ -165,8 +170,13 @@ std::string wrapped(std::string_view first, std::string_view text, std::size_t i
   return lines + without_trailing_blanks(std::move(line)) + "\n";
 }
 
+std::size_t width_alone(const flowing_table& table, const column_group& group) {
+  return row_indent.size() + label_width_of(table) + group_gap.size() +
+         measured_group(group, table.sub_headings).width();
+}
+
 std::string lay_out(const flowing_table& table, const text_style& style) {
-  const std::size_t label_width = std::max(widest(table.labels), table.label_heading.size());
+  const std::size_t label_width = label_width_of(table);
   const std::size_t taken = row_indent.size() + label_width;
   std::string text;
   for (const auto& groups : flow(table, style.width - std::min(style.width, taken))) {

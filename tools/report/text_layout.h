@@ -39,6 +39,8 @@ struct column_group {
   alignment align = alignment::right;
   /// The cells of each column, one for each row of the table.
   std::vector<std::vector<std::string>> columns;
+  /// Of its columns, in place of the table's; none where these will do.
+  std::vector<std::string> sub_headings = {};
 };
 
 struct flowing_table {
@@ -53,6 +55,9 @@ struct flowing_table {
 /// first block that has room for it, in order. A group that is wider than any block gets one for
 /// itself.
 std::string lay_out(const flowing_table& table, const text_style& style);
+
+/// The width of a block of the table that holds this group alone.
+std::size_t width_alone(const flowing_table& table, const column_group& group);
 
 }  // namespace gait_report
 

@@ -178,7 +178,8 @@ std::string report_strides(const walk_strides& strides, const text_style& style)
   }
   std::vector<noted_line> lines{
       line_of("Recorded", [](const auto& s) { return s.strides.size(); })};
-  if (strides.sides.size() > 1) {
+  const auto is_complete = [](const auto& side) { return side.unlinked == 0; };
+  if (!std::all_of(strides.sides.begin(), strides.sides.end(), is_complete)) {
     lines.push_back(line_of("Unlinked", [](const auto& s) { return s.unlinked; }));
     lines.back().note = "in no two-feet cycle";
   }
@@ -295,6 +296,16 @@ std::string median_and_quartiles(const shown_side& side) {
          cell(side.measures.q3, decimals) + "]";
 }
 
+side_cell quartile(std::optional<double> parameter_measures::*quartile) {
+  return [quartile](const shown_side& side) {
+    return cell(side.measures.*quartile, side.parameter.row.decimals);
+  };
+}
+
+std::string symmetry_cell(const shown_side& side) {
+  return cell(side.measures.symmetry_index, decimals_of_percent);
+}
+
 std::string ratio_cell(const shown_side& side) {
   return side.parameter.has_telling_ratio() ? cell(side.statistics.ratio, decimals_of_ratio)
                                             : std::string(not_computed);
@@ -316,48 +327,87 @@ bool any_has_precision(const std::vector<shown_parameter>& rows) {
   });
 }
 
-/// A table of parameters with a column for each of the first `sides` of every statistic.
-flowing_table parameter_table(const std::string& label_heading,
-                              const std::vector<shown_parameter>& rows, std::size_t sides) {
-  flowing_table table;
-  table.label_heading = label_heading;
-  column_group unit{"Unit", alignment::left, {{}}};
-  for (const shown_parameter& row : rows) {
-    table.labels.push_back(row.parameter->row.description);
-    unit.columns[0].push_back(row.parameter->row.unit);
-  }
-  const auto add_columns = [&](const std::string& title, std::size_t columns,
-                               const side_cell& text_of) {
-    column_group group = statistic_group(title, rows, columns, text_of);
-    if (says_anything(group)) {
-      table.groups.push_back(std::move(group));
+/// A table that grows by a group for each statistic that could be computed of any parameter.
+class parameter_table {
+public:
+  parameter_table(const std::string& label_heading, const std::vector<shown_parameter>& rows,
+                  std::size_t sides)
+      : rows_(rows), sides_(sides) {
+    table_.label_heading = label_heading;
+    column_group unit{"Unit", alignment::left, {{}}};
+    for (const shown_parameter& row : rows) {
+      table_.labels.push_back(row.parameter->row.description);
+      unit.columns[0].push_back(row.parameter->row.unit);
     }
-  };
-  const auto add = [&](const std::string& title, const side_cell& text_of) {
-    add_columns(title, sides, text_of);
-  };
-  using statistics = computed_statistics;
-  table.groups.push_back(unit);
-  add("n", [](const auto& side) { return std::to_string(side.statistics.n); });
-  add("Mean", in_own_decimals(&statistics::mean));
-  add("SD", in_own_decimals(&statistics::std));
-  add("Median [Q1, Q3]", median_and_quartiles);
-  add("Min", in_own_decimals(&statistics::min));
-  add("Max", in_own_decimals(&statistics::max));
-  add("CV", [](const auto& side) { return cell(side.statistics.cv, decimals_of_percent); });
-  if (sides > 1) {
-    table.sub_headings = {"R", "L"};
-    // The left side's ratio is the reciprocal, and the symmetry index is that of both.
-    add_columns("R / L", 1, ratio_cell);
-    add_columns("SI", 1, [](const auto& side) {
-      return cell(side.measures.symmetry_index, decimals_of_percent);
-    });
+    table_.groups.push_back(unit);
+    if (sides > 1) {
+      table_.sub_headings = {"R", "L"};
+    }
   }
-  add("SE", [](const auto& side) {
+
+  void add(const std::string& title, const side_cell& text_of) {
+    add(statistic_group(title, rows_, sides_, text_of));
+  }
+
+  /// In one column where there is room, which takes less of it than three.
+  void add_median_and_quartiles(std::size_t width) {
+    const column_group group =
+        statistic_group("Median [Q1, Q3]", rows_, sides_, median_and_quartiles);
+    if (width_alone(table_, group) <= width) {
+      add(group);
+      return;
+    }
+    add("Median", in_own_decimals(&computed_statistics::median));
+    add("Q1", quartile(&parameter_measures::q1));
+    add("Q3", quartile(&parameter_measures::q3));
+  }
+
+  /// Of the two sides. The left side's ratio is the reciprocal, and the symmetry index is that of
+  /// both.
+  void add_comparison() {
+    column_group group{"R against L", alignment::right, {{}, {}}, {"ratio", "SI"}};
+    group.columns[0] = statistic_group("", rows_, 1, ratio_cell).columns[0];
+    group.columns[1] = statistic_group("", rows_, 1, symmetry_cell).columns[0];
+    add(group);
+  }
+
+  const flowing_table& table() const { return table_; }
+
+private:
+  void add(const column_group& group) {
+    if (says_anything(group)) {
+      table_.groups.push_back(group);
+    }
+  }
+
+  const std::vector<shown_parameter>& rows_;
+  std::size_t sides_;
+  flowing_table table_;
+};
+
+std::string lay_out_parameters(const std::string& label_heading,
+                               const std::vector<shown_parameter>& rows, std::size_t sides,
+                               const text_style& style) {
+  if (rows.empty()) {
+    return "";
+  }
+  using statistics = computed_statistics;
+  parameter_table table(label_heading, rows, sides);
+  table.add("n", [](const auto& side) { return std::to_string(side.statistics.n); });
+  table.add("Mean", in_own_decimals(&statistics::mean));
+  table.add("SD", in_own_decimals(&statistics::std));
+  table.add_median_and_quartiles(style.width);
+  table.add("Min", in_own_decimals(&statistics::min));
+  table.add("Max", in_own_decimals(&statistics::max));
+  table.add("CV", [](const auto& side) { return cell(side.statistics.cv, decimals_of_percent); });
+  if (sides > 1) {
+    table.add_comparison();
+  }
+  table.add("SE", [](const auto& side) {
     return cell(side.measures.standard_error, side.parameter.row.decimals + 1);
   });
-  add("n eff.", [](const auto& side) { return cell(side.measures.effective_strides, 0); });
-  return table;
+  table.add("n eff.", [](const auto& side) { return cell(side.measures.effective_strides, 0); });
+  return lay_out(table.table(), style) + "\n";
 }
 
 std::string legend(const walk_statistics& walk, bool has_precision, const text_style& style) {
@@ -371,7 +421,7 @@ std::string legend(const walk_statistics& walk, bool has_precision, const text_s
   }
   if (walk.both_feet()) {
     text +=
-        " R: right, L: left. R / L: ratio of the means, where they are clear of 0. SI: symmetry "
+        " R: right, L: left. Ratio: R / L of the means, where they are clear of 0. SI: symmetry "
         "index (%), 100 (R - L) / ((R + L) / 2) of the means.";
   }
   text += " " + std::string(not_computed) +
@@ -411,13 +461,8 @@ std::string report_parameters(const walk_statistics& walk, const text_style& sty
     }
     (is_of_both_feet(parameter.row) ? of_both : of_a_side).push_back(std::move(shown));
   }
-  std::string text;
-  if (!of_a_side.empty()) {
-    text += lay_out(parameter_table("Parameter", of_a_side, walk.sides.size()), style) + "\n";
-  }
-  if (!of_both.empty()) {
-    text += lay_out(parameter_table("Both feet", of_both, 1), style) + "\n";
-  }
+  const std::string text = lay_out_parameters("Parameter", of_a_side, walk.sides.size(), style) +
+                           lay_out_parameters("Both feet", of_both, 1, style);
   const std::string remarks = remarks_on(parameters, style);
   return text + (remarks.empty() ? "" : remarks + "\n") +
          legend(walk, any_has_precision(of_a_side), style);

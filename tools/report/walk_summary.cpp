@@ -20,7 +20,8 @@ namespace {
 using gait_walk::exclusion_list;
 
 constexpr int decimals_of_sentences = 1;
-constexpr std::size_t longest_label = 28;
+/// Longer reasons are counted in a label, and named beside it.
+constexpr std::size_t longest_label = 15;
 
 /// Adds up what was measured of the analysed cycles' durations.
 class durations {
@@ -72,20 +73,6 @@ std::string name_or_none(const std::string& reason) {
   return reason.empty() ? "no reason given" : reason;
 }
 
-std::string label_of(const accounted_kind& kind) {
-  std::string names;
-  for (const auto& [reason, count] : kind.reasons) {
-    names += (names.empty() ? "" : ", ") + name_or_none(reason);
-  }
-  if (names.empty()) {
-    return "Excluded, none listed";
-  }
-  const std::string label = (kind.reasons.front().first.empty() ? "Excluded, " : "Excluded for ");
-  return names.size() <= longest_label
-             ? label + names
-             : "Excluded for " + std::to_string(kind.reasons.size()) + " reasons";
-}
-
 std::string in_words(const counted_reasons& reasons) {
   std::string words;
   for (const auto& [reason, count] : reasons) {
@@ -94,14 +81,37 @@ std::string in_words(const counted_reasons& reasons) {
   return words;
 }
 
-std::string note_on(const accounted_kind& kind) {
-  std::string note = kind.reasons.size() > 1 ? in_words(kind.reasons) : "";
-  if (kind.kind == 2 && kind.is_fallback) {
-    note += std::string(note.empty() ? "" : ": ") + "counted as two cycles";
-  } else if (kind.is_fallback) {
-    note += std::string(note.empty() ? "" : ": ") + "counted";
+std::string names_of(const counted_reasons& reasons) {
+  std::string names;
+  for (const auto& [reason, count] : reasons) {
+    names += (names.empty() ? "" : ", ") + name_or_none(reason);
   }
-  return kind.is_fallback && !kind.reasons.empty() ? note + ", but in the statistics" : note;
+  return names;
+}
+
+bool fits_a_label(const counted_reasons& reasons) {
+  return names_of(reasons).size() <= longest_label;
+}
+
+std::string label_of(const accounted_kind& kind) {
+  if (kind.reasons.empty()) {
+    return "Excluded: none listed";
+  }
+  const std::size_t count = kind.reasons.size();
+  return "Excluded: " + (fits_a_label(kind.reasons)
+                             ? names_of(kind.reasons)
+                             : std::to_string(count) + (count == 1 ? " reason" : " reasons"));
+}
+
+std::string note_on(const accounted_kind& kind) {
+  const bool label_says_all = kind.reasons.size() < 2 && fits_a_label(kind.reasons);
+  std::string note = label_says_all ? "" : in_words(kind.reasons);
+  if (kind.is_fallback) {
+    note += note.empty() ? "" : ": ";
+    note += kind.kind == 2 ? "counted as two cycles" : "counted";
+    note += kind.reasons.empty() ? "" : ", but in the statistics";
+  }
+  return note;
 }
 
 counted_reasons reasons_in(const walk_statistics& walk, exclusion_list list) {

@@ -30,7 +30,7 @@ struct accounted_kind {
   int cycles = 0;            ///< entries of the list; of an empty kind 2, two
   measured_sum time;         ///< their durations (s)
   counted_reasons reasons;   ///< of the list's entries; one that is empty stands for none given
-  std::string label;         ///< "Excluded for turn"
+  std::string label;         ///< "Excluded: turn"
   std::string note;          ///< what the label does not say, or empty
 };
 

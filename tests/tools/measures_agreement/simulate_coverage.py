@@ -3,9 +3,11 @@
 usage: simulate_coverage.py PRINT_MEASURES [PAGE]
 
 PRINT_MEASURES is the program of that name in this folder, whose effective number of strides and
-standard error are used. With a PAGE, fails unless that shows what is printed. The interval is mean +- t * standard error, with the t quantile of as many
-degrees of freedom as there are strides less one: once as if strides were independent, and once by
-the effective number of strides. Every run draws the same series.
+standard error are used. With a PAGE, fails unless that shows what is printed.
+
+The interval is mean +- t * standard error, with the t quantile of as many degrees of freedom as
+there are strides less one: once as if strides were independent, and once by the effective number of
+strides. Every run draws the same series.
 """
 
 import math
@@ -53,9 +55,11 @@ MODELS = [
 def probability_within(t, freedom):
     """Of Student's t distribution: the probability of a value from -t to t. The degrees of freedom
     need not be whole."""
-    # With t = sqrt(freedom) * tan(angle), the density becomes a power of the cosine. Simpson's rule.
+    # With t = sqrt(freedom) * tan(angle), the density becomes a power of the cosine. The area below
+    # it is taken by Simpson's rule.
     intervals = 200
-    angles = numpy.linspace(0.0, 1.0, intervals + 1) * numpy.arctan(t / numpy.sqrt(freedom))[:, None]
+    largest_angles = numpy.arctan(t / numpy.sqrt(freedom))
+    angles = numpy.linspace(0.0, 1.0, intervals + 1) * largest_angles[:, None]
     weights = numpy.ones(intervals + 1)
     weights[1:-1:2] = 4.0
     weights[2:-1:2] = 2.0
