@@ -1,6 +1,6 @@
 // Reads figures back from what is drawn: run in the page, it returns plain data.
 
-/** Every strip: its side, its parameter, the ticks, and what is drawn, all in pixels of the page. */
+/** Every strip: its side, its parameter, its ticks and what is drawn, in pixels of the page. */
 export function readStrips() {
   const screen = (element) => {
     const matrix = element.getScreenCTM();

@@ -95,13 +95,13 @@ public:
 private:
   using contexts = std::vector<const page_data*>;
 
-  static const page_data* find(const contexts& contexts, const std::string& name) {
-    for (auto at = contexts.rbegin(); at != contexts.rend(); ++at) {
+  static const page_data* find(const contexts& all, const std::string& name) {
+    for (auto at = all.rbegin(); at != all.rend(); ++at) {
       if (const page_data* value = (*at)->get(name)) {
         return value;
       }
     }
-    return name == "." ? contexts.back() : nullptr;
+    return name == "." ? all.back() : nullptr;
   }
 
   std::size_t end_of_section(std::size_t begin) const {
@@ -115,9 +115,9 @@ private:
     }
   }
 
-  void fill(std::size_t begin, std::size_t end, const contexts& contexts) {
+  void fill(std::size_t begin, std::size_t end, const contexts& all) {
     for (std::size_t i = begin; i < end; ++i) {
-      const page_data* value = find(contexts, tags_[i].name);
+      const page_data* value = find(all, tags_[i].name);
       reached_.insert(i);
       if (value == nullptr) {
         without_value_.insert(tags_[i].name);
@@ -127,26 +127,26 @@ private:
       }
       const std::size_t end_of_this = end_of_section(i);
       if (value != nullptr) {
-        fill_section(tags_[i].kind, *value, i + 1, end_of_this, contexts);
+        fill_section(tags_[i].kind, *value, i + 1, end_of_this, all);
       }
       i = end_of_this;
     }
   }
 
   void fill_section(char kind, const page_data& value, std::size_t begin, std::size_t end,
-                    contexts contexts) {
+                    contexts all) {
     const bool is_nothing = value.is_false() || value.is_empty_list();
     if ((kind == '^') != is_nothing) {
       return;
     }
     if (kind == '^' || !value.is_list()) {
-      fill(begin, end, contexts);
+      fill(begin, end, all);
       return;
     }
     for (const page_data& item : value.list_value()) {
-      contexts.push_back(&item);
-      fill(begin, end, contexts);
-      contexts.pop_back();
+      all.push_back(&item);
+      fill(begin, end, all);
+      all.pop_back();
     }
   }
 
@@ -221,7 +221,8 @@ TEST(Panels, OfOneHeightShowEquallyManyUnits) {
                            R"re(<text class="y" x="-6" y="([\d.]+)">([\d.-]+)<)re");
     std::smatch match;
     EXPECT_TRUE(std::regex_search(page, match, regex)) << description;
-    return (std::stod(match[1]) - std::stod(match[3])) / (std::stod(match[4]) - std::stod(match[2]));
+    return (std::stod(match[1]) - std::stod(match[3])) /
+           (std::stod(match[4]) - std::stod(match[2]));
   };
   EXPECT_NEAR(pixels_of_a_unit("Swing"), pixels_of_a_unit("Stance"), 0.02);
   EXPECT_NEAR(pixels_of_a_unit("Loading"), pixels_of_a_unit("Pushing"), 0.02);
@@ -267,8 +268,8 @@ TEST(HtmlPage, ShowsTextThatIsNotUtf8) {
 }
 
 TEST(HtmlPage, SaysHowFewValuesATileRestsOn) {
-  EXPECT_THAT(page_of(statistics_of(modelled(5))), HasSubstr(", n 5</span>"));
-  EXPECT_THAT(page_of(statistics_of(modelled())), Not(HasSubstr(", n ")));
+  EXPECT_THAT(page_of(statistics_of(modelled(11))).find(", n 9</span>"), Not(std::string::npos));
+  EXPECT_EQ(page_of(statistics_of(modelled(12))).find(", n 10</span>"), std::string::npos);
 }
 
 TEST(HtmlPage, ComparesNoSidesOfOneFoot) {

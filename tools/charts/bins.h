@@ -18,7 +18,7 @@ struct point {
 
 /// The points of one part of the axis.
 struct bin {
-  double x = 0.0;       ///< the middle of the part
+  double x = 0.0;  ///< the middle of the part
   double lowest = 0.0;
   double median = 0.0;  ///< the middle value, or half the sum of the middle two
   double highest = 0.0;

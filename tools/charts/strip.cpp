@@ -20,9 +20,7 @@ constexpr span whole_width = {0.0, 1.0};
 class strip_picture {
 public:
   explicit strip_picture(const strip& strip)
-      : strip_(strip),
-        x_(strip.x, whole_width),
-        y_(strip.y, {strip.height - margin, margin}) {}
+      : strip_(strip), x_(strip.x, whole_width), y_(strip.y, {strip.height - margin, margin}) {}
 
   std::string draw() {
     draw_background();
@@ -43,9 +41,7 @@ public:
 
 private:
   /// A y that is beyond the scale becomes its end.
-  double clamped(double y) const {
-    return std::fmin(std::fmax(y, y_.data().from), y_.data().to);
-  }
+  double clamped(double y) const { return std::fmin(std::fmax(y, y_.data().from), y_.data().to); }
 
   /// Shaded stretches, lines at the ticks, and their labels.
   void draw_background() {

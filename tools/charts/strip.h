@@ -22,16 +22,16 @@ struct dot {
 
 /// What a strip shows, in the units of its axes.
 struct strip {
-  std::string label;  ///< what it shows, for those who cannot see it
-  span x;             ///< the axis that it shares with others
-  span y;             ///< its own scale; a point beyond it becomes an arrow at its edge
-  double height = 50.0;             ///< (px)
-  std::vector<span> shaded;         ///< stretches of x
-  std::vector<dot> dots;            ///< one whose y is NaN is not drawn
-  std::vector<double> gaps;         ///< where a point that counts is missing: a tick at the foot
-  std::optional<span> band;         ///< of y
-  std::optional<double> line;       ///< a y: drawn through
-  std::optional<double> other_line; ///< a y: dotted
+  std::string label;           ///< what it shows, for those who cannot see it
+  span x;                      ///< the axis that it shares with others
+  span y;                      ///< its own scale; a point beyond it becomes an arrow at its edge
+  double height = 50.0;        ///< (px)
+  std::vector<span> shaded;    ///< stretches of x
+  std::vector<dot> dots;       ///< one whose y is NaN is not drawn
+  std::vector<double> gaps;    ///< where a point that counts is missing: a tick at the foot
+  std::optional<span> band;    ///< of y
+  std::optional<double> line;  ///< a y: drawn through
+  std::optional<double> other_line;  ///< a y: dotted
   /// The y from which a stem is drawn to every point, if there are to be stems.
   std::optional<double> stems_from;
 };

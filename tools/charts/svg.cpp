@@ -35,8 +35,8 @@ std::string hatching() {
   constexpr int width = 2000;
   std::string lines;
   for (int x = -height; x < width; x += apart) {
-    lines += "M" + std::to_string(x) + " " + std::to_string(height) + "l" +
-             std::to_string(height) + "-" + std::to_string(height);
+    lines += "M" + std::to_string(x) + " " + std::to_string(height) + "l" + std::to_string(height) +
+             "-" + std::to_string(height);
   }
   return lines;
 }
@@ -122,8 +122,7 @@ path& path::rectangle(span x, span y) {
 }
 
 std::string path::element(const char* css_class) const {
-  return empty() ? ""
-                 : std::string("<path class=\"") + css_class + "\" d=\"" + data_ + "\"/>";
+  return empty() ? "" : std::string("<path class=\"") + css_class + "\" d=\"" + data_ + "\"/>";
 }
 
 std::string plot(const char* css_class, double height, std::string_view label,
@@ -149,9 +148,9 @@ std::string definitions() {
 }
 
 std::string arrow(direction direction, double x, double y) {
-  return element("use", {{"href", std::string("#") + name_of(direction)},
-                         {"x", percent(x)},
-                         {"y", coordinate(y)}});
+  return element(
+      "use",
+      {{"href", std::string("#") + name_of(direction)}, {"x", percent(x)}, {"y", coordinate(y)}});
 }
 
 std::string axis_below(span data, std::string_view unit) {

@@ -40,7 +40,7 @@ std::string text_at(const char* css_class, std::string_view place, double height
 /// The data of a path in the picture within: shares of the width, and pixels of the height.
 class path {
 public:
-  path& point(double x, double y);                  ///< a line of no length, drawn as a round dot
+  path& point(double x, double y);  ///< a line of no length, drawn as a round dot
   path& line(double x0, double y0, double x1, double y1);
   path& rectangle(span x, span y);
 

@@ -64,13 +64,13 @@ std::string draw_box(const box& box, const linear_scale& x, double top) {
   const double left = x(box.x.from);
   const double width = x(box.x.to) - left;
   std::string text = std::string("<rect class=\"") + name_of(box.look) + "\" x=\"" + percent(left) +
-                     "\" y=\"" + coordinate(top) + "\" width=\"" + percent(width) +
-                     "\" height=\"" + coordinate(box_height) + "\"";
-  const std::string lines =
-      box.look == filling::hatched
-          ? "<svg x=\"" + percent(left) + "\" y=\"" + coordinate(top) + "\" width=\"" +
-                percent(width) + "\" height=\"" + coordinate(box_height) + "\">" + hatching + "</svg>"
-          : "";
+                     "\" y=\"" + coordinate(top) + "\" width=\"" + percent(width) + "\" height=\"" +
+                     coordinate(box_height) + "\"";
+  const std::string lines = box.look == filling::hatched
+                                ? "<svg x=\"" + percent(left) + "\" y=\"" + coordinate(top) +
+                                      "\" width=\"" + percent(width) + "\" height=\"" +
+                                      coordinate(box_height) + "\">" + hatching + "</svg>"
+                                : "";
   text += box.title.empty() ? "/>" : "><title>" + escaped(box.title) + "</title></rect>";
   text += lines;
   if (box.is_marked) {
@@ -141,11 +141,13 @@ std::string draw(const time_line& time_line) {
 }
 
 std::string sample_box(filling look) {
-  return std::string("<svg class=\"sample\" width=\"22\" height=\"12\" aria-hidden=\"true\">"
-                     "<rect class=\"") +
+  return std::string(
+             "<svg class=\"sample\" width=\"22\" height=\"12\" aria-hidden=\"true\">"
+             "<rect class=\"") +
          name_of(look) + "\" x=\"1\" y=\"1\" width=\"20\" height=\"10\"/>" +
          (look == filling::hatched
-              ? std::string("<svg x=\"1\" y=\"1\" width=\"20\" height=\"10\">") + hatching + "</svg>"
+              ? std::string("<svg x=\"1\" y=\"1\" width=\"20\" height=\"10\">") + hatching +
+                    "</svg>"
               : "") +
          "</svg>";
 }

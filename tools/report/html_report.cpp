@@ -7,10 +7,12 @@
 #include "page_text.h"
 
 #include <kainjow/mustache.hpp>
+#include <utf8.h>
 
 #include <algorithm>
 #include <cctype>
 #include <cstddef>
+#include <iterator>
 #include <memory>
 #include <stdexcept>
 #include <string>
@@ -29,12 +31,32 @@ std::string rendered(std::string_view source, const page_data& data) {
   return engine.render(data);
 }
 
-/// JSON that may stand between the tags of a script: no text of it can end it.
+/// A character of JSON as an escape sequence.
+std::string escape_sequence(char32_t character) {
+  constexpr std::string_view digits = "0123456789abcdef";
+  const std::string in_utf8 = utf8::utf32to8(std::u32string(1, character));
+  const std::u16string units = utf8::utf8to16(in_utf8);
+  std::string text;
+  for (const char16_t unit : units) {
+    text += {'\\', 'u', digits[unit >> 12U], digits[(unit >> 8U) & 0xFU],
+             digits[(unit >> 4U) & 0xFU], digits[unit & 0xFU]};
+  }
+  return text;
+}
+
+/// JSON that may stand between the tags of a script: no text of it can end it, and no character of
+/// it is one that HTML must not hold.
 std::string for_a_script(const std::string& json) {
   std::string text;
   text.reserve(json.size());
-  for (const char c : json) {
-    text += c == '<' ? std::string("\\u003c") : std::string(1, c);
+  for (auto at = json.begin(); at != json.end();) {
+    const auto begin = at;
+    const char32_t character = utf8::next(at, json.end());
+    if (character == U'<' || !may_stand_in_a_page(character)) {
+      text += escape_sequence(character);
+    } else {
+      text.append(begin, at);
+    }
   }
   return text;
 }
@@ -64,8 +86,8 @@ html_page::html_page(bool of_several_walks) : of_several_walks_(of_several_walks
 
 void html_page::add(const walk_statistics& walk) {
   const shown_walk shown(walk);
-  walks_in_full_ += rendered(page_files::walk,
-                             data_of_walk(shown, entries_.size(), !of_several_walks_));
+  walks_in_full_ +=
+      rendered(page_files::walk, data_of_walk(shown, entries_.size(), !of_several_walks_));
   entries_.push_back({page_text(walk.name), shown.summary.in_the_statistics});
   json_walks_.push_back(json_walk(walk));
 }
@@ -76,7 +98,7 @@ std::string html_page::finish() {
   for (const auto& [name, summary] : entries_) {
     listed.push_back({name, summary});
   }
-  const std::string json = 
+  const std::string json =
       for_a_script(json_document(std::move(json_walks_), json_layout::compact));
   return rendered(page_files::page, data_of_page(listed, walks_in_full_, json));
 }

@@ -377,7 +377,9 @@ std::string json_document(std::vector<json> walks, json_layout layout) {
   json document = {{"version", GAIT_STATISTICS_VERSION}, {"units", json_units()}};
   document["walks"] = std::move(walks);
   // A folder's name need not be UTF-8, which JSON must be.
-  return document.dump(layout == json_layout::indented ? 2 : -1, ' ', false, json::error_handler_t::replace) + "\n";
+  return document.dump(layout == json_layout::indented ? 2 : -1, ' ', false,
+                       json::error_handler_t::replace) +
+         "\n";
 }
 
 }  // namespace gait_report

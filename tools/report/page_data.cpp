@@ -171,9 +171,8 @@ object tile_of(const computed_parameter& parameter) {
     entry["few"] = statistics.n < few_values ? ", n " + std::to_string(statistics.n) : "";
     sides.emplace_back(std::move(entry));
   }
-  return {{"description", parameter.row.description},
-          {"unit", parameter.row.unit},
-          {"sides", sides}};
+  return {
+      {"description", parameter.row.description}, {"unit", parameter.row.unit}, {"sides", sides}};
 }
 
 list tiles_of(const std::vector<shown_panel>& measured) {
@@ -248,10 +247,11 @@ std::string distances_of(const shown_walk& shown) {
 list exclusions_of(const shown_walk& shown) {
   list rows;
   for (const auto& exclusion : shown.strides.exclusions) {
-    rows.emplace_back(object{{"index", std::to_string(exclusion.index)},
-                             {"list", std::string(name_of(exclusion.list))},
-                             {"reason", shown_reason(exclusion)},
-                             {"effect", std::string(gait_walk::words_of(exclusion.effect).in_words)}});
+    rows.emplace_back(
+        object{{"index", std::to_string(exclusion.index)},
+               {"list", std::string(name_of(exclusion.list))},
+               {"reason", shown_reason(exclusion)},
+               {"effect", std::string(gait_walk::words_of(exclusion.effect).in_words)}});
   }
   return rows;
 }
@@ -259,8 +259,8 @@ list exclusions_of(const shown_walk& shown) {
 // --- Right and left
 
 std::string footnote_on(const std::vector<const computed_parameter*>& ratios) {
-  const bool all_tell =
-      std::all_of(ratios.begin(), ratios.end(), [](const auto* p) { return p->has_telling_ratio(); });
+  const bool all_tell = std::all_of(ratios.begin(), ratios.end(),
+                                    [](const auto* p) { return p->has_telling_ratio(); });
   return all_tell ? ""
                   : "* The means are near 0, or on both sides of it: their ratio says nothing. The "
                     "means themselves are below.";
@@ -274,7 +274,8 @@ std::string asymmetry_in_words(const shown_walk& shown) {
   return "Mean " + rounded(*asymmetry.mean, decimals_of_percent) + " %, SD " +
          shown_number(asymmetry.sd, decimals_of_percent) + ", n " + std::to_string(asymmetry.n) +
          ": " + std::string(gait_measures::direction_in_words(*asymmetry.mean)) +
-         " on average. Each value is 100 (left − right) / (left + right) of the swings of a stride, "
+         " on average. Each value is 100 (left − right) / (left + right) of the swings of a "
+         "stride, "
          "in percent.";
 }
 
@@ -371,15 +372,12 @@ object panel_data(const shown_walk& shown, const computed_parameter& parameter,
                   gait_charts::span scale) {
   list strips;
   for (const auto& strip : draw_strips(shown, parameter, scale)) {
-    strips.emplace_back(object{
-        {"side", strip.side}, {"letter", strip.letter}, {"strip", strip.picture}});
+    strips.emplace_back(
+        object{{"side", strip.side}, {"letter", strip.letter}, {"strip", strip.picture}});
   }
-  return {{"description", parameter.row.description},
-          {"unit", parameter.row.unit},
-          {"meaning", parameter.row.meaning},
-          {"sides", panel_sides(parameter)},
-          {"below", figures_below(parameter)},
-          {"strips", strips}};
+  return {{"description", parameter.row.description}, {"unit", parameter.row.unit},
+          {"meaning", parameter.row.meaning},         {"sides", panel_sides(parameter)},
+          {"below", figures_below(parameter)},        {"strips", strips}};
 }
 
 list groups_of(const shown_walk& shown, const std::vector<shown_panel>& measured) {
@@ -686,8 +684,8 @@ page_data data_of_page(const std::vector<listed_walk>& listed, const std::string
   if (listed.size() > 1) {
     list walks;
     for (std::size_t i = 0; i < listed.size(); ++i) {
-      walks.emplace_back(object{
-          {"id", id_of_walk(i)}, {"name", listed[i].name}, {"summary", listed[i].summary}});
+      walks.emplace_back(
+          object{{"id", id_of_walk(i)}, {"name", listed[i].name}, {"summary", listed[i].summary}});
     }
     contents.emplace_back(object{{"walks", walks}});
   }
@@ -718,10 +716,9 @@ page_data data_of_index_rows(const shown_walk& shown, const std::string& file) {
     for (const auto& panel : panels) {
       const computed_parameter* parameter = find(shown, panel.key);
       if (panel.at_a_glance == glance::tile) {
-        cells.emplace_back(parameter == nullptr
-                               ? std::string(nothing_shown)
-                               : shown_number(parameter->sides[i].statistics.mean,
-                                              parameter->row.decimals));
+        cells.emplace_back(parameter == nullptr ? std::string(nothing_shown)
+                                                : shown_number(parameter->sides[i].statistics.mean,
+                                                               parameter->row.decimals));
       }
     }
     rows.emplace_back(object{{"is_first", i == 0},
@@ -747,8 +744,8 @@ page_data data_of_index(const std::vector<page_data>& walks) {
   for (const auto& panel : panels) {
     if (panel.at_a_glance == glance::tile) {
       const auto rows = list_parameters();
-      const auto row = std::find_if(rows.begin(), rows.end(),
-                                    [&](const auto& r) { return r.key == panel.key; });
+      const auto row =
+          std::find_if(rows.begin(), rows.end(), [&](const auto& r) { return r.key == panel.key; });
       columns.emplace_back(object{{"description", row->description}, {"unit", row->unit}});
     }
   }

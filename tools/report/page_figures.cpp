@@ -37,8 +37,8 @@ span time_of(const walk_strides& strides) {
 
 double middle(const walk_stride& stride) { return 0.5 * (stride.start + stride.end); }
 
-/// A value of a strip: of a stride, or of a two-feet cycle, which is shown where its right stride is,
-/// or else its left one.
+/// A value of a strip: of a stride, or of a two-feet cycle, which is shown where its right stride
+/// is, or else its left one.
 struct placed_value {
   const walk_stride* stride;
   stride_status status;
@@ -215,8 +215,7 @@ std::vector<gait_charts::time_note> reasons_over_time(const shown_walk& shown) {
   // The other foot's strides are left out for the same reason at the same time.
   std::vector<gait_charts::time_note> merged;
   for (const auto& note : notes) {
-    if (!merged.empty() && merged.back().text == note.text &&
-        note.x.from <= merged.back().x.to) {
+    if (!merged.empty() && merged.back().text == note.text && note.x.from <= merged.back().x.to) {
       merged.back().x.to = std::max(merged.back().x.to, note.x.to);
     } else {
       merged.push_back(note);
@@ -255,8 +254,8 @@ std::string reasons_in_words(const shown_walk& shown, gait_charts::filling look)
                                : words;
 }
 
-std::vector<std::vector<std::vector<std::optional<double>>>> all_values(
-    const walk_strides& strides, bool both_feet) {
+std::vector<std::vector<std::vector<std::optional<double>>>> all_values(const walk_strides& strides,
+                                                                        bool both_feet) {
   std::vector<std::vector<std::vector<std::optional<double>>>> values(strides.sides.size());
   for (std::size_t i = 0; i < values.size(); ++i) {
     for (const auto& stride : strides.sides[i].strides) {
@@ -289,9 +288,8 @@ std::string shown_reason(const listed_exclusion& exclusion) {
 }
 
 bool has_many_strides(const shown_walk& shown) {
-  return std::any_of(
-      shown.strides.sides.begin(), shown.strides.sides.end(),
-      [](const auto& side) { return side.strides.size() > gait_charts::most_dots; });
+  return std::any_of(shown.strides.sides.begin(), shown.strides.sides.end(),
+                     [](const auto& side) { return side.strides.size() > gait_charts::most_dots; });
 }
 
 std::string draw_time_line(const shown_walk& shown) {
@@ -349,8 +347,8 @@ std::vector<drawn_strip> draw_strips(const shown_walk& shown, const computed_par
     const std::string name(name_of(sides[i].side->foot));
     const auto other = sides.size() == 2 ? sides[1 - i].statistics.median : std::nullopt;
     const auto values = values_of_side(shown, i, place);
-    strips.push_back(
-        {name, letter_of(*sides[i].side), draw_side(shown, parameter, i, values, name, scale, other)});
+    strips.push_back({name, letter_of(*sides[i].side),
+                      draw_side(shown, parameter, i, values, name, scale, other)});
   }
   return strips;
 }
@@ -405,11 +403,11 @@ legend time_line_legend(const shown_walk& shown) {
   }
   if (any_stride(shown, [](const auto& s) { return s.status == stride_status::unlinked; })) {
     entries.emplace_back(sample_box(filling::empty),
-                        gait_walk::words_of(stride_status::unlinked).in_words);
+                         gait_walk::words_of(stride_status::unlinked).in_words);
   }
   if (any_stride(shown, [&](const auto& s) { return lacks_partner(shown, s); })) {
     entries.emplace_back(sample(R"(<circle class="mark" cx="11" cy="7" r="2.5"/>)"),
-                        "without a stride of the other foot");
+                         "without a stride of the other foot");
   }
   return entries;
 }
@@ -419,12 +417,12 @@ legend strip_legend(const shown_walk& shown) {
   legend entries;
   if (has_many_strides(shown)) {
     entries = {{sample(path_sample("range", "M11 0V12") + path_sample("dot", "M11 6h0")),
-               "smallest, middle and largest value in 1/" + many + " of the time"}};
+                "smallest, middle and largest value in 1/" + many + " of the time"}};
   } else {
     entries = {{sample(path_sample("dot", "M11 6h0")), "in the statistics"},
-              {sample(path_sample("shade", "M0 0h22v12h-22z") + path_sample("ring", "M11 6h0") +
-                      path_sample("hole", "M11 6h0")),
-               "left out"}};
+               {sample(path_sample("shade", "M0 0h22v12h-22z") + path_sample("ring", "M11 6h0") +
+                       path_sample("hole", "M11 6h0")),
+                "left out"}};
   }
   entries.emplace_back(sample(path_sample("band", "M0 1h22v10h-22z")), "quartiles");
   entries.emplace_back(sample(path_sample("line", "M0 6h22")), "median");
@@ -432,9 +430,8 @@ legend strip_legend(const shown_walk& shown) {
     entries.emplace_back(sample(path_sample("other", "M0 6h22")), "median of the other side");
   }
   entries.emplace_back(sample(path_sample("gap", "M11 12v-6")), "in the statistics, not measured");
-  entries.emplace_back(
-      sample(R"(<use href="#up" x="7" y="1"/><use href="#down" x="15" y="11"/>)"),
-      "beyond the scale");
+  entries.emplace_back(sample(R"(<use href="#up" x="7" y="1"/><use href="#down" x="15" y="11"/>)"),
+                       "beyond the scale");
   return entries;
 }
 

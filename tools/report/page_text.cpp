@@ -11,14 +11,13 @@
 #include <string_view>
 
 namespace gait_report {
-namespace {
-
-/// Whether HTML may hold a character: those that Unicode keeps for internal use it may not.
 bool may_stand_in_a_page(char32_t character) {
-  return (character & 0xFFFEU) != 0xFFFEU && !(character >= 0xFDD0U && character <= 0xFDEFU);
+  const bool is_control =
+      (character < 0x20 && character != U'\n') || (character >= 0x7FU && character < 0xA0U);
+  const bool is_of_no_use_outside =
+      (character & 0xFFFEU) == 0xFFFEU || (character >= 0xFDD0U && character <= 0xFDEFU);
+  return !is_control && !is_of_no_use_outside;
 }
-
-}  // namespace
 
 std::string page_text(std::string_view text) {
   constexpr char32_t replacement = 0xFFFD;

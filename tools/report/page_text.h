@@ -18,6 +18,10 @@ inline constexpr int decimals_of_percent = 1;
 /// What stands where nothing could be computed.
 inline constexpr std::string_view nothing_shown = "–";
 
+/// Whether HTML may hold a character: no control characters, and none that Unicode keeps for
+/// internal use.
+bool may_stand_in_a_page(char32_t character);
+
 /// Text of unknown content for a page: UTF-8, without control characters. It still has to be
 /// escaped.
 std::string page_text(std::string_view text);

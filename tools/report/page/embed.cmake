@@ -27,7 +27,8 @@ function(base64 hex result)
   set(${result} "${text}" PARENT_SCOPE)
 endfunction()
 
-set(source "// Made by embed.cmake.\n#include \"page_files.h\"\n\nnamespace gait_report::page_files {\n\n")
+string(CONCAT source "// Made by embed.cmake.\n#include \"page_files.h\"\n\n"
+  "namespace gait_report::page_files {\n\n")
 foreach(file page.mustache walk.mustache index.mustache page.css page.js)
   file(READ ${FOLDER}/${file} text)
   string(REGEX REPLACE "\\.mustache$" "" name ${file})

@@ -69,7 +69,7 @@
   }
 
   function strideInWords(side, stride) {
-    const reason = stride.reason ? `: ${stride.reason}` : "";
+    const reason = stride.reason ? `: ${stride.reason.replace(/[\n\r]+/g, " ")}` : "";
     const name = side[0].toUpperCase() + side.slice(1);
     return `${name} stride ${stride.index}, ${rounded(stride.start, 2)} to ` +
         `${rounded(stride.end, 2)} s, ${stride.status}${reason}`;
@@ -100,7 +100,8 @@
         place.append(mark);
         marks.push({side, mark});
       };
-      for (const holder of this.article.querySelectorAll(".strips [data-side], .strips[data-side]")) {
+      const holders = ".strips [data-side], .strips[data-side]";
+      for (const holder of this.article.querySelectorAll(holders)) {
         const plot = holder.querySelector("svg.strip");
         add(holder.dataset.side, plot, plot.getAttribute("height"), 0);
       }
@@ -155,14 +156,17 @@
       this.slider.value = place;
       const words = Object.entries(position).map(([side, stride]) => strideInWords(side, stride));
       this.output.textContent = words.join("\n");
-      this.slider.setAttribute("aria-valuetext", words.concat(this.mainValues(position)).join(". "));
+      this.output.title = this.output.textContent;
+      this.slider.setAttribute("aria-valuetext",
+          words.concat(this.shownValues(position)).join(". "));
       for (const {side, mark} of this.marks) {
         this.placeMark(mark, this.strideOf(side, position));
       }
       for (const cell of this.cells) {
         const stride = this.strideOf(cell.dataset.side, position);
         const {key} = cell.dataset;
-        cell.textContent = stride ? rounded(stride.value(key), this.walk.parameters[key].decimals) : "";
+        cell.textContent =
+            stride ? rounded(stride.value(key), this.walk.parameters[key].decimals) : "";
       }
     }
 
@@ -176,7 +180,7 @@
     }
 
     // The values that a screen reader says: every one that is shown beside the strips.
-    mainValues(position) {
+    shownValues(position) {
       const rows = new Map();
       for (const cell of this.cells) {
         const {key, side} = cell.dataset;
