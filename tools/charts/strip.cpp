@@ -128,7 +128,11 @@ private:
   const strip& strip_;
   linear_scale x_;
   linear_scale y_;
-  path filled_, hollow_, gaps_, stems_, ranges_, ranges_out_;
+  /// Of a thousand points and more, a tenth of a pixel is enough.
+  path filled_{strip_.dots.size() > most_dots ? 1 : 2};
+  path hollow_, gaps_, stems_;
+  path ranges_{1};
+  path ranges_out_{1};
   std::string stretched_;
   std::string around_;
 };

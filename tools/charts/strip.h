@@ -39,7 +39,7 @@ struct strip {
 /// With more points than this, a strip shows for each part of the axis the lowest, the highest and
 /// the middle one.
 inline constexpr std::size_t most_dots = 1000;
-inline constexpr std::size_t parts_of_binned_strip = 250;
+inline constexpr std::size_t parts_of_binned_strip = 200;
 
 /// The plot of a strip, with the labels of its scale on its left.
 std::string draw(const strip& strip);

@@ -43,11 +43,12 @@ std::string hatching() {
 
 }  // namespace
 
-std::string coordinate(double value) {
+std::string coordinate(double value, int decimals) {
   std::array<char, 32> buffer{};
   // What is far outside of any drawing need not be there exactly.
   const double within = std::fmin(std::fmax(value, -1e6), 1e6);
-  const double rounded = std::round(within * 100.0) / 100.0 + 0.0;
+  const double parts = std::pow(10.0, decimals);
+  const double rounded = std::round(within * parts) / parts + 0.0;
   const auto end = std::to_chars(buffer.data(), buffer.data() + buffer.size(), rounded).ptr;
   return {buffer.data(), end};
 }
@@ -92,7 +93,7 @@ std::string text_at(const char* css_class, std::string_view place, double height
 }
 
 path& path::move(double x, double y) {
-  data_ += "M" + coordinate(units * x) + " " + coordinate(y);
+  data_ += "M" + text_of(units * x) + " " + text_of(y);
   return *this;
 }
 
@@ -105,19 +106,18 @@ path& path::point(double x, double y) {
 path& path::line(double x0, double y0, double x1, double y1) {
   move(x0, y0);
   if (x0 == x1) {
-    data_ += "V" + coordinate(y1);
+    data_ += "V" + text_of(y1);
   } else if (y0 == y1) {
-    data_ += "H" + coordinate(units * x1);
+    data_ += "H" + text_of(units * x1);
   } else {
-    data_ += "L" + coordinate(units * x1) + " " + coordinate(y1);
+    data_ += "L" + text_of(units * x1) + " " + text_of(y1);
   }
   return *this;
 }
 
 path& path::rectangle(span x, span y) {
   move(x.from, y.from);
-  data_ += "H" + coordinate(units * x.to) + "V" + coordinate(y.to) + "H" +
-           coordinate(units * x.from) + "z";
+  data_ += "H" + text_of(units * x.to) + "V" + text_of(y.to) + "H" + text_of(units * x.from) + "z";
   return *this;
 }
 

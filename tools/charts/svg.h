@@ -19,8 +19,8 @@
 
 namespace gait_charts {
 
-/// A number with two decimals at most: 1/100 of a pixel.
-std::string coordinate(double value);
+/// A number with so many decimals at most: two are 1/100 of a pixel.
+std::string coordinate(double value, int decimals = 2);
 
 /// A share of the width, for an attribute: "12.5%".
 std::string percent(double share);
@@ -40,6 +40,8 @@ std::string text_at(const char* css_class, std::string_view place, double height
 /// The data of a path in the picture within: shares of the width, and pixels of the height.
 class path {
 public:
+  explicit path(int decimals = 2) : decimals_(decimals) {}
+
   path& point(double x, double y);  ///< a line of no length, drawn as a round dot
   path& line(double x0, double y0, double x1, double y1);
   path& rectangle(span x, span y);
@@ -50,7 +52,9 @@ public:
 
 private:
   path& move(double x, double y);
+  std::string text_of(double value) const { return coordinate(value, decimals_); }
 
+  int decimals_;
   std::string data_;
 };
 

@@ -6,8 +6,8 @@
 #include "page_files.h"
 #include "page_text.h"
 
-#include <kainjow/mustache.hpp>
 #include <utf8.h>
+#include <kainjow/mustache.hpp>
 
 #include <algorithm>
 #include <cctype>
@@ -38,8 +38,12 @@ std::string escape_sequence(char32_t character) {
   const std::u16string units = utf8::utf8to16(in_utf8);
   std::string text;
   for (const char16_t unit : units) {
-    text += {'\\', 'u', digits[unit >> 12U], digits[(unit >> 8U) & 0xFU],
-             digits[(unit >> 4U) & 0xFU], digits[unit & 0xFU]};
+    text += {'\\',
+             'u',
+             digits[unit >> 12U],
+             digits[(unit >> 8U) & 0xFU],
+             digits[(unit >> 4U) & 0xFU],
+             digits[unit & 0xFU]};
   }
   return text;
 }
