@@ -279,7 +279,8 @@ class Report(ProgramTest):
         self.assertRegex(report,
                          "(?m)^  Distance, walk +4.000 m  2 of 6 cycles without stride length$")
         self.assertRegex(report,
-                         "(?m)^  Distance, statistics +4.000 m  1 of 5 cycles without stride length$")
+                         "(?m)^  Distance, statistics +4.000 m  1 of 5 cycles without stride "
+                         "length$")
 
     WHY_NONE = ("1 of 6 included strides has no stride length. The library counts half of it as "
                 "-0.5 m; its step length is left out.")
@@ -479,8 +480,10 @@ class Formats(ProgramTest):
         keys = [row["key"] for row in catalogue if row["analysed"] != "one foot"]
         rows = self.csv_rows(BOTH_FEET)
         self.assertEqual([row["parameter"] for row in rows],
-                         [key for key in keys for _ in range(2)] + ["asymmetry", "asymmetry_percent"])
-        self.assertEqual([row["side"] for row in rows], ["right", "left"] * len(keys) + ["both"] * 2)
+                         [*(key for key in keys for _ in range(2)), "asymmetry",
+                          "asymmetry_percent"])
+        self.assertEqual([row["side"] for row in rows],
+                         ["right", "left"] * len(keys) + ["both"] * 2)
 
     def test_json_holds_the_version_and_every_walk(self):
         document = json.loads(self.output("--format", "json", BOTH_FEET, LEFT_FOOT))

@@ -57,7 +57,8 @@ std::string in_one_cell(const Items& items, InWords in_words) {
 /// A name that pandas and R take as it is: "Step Time" and "seconds" make "Step_Time_seconds".
 std::string name_with_unit(const std::string& name, const std::string& unit) {
   std::string text;
-  for (const char c : name + (unit.empty() ? "" : "_") + unit) {
+  const std::string before_unit = unit.empty() ? name : name + "_";
+  for (const char c : before_unit + unit) {
     switch (c) {
       case ' ':
         text += '_';
@@ -143,10 +144,10 @@ const std::vector<column<parameter_row>>& parameter_columns() {
   static const std::vector<column<row>> columns = {
       {"walk", "the walk's name", [](const row& r) { return r.walk.name; }},
       {"parameter",
-       "the parameter's key without suffix ([parameters](parameters.md)); \"asymmetry\" is the "
-       "swing asymmetry as the library scales it, \"asymmetry_percent\" the same in percent",
+       "the parameter's key without suffix ([parameters](parameters.md)); `asymmetry` is the swing "
+       "asymmetry as the library scales it, `asymmetry_percent` the same in percent",
        [](const row& r) { return text_cell(r.parameter); }},
-      {"side", "\"right\" or \"left\"; \"both\" for the swing asymmetry",
+      {"side", "`right` or `left`; `both` for the swing asymmetry",
        [](const row& r) { return text_cell(r.side); }},
       {"description", "the parameter's name for people",
        [](const row& r) { return text_cell(r.description); }},
@@ -185,13 +186,13 @@ const std::vector<column<parameter_row>>& parameter_columns() {
        measure(&measures::symmetry_index)},
       {"direction", "of the mean swing asymmetry, in words",
        [](const row& r) { return text_cell(r.direction); }},
-      {"analysed", "\"both feet\", \"left foot\" or \"right foot\"",
+      {"analysed", "`both feet`, `left foot` or `right foot`",
        [](const row& r) { return r.walk.analysed; }},
       {"sampling_rate_hz", "sampling rate of the recording (Hz)",
        [](const row& r) { return r.walk.rate; }},
       {"note", "why there are no statistics of what was measured, where that is so",
        [](const row& r) { return text_cell(r.note); }},
-      {"about", "what `about.csv` says of the walk: \"name: value; name: value\"",
+      {"about", "what `about.csv` says of the walk: `name: value; name: value`",
        [](const row& r) { return r.walk.about; }},
       {"findings", "names of the [checks](checks.md) that the walk breaks, separated by blanks",
        [](const row& r) { return r.walk.findings; }},
@@ -210,23 +211,11 @@ void for_each_parameter_row(const walk_statistics& walk, Visit visit) {
                           measures.at(side.key), "", parameter.why_none});
     }
   }
-  const auto* record = swing_asymmetry_record(walk);
-  const auto percent = swing_asymmetry_in_percent(walk);
-  if (record == nullptr || !percent) {
-    return;
-  }
   const parameter_measures none;
-  const computed_statistics as_scaled = swing_asymmetry_of(*record);
-  computed_statistics in_percent;
-  in_percent.n = percent->n;
-  in_percent.mean = percent->mean;
-  in_percent.std = percent->sd;
-  const std::string direction(percent->mean ? gait_measures::direction_in_words(*percent->mean)
-                                            : "");
-  visit(parameter_row{cells, swing_asymmetry_key, both_sides, swing_asymmetry_description,
-                      swing_asymmetry_unit(walk), as_scaled, none, direction});
-  visit(parameter_row{cells, swing_asymmetry_percent_key, both_sides, swing_asymmetry_description,
-                      "%", in_percent, none, direction});
+  for (const auto& shown : swing_asymmetries_of(walk)) {
+    visit(parameter_row{cells, shown.key, both_sides, swing_asymmetry_description, shown.unit,
+                        shown.statistics, none, shown.direction});
+  }
 }
 
 // --- Walks
@@ -247,6 +236,10 @@ struct walk_row {
   }
 };
 
+/// Whether a field is the list of the cycles, for which a table of walks has no room.
+template <class Field>
+inline constexpr bool is_list = std::is_same_v<std::decay_t<Field>, std::list<int>>;
+
 template <class Field>
 std::string info_cell(const walk_row& row, const char* name, const Field& value) {
   if constexpr (std::is_same_v<Field, double>) {
@@ -258,10 +251,10 @@ std::string info_cell(const walk_row& row, const char* name, const Field& value)
 
 std::string info_cell(const walk_row& row, const std::string& name) {
   std::string cell;
-  for_each_field(row.walk.info(), [&](const char* field, const auto& value, const char*) {
-    if constexpr (!std::is_same_v<std::decay_t<decltype(value)>, std::list<int>>) {
-      if (name == field) {
-        cell = info_cell(row, field, value);
+  for_each_field(row.walk.info(), [&](const info_field& field, const auto& value) {
+    if constexpr (!is_list<decltype(value)>) {
+      if (name == field.name) {
+        cell = info_cell(row, field.name, value);
       }
     }
   });
@@ -274,31 +267,33 @@ void add_counts(std::vector<column<walk_row>>& columns, const std::string& name,
                 const std::function<std::string(const side_strides&)>& cell) {
   for (const auto foot : {gait_walk::side::right, gait_walk::side::left}) {
     const std::string suffix(name_of(foot));
-    columns.push_back({name + "_" + suffix, meaning + " of the " + suffix + " foot",
-                       [foot, cell](const walk_row& row) {
-                         const side_strides* side = row.side(foot);
-                         return side == nullptr ? "" : cell(*side);
-                       }});
+    std::string column_name = name;
+    column_name.append("_").append(suffix);
+    std::string column_meaning = suffix;
+    column_meaning.append(" foot: ").append(meaning);
+    columns.push_back(
+        {std::move(column_name), std::move(column_meaning), [foot, cell](const walk_row& row) {
+           const side_strides* side = row.side(foot);
+           return side == nullptr ? "" : cell(*side);
+         }});
   }
 }
 
 void add_info(std::vector<column<walk_row>>& columns) {
-  for_each_field(
-      gait_statistics_info(), [&](const char* name, const auto& value, const char* unit) {
-        if constexpr (!std::is_same_v<std::decay_t<decltype(value)>, std::list<int>>) {
-          const std::string field = name;
-          columns.push_back({name_with_unit(field, unit),
-                             "`" + field + "` of [the accounting](definitions.md#the-accounting)",
-                             [field](const walk_row& row) { return info_cell(row, field); }});
-        }
-      });
+  for_each_field(gait_statistics_info(), [&](const info_field& field, const auto& value) {
+    if constexpr (!is_list<decltype(value)>) {
+      const std::string name = field.name;
+      columns.push_back({name_with_unit(name, field.unit), field.meaning,
+                         [name](const walk_row& row) { return info_cell(row, name); }});
+    }
+  });
 }
 
 std::vector<column<walk_row>> make_walk_columns() {
   using row = walk_row;
   std::vector<column<row>> columns = {
       {"walk", "the walk's name", [](const row& r) { return r.cells.name; }},
-      {"analysed", "\"both feet\", \"left foot\" or \"right foot\"",
+      {"analysed", "`both feet`, `left foot` or `right foot`",
        [](const row& r) { return r.cells.analysed; }},
       {"version", "version of the library",
        [](const row&) { return text_cell(GAIT_STATISTICS_VERSION); }},
@@ -316,7 +311,7 @@ std::vector<column<walk_row>> make_walk_columns() {
   add_counts(columns, "left_out", "strides that an exclusion takes out",
              whole(&side_strides::left_out));
   add_counts(columns, "unlinked", "strides in no two-feet cycle", whole(&side_strides::unlinked));
-  add_counts(columns, "reasons", "why strides are left out, \"19 turn; 2 start\",",
+  add_counts(columns, "reasons", "why strides are left out, `19 turn; 2 start`",
              [](const side_strides& side) {
                return in_one_cell(side.left_out_reasons, [](const auto& counted) {
                  return std::to_string(counted.second) +
@@ -345,7 +340,7 @@ std::vector<column<walk_row>> make_walk_columns() {
         [](const row& r) {
           return in_one_cell(r.walk.notes, [](const auto& note) { return note.text; });
         }},
-       {"about", "what `about.csv` says of the walk: \"name: value; name: value\"",
+       {"about", "what `about.csv` says of the walk: `name: value; name: value`",
         [](const row& r) { return r.cells.about; }}});
   return columns;
 }
@@ -409,9 +404,9 @@ std::vector<column<stride_row>> make_stride_columns() {
   using row = stride_row;
   std::vector<column<row>> columns = {
       {"walk", "the walk's name", [](const row& r) { return r.walk.name; }},
-      {"analysed", "\"both feet\", \"left foot\" or \"right foot\"",
+      {"analysed", "`both feet`, `left foot` or `right foot`",
        [](const row& r) { return r.walk.analysed; }},
-      {"side", "\"right\" or \"left\"", [](const row& r) { return text_cell(r.side); }},
+      {"side", "`right` or `left`", [](const row& r) { return text_cell(r.side); }},
       {"index", "the stride's index in its foot, from 0",
        [](const row& r) { return std::to_string(r.stride.index); }},
       {"line", "line of `foot_cycles.csv`", [](const row& r) { return whole_cell(r.stride.line); }},
@@ -419,15 +414,14 @@ std::vector<column<stride_row>> make_stride_columns() {
        [](const row& r) { return shortest(r.stride.start); }},
       {"end_seconds", "end of `last_sample`", [](const row& r) { return shortest(r.stride.end); }},
       {"status",
-       "\"included\": in the statistics; \"left_out\": by an exclusion; \"unlinked\": in no "
-       "two-feet cycle",
+       "`included`: in the statistics; `left_out`: by an exclusion; `unlinked`: in no two-feet "
+       "cycle",
        [](const row& r) { return text_cell(gait_walk::name_of(r.stride.status)); }},
       {"included", "whether it is in the statistics: TRUE or FALSE",
        [](const row& r) { return truth_cell(r.stride.status == stride_status::included); }},
       {"list", "the exclusion list that takes it out", list_cell},
       {"reason", "the reason that the list gives", reason_cell},
-      {"also_listed", "other entries that name it: \"list: reason; list: reason\"",
-       also_listed_cell},
+      {"also_listed", "other entries that name it: `list: reason; list: reason`", also_listed_cell},
       {"two_feet_cycle", "index of the two-feet cycle that links it",
        [](const row& r) {
          return r.stride.cycle == nullptr ? "" : std::to_string(r.stride.cycle->index);

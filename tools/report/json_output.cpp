@@ -88,11 +88,11 @@ json json_accounting(const walk_statistics& walk, const walk_strides& strides,
                      const walk_summary& summary) {
   const auto measured = measured_fields(walk, strides);
   json object = json::object();
-  for_each_field(walk.info(), [&](const char* name, const auto& value, const char* /*unit*/) {
+  for_each_field(walk.info(), [&](const info_field& field, const auto& value) {
     if constexpr (std::is_same_v<std::decay_t<decltype(value)>, double>) {
-      object[name] = number(measured.at(name));
+      object[field.name] = number(measured.at(field.name));
     } else {
-      object[name] = value;
+      object[field.name] = value;
     }
   });
   object["kinds"] = list_of(summary.kinds, [](const accounted_kind& kind) {
@@ -249,30 +249,6 @@ json json_parameter(const std::string& parameter, std::string_view side,
           {"symmetry_index", number(measures.symmetry_index)}};
 }
 
-void add_swing_asymmetry(json& parameters, const walk_statistics& walk) {
-  const auto* record = swing_asymmetry_record(walk);
-  const auto percent = swing_asymmetry_in_percent(walk);
-  if (record == nullptr || !percent) {
-    return;
-  }
-  computed_statistics in_percent;
-  in_percent.n = percent->n;
-  in_percent.mean = percent->mean;
-  in_percent.std = percent->sd;
-  const auto add = [&](const std::string& key, const std::string& unit,
-                       const computed_statistics& statistics) {
-    json parameter = json_parameter(key, both_sides, swing_asymmetry_description, unit,
-                                    record->decimals, statistics, {});
-    parameter["note"] = nullptr;
-    parameter["direction"] = statistics.mean
-                                 ? text_or_null(gait_measures::direction_in_words(*statistics.mean))
-                                 : json(nullptr);
-    parameters[key] = std::move(parameter);
-  };
-  add(swing_asymmetry_key, swing_asymmetry_unit(walk), swing_asymmetry_of(*record));
-  add(swing_asymmetry_percent_key, "%", in_percent);
-}
-
 json json_parameters(const walk_statistics& walk) {
   json object = json::object();
   const auto measures = measures_of(walk);
@@ -286,7 +262,14 @@ json json_parameters(const walk_statistics& walk) {
       object[side.key] = std::move(shown);
     }
   }
-  add_swing_asymmetry(object, walk);
+  for (const auto& asymmetry : swing_asymmetries_of(walk)) {
+    json shown =
+        json_parameter(asymmetry.key, both_sides, swing_asymmetry_description, asymmetry.unit,
+                       swing_asymmetry_record(walk)->decimals, asymmetry.statistics, {});
+    shown["note"] = nullptr;
+    shown["direction"] = text_or_null(asymmetry.direction);
+    object[asymmetry.key] = std::move(shown);
+  }
   return object;
 }
 
@@ -311,9 +294,8 @@ json json_record(const gait_statistics_parameter& record) {
 /// Every field of the library's records but the values, which stand with the strides.
 json json_as_computed(const walk_statistics& walk) {
   json info = json::object();
-  for_each_field(walk.info(), [&](const char* name, const auto& value, const char* /*unit*/) {
-    info[name] = value;
-  });
+  for_each_field(walk.info(),
+                 [&](const info_field& field, const auto& value) { info[field.name] = value; });
   json records = json::object();
   for (const auto& parameter : parameters_of(walk)) {
     for (const auto& side : parameter.sides) {
@@ -335,9 +317,9 @@ json json_units() {
                 {"time", "seconds"},
                 {"distance", "meters"},
                 {"sampling_rate", "Hz"}};
-  for_each_field(gait_statistics_info(), [&](const char* name, const auto&, const char* unit) {
-    if (*unit != '\0') {
-      units[name] = unit;
+  for_each_field(gait_statistics_info(), [&](const info_field& field, const auto& /*value*/) {
+    if (*field.unit != '\0') {
+      units[field.name] = field.unit;
     }
   });
   for (const auto& parameter : list_parameters_of(true)) {

@@ -2,6 +2,7 @@
 
 #include "mean_precision.h"
 #include "quantiles.h"
+#include "walk_strides.h"
 
 #include <gait/catalogue.h>
 #include <gait/matching_cycles.h>
@@ -27,10 +28,6 @@ std::vector<int> positions_of(const walk_statistics& walk, const reported_side& 
   const auto link = side.foot == gait_walk::side::right ? &gait_feet_cycle::right_cycle
                                                         : &gait_feet_cycle::left_cycle;
   return as_vector(gait_matching_cycles(walk.result().feet_result, included, link));
-}
-
-bool is_of_two_feet(const listed_parameter& row) {
-  return row.key == gait_catalogue::row_of<DS>.key;
 }
 
 /// Whether missing stride lengths, halved, are among the parameter's values.
@@ -87,7 +84,7 @@ std::unordered_map<std::string, parameter_measures> measures_of(const walk_stati
       parameter_measures& of_side = measures[side.key];
       if (!holds_halved_gaps(walk, parameter.row)) {
         of_side = measures_of_side(parameter.row, *side.record,
-                                   is_of_two_feet(parameter.row) ? included : positions[i]);
+                                   is_of_both_feet(parameter.row) ? included : positions[i]);
       }
       of_side.symmetry_index = symmetry_index;
     }

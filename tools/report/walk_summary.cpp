@@ -2,6 +2,7 @@
 
 #include "names.h"
 #include "number.h"
+#include "parameter_measures.h"
 
 #include <gait/compute_info.h>
 
@@ -12,6 +13,7 @@
 #include <optional>
 #include <string>
 #include <unordered_map>
+#include <utility>
 #include <vector>
 
 namespace gait_report {
@@ -124,43 +126,47 @@ counted_reasons reasons_in(const walk_statistics& walk, exclusion_list list) {
   return reasons;
 }
 
-accounted_kind kind_1_of(const walk_statistics& walk, const durations& times) {
-  const gait_result& result = walk.result();
-  accounted_kind kind;
-  kind.kind = 1;
-  kind.is_fallback = result.excluded_1.empty();
-  kind.cycles = static_cast<int>(walk.info().excluded_1_count);
-  kind.time = times.over(gait_accounted_exclusions(result.excluded_1, result.excluded_1_fallback),
-                         walk.info().excluded_1_duration);
-  kind.reasons = reasons_in(
-      walk, kind.is_fallback ? exclusion_list::excluded_1_fallback : exclusion_list::excluded_1);
-  return kind;
-}
+/// One of the two kinds: its lists, and what the accounting made of them.
+struct kind_of_exclusion {
+  int kind;
+  exclusion_list primary_name, fallback_name;
+  const std::list<int>& primary;
+  const std::list<int>& fallback;
+  std::uint32_t count;
+  double duration;  ///< (s)
+};
 
-accounted_kind kind_2_of(const walk_statistics& walk, const durations& times) {
-  const gait_result& result = walk.result();
+accounted_kind account(const kind_of_exclusion& lists, const walk_statistics& walk,
+                       const durations& times) {
   accounted_kind kind;
-  kind.kind = 2;
-  kind.is_fallback = result.excluded_2.empty();
-  kind.cycles = static_cast<int>(walk.info().excluded_2_count);
-  kind.time = times.over(gait_accounted_exclusions(result.excluded_2, result.excluded_2_fallback),
-                         walk.info().excluded_2_duration);
-  kind.reasons = reasons_in(
-      walk, kind.is_fallback ? exclusion_list::excluded_2_fallback : exclusion_list::excluded_2);
+  kind.kind = lists.kind;
+  kind.is_fallback = lists.primary.empty();
+  kind.cycles = static_cast<int>(lists.count);
+  kind.time = times.over(gait_accounted_exclusions(lists.primary, lists.fallback), lists.duration);
+  kind.reasons = reasons_in(walk, kind.is_fallback ? lists.fallback_name : lists.primary_name);
+  kind.label = label_of(kind);
+  kind.note = note_on(kind);
   return kind;
 }
 
 void account(walk_summary& summary, const walk_statistics& walk, const durations& times) {
-  summary.accounted_cycles = walk.info().included_count;
-  summary.accounted_duration = walk.info().included_duration;
-  for (accounted_kind& kind : std::vector{kind_1_of(walk, times), kind_2_of(walk, times)}) {
+  const gait_result& result = walk.result();
+  const gait_statistics_info& info = walk.info();
+  summary.accounted_cycles = info.included_count;
+  summary.accounted_duration = info.included_duration;
+  for (const kind_of_exclusion& lists :
+       {kind_of_exclusion{1, exclusion_list::excluded_1, exclusion_list::excluded_1_fallback,
+                          result.excluded_1, result.excluded_1_fallback, info.excluded_1_count,
+                          info.excluded_1_duration},
+        kind_of_exclusion{2, exclusion_list::excluded_2, exclusion_list::excluded_2_fallback,
+                          result.excluded_2, result.excluded_2_fallback, info.excluded_2_count,
+                          info.excluded_2_duration}}) {
+    accounted_kind kind = account(lists, walk, times);
     if (!kind.time.sum) {
       summary.accounted_duration.reset();
     }
     if (kind.cycles > 0) {
-      kind.label = label_of(kind);
-      kind.note = note_on(kind);
-      summary.kinds.push_back(kind);
+      summary.kinds.push_back(std::move(kind));
     }
   }
 }
@@ -324,6 +330,22 @@ std::unordered_map<std::string, std::optional<double>> measured_fields(
       {"included_duration",
        excluded_1 && excluded_2 ? std::optional(info.included_duration) : std::nullopt},
   };
+}
+
+std::vector<shown_swing_asymmetry> swing_asymmetries_of(const walk_statistics& walk) {
+  const auto* record = swing_asymmetry_record(walk);
+  const auto percent = swing_asymmetry_in_percent(walk);
+  if (record == nullptr || !percent) {
+    return {};
+  }
+  computed_statistics in_percent;
+  in_percent.n = percent->n;
+  in_percent.mean = percent->mean;
+  in_percent.std = percent->sd;
+  const std::string direction(percent->mean ? gait_measures::direction_in_words(*percent->mean)
+                                            : "");
+  return {{swing_asymmetry_key, swing_asymmetry_unit(walk), swing_asymmetry_of(*record), direction},
+          {swing_asymmetry_percent_key, "%", in_percent, direction}};
 }
 
 }  // namespace gait_report

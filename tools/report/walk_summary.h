@@ -57,10 +57,21 @@ struct walk_summary {
 /// The summary of a walk whose statistics are computed.
 walk_summary summary_of(const walk_statistics& walk, const walk_strides& strides);
 
-/// The times and distances of gait_statistics_info by the names of its fields; nullopt where nothing
-/// was measured that could be summed.
+/// The times and distances of gait_statistics_info by the names of its fields; nullopt where
+/// nothing was measured that could be summed.
 std::unordered_map<std::string, std::optional<double>> measured_fields(const walk_statistics& walk,
                                                                        const walk_strides& strides);
+
+/// The swing asymmetry in one of its scales.
+struct shown_swing_asymmetry {
+  std::string key;
+  std::string unit;
+  computed_statistics statistics;
+  std::string direction;  ///< of the mean, in words; empty where there is none
+};
+
+/// The swing asymmetry as the library scales it, and in percent; none where one foot is analysed.
+std::vector<shown_swing_asymmetry> swing_asymmetries_of(const walk_statistics& walk);
 
 }  // namespace gait_report
 
