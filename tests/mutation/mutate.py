@@ -2,8 +2,8 @@
 
     mutate.py [--check] [--jobs J] [--only TEXT] [LIST...]
 
-A list (library.toml, walk_folder.toml, walk_measures.toml, report.toml; none named: all) holds the
-faults. --check only looks whether each can still be put in. --only takes the faults whose file or
+A list (library.toml, walk_folder.toml, walk_measures.toml, report.toml, charts.toml; none named:
+all) holds the faults. --check only looks whether each can still be put in. --only takes the faults whose file or
 lines contain TEXT. Exits with 1 when a fault is noticed by no test and not explained, or explained
 and noticed.
 """
@@ -62,6 +62,10 @@ STAGES = {
     "report": [
         ("report_test", ["tests/tools/report_test", "--gtest_brief=1", "--gtest_fail_fast"]),
         ("tests/tools/all", [*CTEST, "tests/tools"]),
+        EVERYTHING,
+    ],
+    "charts": [
+        ("charts_test", ["tests/tools/charts_test", "--gtest_brief=1", "--gtest_fail_fast"]),
         EVERYTHING,
     ],
     "walk_measures": [

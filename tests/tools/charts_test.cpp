@@ -179,6 +179,7 @@ TEST(Strip, PutsEveryPointWhereItsNumbersAre) {
   EXPECT_NEAR(number_at(svg, points[0].y), 40.0, 0.02);
   EXPECT_NEAR(points[1].x, 0.5, 1e-5);
   EXPECT_NEAR(number_at(svg, points[1].y), 73.0, 0.02);
+  EXPECT_LT(points[1].y, points[0].y) << "more is higher";
 }
 
 TEST(Strip, DrawsWhatDoesNotCountHollow) {
@@ -202,6 +203,7 @@ TEST(Strip, PointsToWhatIsBeyondItsScale) {
 TEST(Strip, LeavesOutWhatIsNotANumber) {
   const std::string svg = draw(strip_of({{{1.0, nan}, true}}));
   EXPECT_THAT(svg, Not(HasSubstr("nan")));
+  EXPECT_THAT(svg, Not(HasSubstr("<use")));
   EXPECT_EQ(path_of(svg, "dot"), "");
 }
 
@@ -259,6 +261,7 @@ TEST(Strip, ShowsPartsOfTheAxisWhereThereAreManyPoints) {
         {{10.0 * static_cast<double>(i) / most_dots, 40.0 + (i % 2 ? 20.0 : 0.0)}, true});
   }
   const std::string svg = draw(strip);
+  EXPECT_THAT(svg, HasSubstr("class=\"plot strip binned\""));
   EXPECT_EQ(points_of(svg, "range").size(), parts_of_binned_strip);
   EXPECT_EQ(points_of(svg, "dot").size(), parts_of_binned_strip);
   EXPECT_NEAR(number_at(svg, points_of(svg, "range")[7].y), 40.0, 0.2);

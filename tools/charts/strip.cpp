@@ -25,7 +25,7 @@ public:
   std::string draw() {
     draw_background();
     draw_band();
-    if (strip_.dots.size() > most_dots) {
+    if (is_binned_) {
       draw_bins();
     } else {
       draw_dots();
@@ -36,18 +36,22 @@ public:
     stretched_ += stems_.element("stem") + ranges_out_.element("range out") +
                   ranges_.element("range") + hollow_.element("ring") + hollow_.element("hole") +
                   filled_.element("dot") + gaps_.element("gap");
-    return plot("strip", strip_.height, strip_.label, stretched_, around_);
+    return plot(is_binned_ ? "strip binned" : "strip", strip_.height, strip_.label, stretched_,
+                around_);
   }
 
 private:
   /// A y that is beyond the scale becomes its end.
   double clamped(double y) const { return std::fmin(std::fmax(y, y_.data().from), y_.data().to); }
 
-  /// Shaded stretches, lines at the ticks, and their labels.
+  /// Shaded stretches, lines at the ticks, and their labels. A stretch is too narrow to be seen
+  /// where the points are many.
   void draw_background() {
     path shade;
-    for (const auto& span : strip_.shaded) {
-      shade.rectangle({x_(span.from), x_(span.to)}, {0.0, strip_.height});
+    if (!is_binned_) {
+      for (const auto& span : strip_.shaded) {
+        shade.rectangle({x_(span.from), x_(span.to)}, {0.0, strip_.height});
+      }
     }
     path grid;
     for (const auto& tick : ticks(strip_.y, 2)) {
@@ -128,8 +132,8 @@ private:
   const strip& strip_;
   linear_scale x_;
   linear_scale y_;
-  /// Of a thousand points and more, a tenth of a pixel is enough.
-  path filled_{strip_.dots.size() > most_dots ? 1 : 2};
+  bool is_binned_ = strip_.dots.size() > most_dots;
+  path filled_{is_binned_ ? 1 : 2};  // of many points, a tenth of a pixel is enough
   path hollow_, gaps_, stems_;
   path ranges_{1};
   path ranges_out_{1};

@@ -26,7 +26,7 @@ struct strip {
   span x;                      ///< the axis that it shares with others
   span y;                      ///< its own scale; a point beyond it becomes an arrow at its edge
   double height = 50.0;        ///< (px)
-  std::vector<span> shaded;    ///< stretches of x
+  std::vector<span> shaded;    ///< stretches of x; not drawn where the points are many
   std::vector<dot> dots;       ///< one whose y is NaN is not drawn
   std::vector<double> gaps;    ///< where a point that counts is missing: a tick at the foot
   std::optional<span> band;    ///< of y

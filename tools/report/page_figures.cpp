@@ -417,7 +417,8 @@ legend strip_legend(const shown_walk& shown) {
   legend entries;
   if (has_many_strides(shown)) {
     entries = {{sample(path_sample("range", "M11 0V12") + path_sample("dot", "M11 6h0")),
-                "smallest, middle and largest value in 1/" + many + " of the time"}};
+                "smallest, middle and largest value in 1/" + many + " of the time"},
+               {sample(path_sample("range out", "M11 0V12")), "left out"}};
   } else {
     entries = {{sample(path_sample("dot", "M11 6h0")), "in the statistics"},
                {sample(path_sample("shade", "M0 0h22v12h-22z") + path_sample("ring", "M11 6h0") +
