@@ -64,9 +64,9 @@ std::vector<tick> ticks(span data, std::size_t least) {
         continue;
       }
       std::vector<tick> result;
-      for (double i = 0.0; i < found.count; ++i) {
+      for (std::size_t i = 0; i < static_cast<std::size_t>(found.count); ++i) {
         // Adding 0 makes a 0 of a -0.
-        const double value = (found.first + i) * unit + 0.0;
+        const double value = (found.first + static_cast<double>(i)) * unit + 0.0;
         result.push_back({value, label_of(value, exponent, step == 2.5)});
       }
       return result;

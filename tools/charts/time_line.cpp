@@ -20,7 +20,7 @@ constexpr double wide_plot = 680.0;
 constexpr double letter = 6.5;
 constexpr double between_notes = 10.0;
 
-constexpr const char* hatching = "<use class=\"hatching\" href=\"#hatching\"/>";
+constexpr const char* hatching = R"(<use class="hatching" href="#hatching"/>)";
 
 const char* name_of(filling look) {
   switch (look) {
@@ -144,10 +144,9 @@ std::string sample_box(filling look) {
   return std::string(
              "<svg class=\"sample\" width=\"22\" height=\"12\" aria-hidden=\"true\">"
              "<rect class=\"") +
-         name_of(look) + "\" x=\"1\" y=\"1\" width=\"20\" height=\"10\"/>" +
+         name_of(look) + R"(" x="1" y="1" width="20" height="10"/>)" +
          (look == filling::hatched
-              ? std::string("<svg x=\"1\" y=\"1\" width=\"20\" height=\"10\">") + hatching +
-                    "</svg>"
+              ? std::string(R"(<svg x="1" y="1" width="20" height="10">)") + hatching + "</svg>"
               : "") +
          "</svg>";
 }

@@ -28,7 +28,7 @@ using kainjow::mustache::list;
 using kainjow::mustache::object;
 
 constexpr int decimals_of_seconds = gait_catalogue::row_of<GCT>.decimals;
-constexpr int decimals_of_metres = 1;
+constexpr int decimals_of_sums = 1;
 constexpr std::size_t few_values = 10;
 
 std::string counted(std::size_t count, const std::string& noun) {
@@ -156,9 +156,12 @@ list counts_of(const shown_walk& shown) {
   return counts;
 }
 
-std::string with_unit(const std::optional<double>& value, int decimals, const std::string& unit,
-                      const std::string& otherwise) {
-  return value ? rounded(*value, decimals) + " " + unit : otherwise;
+/// "33.2 s"; "over 33.2 s" where cycles lack the value.
+std::string sum_in_words(const measured_sum& sum, const std::string& unit,
+                         const std::string& otherwise) {
+  return sum.sum
+             ? (sum.without > 0 ? "over " : "") + rounded(*sum.sum, decimals_of_sums) + " " + unit
+             : otherwise;
 }
 
 object tile_of(const computed_parameter& parameter) {
@@ -229,7 +232,7 @@ std::string distance_in_words(const char* what, const measured_sum& sum) {
   if (!sum.sum) {
     return text + "not measured";
   }
-  text += rounded(*sum.sum, decimals_of_metres) + " m";
+  text += rounded(*sum.sum, decimals_of_sums) + " m";
   return sum.without > 0 ? text + " (" + std::to_string(sum.without) + " of " +
                                counted(sum.cycles, "cycle") + " without stride length)"
                          : text;
@@ -653,9 +656,8 @@ page_data data_of_walk(const shown_walk& shown, std::size_t number, bool is_alon
       {"remarks", remarks},
       {"notes", notes_on(walk)},
       {"counts", counts_of(shown)},
-      {"time", with_unit(summary.time.sum, decimals_of_metres, "s", "duration not measured")},
-      {"distance",
-       with_unit(summary.distance.sum, decimals_of_metres, "m", "distance not measured")},
+      {"time", sum_in_words(summary.time, "s", "duration not measured")},
+      {"distance", sum_in_words(summary.distance, "m", "distance not measured")},
       {"tiles", tiles_of(measured)},
       {"time_line", draw_time_line(shown)},
       {"time_axis", draw_time_axis(shown)},
