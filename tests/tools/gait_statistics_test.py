@@ -1048,7 +1048,7 @@ class OutputFile(ProgramTest):
         result = run("-o", file, LEFT_FOOT)
         self.assertEqual((result.returncode, result.stdout), (2, ""))
         self.assertRegex(result.stderr, '^gait-statistics: --output: no format has the ending '
-                         r'"\.xlsx": use \.txt, .* or \.json, or add --format\n')
+                         r'"\.xlsx": use \.txt, .* or \.html, or add --format\n')
         self.assertFalse(file.exists())
         self.output("-o", file, "--format", "csv", LEFT_FOOT)
 
