@@ -184,8 +184,6 @@ json json_two_feet_cycles(const walk_strides& walk, bool both_feet) {
   column("DS", [](const two_feet_cycle& cycle) { return number(if_measured(cycle.values->ds)); });
   add_status(object, walk, walk.cycles);
   column("asymmetry", [](const two_feet_cycle& cycle) { return number(cycle.swing_asymmetry); });
-  column("asymmetry_percent",
-         [](const two_feet_cycle& cycle) { return number(cycle.swing_asymmetry_percent); });
   return object;
 }
 
