@@ -288,8 +288,8 @@ class Report(ProgramTest):
                          "(?m)^  Distance, statistics +4.000 m  1 of 5 cycles without stride "
                          "length$")
 
-    WHY_NONE = ("1 of 6 included strides has no stride length. The library counts half of it as "
-                "-0.5 m; its step length is left out.")
+    WHY_NONE = ("It is half of the stride length, which 1 of 6 included strides does not have; "
+                "the library counts that as -0.5 m. Therefore there are no statistics of it.")
 
     def test_leaves_out_a_step_length_that_missing_stride_lengths_were_halved_into(self):
         walk = self.walk(left=strides(slength=[None] + [1.3] * 5))
@@ -341,7 +341,7 @@ class Report(ProgramTest):
         folder = pathlib.Path(self.walk(left=strides(), right=strides()))
         table = folder / "feet_cycles.csv"
         table.write_text(table.read_text().replace(",5,5\n", ",5,\n"))
-        self.assertIn("6 two-feet cycles link right and left strides; 1 of them has no left "
+        self.assertIn("6 two-feet cycles: 5 link a right and a left stride, 1 has no left "
                       "stride.", " ".join(self.output(folder).split()))
 
     def differs(self, report):
@@ -349,7 +349,7 @@ class Report(ProgramTest):
 
     def test_says_that_a_sum_lacks_some_of_its_strides(self):
         walk = self.walk(left=strides(gct=[None] + [1.0] * 5, slength=[1.3] * 5 + [None]))
-        self.assertIn("6 of 6 left strides; over 5.0 s, over 6.5 m\n", self.output(walk))
+        self.assertIn("6 of 6 left strides; at least 5.0 s, at least 6.5 m\n", self.output(walk))
         excluded = self.walk("excluded", left=strides(gct=[None] + [1.0] * 5), exclusions=[
             ["left", "excluded_1", 0, "turn"], ["left", "excluded_1", 1, "bump"]])
         self.assertRegex(self.output(excluded), "(?m)^  Excluded: turn, bump +2 +1.000 s  1 turn, "
@@ -810,17 +810,20 @@ class DataChecks(ProgramTest):
         self.assertEqual((result.returncode, result.stdout), (1, ""))
         self.assertTrue(result.stderr.startswith(f"{walk}/exclusions.csv: column cycles: "),
                         result.stderr)
+        note = json.loads(run("--format", "json", walk).stdout)["walks"][0]["notes"][0]
+        self.assertEqual((note["name"], note["source"]), ("warning", None))
+        self.assertTrue(note["text"].startswith("exclusions.csv: column cycles: "), note["text"])
 
     def test_add_notes_that_are_no_findings(self):
         walk = self.walk(left=strides())
         result = run("--strict", walk)
         self.assertEqual((result.returncode, result.stderr), (0, ""))
-        self.assertIn("Note: Mean from 6 of 10 strides: read with care. (König et al.,",
+        self.assertIn("Note: Mean from 6 strides, fewer than 10: read with care. (König et al.,",
                       " ".join(result.stdout.split()))
         [note] = self.json_walk(walk)["notes"]
         self.assertEqual((note["name"], note["text"]),
                          ("few_strides_for_means",
-                          "Mean from 6 of 10 strides: read with care."))
+                          "Mean from 6 strides, fewer than 10: read with care."))
         self.assertIn("2014", note["source"])
 
     def test_are_listed_the_same_in_every_format(self):

@@ -790,8 +790,9 @@ TEST(UnlinkedStrides, AreANoteWhereThePartnerWasNotFound) {
   const auto notes = walk.notes();
   ASSERT_EQ(notes.size(), 2U);
   EXPECT_EQ(notes[0].name, "strides_without_link");
-  EXPECT_THAT(notes[0].text, HasSubstr("links them: 1 of 60 strides of the right foot."));
-  EXPECT_THAT(notes[1].text, HasSubstr("links them: 1 of 60 strides of the left foot."));
+  EXPECT_THAT(notes[0].text,
+              HasSubstr("1 of 60 strides of the right foot is in no two-feet cycle"));
+  EXPECT_THAT(notes[1].text, HasSubstr("1 of 60 strides of the left foot is in no two-feet cycle"));
 }
 
 TEST(UnlinkedStrides, AreNoFindingWhereLeftOpensAfterRightEnded) {
@@ -945,19 +946,32 @@ std::string note_of(std::size_t strides) {
 }
 
 TEST(WalkNotes, SayWhatFewStridesAllow) {
-  EXPECT_EQ(note_of(9), "few_strides_for_means: Mean from 9 of 10 strides: read with care.");
+  EXPECT_EQ(note_of(9),
+            "few_strides_for_means: Mean from 9 strides, fewer than 10: read with care.");
+  EXPECT_THAT(note_of(1), HasSubstr("Mean from 1 stride, "));
   for (const std::size_t strides : {10U, 29U}) {
     EXPECT_EQ(note_of(strides), "few_strides_for_variability: Variability from " +
                                     std::to_string(strides) +
-                                    " of 30 strides tends to come out too small; do not compare it "
-                                    "with a longer walk.");
+                                    " strides, fewer than 30, tends to come out too small; do not "
+                                    "compare it with a longer walk.");
   }
   for (const std::size_t strides : {30U, 49U}) {
     EXPECT_EQ(note_of(strides), "few_strides_for_steady_variability: Variability from " +
                                     std::to_string(strides) +
-                                    " of 50 strides may change by a third with more strides.");
+                                    " strides, fewer than 50, may change by a third with more "
+                                    "strides.");
   }
   EXPECT_EQ(note_of(50), "");
+}
+
+TEST(WalkNotes, CountTheStridesOfTheFootThatHasFewer) {
+  sound_walk walk;
+  std::size_t lost = 0;
+  for (gait_feet_cycle& c : walk.feet()) {
+    c.left_cycle = lost++ < 20 ? nullptr : c.left_cycle;
+  }
+  ASSERT_FALSE(walk.notes().empty());
+  EXPECT_THAT(walk.notes().front().text, HasSubstr("Variability from 35 strides, fewer than 50"));
 }
 
 TEST(WalkNotes, SayNothingOfAWalkWhoseStridesAreAllLinked) {

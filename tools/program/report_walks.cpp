@@ -256,12 +256,16 @@ std::optional<walk_statistics> read_and_run(const std::filesystem::path& folder,
         !errors.empty()) {
       throw gait_walk::walk_error(std::move(errors));
     }
-    remarks.warn(gait_walk::analysis_warnings(read.walk, options.analysed, folder.string()));
+    const auto of_analysis =
+        gait_walk::analysis_warnings(read.walk, options.analysed, folder.string());
+    remarks.warn(of_analysis);
     read.walk.name = name;
     walk_statistics statistics =
         gait_report::prepare_walk(std::move(read.walk), options.analysed, options.settings_value);
     announce(folder.string(), statistics.result());
     gait_report::compute_statistics(statistics, options.without_checks);
+    gait_report::add_warnings(statistics, of_analysis);
+    gait_report::add_warnings(statistics, read.warnings);
     for (const auto& finding : statistics.findings) {
       remarks.say(finding, statistics, folder);
     }

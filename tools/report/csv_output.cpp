@@ -336,7 +336,7 @@ std::vector<column<walk_row>> make_walk_columns() {
         }},
        {"findings", "names of the [checks](checks.md) that the walk breaks, separated by blanks",
         [](const row& r) { return r.cells.findings; }},
-       {"notes", "what few strides mean for the figures, and strides that nothing links",
+       {"notes", "what few strides mean for the figures, strides that nothing links, and warnings",
         [](const row& r) {
           return in_one_cell(r.walk.notes, [](const auto& note) { return note.text; });
         }},

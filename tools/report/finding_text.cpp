@@ -113,6 +113,10 @@ std::string in_words(const finding& finding, const walk_statistics& walk) {
          "." + (remedy.empty() ? "" : " To mend: " + remedy + ".");
 }
 
+std::string in_words(const gait_checks::note& note) {
+  return note.source.empty() ? note.text : note.text + " (" + note.source + ")";
+}
+
 std::string in_lines(const std::string& first, const finding& finding, const walk_statistics& walk,
                      const text_style& style) {
   std::string text = wrapped(first, where_in_words(finding), 4, style);

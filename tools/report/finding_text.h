@@ -21,6 +21,9 @@ std::optional<std::size_t> line_of(const walk_statistics& walk, const gait_check
 /// 100 %, in 1 of 57 included strides (line 12). Usually: ...".
 std::string in_words(const gait_checks::finding& finding, const walk_statistics& walk);
 
+/// The note with its source.
+std::string in_words(const gait_checks::note& note);
+
 /// The finding for people who read it on a page: what and where in the first line, after `first`;
 /// below it, indented, what was found, what that usually means, and what to do.
 std::string in_lines(const std::string& first, const gait_checks::finding& finding,

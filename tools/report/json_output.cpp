@@ -217,7 +217,7 @@ json json_findings(const walk_statistics& walk) {
 
 json json_notes(const walk_statistics& walk) {
   return list_of(walk.notes, [](const auto& note) {
-    return json{{"name", note.name}, {"text", note.text}, {"source", note.source}};
+    return json{{"name", note.name}, {"text", note.text}, {"source", text_or_null(note.source)}};
   });
 }
 

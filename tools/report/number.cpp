@@ -5,6 +5,7 @@
 
 #include <charconv>
 #include <cmath>
+#include <cstddef>
 #include <string>
 
 namespace gait_report {
@@ -44,6 +45,10 @@ std::string rounded(double value, int decimals) {
       std::abs(value) < 1e12 ? std::chars_format::fixed : std::chars_format::scientific;
   const std::string text = text_of(shown_value(value), form, decimals);
   return is_zero_with_sign(text) ? text.substr(1) : text;
+}
+
+std::string counted(std::size_t count, const std::string& noun) {
+  return std::to_string(count) + " " + noun + (count == 1 ? "" : "s");
 }
 
 }  // namespace gait_report

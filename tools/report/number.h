@@ -4,6 +4,7 @@
 /// \file
 /// Numbers as text, the same in every locale.
 
+#include <cstddef>
 #include <string>
 
 namespace gait_report {
@@ -20,6 +21,9 @@ std::string shortest(float value);
 /// A number with so many decimals, 0 to 20; in scientific notation from 1e12 on, where the digits
 /// would fill a line.
 std::string rounded(double value, int decimals);
+
+/// "1 stride", "2 strides".
+std::string counted(std::size_t count, const std::string& noun);
 
 }  // namespace gait_report
 

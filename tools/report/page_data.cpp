@@ -31,10 +31,6 @@ constexpr int decimals_of_seconds = gait_catalogue::row_of<GCT>.decimals;
 constexpr int decimals_of_sums = 1;
 constexpr std::size_t few_values = 10;
 
-std::string counted(std::size_t count, const std::string& noun) {
-  return std::to_string(count) + " " + noun + (count == 1 ? "" : "s");
-}
-
 std::string capitalised(std::string_view words) {
   std::string text(words);
   if (!text.empty() && text.front() >= 'a' && text.front() <= 'z') {
@@ -138,7 +134,7 @@ list remarks_on(const walk_statistics& walk) {
 list notes_on(const walk_statistics& walk) {
   list notes;
   for (const auto& note : walk.notes) {
-    notes.emplace_back(object{{"text", note.text + " (" + note.source + ")"}});
+    notes.emplace_back(object{{"text", page_text(in_words(note))}});
   }
   return notes;
 }
@@ -159,9 +155,9 @@ list counts_of(const shown_walk& shown) {
 /// "33.2 s"; "over 33.2 s" where cycles lack the value.
 std::string sum_in_words(const measured_sum& sum, const std::string& unit,
                          const std::string& otherwise) {
-  return sum.sum
-             ? (sum.without > 0 ? "over " : "") + rounded(*sum.sum, decimals_of_sums) + " " + unit
-             : otherwise;
+  return sum.sum ? (sum.without > 0 ? "at least " : "") + rounded(*sum.sum, decimals_of_sums) +
+                       " " + unit
+                 : otherwise;
 }
 
 object tile_of(const computed_parameter& parameter) {
@@ -264,9 +260,10 @@ list exclusions_of(const shown_walk& shown) {
 std::string footnote_on(const std::vector<const computed_parameter*>& ratios) {
   const bool all_tell = std::all_of(ratios.begin(), ratios.end(),
                                     [](const auto* p) { return p->has_telling_ratio(); });
-  return all_tell ? ""
-                  : "* The means are near 0, or on both sides of it: their ratio says nothing. The "
-                    "means themselves are below.";
+  return all_tell
+             ? ""
+             : "* The means are near 0, on both sides of it, or of a single value: their ratio "
+               "says nothing. The means themselves are below.";
 }
 
 std::string asymmetry_in_words(const shown_walk& shown) {
@@ -579,25 +576,26 @@ struct term {
 };
 
 constexpr std::array terms = {
-    term{"In the statistics", "the strides that every figure but the accounting is about."},
+    term{"In the statistics", "the strides on which every figure except the accounting rests."},
     term{"n", "values that were measured, of strides in the statistics."},
     term{"SD", "standard deviation, divisor n − 1; none of a single value."},
     term{"Q1, Q3, IQR",
          "quartiles and their distance. All percentiles are those of Hyndman and Fan (1996), "
          "definition 5."},
     term{"P5, P95", "5th and 95th percentile, from 20 values on."},
-    term{"CV", "coefficient of variation, 100 SD / mean, from 10 values on."},
+    term{"CV",
+         "coefficient of variation, 100 SD / mean, from 10 values on; negative where the mean is."},
     term{"Ratio, R/L",
          "mean of this side / mean of the other side; R/L: of the right side / of the left."},
     term{"SI",
          "symmetry index, 100 (R − L) / ((R + L) / 2) of the means: above 0, the right one is "
          "larger (Robinson, Herzog and Nigg, 1987)."},
     term{"n eff.",
-         "effective number of strides, from 20 on: as many independent strides would know the mean "
-         "as well."},
+         "effective number of strides, from 20 values on: how many independent strides would give "
+         "the mean as precisely."},
     term{"SE",
          "standard error of the mean by the effective number of strides. It is about this stretch "
-         "of walking, and makes no 95 % interval of the person's mean."},
+         "of walking: do not build a 95 % interval for the person's mean from it."},
 };
 
 std::string plural_title(const std::vector<listed_walk>& walks) {

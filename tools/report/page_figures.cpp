@@ -109,7 +109,7 @@ std::string label_of(const computed_parameter& parameter, const side_of_paramete
   if (!side.statistics.median) {
     return label + "no value in the statistics";
   }
-  label += std::to_string(side.statistics.n) + " values in the statistics, median " +
+  label += counted(side.statistics.n, "value") + " in the statistics, median " +
            rounded(*side.statistics.median, decimals);
   if (measures.q1 && measures.q3) {
     label +=

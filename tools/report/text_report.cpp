@@ -32,10 +32,6 @@ std::string cell(const std::optional<double>& value, int decimals) {
   return value ? rounded(*value, decimals) : std::string(not_computed);
 }
 
-std::string counted(std::size_t count, const std::string& noun) {
-  return std::to_string(count) + " " + noun + (count == 1 ? "" : "s");
-}
-
 std::string capitalised(std::string_view words) {
   std::string text(words);
   text.front() = static_cast<char>(text.front() - 'a' + 'A');
@@ -57,21 +53,24 @@ std::string report_about(const walk_statistics& walk, const text_style& style) {
   return text;
 }
 
-/// " link right and left strides; 7 of them have no left stride".
+/// "40 two-feet cycles: 38 link a right and a left stride, 2 have no left stride".
 std::string links_in_words(const walk_strides& strides) {
+  std::size_t linking = 0;
   std::size_t without_right = 0;
   std::size_t without_left = 0;
   for (const two_feet_cycle& cycle : strides.cycles) {
+    linking += cycle.right && cycle.left ? 1U : 0U;
     without_right += cycle.right ? 0U : 1U;
     without_left += cycle.left ? 0U : 1U;
   }
-  std::string text =
-      strides.cycles.size() == 1 ? " links right and left stride" : " link right and left strides";
+  std::string text = counted(strides.cycles.size(), "two-feet cycle") + ": " +
+                     std::to_string(linking) + (linking == 1 ? " links" : " link") +
+                     " a right and a left stride";
   for (const auto& [without, side] :
        {std::pair(without_right, "right"), std::pair(without_left, "left")}) {
     if (without > 0) {
-      text += "; " + std::to_string(without) + " of them " + (without == 1 ? "has" : "have") +
-              " no " + side + " stride";
+      text += ", " + std::to_string(without) + (without == 1 ? " has" : " have") + " no " + side +
+              " stride";
     }
   }
   return text;
@@ -83,7 +82,7 @@ std::string describe_walk(const walk_statistics& walk, const walk_strides& strid
   text += walk.both_feet() ? "" : " alone";
   text += ", sampled at " + std::to_string(walk.sampling_rate) + " Hz.";
   if (walk.both_feet()) {
-    text += " " + counted(strides.cycles.size(), "two-feet cycle") + links_in_words(strides) + ".";
+    text += " " + links_in_words(strides) + ".";
   }
   return report_about(walk, style) + paragraph(text, style);
 }
@@ -415,7 +414,8 @@ std::string lay_out_parameters(const std::string& label_heading,
 std::string legend(const walk_statistics& walk, bool has_precision, const text_style& style) {
   std::string text =
       "n: values that were measured. SD: standard deviation, divisor n - 1. Q1, Q3: quartiles by "
-      "Hyndman and Fan, definition 5. CV: coefficient of variation (%), from 10 values on.";
+      "Hyndman and Fan, definition 5. CV: coefficient of variation (%), from 10 values on, "
+      "negative where the mean is.";
   if (has_precision) {
     text +=
         " n eff.: how many independent strides the n are worth; SE: standard error of the mean "
@@ -424,7 +424,8 @@ std::string legend(const walk_statistics& walk, bool has_precision, const text_s
   if (walk.both_feet()) {
     text +=
         " R: right, L: left. Ratio: R / L of the means, where they are clear of 0. SI: symmetry "
-        "index (%), 100 (R - L) / ((R + L) / 2) of the means.";
+        "index (%), 100 (R - L) / ((R + L) / 2) of the means, above 0 where the right one is "
+        "larger.";
   }
   text += " " + std::string(not_computed) +
           ": could not be computed, would say nothing, or is not defined for the parameter.";
@@ -530,7 +531,7 @@ std::string report_data_checks(const walk_statistics& walk, const text_style& st
         style);
   }
   for (const auto& note : walk.notes) {
-    text += wrapped("  Note: ", note.text + " (" + note.source + ")", 4, style);
+    text += wrapped("  Note: ", gait_walk::printable(in_words(note)), 4, style);
   }
   return text;
 }

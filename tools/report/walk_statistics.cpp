@@ -11,6 +11,7 @@
 #include <algorithm>
 #include <cmath>
 #include <cstddef>
+#include <filesystem>
 #include <iterator>
 #include <list>
 #include <numeric>
@@ -105,10 +106,10 @@ void leave_out_halved_lengths(computed_parameter& parameter, const walk_statisti
     return;
   }
   parameter.why_none =
-      std::to_string(halved) + " of " + std::to_string(walk.stride_lengths.included) +
-      " included strides " + (halved == 1 ? "has" : "have") +
-      " no stride length. The library counts half of it as -0.5 m; its step length "
-      "is left out.";
+      "It is half of the stride length, which " + std::to_string(halved) + " of " +
+      std::to_string(walk.stride_lengths.included) + " included strides " +
+      (halved == 1 ? "does" : "do") +
+      " not have; the library counts that as -0.5 m. Therefore there are no statistics of it.";
 }
 
 /// Fills in the ratios of both sides. The library divides by a missing mean as by any other; such a
@@ -204,6 +205,18 @@ void compute_statistics(walk_statistics& statistics,
   gait_generate_statistics(statistics.analysis.result, {statistics.settings_value});
   statistics.stride_lengths = find_stride_length_gaps(statistics);
   check_data(statistics, without_checks);
+}
+
+void add_warnings(walk_statistics& statistics,
+                  const std::vector<gait_walk::input_error>& warnings) {
+  std::vector<gait_checks::note> notes;
+  notes.reserve(warnings.size());
+  for (gait_walk::input_error warning : warnings) {
+    // The same walk gives the same output wherever its folder lies.
+    warning.file = std::filesystem::path(warning.file).filename().string();
+    notes.push_back({"warning", warning.message() + ".", ""});
+  }
+  statistics.notes.insert(statistics.notes.begin(), notes.begin(), notes.end());
 }
 
 bool computed_parameter::has_values() const {

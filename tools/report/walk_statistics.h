@@ -5,6 +5,7 @@
 /// A walk with its statistics, in the form in which every output reads them.
 
 #include "analysis.h"
+#include "input_error.h"
 #include "parameter_list.h"
 #include "walk.h"
 #include "walk_checks.h"
@@ -78,6 +79,10 @@ walk_statistics prepare_walk(gait_walk::walk walk, gait_walk::analysed_cycles as
 /// statistics grows with the square of the strides.
 void compute_statistics(walk_statistics& statistics,
                         const std::vector<std::string>& without_checks = {});
+
+/// Puts what was worth a warning when the walk was read before the notes, so that it stands in every
+/// output. To be called once the statistics are computed.
+void add_warnings(walk_statistics& statistics, const std::vector<gait_walk::input_error>& warnings);
 
 /// The statistics of one parameter on one side; nullopt where one could not be computed, or would
 /// say nothing: the spread of a single value.

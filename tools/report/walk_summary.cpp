@@ -178,7 +178,8 @@ std::string amount(const measured_sum& sum, const char* unit, const char* what) 
   if (!sum.sum) {
     return std::string(what) + " unknown";
   }
-  return (sum.without > 0 ? "over " : "") + rounded(*sum.sum, decimals_of_sentences) + " " + unit;
+  return (sum.without > 0 ? "at least " : "") + rounded(*sum.sum, decimals_of_sentences) + " " +
+         unit;
 }
 
 std::string part_of(const side_strides& side) {

@@ -74,8 +74,8 @@ struct finding {
 /// A remark about the figures. Nothing is wrong with the data.
 struct note {
   std::string name;
-  std::string text;    ///< a sentence
-  std::string source;  ///< the paper behind it
+  std::string text;    ///< a sentence or two
+  std::string source;  ///< the paper behind it; empty where there is none
 };
 
 /// Checks an analysed walk: its statistics say which cycles are included, and only these take part,
