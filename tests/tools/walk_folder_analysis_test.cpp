@@ -181,8 +181,8 @@ TEST(CheckAnalysis, ReportsAFootThatTheWalkLacks) {
                       "is to be analysed"}));
 }
 
-/// The warnings about an analysis of a walk with two cycles of both feet: 0 links the strides right 0
-/// and left 1, and 1 the two others.
+/// The warnings about an analysis of a walk with two cycles of both feet: 0 links the strides right
+/// 0 and left 1, and 1 the two others.
 messages warnings_of_exclusions(const std::string& rows, analysed_cycles asked_for) {
   tables text;
   text.feet_cycles = feet_cycles_header + "\n0,1.25,25.5,0,1\n1,1.5,26.5,1,0\n";

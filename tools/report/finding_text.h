@@ -17,8 +17,8 @@ namespace gait_report {
 /// The line of its table on which a stride stands; nullopt where the walk was not read from tables.
 std::optional<std::size_t> line_of(const walk_statistics& walk, const gait_checks::place& place);
 
-/// The finding without its table, in one line: "column swing: swing_bounds: found 150, expected 0 to
-/// 100 %, in 1 of 57 included strides (line 12). Usually: ...".
+/// The finding without its table, in one line: "column swing: swing_bounds: found 150, expected 0
+/// to 100 %, in 1 of 57 included strides (line 12). Usually: ...".
 std::string in_words(const gait_checks::finding& finding, const walk_statistics& walk);
 
 /// The note with its source.

@@ -80,8 +80,8 @@ walk_statistics prepare_walk(gait_walk::walk walk, gait_walk::analysed_cycles as
 void compute_statistics(walk_statistics& statistics,
                         const std::vector<std::string>& without_checks = {});
 
-/// Puts what was worth a warning when the walk was read before the notes, so that it stands in every
-/// output. To be called once the statistics are computed.
+/// Puts what was worth a warning when the walk was read before the notes, so that it stands in
+/// every output. To be called once the statistics are computed.
 void add_warnings(walk_statistics& statistics, const std::vector<gait_walk::input_error>& warnings);
 
 /// The statistics of one parameter on one side; nullopt where one could not be computed, or would

@@ -11,8 +11,8 @@
 
 namespace gait_walk {
 
-/// A name without what makes no difference: capitals, blanks, underscores, dashes, points, and a unit
-/// in brackets.
+/// A name without what makes no difference: capitals, blanks, underscores, dashes, points, and a
+/// unit in brackets.
 std::string bare_name(std::string_view name);
 
 /// The number of letters to insert, delete or replace that makes one name of the other (Levenshtein

@@ -21,8 +21,8 @@ struct similar_name {
 /// write for themselves, are like no table.
 similar_name similar_to(const std::filesystem::path& name);
 
-/// The other files of a folder that have nearly a table's name, one of each kind: the first by name,
-/// or an empty name.
+/// The other files of a folder that have nearly a table's name, one of each kind: the first by
+/// name, or an empty name.
 struct similar_files {
   std::string text;
   std::string workbook;

@@ -23,13 +23,13 @@ namespace {
 
 namespace fs = std::filesystem;
 
-/// Tables that replace those of a folder only once all of them are written. Until then each is a part
-/// beside its place.
+/// Tables that replace those of a folder only once all of them are written. Until then each is a
+/// part beside its place.
 class new_tables {
 public:
   explicit new_tables(fs::path folder) : folder_(std::move(folder)) {}
-  /// Where some tables are in place and some are not, the folder holds those of two walks: the parts
-  /// stay, and tell the reader so.
+  /// Where some tables are in place and some are not, the folder holds those of two walks: the
+  /// parts stay, and tell the reader so.
   ~new_tables() {
     if (any_in_place_) {
       return;
