@@ -15,9 +15,9 @@
 namespace gait_program {
 
 /// The stack that each of some threads is given (bytes): as much as the system lets the main thread
-/// have, so that a walk which one thread can compute, any can. The sort of the percentiles may be as
-/// many calls deep as there are strides; a GiB is enough for any walk that can be waited for. Less
-/// where so much address space cannot be had.
+/// have, so that a walk which one thread can compute, any can. The sort of the percentiles may be
+/// as many calls deep as there are strides; a GiB is enough for any walk that can be waited for.
+/// Less where so much address space cannot be had.
 std::size_t stack_of_each(std::size_t threads);
 
 /// How many results there are at a time for each job, made or being made. Where one takes long, so
@@ -25,8 +25,8 @@ std::size_t stack_of_each(std::size_t threads);
 inline constexpr std::size_t results_per_job = 4;
 
 /// Calls `make(i)` for every i below `count`, up to `jobs` of them at the same time, and `use` with
-/// each result, one after the other in the order of i. With one job, or one thing to make, no thread
-/// is started.
+/// each result, one after the other in the order of i. With one job, or one thing to make, no
+/// thread is started.
 ///
 /// An exception of `make` or of `use` ends the calls, and is thrown when those that run are over.
 template <class Make, class Use>

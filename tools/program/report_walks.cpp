@@ -93,7 +93,7 @@ std::vector<std::string> reported_names(const std::vector<std::filesystem::path>
 }
 
 /// What is said about a walk, held until its turn comes. With --strict, what is said about a walk
-/// whose statistics can be computed all the same keeps it out of the output, and is said as an error.
+/// whose statistics can be computed all the same keeps it out of the output, and is an error.
 class remarks {
 public:
   explicit remarks(bool strict) : strict_(strict) {}

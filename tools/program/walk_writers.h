@@ -4,10 +4,11 @@
 /// \file
 /// Walks as they are written: the form of each walk, and the document that they make.
 ///
-/// Each writer has `render(walk, place)`, the walk at that place of those given in the form in which
-/// it is written, and `add(part)`, which writes what was rendered. Many threads may render at once.
-/// add() is called by one at a time, in the order of the walks that are reported, and finish() after
-/// the last one. Where no walk was added, nothing is written, not even an empty file or folder.
+/// Each writer has `render(walk, place)`, the walk at that place of those given in the form in
+/// which it is written, and `add(part)`, which writes what was rendered. Many threads may render at
+/// once. add() is called by one at a time, in the order of the walks that are reported, and
+/// finish() after the last one. Where no walk was added, nothing is written, not even an empty file
+/// or folder.
 
 #include "options.h"
 #include "output.h"

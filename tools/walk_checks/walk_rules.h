@@ -35,7 +35,7 @@ struct usable_values {
   }
 };
 
-/// The usable values of each column. Finding a column takes longer than asking for a stride's value.
+/// The usable values of each column. To find a column takes longer than to ask for a value.
 using value_filter = std::function<usable_values(std::string_view column)>;
 
 struct walk_rule {
