@@ -16,6 +16,7 @@ import pathlib
 import pty
 import re
 import resource
+import shutil
 import signal
 import stat
 import struct
@@ -23,6 +24,7 @@ import subprocess
 import sys
 import tempfile
 import termios
+import time
 import unittest
 
 PROGRAM = ""
@@ -31,6 +33,7 @@ WALKS = HERE / "gait_statistics_walks"
 GOLDEN = HERE / "golden"
 BOTH_FEET = str(WALKS / "both_feet")
 LEFT_FOOT = str(WALKS / "left_foot")
+EXAMPLES = HERE.parent.parent / "examples" / "walks"
 
 with open(WALKS / "both_feet" / "foot_cycles.csv", encoding="utf-8") as foot_cycles:
     FOOT_CYCLES = foot_cycles.readline().strip()
@@ -660,7 +663,8 @@ class ExitCode(ProgramTest):
                           ["--settings-value", "1e99"], ["--settings-value", ""],
                           ["--width", "5"], ["--width", "-80"], ["--width", "wide"],
                           ["--output", ""], ["--output", "a", "--output", "b"],
-                          ["--output", "a.xlsx"], ["--ignore-column"]):
+                          ["--output", "a.xlsx"], ["--ignore-column"], ["--jobs", "0"],
+                          ["--jobs", "2000"], ["--jobs", "all"], ["--jobs"]):
             with self.subTest(arguments=arguments):
                 self.refused(BOTH_FEET, *arguments)
 
@@ -736,7 +740,9 @@ class ExitCode(ProgramTest):
             result = run("--format", form, BOTH_FEET, self.folder / "nowhere", LEFT_FOOT)
             self.assertEqual(result.returncode, 1)
             self.assertEqual(result.stdout, self.output("--format", form, BOTH_FEET, LEFT_FOOT))
-            self.assertEqual(len(without_findings(result.stderr)), 1)
+            self.assertEqual(without_findings(result.stderr)[1:], [
+                "gait-statistics: 2 of 3 walks reported, 1 left out: " +
+                str(self.folder / "nowhere")])
 
     def test_0_with_a_warning(self):
         walk = pathlib.Path(self.walk(left=strides(6, swing=[-1.0] + [36.0] * 5)))
@@ -745,6 +751,81 @@ class ExitCode(ProgramTest):
         self.assertTrue(result.stderr.startswith(f"warning: {walk}/foot_cycles.csv:"),
                         result.stderr)
         self.assertEqual(result.stderr.count("\n"), 1)
+
+
+class ManyAtOnce(ProgramTest):
+    """Several walks at a time, which nobody should notice but by the clock."""
+
+    def setUp(self):
+        super().setUp()
+        good = [str(walk) for walk in sorted(EXAMPLES.iterdir())] + [BOTH_FEET, LEFT_FOOT]
+        short = [self.walk(f"{i}/walk", left=strides(6 + i), right=strides(5)) for i in range(12)]
+        self.broken = [str(self.folder / "nowhere"),
+                       self.walk("broken", left=strides(gct=["x"] * 6))]
+        self.walks = [*good[:2], self.broken[0], *short[:6], self.broken[1], *good[2:], *short[6:]]
+
+    FORMS = (["--format", "table"], ["--table", "parameters"], ["--table", "walks"],
+             ["--table", "strides"], ["--format", "json"], ["--format", "html"])
+
+    def run_with(self, jobs, *arguments):
+        result = run("--jobs", jobs, *arguments, *self.walks)
+        return result.returncode, result.stdout, result.stderr
+
+    def test_write_the_bytes_of_one_at_a_time(self):
+        for form in self.FORMS:
+            one = self.run_with(1, *form)
+            self.assertEqual(one[0], 1)
+            for jobs in (2, 7):
+                self.assertEqual(self.run_with(jobs, *form), one, (jobs, form))
+
+    def test_write_the_same_file(self):
+        files = {jobs: self.folder / f"result_{jobs}.json" for jobs in (1, 4)}
+        for jobs, file in files.items():
+            self.assertEqual(self.run_with(jobs, "-o", file)[:2], (1, ""))
+        self.assertEqual(files[4].read_bytes(), files[1].read_bytes())
+        self.assertEqual(files[4].read_text(), self.run_with(4, "--format", "json")[1])
+
+    def test_write_the_same_folder_of_pages(self):
+        pages = {}
+        for jobs in (1, 4):
+            folder = self.folder / f"pages_{jobs}"
+            self.run_with(jobs, "-o", f"{folder}/")
+            pages[jobs] = {page.name: page.read_bytes() for page in folder.iterdir()}
+        self.assertEqual(len(pages[1]), len(self.walks) - len(self.broken) + 1)
+        self.assertEqual(pages[4], pages[1])
+
+    def test_are_all_processors_use_when_nothing_is_said(self):
+        result = run("--format", "csv", *self.walks)
+        self.assertEqual((result.returncode, result.stdout, result.stderr),
+                         self.run_with(1, "--format", "csv"))
+
+    def test_close_a_document_whose_last_walk_fails(self):
+        result = run("--jobs", 2, "--format", "json", BOTH_FEET, LEFT_FOOT, self.broken[0])
+        self.assertEqual([walk["walk"] for walk in json.loads(result.stdout)["walks"]],
+                         ["both_feet", "left_foot"])
+        self.assertEqual(result.returncode, 1)
+
+    def test_end_with_a_line_that_names_those_left_out(self):
+        for jobs in (1, 3):
+            last = self.run_with(jobs)[2].splitlines()[-1]
+            self.assertEqual(last, f"gait-statistics: {len(self.walks) - 2} of {len(self.walks)} "
+                             f"walks reported, 2 left out: {', '.join(self.broken)}")
+        nowhere = [f"nowhere_{i}" for i in range(12)]
+        last = run(*nowhere, BOTH_FEET).stderr.splitlines()[-1]
+        self.assertEqual(last, "gait-statistics: 1 of 13 walks reported, 12 left out: "
+                         f"{', '.join(nowhere[:10])}, ...")
+
+    def test_do_not_wait_for_each_other_when_nobody_reads_the_output(self):
+        waiting = self.folder / "waiting"
+        waiting.mkdir()
+        os.mkfifo(waiting / "recording.csv")  # which nobody will ever write
+        for form in ("csv", "json"):
+            reader, writer = os.pipe()
+            os.close(reader)
+            result = run("--jobs", 2, "--format", form, LEFT_FOOT, waiting, stdout=writer,
+                         timeout=20)
+            os.close(writer)
+            self.assertEqual(result.returncode, -signal.SIGPIPE)
 
 
 class DataChecks(ProgramTest):
@@ -897,6 +978,55 @@ class Terminal(ProgramTest):
         report = self.on_terminal(BOTH_FEET, columns=10, NO_COLOR="1")
         self.assertEqual(report.count("  Parameter"), 11)
 
+    def messages_on_terminal(self, arguments, columns=80, meanwhile=lambda: None, **changes):
+        """What the program says, when its standard error is a terminal."""
+        primary, secondary = pty.openpty()
+        fcntl.ioctl(secondary, termios.TIOCSWINSZ, struct.pack("HHHH", 24, columns, 0, 0))
+        with subprocess.Popen([PROGRAM, *map(str, arguments)], stdout=subprocess.DEVNULL,
+                              stderr=secondary, env=environment(**changes)) as process:
+            os.close(secondary)
+            meanwhile()
+            text = b""
+            while True:
+                try:
+                    text += os.read(primary, 65536)
+                except OSError:  # the last writer has closed the terminal
+                    break
+            os.close(primary)
+            process.wait()
+        return text.decode().replace("\r\n", "\n")
+
+    def slow_walk(self):
+        """A walk, and a function that keeps the program waiting for it for more than a second."""
+        slow = pathlib.Path(self.walk("slow", left=strides()))
+        recording = (slow / "recording.csv").read_text()
+        (slow / "recording.csv").unlink()
+        os.mkfifo(slow / "recording.csv")
+
+        def write_late():
+            time.sleep(1.3)
+            (slow / "recording.csv").write_text(recording)
+        return slow, write_late
+
+    def test_shows_how_far_it_is_and_takes_the_line_away(self):
+        for jobs in (1, 2):
+            slow, write_late = self.slow_walk()
+            text = self.messages_on_terminal(["--jobs", jobs, slow, LEFT_FOOT],
+                                             meanwhile=write_late)
+            self.assertRegex(text, r"1 of 2 walks, \d+\.\d (a second|a minute), \d+ seconds left\r"
+                             "\x1b\\[K")
+            self.assertTrue(text.endswith("\x1b[Kgait-statistics: 2 of 2 walks reported\n"), text)
+            shutil.rmtree(slow)
+
+    def test_that_cannot_take_a_line_away_shows_none(self):
+        slow, write_late = self.slow_walk()
+        text = self.messages_on_terminal([slow, LEFT_FOOT], meanwhile=write_late, TERM="dumb")
+        self.assertNotIn("\x1b", text)
+        self.assertNotIn(" left\n", text)
+
+    def test_of_one_walk_says_nothing_more(self):
+        self.assertEqual(self.messages_on_terminal([self.walk(left=strides())]), "")
+
     def test_has_no_say_in_a_file(self):
         file = self.folder / "report.txt"
         self.assertEqual(self.on_terminal("--output", file, BOTH_FEET), "")
@@ -1014,13 +1144,13 @@ class OutputFile(ProgramTest):
 
     def test_full_standard_output_is_an_error(self):
         for arguments in ([BOTH_FEET], ["--format", "json", BOTH_FEET], ["--help"], ["--version"],
-                          ["--list-parameters"]):
+                          ["--list-parameters"], ["--jobs", 2, BOTH_FEET, LEFT_FOOT]):
             with open("/dev/full", "w", encoding="utf-8") as full:
                 self.fails("the standard output: No space left on device", *arguments, stdout=full)
 
     def test_closed_pipe_ends_the_program_without_a_word_as_it_ends_cat(self):
         for arguments in ([BOTH_FEET], ["--format", "json", BOTH_FEET], ["--list-checks"],
-                          ["--help"]):
+                          ["--help"], ["--jobs", 2, BOTH_FEET, LEFT_FOOT]):
             reader, writer = os.pipe()
             os.close(reader)
             result = run(*arguments, stdout=writer)

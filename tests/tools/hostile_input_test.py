@@ -90,9 +90,9 @@ class HostileTest(ProgramTest):
     def copy_of_a_walk(self):
         return pathlib.Path(shutil.copytree(BOTH_FEET, self.folder / "walk"))
 
-    def start(self, *arguments, **options):
-        process = subprocess.Popen([program.PROGRAM, *map(str, arguments)], stdout=subprocess.PIPE,
-                                   stderr=subprocess.PIPE,
+    def start(self, *arguments, prefix=(), **options):
+        process = subprocess.Popen([*prefix, program.PROGRAM, *map(str, arguments)],
+                                   stdout=subprocess.PIPE, stderr=subprocess.PIPE,
                                    encoding="utf-8", **options)
 
         def end():
@@ -102,6 +102,18 @@ class HostileTest(ProgramTest):
             process.stderr.close()
         self.addCleanup(end)
         return process
+
+    def without_nameless_files(self):
+        """Arguments in front of the program's, so that it cannot name a file that has no name.
+
+        That takes /proc, which a mount namespace of its own may lack.
+        """
+        as_root = [] if os.geteuid() == 0 else ["--map-root-user"]
+        prefix = ["unshare", *as_root, "--mount", "sh", "-c",
+                  'mount -t tmpfs tmpfs /proc && exec "$@"', "sh"]
+        if subprocess.run([*prefix, "true"], capture_output=True, check=False).returncode != 0:
+            self.skipTest("nothing can be mounted here")
+        return prefix
 
     def peak_memory(self, *arguments):
         """What the program says, its exit code, and the most memory that it held (bytes)."""
@@ -165,9 +177,10 @@ class LongWalk(HostileTest):
         def leave_little_stack():
             resource.setrlimit(resource.RLIMIT_STACK,
                                (192 << 10, resource.getrlimit(resource.RLIMIT_STACK)[1]))
-        result = run("--format", "csv", walk, preexec_fn=leave_little_stack)
-        self.assertEqual(result.returncode, 0)
-        self.assertIn("3499.5", result.stdout)
+        for arguments in ([walk], ["--jobs", 2, walk, LEFT_FOOT]):
+            result = run("--format", "csv", *arguments, preexec_fn=leave_little_stack)
+            self.assertEqual(result.returncode, 0)
+            self.assertIn("3499.5", result.stdout)
 
     def test_is_not_limited_by_something_else_than_a_number_from_1(self):
         for limit in ("0", "-1", "many", "1.5", "99999999999999999999999", ""):
@@ -228,11 +241,13 @@ class Interruption(HostileTest):
 
     def test_while_computing(self):
         long = write_long_walk(self.folder / "long", 40000)
-        for number, moment in zip(self.SIGNALS, (0, 0.01, 0.1, 0.4)):
-            process = self.start("--output", self.file, long)
-            self.assertTrue(process.stderr.readline().startswith("note: "))
-            time.sleep(moment)
-            self.check_ends(process, number)
+        for walks in ([long], ["--jobs", 2, LEFT_FOOT, long, BOTH_FEET]):
+            for number, moment in zip(self.SIGNALS, (0, 0.01, 0.1, 0.4)):
+                process = self.start("--output", self.file, *walks)
+                while not process.stderr.readline().startswith("note: "):
+                    pass
+                time.sleep(moment)
+                self.check_ends(process, number)
 
     def test_while_a_pipe_for_the_output_has_no_reader(self):
         os.mkfifo(self.folder / "pipe")
@@ -246,23 +261,50 @@ class Interruption(HostileTest):
         self.output(*arguments)
         return arguments, self.file.read_bytes()
 
-    def test_while_writing_leaves_the_old_output_or_the_whole_new_one(self):
-        arguments, new = self.large_output()
+    def has_written(self, process):
+        """Whether the program has written anything: into a file that has no name yet."""
+        try:
+            files = [f"/proc/{process.pid}/fd/{number}"
+                     for number in os.listdir(f"/proc/{process.pid}/fd")]
+            return any(os.readlink(file).startswith(f"{self.out}/#") and os.stat(file).st_size > 0
+                       for file in files)
+        except (FileNotFoundError, PermissionError):
+            return False  # it has ended, or closed the file
+
+    def has_a_temporary_file(self, _):
+        return len(os.listdir(self.out)) > 1
+
+    def interrupt_while(self, is_writing, arguments, new, **options):
+        """Sends each signal while the output is being written.
+
+        The old output stays, or the whole new one is there, and nothing else.
+        """
         hits = 0
         for number in self.SIGNALS:
             self.file.write_text("old")
-            process = self.start(*arguments)
-            while process.poll() is None and len(os.listdir(self.out)) == 1:
+            process = self.start(*arguments, **options)
+            while process.poll() is None and not is_writing(process):
                 pass
             # Stopped, the program cannot be done before the signal is there.
             process.send_signal(signal.SIGSTOP)
-            hits += len(os.listdir(self.out)) > 1
+            hits += is_writing(process)
             process.send_signal(number)
             process.send_signal(signal.SIGCONT)
             self.assertIn(process.wait(timeout=30), (-number, 0))
             self.assertEqual(os.listdir(self.out), ["result"])
-            self.assertEqual(self.file.read_bytes(), new)
-        self.assertGreater(hits, 0, "no signal came while the temporary file was there")
+            self.assertIn(self.file.read_bytes(), (b"old", new))
+        self.assertGreater(hits, 0, "no signal came while the output was written")
+
+    def test_while_writing_leaves_the_old_output_or_the_whole_new_one(self):
+        arguments, new = self.large_output()
+        for jobs in (1, 2):
+            self.interrupt_while(self.has_written, ["--jobs", jobs, *arguments], new)
+
+    def test_removes_the_temporary_name_of_an_output_that_needs_one(self):
+        arguments, new = self.large_output()
+        for jobs in (1, 2):
+            self.interrupt_while(self.has_a_temporary_file, ["--jobs", jobs, *arguments], new,
+                                 prefix=self.without_nameless_files())
 
     def test_at_any_moment_leaves_the_old_output_or_the_whole_new_one(self):
         start = time.monotonic()
@@ -345,28 +387,37 @@ class Output(HostileTest):
         self.check_nothing_was_written()
 
     def test_is_kept_at_every_size_at_which_writing_stops(self):
-        size = len(self.output(BOTH_FEET))
-        for limit in (0, 1, size // 2, size - 1):
-            stop = functools.partial(resource.setrlimit, resource.RLIMIT_FSIZE, (limit, limit))
-            self.fails(f"{self.file}: File too large", "--output", self.file, preexec_fn=stop)
-            self.check_nothing_was_written()
+        for walks in ([], ["--jobs", 2, LEFT_FOOT]):
+            size = len(self.output(*walks, BOTH_FEET))
+            for limit in (0, 1, size // 2, size - 1):
+                stop = functools.partial(resource.setrlimit, resource.RLIMIT_FSIZE, (limit, limit))
+                self.fails(f"{self.file}: File too large", *walks, "--output", self.file,
+                           preexec_fn=stop)
+                self.check_nothing_was_written()
 
-    def test_is_kept_on_a_disk_that_is_full(self):
+    def on_a_full_disk(self, before, *arguments):
+        """What the program says on a disk with room for little, and what is then on the disk."""
         # In a mount namespace of its own, the small disk is seen by nobody else.
         script = ('mount -t tmpfs -o size=4k,nr_inodes=10 tmpfs "$1" &&\n'
-                  '  printf old >"$1/result" || exit 77\n'
+                  f'  printf old >"$1/result" && {before} || exit 77\n'
                   'disk=$1; shift; "$@"; echo "exit code $?"; cat "$disk/result"; ls "$disk"')
         disk = self.folder / "disk"
-        disk.mkdir()
+        disk.mkdir(exist_ok=True)
         as_root = [] if os.geteuid() == 0 else ["--map-root-user"]
         result = subprocess.run(["unshare", *as_root, "--mount", "sh", "-c", script, "sh", disk,
-                                 program.PROGRAM, "--output", disk / "result", BOTH_FEET],
+                                 program.PROGRAM, "--output", disk / "result",
+                                 *map(str, arguments)],
                                 capture_output=True, encoding="utf-8", check=False)
         if result.returncode != 0:
             self.skipTest("no small disk can be mounted here")
         self.assertEqual(without_findings(result.stderr),
                          [f"gait-statistics: cannot write {disk}/result: No space left on device"])
-        self.assertEqual(result.stdout, "exit code 1\noldresult\n")
+        return result.stdout
+
+    def test_is_kept_on_a_disk_that_is_full(self):
+        for walks in ([BOTH_FEET], ["--jobs", 2, BOTH_FEET, LEFT_FOOT]):
+            for before in ("true", "mount -t tmpfs tmpfs /proc"):
+                self.assertEqual(self.on_a_full_disk(before, *walks), "exit code 1\noldresult\n")
 
 
 if __name__ == "__main__":

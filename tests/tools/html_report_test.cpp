@@ -49,9 +49,7 @@ gait_walk::walk modelled(int strides = 40) {
 }
 
 std::string page_of(const walk_statistics& walk) {
-  gait_report::html_page page(false);
-  page.add(walk);
-  return page.finish();
+  return gait_report::html_page({gait_report::html_walk_of(walk, 0, true)});
 }
 
 // --- Templates
@@ -185,16 +183,16 @@ std::vector<walk_statistics> telling_walks() {
 TEST(Templates, HaveAValueForEveryTag) {
   template_walk walk_template(gait_report::page_files::walk);
   template_walk index_template(gait_report::page_files::index);
-  std::vector<page_data> rows;
+  template_walk rows_template(gait_report::page_files::index_rows);
   for (const walk_statistics& walk : telling_walks()) {
     const gait_report::shown_walk shown(walk);
     walk_template.fill(gait_report::data_of_walk(shown, 0, true));
-    rows.push_back(gait_report::data_of_index_rows(shown, "walk.html"));
+    rows_template.fill(gait_report::data_of_index_rows(shown, "walk.html"));
   }
-  index_template.fill(gait_report::data_of_index(rows));
+  index_template.fill(gait_report::data_of_index(4, "rows"));
   template_walk page_template(gait_report::page_files::page);
-  page_template.fill(gait_report::data_of_page({{"a", "b"}, {"c", "d"}}, "walks", "{}"));
-  for (const auto* source : {&walk_template, &index_template, &page_template}) {
+  page_template.fill(gait_report::data_of_page({{0, "a", "b"}, {1, "c", "d"}}, "walks", "{}"));
+  for (const auto* source : {&walk_template, &rows_template, &index_template, &page_template}) {
     EXPECT_THAT(source->without_value(), IsEmpty());
     EXPECT_THAT(source->never_filled(), IsEmpty());
   }
@@ -283,21 +281,30 @@ TEST(HtmlPage, LeavesTheTableOfManyStridesToItsScript) {
   EXPECT_THAT(page_of(statistics_of(modelled(1100))), HasSubstr("<p class=\"without-script\">"));
 }
 
+TEST(HtmlPage, OfSeveralWalksListsEachByItsNumber) {
+  const walk_statistics walk = statistics_of(modelled(5));
+  const std::string page = gait_report::html_page(
+      {gait_report::html_walk_of(walk, 0, false), gait_report::html_walk_of(walk, 7, false)});
+  for (const char* id : {"walk-1", "walk-8"}) {
+    EXPECT_THAT(page, HasSubstr("<li><a href=\"#" + std::string(id) + "\">"));
+    EXPECT_THAT(page, HasSubstr("<article class=\"walk\" id=\"" + std::string(id) + "\""));
+  }
+}
+
 TEST(HtmlFolder, GivesEveryWalkAFileOfItsOwn) {
-  gait_report::html_folder folder;
-  std::vector<std::string> names;
-  for (const char* name : {"walk", "Walk", "a/b c", "..", "index", ""}) {
-    gait_walk::walk walk = modelled(5);
-    walk.name = name;
-    names.push_back(folder.add(statistics_of(std::move(walk))).name);
-  }
-  EXPECT_THAT(names, testing::ElementsAre("walk.html", "Walk_2.html", "a_b_c.html", "_...html",
-                                          "index_2.html", "_.html"));
-  const auto index = folder.index();
-  EXPECT_EQ(index.name, "index.html");
-  for (const auto& name : names) {
-    EXPECT_THAT(index.content, HasSubstr("href=\"" + name + "\""));
-  }
+  EXPECT_THAT(gait_report::page_names({"walk", "Walk", "a/b c", "..", "index", ""}),
+              testing::ElementsAre("walk.html", "Walk_2.html", "a_b_c.html", "_...html",
+                                   "index_2.html", "_.html"));
+}
+
+TEST(HtmlFolder, LinksToEveryWalkInItsIndex) {
+  const walk_statistics walk = statistics_of(modelled(5));
+  const std::string index =
+      gait_report::html_index(2, gait_report::html_index_rows(walk, "a.html") +
+                                     gait_report::html_index_rows(walk, "b.html"));
+  EXPECT_THAT(index, HasSubstr("Gait statistics of 2 walks"));
+  EXPECT_THAT(index, HasSubstr("href=\"a.html\""));
+  EXPECT_THAT(index, HasSubstr("href=\"b.html\""));
 }
 
 }  // namespace

@@ -13,11 +13,20 @@ add_dependencies(gait_statistics_program_test gait-statistics)
 gtest_discover_tests(gait_statistics_program_test NO_PRETTY_VALUES)
 
 # What a user sees of it.
-foreach(topic IN ITEMS Report Formats CommandLine ExitCode DataChecks Terminal OutputFile)
+foreach(topic IN ITEMS
+    Report Formats CommandLine ExitCode ManyAtOnce DataChecks Terminal OutputFile)
   add_test(NAME gait_statistics_program.${topic}
     COMMAND ${GAIT_PYTHON} ${CMAKE_CURRENT_LIST_DIR}/gait_statistics_test.py
       $<TARGET_FILE:gait-statistics> ${topic})
 endforeach()
+
+add_executable(in_order_test in_order_test.cpp)
+target_link_libraries(in_order_test PRIVATE gait_program GTest::gtest_main gait_warnings)
+# oneTBB is not built for the thread sanitizer, which cannot see how its threads wait.
+set(thread_sanitizer
+  "TSAN_OPTIONS=suppressions=${PROJECT_SOURCE_DIR}/cmake/thread_sanitizer.suppressions")
+gtest_discover_tests(in_order_test PROPERTIES ENVIRONMENT ${thread_sanitizer})
+set_tests_properties(gait_statistics_program.ManyAtOnce PROPERTIES ENVIRONMENT ${thread_sanitizer})
 
 add_test(NAME gait_statistics_program.DataChecksTrial
   COMMAND ${GAIT_PYTHON} ${CMAKE_CURRENT_LIST_DIR}/data_checks_trial.py

@@ -306,6 +306,13 @@ TEST(WalkChecks, FindAStrideOf999Seconds) {
   EXPECT_EQ(names_of(walk.findings()), names{"gct_bounds"});
 }
 
+TEST(WalkChecks, BoundAMedianWithinTheBoundsOfAStride) {
+  for (const gait_checks::bounds& row : gait_checks::bounds_table()) {
+    EXPECT_TRUE(row.of_stride.holds(row.of_median.lowest)) << row.column;
+    EXPECT_TRUE(row.of_stride.holds(row.of_median.highest)) << row.column;
+  }
+}
+
 TEST(WalkChecks, AcceptTheBoundsThemselves) {
   for (const gait_checks::bounds& row : gait_checks::bounds_table()) {
     for (const double bound : {row.of_stride.lowest, row.of_stride.highest}) {

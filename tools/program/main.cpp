@@ -1,10 +1,10 @@
+#include "ending.h"
 #include "options.h"
 #include "output.h"
 #include "report_walks.h"
 
 #include <sys/resource.h>
 
-#include <exception>
 #include <iostream>
 #include <optional>
 #include <variant>
@@ -49,10 +49,7 @@ int main(int argc, char** argv) {
     const auto parsed = parse_command_line(argc, argv);
     const auto* instead = std::get_if<reply>(&parsed);
     return instead != nullptr ? say(*instead) : run(std::get<options>(parsed));
-  } catch (const reader_is_gone&) {
-    return end_by_broken_pipe();
-  } catch (const std::exception& error) {
-    std::cerr << "gait-statistics: " << error.what() << "\n";
-    return exit_failed;
+  } catch (...) {
+    return report_the_end();
   }
 }

@@ -10,6 +10,7 @@
 #include <gait/quality_flags.h>
 #include <gait/version.h>
 
+#include <tbb/info.h>
 #include <CLI/CLI.hpp>
 
 #include <algorithm>
@@ -85,6 +86,9 @@ std::string refuse_unknown_check(const std::string& name) {
          (nearest.empty() ? "" : "; did you mean " + std::string(nearest) + "?") +
          (nearest.empty() ? ": " : " ") + "--list-checks prints them all";
 }
+
+/// More threads than any machine has processors for.
+constexpr int most_jobs = 1024;
 
 struct file_ending {
   std::string_view ending;
@@ -220,6 +224,12 @@ void add_options(CLI::App& app, options& options) {
                  "Refuse a walk with more strides in a foot than N (default: no limit); the time "
                  "grows with their square")
       ->check(CLI::Range(1, std::numeric_limits<int>::max()).description(""))
+      ->type_name("N");
+  options.jobs = static_cast<std::size_t>(tbb::info::default_concurrency());
+  app.add_option("--jobs", options.jobs,
+                 "Read and compute N walks at a time (default: as many as there are processors); "
+                 "the output is the same")
+      ->check(CLI::Range(1, most_jobs).description(""))
       ->type_name("N");
   app.add_flag("--list-parameters", options.list_parameters,
                "Print the catalogue of gait parameters, and read no walks");

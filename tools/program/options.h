@@ -37,7 +37,8 @@ struct options {
   bool recursive = false;
   std::vector<std::string> ignored_columns;  ///< "all" for every unknown one
   std::vector<std::string> without_checks;
-  bool strict = false;  ///< whether findings and warnings leave a walk out
+  std::size_t jobs = 1;  ///< walks that are read and computed at a time, from 1
+  bool strict = false;   ///< whether findings and warnings leave a walk out
   bool list_parameters = false;
   bool list_checks = false;
 };

@@ -1,12 +1,10 @@
 #include "output.h"
 
 #include <fcntl.h>
-#include <sys/stat.h>
 #include <unistd.h>
 
 #include <cerrno>
 #include <csignal>
-#include <cstdlib>
 #include <filesystem>
 #include <optional>
 #include <string>
@@ -19,103 +17,35 @@ namespace {
 
 namespace fs = std::filesystem;
 
-[[noreturn]] void fail(const std::string& destination) {
-  throw std::system_error(errno, std::generic_category(), "cannot write " + destination);
+/// The file that a path stands for. Throws where it could not be written, or is none.
+fs::path file_behind(const fs::path& path) {
+  std::error_code none;
+  fs::path file = path;
+  // A symbolic link keeps its place; what it points to is replaced.
+  if (const fs::path target = fs::canonical(path, none); !none) {
+    file = target;
+  } else if (fs::is_symlink(path, none)) {
+    // As cp does: who made the link wants the file elsewhere.
+    errno = ENOENT;
+    fail_to_write(path.string() + ", a link that leads nowhere");
+  }
+  if (fs::is_directory(file, none)) {
+    errno = EISDIR;
+    fail_to_write(file.string());
+  }
+  if (fs::exists(file, none) && ::access(file.c_str(), W_OK) != 0) {
+    fail_to_write(file.string());
+  }
+  return file;
 }
 
-void write_all(int descriptor, std::string_view text, const std::string& destination) {
-  while (!text.empty()) {
-    const ssize_t written = ::write(descriptor, text.data(), text.size());
-    if (written < 0 && errno != EINTR) {
-      fail(destination);
-    }
-    text.remove_prefix(written < 0 ? 0 : static_cast<std::size_t>(written));
-  }
-}
-
-/// An open file, closed at the end.
-class open_file {
-public:
-  open_file(int descriptor, std::string destination)
-      : descriptor_(descriptor), destination_(std::move(destination)) {
-    if (descriptor_ < 0) {
-      fail(destination_);
-    }
-  }
-  open_file(const open_file&) = delete;
-  open_file(open_file&&) = delete;
-  open_file& operator=(const open_file&) = delete;
-  open_file& operator=(open_file&&) = delete;
-  ~open_file() {
-    if (descriptor_ >= 0) {
-      ::close(descriptor_);
-    }
-  }
-
-  int descriptor() const { return descriptor_; }
-  void write(std::string_view text) const { write_all(descriptor_, text, destination_); }
-
-  /// Closes the file; a network file system reports a full disk no earlier.
-  void close() {
-    if (::close(std::exchange(descriptor_, -1)) != 0) {
-      fail(destination_);
-    }
-  }
-
-private:
-  int descriptor_;
-  std::string destination_;
-};
-
-/// The permissions that the new file is to have: those of the file it replaces, or those of any new
-/// file.
-mode_t mode_of(const fs::path& file) {
-  struct stat status {};
-  if (::stat(file.c_str(), &status) == 0) {
-    return status.st_mode & 07777U;
-  }
-  const mode_t mask = ::umask(0);
-  ::umask(mask);
-  return 0666U & ~mask;
-}
-
-/// Puts off the signals that end the program, so that none comes between a file and its removal or
-/// renaming. What arrives meanwhile ends the program afterwards.
-class signals_put_off {
-public:
-  signals_put_off() {
-    sigset_t ends{};
-    sigemptyset(&ends);
-    for (const int signal : {SIGHUP, SIGINT, SIGQUIT, SIGTERM}) {
-      sigaddset(&ends, signal);
-    }
-    ::pthread_sigmask(SIG_BLOCK, &ends, &before_);
-  }
-  signals_put_off(const signals_put_off&) = delete;
-  signals_put_off(signals_put_off&&) = delete;
-  signals_put_off& operator=(const signals_put_off&) = delete;
-  signals_put_off& operator=(signals_put_off&&) = delete;
-  ~signals_put_off() { ::pthread_sigmask(SIG_SETMASK, &before_, nullptr); }
-
-private:
-  sigset_t before_{};
-};
-
-void replace(const fs::path& file, std::string_view text) {
-  const signals_put_off while_there_is_a_temporary_file;
-  std::string temporary = file.string() + ".XXXXXX";
-  open_file part(::mkstemp(temporary.data()), file.string());
+void write_to_standard_output(std::string_view text) {
   try {
-    part.write(text);
-    if (::fchmod(part.descriptor(), mode_of(file)) != 0 || ::fsync(part.descriptor()) != 0) {
-      fail(file.string());
+    write_all(STDOUT_FILENO, text, "the standard output");
+  } catch (const std::system_error& error) {
+    if (error.code() == std::errc::broken_pipe) {
+      throw reader_is_gone();
     }
-    part.close();
-    if (::rename(temporary.c_str(), file.c_str()) != 0) {
-      fail(file.string());
-    }
-  } catch (...) {
-    ::unlink(temporary.c_str());
     throw;
   }
 }
@@ -134,69 +64,40 @@ void prepare_standard_streams() {
   }
 }
 
-int end_by_broken_pipe() {
-  static_cast<void>(std::signal(SIGPIPE, SIG_DFL));
-  static_cast<void>(std::raise(SIGPIPE));
-  constexpr int shells_status_of_the_signal = 128 + SIGPIPE;
-  return shells_status_of_the_signal;
-}
-
 output::output(std::optional<fs::path> file) : file_(std::move(file)) {
   if (!file_) {
     return;
   }
+  file_ = file_behind(*file_);
   std::error_code none;
-  // A symbolic link keeps its place; what it points to is replaced.
-  if (const fs::path target = fs::canonical(*file_, none); !none) {
-    file_ = target;
-  } else if (fs::is_symlink(*file_, none)) {
-    // As cp does: who made the link wants the file elsewhere.
-    errno = ENOENT;
-    fail(file_->string() + ", a link that leads nowhere");
-  }
-  if (fs::is_directory(*file_, none)) {
-    errno = EISDIR;
-    fail(file_->string());
-  }
-  const bool exists = fs::exists(*file_, none);
-  if (exists && ::access(file_->c_str(), W_OK) != 0) {
-    fail(file_->string());
-  }
-  can_be_replaced_ = !exists || fs::is_regular_file(*file_, none);
-  // What takes hours to compute is not to end in a folder that takes no file.
-  if (can_be_replaced_) {
-    const fs::path folder = file_->has_parent_path() ? file_->parent_path() : fs::path(".");
-    if (::access(folder.c_str(), W_OK | X_OK) != 0) {
-      fail(file_->string());
-    }
+  // What takes hours to compute is not to end in a folder that takes no file: it is opened now.
+  if (!fs::exists(*file_, none) || fs::is_regular_file(*file_, none)) {
+    new_file_ = std::make_unique<new_file>(*file_);
   }
 }
 
 void output::write(std::string_view text) {
   if (!file_) {
-    try {
-      write_all(STDOUT_FILENO, text, "the standard output");
-    } catch (const std::system_error& error) {
-      if (error.code() == std::errc::broken_pipe) {
-        throw reader_is_gone();
-      }
-      throw;
-    }
+    write_to_standard_output(text);
+  } else if (new_file_) {
+    new_file_->write(text);
   } else {
-    held_.append(text);
+    // Opening a pipe waits for its reader.
+    if (!device_) {
+      device_ = std::make_unique<open_file>(::open(file_->c_str(), O_WRONLY | O_CLOEXEC),
+                                            file_->string());
+    }
+    device_->write(text);
   }
 }
 
 void output::finish() {
-  if (!file_) {
-    return;
-  }
-  if (can_be_replaced_) {
-    replace(*file_, held_);
-  } else {
-    open_file device(::open(file_->c_str(), O_WRONLY | O_CLOEXEC), file_->string());
-    device.write(held_);
-    device.close();
+  if (new_file_) {
+    new_file_->take_place();
+    new_file_.reset();
+  } else if (device_) {
+    device_->close();
+    device_.reset();
   }
 }
 

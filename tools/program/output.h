@@ -4,9 +4,11 @@
 /// \file
 /// Where the results go: the standard output, or a file that is replaced only by a whole one.
 
+#include "new_file.h"
+
 #include <filesystem>
+#include <memory>
 #include <optional>
-#include <string>
 #include <string_view>
 
 namespace gait_program {
@@ -20,17 +22,12 @@ void prepare_standard_streams();
 /// lines that it wants.
 struct reader_is_gone {};
 
-/// Ends the program without a message by the signal SIGPIPE, as `cat` and `grep` end, so that a
-/// shell sees the status that it knows (141). Returns that status where the signal is blocked.
-int end_by_broken_pipe();
-
-/// The destination of the results.
+/// The destination of the results, which are written as they come.
 ///
-/// The standard output is written at once. What is meant for a file is held until finish(), then
-/// written to a temporary file beside it, which is renamed: the file has its old content or the
-/// new, never a part of it, also when the disk is full. Signals that end the program wait
-/// meanwhile, so that the temporary file does not stay. A device or a pipe cannot be replaced, and
-/// is written as it is. Without finish() the file is not touched.
+/// A file is written beside the one that it replaces, and takes its place in finish(): the
+/// destination has its old content or the new, never a part of it, also when the disk is full or a
+/// signal ends the program (see new_file). A device or a pipe cannot be replaced, and is written as
+/// it is. Without finish() a file is not touched.
 ///
 /// Everything throws std::system_error, with a message that names the destination, when it cannot
 /// be written, and reader_is_gone when nobody reads the standard output.
@@ -44,8 +41,8 @@ public:
 
 private:
   std::optional<std::filesystem::path> file_;
-  bool can_be_replaced_ = true;
-  std::string held_;
+  std::unique_ptr<new_file> new_file_;  ///< null where nothing is replaced
+  std::unique_ptr<open_file> device_;   ///< null before the first write
 };
 
 }  // namespace gait_program

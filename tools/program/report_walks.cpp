@@ -1,23 +1,22 @@
 #include "report_walks.h"
 
 #include "call_cost.h"
+#include "ending.h"
+#include "in_order.h"
 #include "output.h"
+#include "progress.h"
 #include "terminal.h"
+#include "walk_writers.h"
 
 #include "check_list.h"
-#include "csv_output.h"
 #include "finding_text.h"
 #include "html_report.h"
-#include "json_output.h"
 #include "parameter_list.h"
-#include "text_report.h"
 #include "walk_statistics.h"
 
 #include "analysis.h"
 #include "shown_text.h"
 #include "walk_folder.h"
-
-#include <nlohmann/json.hpp>
 
 #include <algorithm>
 #include <cstddef>
@@ -36,121 +35,10 @@ namespace gait_program {
 namespace {
 
 using gait_report::output_format;
-using gait_report::text_style;
 using gait_report::walk_statistics;
-
-text_style style_of(const options& options) {
-  text_style style = options.output ? pipe_style : standard_output_style();
-  style.width = options.width.value_or(style.width);
-  return style;
-}
-
-/// Writes the walks of a run in one format.
-class report_writer {
-public:
-  report_writer(const options& options, output& out, std::size_t walks)
-      : format_(options.format),
-        table_(options.table),
-        style_(style_of(options)),
-        out_(out),
-        page_(walks > 1) {}
-
-  void add(const walk_statistics& walk) {
-    const bool is_first = !wrote_any_;
-    wrote_any_ = true;
-    switch (format_) {
-      case output_format::table:
-        out_.write((is_first ? "" : "\n") + gait_report::text_report(walk, style_));
-        break;
-      case output_format::csv:
-        out_.write((is_first ? gait_report::csv_header(table_) : "") +
-                   gait_report::csv_rows(table_, walk));
-        break;
-      case output_format::json:
-        json_walks_.push_back(gait_report::json_walk(walk));
-        break;
-      case output_format::html:
-        page_.add(walk);
-        break;
-    }
-  }
-
-  /// Nothing is written, not even an empty file, when there was no walk.
-  void finish() {
-    if (!wrote_any_) {
-      return;
-    }
-    if (format_ == output_format::json) {
-      out_.write(gait_report::json_document(std::move(json_walks_)));
-    } else if (format_ == output_format::html) {
-      out_.write(page_.finish());
-    }
-    out_.finish();
-  }
-
-private:
-  output_format format_;
-  gait_report::csv_table table_;
-  text_style style_;
-  output& out_;
-  bool wrote_any_ = false;
-  std::vector<nlohmann::ordered_json> json_walks_;
-  gait_report::html_page page_;
-};
-
-/// Writes a page of each walk into a folder, and an index of them.
-class page_writer {
-public:
-  explicit page_writer(std::filesystem::path folder) : folder_(std::move(folder)) {}
-
-  void add(const walk_statistics& walk) {
-    write(pages_.add(walk));
-    wrote_any_ = true;
-  }
-
-  /// Nothing is written, not even an empty folder, when there was no walk.
-  void finish() {
-    if (wrote_any_) {
-      write(pages_.index());
-    }
-  }
-
-private:
-  void write(const gait_report::html_folder::file& file) const {
-    std::error_code error;
-    std::filesystem::create_directories(folder_, error);
-    if (error) {
-      throw std::system_error(error, "cannot make the folder " + folder_.string());
-    }
-    output out(folder_ / file.name);
-    out.write(file.content);
-    out.finish();
-  }
-
-  std::filesystem::path folder_;
-  gait_report::html_folder pages_;
-  bool wrote_any_ = false;
-};
 
 void print_message(const std::string& message) {
   std::cerr << gait_walk::printable(message) << "\n";
-}
-
-/// Tells people that they will wait, if they will.
-void announce(const std::string& walk, const gait_result& result) {
-  constexpr double not_worth_a_word = 5.0;
-  const double seconds = expected_seconds(result);
-  if (seconds <= not_worth_a_word) {
-    return;
-  }
-  std::size_t strides = 0;
-  for (const auto& foot : result.foot_results) {
-    strides = std::max(strides, foot.cycles.size());
-  }
-  print_message("note: " + walk + ": the statistics of " + std::to_string(strides) +
-                " strides a foot will take about " + rough_duration(seconds) +
-                ": their time grows with the square of the strides. Ctrl-C ends the program; "
-                "--max-strides refuses such walks.");
 }
 
 /// Whether the output would take the place of a table of one of the walks, and with it of the
@@ -204,14 +92,15 @@ std::vector<std::string> reported_names(const std::vector<std::filesystem::path>
   return names;
 }
 
-/// What is said about a walk whose statistics can be computed all the same. With --strict it keeps
-/// the walk out of the output, and is reported as an error.
+/// What is said about a walk, held until its turn comes. With --strict, what is said about a walk
+/// whose statistics can be computed all the same keeps it out of the output, and is an error.
 class remarks {
 public:
   explicit remarks(bool strict) : strict_(strict) {}
 
+  void error(const std::string& message) { lines_ += gait_walk::printable(message) + "\n"; }
   void say(const std::string& kind, const std::string& message) {
-    print_message(strict_ ? message : kind + ": " + message);
+    error(strict_ ? message : kind + ": " + message);
     any_ = true;
   }
   void say(const gait_checks::finding& finding, const walk_statistics& walk,
@@ -219,7 +108,7 @@ public:
     const std::string table = (folder / finding.table).string() + ": ";
     if (const auto width = standard_error_width()) {
       const std::string first = gait_walk::printable((strict_ ? "" : "finding: ") + table);
-      std::cerr << gait_report::in_lines(first, finding, walk, {*width, false});
+      lines_ += gait_report::in_lines(first, finding, walk, {*width, false});
       any_ = true;
     } else {
       say("finding", table + gait_report::in_words(finding, walk));
@@ -231,11 +120,32 @@ public:
     }
   }
   bool keep_the_walk_out() const { return strict_ && any_; }
+  const std::string& lines() const { return lines_; }
 
 private:
   bool strict_;
   bool any_ = false;
+  std::string lines_;
 };
+
+/// Tells people that they will wait, if they will.
+void announce(const std::string& walk, const gait_result& result, progress& progress) {
+  constexpr double not_worth_a_word = 5.0;
+  const double seconds = expected_seconds(result);
+  if (seconds <= not_worth_a_word) {
+    return;
+  }
+  std::size_t strides = 0;
+  for (const auto& foot : result.foot_results) {
+    strides = std::max(strides, foot.cycles.size());
+  }
+  const std::string note =
+      "note: " + walk + ": the statistics of " + std::to_string(strides) +
+      " strides a foot will take about " + rough_duration(seconds) +
+      ": their time grows with the square of the strides. Ctrl-C ends the program; "
+      "--max-strides refuses such walks.";
+  progress.say(gait_walk::printable(note) + "\n");
+}
 
 gait_walk::read_options read_options_of(const options& options) {
   gait_walk::read_options read;
@@ -245,64 +155,137 @@ gait_walk::read_options read_options_of(const options& options) {
   return read;
 }
 
-/// A walk's statistics; nullopt, with what is wrong on the standard error, when there are none.
-std::optional<walk_statistics> read_and_run(const std::filesystem::path& folder,
-                                            const std::string& name, const options& options) {
+/// Reads, checks and computes a walk. Throws walk_error when that cannot be done.
+walk_statistics read_and_compute(const std::filesystem::path& folder, const std::string& name,
+                                 const options& options, remarks& remarks, progress& progress) {
+  gait_walk::read_result read = gait_walk::read_walk_folder(folder, read_options_of(options));
+  remarks.warn(read.warnings);
+  if (auto errors = gait_walk::check_analysis(read.walk, options.analysed, folder.string());
+      !errors.empty()) {
+    throw gait_walk::walk_error(std::move(errors));
+  }
+  const auto of_analysis =
+      gait_walk::analysis_warnings(read.walk, options.analysed, folder.string());
+  remarks.warn(of_analysis);
+  read.walk.name = name;
+  walk_statistics statistics =
+      gait_report::prepare_walk(std::move(read.walk), options.analysed, options.settings_value);
+  announce(folder.string(), statistics.result(), progress);
+  gait_report::compute_statistics(statistics, options.without_checks);
+  gait_report::add_warnings(statistics, of_analysis);
+  gait_report::add_warnings(statistics, read.warnings);
+  for (const auto& finding : statistics.findings) {
+    remarks.say(finding, statistics, folder);
+  }
+  return statistics;
+}
+
+/// What became of a walk: its part of the output, if it has one, and what is to be said about it.
+template <class Part>
+struct outcome {
+  std::optional<Part> part;
+  std::string messages;
+};
+
+/// Turns one folder into what is written of it. What is wrong with it costs this walk alone.
+template <class Writer>
+outcome<typename Writer::part> process(const Writer& writer, const options& options,
+                                       const std::filesystem::path& folder, const std::string& name,
+                                       std::size_t place, progress& progress) {
+  remarks remarks(options.strict);
+  std::optional<typename Writer::part> part;
   try {
-    remarks remarks(options.strict);
-    gait_walk::read_result read = gait_walk::read_walk_folder(folder, read_options_of(options));
-    remarks.warn(read.warnings);
-    if (auto errors = gait_walk::check_analysis(read.walk, options.analysed, folder.string());
-        !errors.empty()) {
-      throw gait_walk::walk_error(std::move(errors));
-    }
-    const auto of_analysis =
-        gait_walk::analysis_warnings(read.walk, options.analysed, folder.string());
-    remarks.warn(of_analysis);
-    read.walk.name = name;
-    walk_statistics statistics =
-        gait_report::prepare_walk(std::move(read.walk), options.analysed, options.settings_value);
-    announce(folder.string(), statistics.result());
-    gait_report::compute_statistics(statistics, options.without_checks);
-    gait_report::add_warnings(statistics, of_analysis);
-    gait_report::add_warnings(statistics, read.warnings);
-    for (const auto& finding : statistics.findings) {
-      remarks.say(finding, statistics, folder);
-    }
+    const walk_statistics statistics = read_and_compute(folder, name, options, remarks, progress);
     if (!remarks.keep_the_walk_out()) {
-      return statistics;
+      part = writer.render(statistics, place);
     }
   } catch (const gait_walk::walk_error& error) {
     for (const auto& wrong : error.errors()) {
-      print_message(wrong.message());
+      remarks.error(wrong.message());
     }
   } catch (const std::bad_alloc&) {
-    print_message(folder.string() + ": not enough memory");
+    remarks.error(folder.string() + ": not enough memory");
   } catch (const std::exception& error) {
-    print_message(folder.string() + ": " + error.what());
+    remarks.error(folder.string() + ": " + error.what());
   }
-  return std::nullopt;
+  return {std::move(part), remarks.lines()};
 }
+
+/// The walks that were left out.
+class left_out_walks {
+public:
+  void add(const std::filesystem::path& folder) {
+    constexpr std::size_t most_named = 10;
+    ++count_;
+    if (count_ <= most_named) {
+      names_ += (names_.empty() ? "" : ", ") + folder.string();
+    } else if (count_ == most_named + 1) {
+      names_ += ", ...";
+    }
+  }
+  std::size_t count() const { return count_; }
+
+  /// "37 of 40 walks reported, 3 left out: ...".
+  std::string in_words(std::size_t of_walks) const {
+    const std::string reported =
+        std::to_string(of_walks - count_) + " of " + std::to_string(of_walks) + " walks reported";
+    return count_ == 0 ? reported
+                       : reported + ", " + std::to_string(count_) + " left out: " + names_;
+  }
+
+private:
+  std::size_t count_ = 0;
+  std::string names_;
+};
 
 bool is_too_much_for_a_page(const options& options, std::size_t walks) {
   return options.format == output_format::html && !options.output_is_a_folder &&
          walks > gait_report::most_walks_in_a_page;
 }
 
+/// How wide a line of progress may be; 0 where nobody would see it, or it would stand among the
+/// reports.
+std::size_t width_of_progress(const options& options, std::size_t walks) {
+  const bool reports_fill_the_terminal = !options.output && standard_output_is_a_terminal();
+  return walks > 1 && !reports_fill_the_terminal && can_move_the_cursor()
+             ? standard_error_width().value_or(0)
+             : 0;
+}
+
 template <class Writer>
 int report_with(Writer& writer, const options& options,
-                const std::vector<std::filesystem::path>& folders) {
-  int exit_code = exit_fine;
-  const std::vector<std::string> names = reported_names(folders);
-  for (std::size_t i = 0; i < names.size(); ++i) {
-    if (const auto statistics = read_and_run(folders[i], names[i], options)) {
-      writer.add(*statistics);
-    } else {
-      exit_code = exit_failed;
-    }
+                const std::vector<std::filesystem::path>& folders,
+                const std::vector<std::string>& names) {
+  left_out_walks left_out;
+  {
+    progress progress(folders.size(), width_of_progress(options, folders.size()));
+    const auto make = [&](std::size_t i) {
+      return process(writer, options, folders[i], names[i], i, progress);
+    };
+    std::size_t place = 0;
+    const auto use = [&](outcome<typename Writer::part> walk) {
+      progress.say(walk.messages);
+      if (!walk.part) {
+        left_out.add(folders[place]);
+      } else {
+        try {
+          writer.add(std::move(*walk.part));
+        } catch (...) {
+          // Walks that other threads compute are of no use any more.
+          progress.remove();
+          end_at_once();
+        }
+      }
+      ++place;
+      progress.count_walk();
+    };
+    make_and_use_in_order(folders.size(), options.jobs, make, use);
+    writer.finish();
   }
-  writer.finish();
-  return exit_code;
+  if (folders.size() > 1 && (left_out.count() > 0 || standard_error_width())) {
+    print_message("gait-statistics: " + left_out.in_words(folders.size()));
+  }
+  return left_out.count() == 0 ? exit_fine : exit_failed;
 }
 
 }  // namespace
@@ -322,13 +305,18 @@ int report_walks(const options& options) {
                   "; -o FOLDER/ writes a page for each");
     return exit_bad_usage;
   }
+  const std::vector<std::string> names = reported_names(folders);
   if (options.output_is_a_folder) {
-    page_writer writer(*options.output);
-    return report_with(writer, options, folders);
+    folder_writer writer(*options.output, names);
+    return report_with(writer, options, folders, names);
   }
   output out(options.output);
-  report_writer writer(options, out, folders.size());
-  return report_with(writer, options, folders);
+  if (options.format == output_format::html) {
+    page_writer writer(out, folders.size());
+    return report_with(writer, options, folders, names);
+  }
+  text_writer writer(options, out);
+  return report_with(writer, options, folders, names);
 }
 
 int report_parameter_list(const options& options) {

@@ -31,10 +31,14 @@ gait_report::text_style standard_output_style() {
   gait_report::text_style style = pipe_style;
   if (const auto width = terminal_width(STDOUT_FILENO)) {
     style.width = *width;
-    style.bold = environment("NO_COLOR").empty() && environment("TERM") != "dumb";
+    style.bold = environment("NO_COLOR").empty() && can_move_the_cursor();
   }
   return style;
 }
+
+bool standard_output_is_a_terminal() { return isatty(STDOUT_FILENO) != 0; }
+
+bool can_move_the_cursor() { return environment("TERM") != "dumb"; }
 
 std::optional<std::size_t> standard_error_width() { return terminal_width(STDERR_FILENO); }
 

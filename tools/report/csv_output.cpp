@@ -203,8 +203,9 @@ const std::vector<column<parameter_row>>& parameter_columns() {
 template <class Visit>
 void for_each_parameter_row(const walk_statistics& walk, Visit visit) {
   const walk_cells cells(walk);
-  const auto measures = measures_of(walk);
-  for (const auto& parameter : parameters_of(walk)) {
+  const auto parameters = parameters_of(walk);
+  const auto measures = measures_of(walk, parameters);
+  for (const auto& parameter : parameters) {
     for (const auto& side : parameter.sides) {
       visit(parameter_row{cells, parameter.row.key, std::string(name_of(side.side->foot)),
                           parameter.row.description, parameter.row.unit, side.statistics,
@@ -505,10 +506,11 @@ std::vector<listed_column> listed(const std::vector<column<Row>>& columns) {
 template <class Row>
 auto writer_of(const std::vector<column<Row>>& columns, std::string& text) {
   return [&](const Row& row) {
-    for (std::size_t i = 0; i < columns.size(); ++i) {
-      text += (i == 0 ? "" : ",") + columns[i].cell(row);
+    for (const auto& column : columns) {
+      text += column.cell(row);
+      text += ',';
     }
-    text += "\n";
+    text.back() = '\n';
   };
 }
 

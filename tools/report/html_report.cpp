@@ -8,12 +8,13 @@
 
 #include <utf8.h>
 #include <kainjow/mustache.hpp>
+#include <nlohmann/json.hpp>
 
 #include <algorithm>
 #include <cctype>
 #include <cstddef>
 #include <iterator>
-#include <memory>
+#include <set>
 #include <stdexcept>
 #include <string>
 #include <string_view>
@@ -86,48 +87,48 @@ std::string in_lower_case(std::string name) {
 
 }  // namespace
 
-html_page::html_page(bool of_several_walks) : of_several_walks_(of_several_walks) {}
-
-void html_page::add(const walk_statistics& walk) {
+html_walk html_walk_of(const walk_statistics& walk, std::size_t number, bool is_alone) {
   const shown_walk shown(walk);
-  walks_in_full_ +=
-      rendered(page_files::walk, data_of_walk(shown, entries_.size(), !of_several_walks_));
-  entries_.push_back({page_text(walk.name), shown.summary.in_the_statistics});
-  json_walks_.push_back(json_walk(walk));
+  return {number, page_text(walk.name), shown.summary.in_the_statistics,
+          rendered(page_files::walk, data_of_walk(shown, number, is_alone)),
+          for_a_script(json_in_document(json_walk(walk), json_layout::compact))};
 }
 
-std::string html_page::finish() {
+std::string html_page(const std::vector<html_walk>& walks) {
+  const json_frame frame = frame_of_json(json_layout::compact);
   std::vector<listed_walk> listed;
-  listed.reserve(entries_.size());
-  for (const auto& [name, summary] : entries_) {
-    listed.push_back({name, summary});
+  listed.reserve(walks.size());
+  std::string in_full;
+  std::string json = for_a_script(frame.beginning);
+  for (const html_walk& walk : walks) {
+    listed.push_back({walk.number, walk.name, walk.summary});
+    in_full += walk.in_full;
+    json += (&walk == &walks.front() ? "" : frame.between) + walk.json;
   }
-  const std::string json =
-      for_a_script(json_document(std::move(json_walks_), json_layout::compact));
-  return rendered(page_files::page, data_of_page(listed, walks_in_full_, json));
+  return rendered(page_files::page, data_of_page(listed, in_full, json + frame.end));
 }
 
-struct html_folder::rows {
-  std::vector<page_data> of_walks;
-};
-
-html_folder::html_folder() : rows_(std::make_unique<rows>()), taken_{"index.html"} {}
-html_folder::~html_folder() = default;
-
-html_folder::file html_folder::add(const walk_statistics& walk) {
-  const std::string stem = file_stem(walk.name);
-  std::string name = stem + ".html";
-  for (std::size_t i = 2; !taken_.insert(in_lower_case(name)).second; ++i) {
-    name = stem + "_" + std::to_string(i) + ".html";
+std::vector<std::string> page_names(const std::vector<std::string>& walks) {
+  std::set<std::string> taken = {"index.html"};
+  std::vector<std::string> names;
+  names.reserve(walks.size());
+  for (const std::string& walk : walks) {
+    const std::string stem = file_stem(walk);
+    std::string name = stem + ".html";
+    for (std::size_t i = 2; !taken.insert(in_lower_case(name)).second; ++i) {
+      name = stem + "_" + std::to_string(i) + ".html";
+    }
+    names.push_back(std::move(name));
   }
-  html_page page(false);
-  page.add(walk);
-  rows_->of_walks.push_back(data_of_index_rows(shown_walk(walk), name));
-  return {name, page.finish()};
+  return names;
 }
 
-html_folder::file html_folder::index() const {
-  return {"index.html", rendered(page_files::index, data_of_index(rows_->of_walks))};
+std::string html_index_rows(const walk_statistics& walk, const std::string& page_name) {
+  return rendered(page_files::index_rows, data_of_index_rows(shown_walk(walk), page_name));
+}
+
+std::string html_index(std::size_t walks, const std::string& rows) {
+  return rendered(page_files::index, data_of_index(walks, rows));
 }
 
 }  // namespace gait_report

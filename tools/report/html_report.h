@@ -10,11 +10,7 @@
 
 #include "walk_statistics.h"
 
-#include <nlohmann/json.hpp>
-
 #include <cstddef>
-#include <memory>
-#include <set>
 #include <string>
 #include <vector>
 
@@ -23,56 +19,30 @@ namespace gait_report {
 /// More walks than these make a page that no browser likes.
 inline constexpr std::size_t most_walks_in_a_page = 100;
 
-/// A page of one walk or several, which is made as the walks come.
-class html_page {
-public:
-  /// With several walks the page begins with contents.
-  explicit html_page(bool of_several_walks);
-
-  void add(const walk_statistics& walk);
-
-  /// The page of all walks that were added.
-  std::string finish();
-
-private:
-  struct entry {
-    std::string name;
-    std::string summary;
-  };
-
-  bool of_several_walks_;
-  std::vector<entry> entries_;
-  std::string walks_in_full_;
-  std::vector<nlohmann::ordered_json> json_walks_;
+/// A walk as a page holds it.
+struct html_walk {
+  std::size_t number = 0;
+  std::string name;
+  std::string summary;
+  std::string in_full;
+  std::string json;
 };
 
-/// A folder of pages: one a walk, and an index that links to them.
-class html_folder {
-public:
-  html_folder();
-  ~html_folder();
-  html_folder(const html_folder&) = delete;
-  html_folder(html_folder&&) = delete;
-  html_folder& operator=(const html_folder&) = delete;
-  html_folder& operator=(html_folder&&) = delete;
+/// Draws and writes a walk. No other walk of the page may have its `number`; with several walks the
+/// headings are a level lower. Many walks may be written at once.
+html_walk html_walk_of(const walk_statistics& walk, std::size_t number, bool is_alone);
 
-  /// A file of the folder.
-  struct file {
-    std::string name;  ///< made of letters, digits, '.', '-' and '_'
-    std::string content;
-  };
+/// The page of these walks. With several it begins with contents.
+std::string html_page(const std::vector<html_walk>& walks);
 
-  /// The page of a walk, under a name that no other of the folder has.
-  file add(const walk_statistics& walk);
+/// The name of each walk's page in a folder of pages: made of letters, digits, '.', '-' and '_',
+/// and different from all others and from "index.html" also where capitals make no difference.
+std::vector<std::string> page_names(const std::vector<std::string>& walks);
 
-  /// index.html
-  file index() const;
-
-private:
-  struct rows;
-  std::unique_ptr<rows> rows_;
-  std::set<std::string> taken_;
-};
+/// The rows of a walk in the index of a folder of pages, and the index of all walks with their rows
+/// put together.
+std::string html_index_rows(const walk_statistics& walk, const std::string& page_name);
+std::string html_index(std::size_t walks, const std::string& rows);
 
 }  // namespace gait_report
 

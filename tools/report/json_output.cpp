@@ -331,6 +331,12 @@ json json_units() {
   return units;
 }
 
+std::string text_of(const json& value, json_layout layout) {
+  // A folder's name need not be UTF-8, which JSON must be.
+  return value.dump(layout == json_layout::indented ? 2 : -1, ' ', false,
+                    json::error_handler_t::replace);
+}
+
 }  // namespace
 
 json json_walk(const walk_statistics& walk) {
@@ -355,13 +361,41 @@ json json_walk(const walk_statistics& walk) {
           {"as_computed", json_as_computed(walk)}};
 }
 
-std::string json_document(std::vector<json> walks, json_layout layout) {
-  json document = {{"version", GAIT_STATISTICS_VERSION}, {"units", json_units()}};
-  document["walks"] = std::move(walks);
-  // A folder's name need not be UTF-8, which JSON must be.
-  return document.dump(layout == json_layout::indented ? 2 : -1, ' ', false,
-                       json::error_handler_t::replace) +
-         "\n";
+json_frame frame_of_json(json_layout layout) {
+  const std::string document = text_of(
+      {{"version", GAIT_STATISTICS_VERSION}, {"units", json_units()}, {"walks", json::array()}},
+      layout);
+  const std::size_t first_walk = document.rfind(']');
+  return {document.substr(0, first_walk), ",",
+          (layout == json_layout::indented ? "\n  " : "") + document.substr(first_walk) + "\n"};
+}
+
+std::string json_in_document(const json& walk, json_layout layout) {
+  const std::string text = text_of(walk, layout);
+  if (layout == json_layout::compact) {
+    return text;
+  }
+  const std::string line_break = "\n    ";
+  std::string indented = line_break;
+  indented.reserve(2 * text.size());
+  // Within the texts of JSON a line break is an escape sequence.
+  for (const char c : text) {
+    if (c == '\n') {
+      indented += line_break;
+    } else {
+      indented += c;
+    }
+  }
+  return indented;
+}
+
+std::string json_document(const std::vector<json>& walks, json_layout layout) {
+  const json_frame frame = frame_of_json(layout);
+  std::string document = frame.beginning;
+  for (const json& walk : walks) {
+    document += (&walk == &walks.front() ? "" : frame.between) + json_in_document(walk, layout);
+  }
+  return document + frame.end;
 }
 
 }  // namespace gait_report

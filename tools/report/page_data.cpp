@@ -636,7 +636,6 @@ page_data data_of_walk(const shown_walk& shown, std::size_t number, bool is_alon
   const int top = is_alone ? 1 : 2;
   return object{
       {"id", id_of_walk(number)},
-      {"number", std::to_string(number)},
       {"heading_1", heading(top)},
       {"heading_2", heading(top + 1)},
       {"heading_3", heading(top + 2)},
@@ -683,9 +682,8 @@ page_data data_of_page(const std::vector<listed_walk>& listed, const std::string
   list contents;
   if (listed.size() > 1) {
     list walks;
-    for (std::size_t i = 0; i < listed.size(); ++i) {
-      walks.emplace_back(
-          object{{"id", id_of_walk(i)}, {"name", listed[i].name}, {"summary", listed[i].summary}});
+    for (const auto& [number, name, summary] : listed) {
+      walks.emplace_back(object{{"id", id_of_walk(number)}, {"name", name}, {"summary", summary}});
     }
     contents.emplace_back(object{{"walks", walks}});
   }
@@ -739,20 +737,20 @@ page_data data_of_index_rows(const shown_walk& shown, const std::string& file) {
   return object{{"rows", rows}, {"remarks", remarks.empty() ? "none" : remarks}};
 }
 
-page_data data_of_index(const std::vector<page_data>& walks) {
+page_data data_of_index(std::size_t walks, const std::string& rows) {
   list columns;
   for (const auto& panel : panels) {
     if (panel.at_a_glance == glance::tile) {
-      const auto rows = list_parameters();
+      const auto all = list_parameters();
       const auto row =
-          std::find_if(rows.begin(), rows.end(), [&](const auto& r) { return r.key == panel.key; });
+          std::find_if(all.begin(), all.end(), [&](const auto& r) { return r.key == panel.key; });
       columns.emplace_back(object{{"description", row->description}, {"unit", row->unit}});
     }
   }
   object data = every_document(false);
-  data["title"] = "Gait statistics of " + counted(walks.size(), "walk");
+  data["title"] = "Gait statistics of " + counted(walks, "walk");
   data["columns"] = columns;
-  data["walks"] = list(walks.begin(), walks.end());
+  data["rows_of_walks"] = rows;
   return data;
 }
 

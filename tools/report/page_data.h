@@ -18,12 +18,13 @@ namespace gait_report {
 
 using page_data = kainjow::mustache::data;
 
-/// The data of walk.mustache. `number` is the walk's place in the document, from 0; with several
-/// walks the headings are a level lower.
+/// The data of walk.mustache. `number` makes the walk's id, and no other walk of the document has
+/// it; with several walks the headings are a level lower.
 page_data data_of_walk(const shown_walk& shown, std::size_t number, bool is_alone);
 
 /// A line about a walk in a list of walks: its name, and "In the statistics: ...".
 struct listed_walk {
+  std::size_t number;
   std::string name;
   std::string summary;
 };
@@ -36,9 +37,10 @@ page_data data_of_page(const std::vector<listed_walk>& listed, const std::string
 /// The id of a walk in the document.
 std::string id_of_walk(std::size_t number);
 
-/// The data of a walk's rows in index.mustache, and of the whole index.
+/// The data of index_rows.mustache, a walk's rows in the index, and of the whole index with the
+/// rendered rows of so many walks.
 page_data data_of_index_rows(const shown_walk& shown, const std::string& file);
-page_data data_of_index(const std::vector<page_data>& walks);
+page_data data_of_index(std::size_t walks, const std::string& rows);
 
 }  // namespace gait_report
 

@@ -8,10 +8,12 @@
 
 namespace gait_report::page_files {
 
-// Mustache templates: the document, one walk in it, and the index of a folder of pages.
+// Mustache templates: the document, one walk in it, the index of a folder of pages, and the rows of
+// one walk in it.
 extern const std::string_view page;
 extern const std::string_view walk;
 extern const std::string_view index;
+extern const std::string_view index_rows;
 
 extern const std::string_view page_css;
 extern const std::string_view page_js;

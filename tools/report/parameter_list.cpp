@@ -51,9 +51,7 @@ std::string as_table(const text_style& style) {
   return lay_out(table, style);
 }
 
-}  // namespace
-
-std::vector<listed_parameter> list_parameters() {
+std::vector<listed_parameter> make_list() {
   std::vector<listed_parameter> list;
   gait_catalogue::for_each_row([&](const auto& row) {
     using tag = typename std::decay_t<decltype(row)>::tag_type;
@@ -64,13 +62,26 @@ std::vector<listed_parameter> list_parameters() {
   return list;
 }
 
-std::vector<listed_parameter> list_parameters_of(bool both_feet) {
-  std::vector<listed_parameter> list = list_parameters();
+std::vector<listed_parameter> built_ones(bool both_feet) {
+  std::vector<listed_parameter> list = make_list();
   list.erase(std::remove_if(
                  list.begin(), list.end(),
                  [&](const auto& row) { return !gait_catalogue::is_built(row.when, both_feet); }),
              list.end());
   return list;
+}
+
+}  // namespace
+
+const std::vector<listed_parameter>& list_parameters() {
+  static const std::vector<listed_parameter> all = make_list();
+  return all;
+}
+
+const std::vector<listed_parameter>& list_parameters_of(bool both_feet) {
+  static const std::vector<listed_parameter> of_both = built_ones(true);
+  static const std::vector<listed_parameter> of_one = built_ones(false);
+  return both_feet ? of_both : of_one;
 }
 
 std::string print_parameter_list(output_format format, const text_style& style) {

@@ -27,11 +27,11 @@ struct listed_parameter {
 };
 
 /// Every row of the catalogue, in its order.
-std::vector<listed_parameter> list_parameters();
+const std::vector<listed_parameter>& list_parameters();
 
 /// The rows that an analysis of both feet, or of one, gives: in the catalogue's order, each key
 /// once.
-std::vector<listed_parameter> list_parameters_of(bool both_feet);
+const std::vector<listed_parameter>& list_parameters_of(bool both_feet);
 
 /// The list as it is printed.
 std::string print_parameter_list(output_format format, const text_style& style);

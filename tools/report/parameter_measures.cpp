@@ -69,6 +69,11 @@ std::optional<double> symmetry_index_of(const computed_parameter& parameter) {
 }  // namespace
 
 std::unordered_map<std::string, parameter_measures> measures_of(const walk_statistics& walk) {
+  return measures_of(walk, parameters_of(walk));
+}
+
+std::unordered_map<std::string, parameter_measures> measures_of(
+    const walk_statistics& walk, const std::vector<computed_parameter>& parameters) {
   std::vector<std::vector<int>> positions;
   positions.reserve(walk.sides.size());
   for (const reported_side& side : walk.sides) {
@@ -77,7 +82,7 @@ std::unordered_map<std::string, parameter_measures> measures_of(const walk_stati
   const std::vector<int> included = as_vector(walk.info().cycles);
 
   std::unordered_map<std::string, parameter_measures> measures;
-  for (const computed_parameter& parameter : parameters_of(walk)) {
+  for (const computed_parameter& parameter : parameters) {
     const std::optional<double> symmetry_index = symmetry_index_of(parameter);
     for (std::size_t i = 0; i < parameter.sides.size(); ++i) {
       const side_of_parameter& side = parameter.sides[i];

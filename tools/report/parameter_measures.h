@@ -11,6 +11,7 @@
 #include <optional>
 #include <string>
 #include <unordered_map>
+#include <vector>
 
 namespace gait_report {
 
@@ -32,6 +33,10 @@ struct parameter_measures {
 /// symmetry index. The step length of a foot alone has no measures where missing stride lengths
 /// were halved into it.
 std::unordered_map<std::string, parameter_measures> measures_of(const walk_statistics& walk);
+
+/// The same for a caller who has the walk's parameters_of() already.
+std::unordered_map<std::string, parameter_measures> measures_of(
+    const walk_statistics& walk, const std::vector<computed_parameter>& parameters);
 
 /// The swing asymmetry in percent: entry i of its values belongs to cycle i of `info.cycles`.
 /// nullopt when one foot was analysed alone.

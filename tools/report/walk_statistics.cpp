@@ -226,8 +226,9 @@ bool computed_parameter::has_values() const {
 
 std::vector<computed_parameter> parameters_of(const walk_statistics& walk) {
   std::vector<computed_parameter> parameters;
-  for (auto& row : list_parameters_of(walk.both_feet())) {
+  for (const auto& row : list_parameters_of(walk.both_feet())) {
     computed_parameter parameter;
+    parameter.row = row;
     for (const auto& side : walk.sides) {
       std::string key = row.key + side.suffix;
       const gait_statistics_parameter& record = walk.result().statistics.parameters.at(key);
@@ -236,7 +237,6 @@ std::vector<computed_parameter> parameters_of(const walk_statistics& walk) {
     if (walk.both_feet()) {
       compute_ratios(parameter);
     }
-    parameter.row = std::move(row);
     leave_out_halved_lengths(parameter, walk);
     parameters.push_back(std::move(parameter));
   }

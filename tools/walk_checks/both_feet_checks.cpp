@@ -25,12 +25,13 @@ constexpr interval ratio_of_durations = {0.9, 1.1};  // left / right
 std::vector<finding> feet_cycle_duration(const checked_walk& walk, const value_filter& usable,
                                          alarm when) {
   tally neither(feet_cycles_table, "gct", included_pairs);
+  const usable_values has_gct = usable("gct");
   std::size_t right = 0;  // cycles as long as the right stride alone
   std::size_t left = 0;   // cycles as long as the left stride alone
   for (const checked_pair& pair : walk.pairs) {
-    const bool has_left = pair.left != nullptr && usable("gct", *pair.left);
+    const bool has_left = pair.left != nullptr && has_gct(*pair.left);
     const double gct = pair.cycle->gct;
-    if (gait_is_missing(gct) || pair.right == nullptr || !usable("gct", *pair.right)) {
+    if (gait_is_missing(gct) || pair.right == nullptr || !has_gct(*pair.right)) {
       continue;
     }
     const double tolerance = duration_percent / 100.0 * std::abs(gct);
@@ -70,13 +71,14 @@ std::string_view guess_double_support(double found, double expected) {
 
 std::vector<finding> double_support_and_stances(const checked_walk& walk,
                                                 const value_filter& usable, alarm /*when*/) {
+  const usable_values has_ds = usable("ds");
+  const usable_values has_stance = usable("stance");
   std::vector<double> measured;
   std::vector<double> expected_values;
   std::vector<double> deviations;
   for (const checked_pair& pair : walk.pairs) {
     if (pair.right != nullptr && pair.left != nullptr && !gait_is_missing(pair.cycle->ds) &&
-        usable("ds", *pair.right) && usable("stance", *pair.right) &&
-        usable("stance", *pair.left)) {
+        has_ds(*pair.right) && has_stance(*pair.right) && has_stance(*pair.left)) {
       measured.push_back(pair.cycle->ds);
       expected_values.push_back(pair.right->stance + pair.left->stance - 100.0);
       deviations.push_back(measured.back() - expected_values.back());
@@ -139,9 +141,10 @@ template <class Tolerance>
 std::vector<finding> compare_with_steps(const checked_walk& walk, const value_filter& usable,
                                         const sum_of_steps& sum, alarm when, Tolerance tolerance) {
   tally tally(foot_cycles_table, sum.step, included_strides);
+  const usable_values has_whole = usable(sum.whole);
+  const usable_values has_step = usable(sum.step);
   for (const stride_of_two_steps& stride : strides_of_two_steps(walk)) {
-    if (!usable(sum.whole, *stride.right) || !usable(sum.step, *stride.left) ||
-        !usable(sum.step, *stride.next_right)) {
+    if (!has_whole(*stride.right) || !has_step(*stride.left) || !has_step(*stride.next_right)) {
       continue;
     }
     const double found = stride.left->*sum.step_field + stride.next_right->*sum.step_field;

@@ -21,7 +21,7 @@ struct bounds {
   double gait_foot_cycle::*field;  ///< null for the double support of the two-feet cycles
   dimension dim;
   interval of_stride;
-  interval of_median;
+  interval of_median;  ///< lies within of_stride
   /// The size of a median of measured walks. It decides between units that both lie within bounds.
   double typical;
   std::string_view unit;

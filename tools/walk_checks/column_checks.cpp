@@ -7,7 +7,6 @@
 #include <array>
 #include <cmath>
 #include <cstddef>
-#include <set>
 
 namespace gait_checks {
 namespace {
@@ -19,6 +18,18 @@ constexpr std::size_t strides_of_one_value = 10;
 constexpr std::size_t durations_of_few_values = 30;
 constexpr std::size_t values_of_durations = 10;
 constexpr std::size_t percent_of_values = 5;
+
+/// How many different values there are; those beyond `most` are not counted.
+std::size_t count_distinct(const std::vector<double>& values, std::size_t most) {
+  std::vector<double> distinct;
+  distinct.reserve(most);
+  for (auto value = values.begin(); value != values.end() && distinct.size() < most; ++value) {
+    if (std::find(distinct.begin(), distinct.end(), *value) == distinct.end()) {
+      distinct.push_back(*value);
+    }
+  }
+  return distinct.size();
+}
 
 /// Whether so few different values are too few.
 bool is_stuck(std::string_view column, std::size_t strides, std::size_t distinct) {
@@ -38,7 +49,7 @@ std::vector<finding> stuck_column(const checked_walk& walk, const value_filter& 
         continue;
       }
       const std::vector<double> values = values_of(foot, usable, row.column, row.field);
-      const std::size_t distinct = std::set<double>(values.begin(), values.end()).size();
+      const std::size_t distinct = count_distinct(values, values_of_durations);
       if (is_stuck(row.column, values.size(), distinct)) {
         all.push_back(of_the_walk(
             foot_cycles_table, row.column, included_strides, values.size(),
@@ -85,9 +96,10 @@ std::vector<finding> one_sample_too_many(const checked_walk& walk, const value_f
   constexpr std::size_t fewest_strides = 5;
   std::vector<finding> all;
   for (const checked_foot& foot : walk.feet) {
+    const usable_values is_usable = usable("gct");
     std::vector<double> excess;  // of a stride's samples over those of its duration
     for (const included_stride& included : foot.included) {
-      if (usable("gct", *included.stride)) {
+      if (is_usable(*included.stride)) {
         excess.push_back(samples_of(*included.stride) - included.stride->gct * foot.rate);
       }
     }
@@ -121,10 +133,11 @@ std::vector<finding> angles_in_radians(const checked_walk& walk, const value_fil
   constexpr std::size_t fewest_strides = 5;
   std::vector<finding> all;
   for (const angle& angle : angles) {
+    const usable_values is_usable = usable(angle.column);
     std::vector<double> sizes;
     for (const checked_foot& foot : walk.feet) {
       for (const cycle* stride : foot.strides) {
-        if (usable(angle.column, *stride)) {
+        if (is_usable(*stride)) {
           sizes.push_back(std::abs(stride->*angle.field));
         }
       }

@@ -27,12 +27,6 @@ bool differs(double found, double expected, double tolerance) {
   return std::abs(found - expected) > tolerance;
 }
 
-bool interval::holds(double value) const {
-  const bool is_below = value < lowest || (value == lowest && !lowest_is_in);
-  const bool is_above = value > highest || (value == highest && !highest_is_in);
-  return !is_below && !is_above;
-}
-
 std::string in_words(const interval& interval, std::string_view unit) {
   const std::string after = unit.empty() ? "" : " " + std::string(unit);
   const std::string lowest = number(interval.lowest);

@@ -31,7 +31,11 @@ struct interval {
   bool highest_is_in = true;
 
   /// Whether the value lies within; a NaN does.
-  bool holds(double value) const;
+  bool holds(double value) const {
+    const bool is_below = value < lowest || (value == lowest && !lowest_is_in);
+    const bool is_above = value > highest || (value == highest && !highest_is_in);
+    return !is_below && !is_above;
+  }
 };
 
 /// "98.5 to 101.5 %", "at least 99 %", "more than 1.2 m/s", "0.115 to less than 1.15 s".

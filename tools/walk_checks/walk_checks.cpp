@@ -10,6 +10,7 @@
 
 #include <algorithm>
 #include <cstddef>
+#include <map>
 #include <optional>
 #include <set>
 #include <string>
@@ -28,16 +29,21 @@ constexpr std::string_view remedy_of_single_strides =
 class own_bounds {
 public:
   void add_stride(std::string_view column, const gait_foot_cycle* stride) {
-    strides_.emplace(column, stride);
+    strides_[column].insert(stride);
   }
   void add_column(std::string_view column) { columns_.insert(column); }
 
-  bool allow(std::string_view column, const gait_foot_cycle& stride) const {
-    return columns_.count(column) == 0 && strides_.count({column, &stride}) == 0;
+  usable_values of(std::string_view column) const {
+    const auto& table = bounds_table();
+    const auto row = std::find_if(table.begin(), table.end(),
+                                  [&](const bounds& b) { return b.column == column; });
+    const auto strides = strides_.find(column);
+    return {row == table.end() ? nullptr : row->field, columns_.count(column) != 0,
+            strides == strides_.end() ? nullptr : &strides->second};
   }
 
 private:
-  std::set<std::pair<std::string_view, const gait_foot_cycle*>> strides_;
+  std::map<std::string_view, std::set<const gait_foot_cycle*>> strides_;
   std::set<std::string_view> columns_;
 };
 
@@ -51,6 +57,7 @@ struct placed_value {
 /// The included values of a column that are there.
 std::vector<placed_value> values_of(const checked_walk& walk, const bounds& row) {
   std::vector<placed_value> values;
+  values.reserve(2 * walk.feet.front().included.size());
   const auto add = [&](double value, const place& where, const gait_foot_cycle* stride) {
     if (!gait_is_missing(value)) {
       values.push_back({value, where, stride});
@@ -68,6 +75,23 @@ std::vector<placed_value> values_of(const checked_walk& walk, const bounds& row)
     }
   }
   return values;
+}
+
+/// Whether every included value of a column is one that even the walk's median may be: then neither
+/// check of the column can be broken. What most columns are, and quick to see.
+bool are_ordinary(const checked_walk& walk, const bounds& row) {
+  const auto is_ordinary = [&](double value) {
+    return gait_is_missing(value) || row.of_median.holds(value);
+  };
+  if (row.field == nullptr) {
+    return std::all_of(walk.pairs.begin(), walk.pairs.end(),
+                       [&](const checked_pair& pair) { return is_ordinary(pair.cycle->ds); });
+  }
+  return std::all_of(walk.feet.begin(), walk.feet.end(), [&](const checked_foot& foot) {
+    return std::all_of(foot.included.begin(), foot.included.end(), [&](const auto& included) {
+      return is_ordinary(included.stride->*row.field);
+    });
+  });
 }
 
 double median_of(const std::vector<placed_value>& placed) {
@@ -101,9 +125,10 @@ public:
         check_strides(check);
       }
     }
+    const value_filter usable = [this](std::string_view column) { return bounds_.of(column); };
     for (const walk_rule& rule : walk_rules()) {
       if (is_on(rule.name)) {
-        for (finding& found : rule.apply(walk_, usable_values(), rule.when)) {
+        for (finding& found : rule.apply(walk_, usable, rule.when)) {
           report(rule.name, rule.usual_cause, std::move(found));
         }
       }
@@ -120,18 +145,10 @@ private:
     findings_.push_back(std::move(found));
   }
 
-  value_filter usable_values() const {
-    return [this](std::string_view column, const gait_foot_cycle& stride) {
-      const auto& table = bounds_table();
-      const auto row = std::find_if(table.begin(), table.end(),
-                                    [&](const bounds& b) { return b.column == column; });
-      const bool is_of_a_stride = row != table.end() && row->field != nullptr;
-      const bool is_there = !is_of_a_stride || !gait_is_missing(stride.*row->field);
-      return is_there && bounds_.allow(column, stride);
-    };
-  }
-
   void check_column(const bounds& row) {
+    if (are_ordinary(walk_, row)) {
+      return;
+    }
     const std::vector<placed_value> values = values_of(walk_, row);
     constexpr std::size_t fewest_for_a_median = 3;
     if (values.size() >= fewest_for_a_median) {
@@ -176,9 +193,18 @@ private:
   void check_strides(const stride_check& check) {
     tally tally(foot_cycles_table, check.columns.front(), included_strides);
     std::vector<double> factors;  // of what is found over what is expected, where it is broken
+    std::vector<usable_values> columns;
+    columns.reserve(check.columns.size());
+    for (const std::string_view column : check.columns) {
+      columns.push_back(bounds_.of(column));
+    }
+    const auto are_allowed = [&](const gait_foot_cycle& stride) {
+      return std::all_of(columns.begin(), columns.end(),
+                         [&](const usable_values& column) { return column.allow(stride); });
+    };
     for (const checked_foot& foot : walk_.feet) {
       for (const auto& [stride, cycle] : foot.included) {
-        const auto values = values_to_compare(check, *stride, foot.rate);
+        const auto values = are_allowed(*stride) ? check.values(*stride, foot.rate) : std::nullopt;
         if (!values) {
           continue;
         }
@@ -198,15 +224,6 @@ private:
       found.remedy = 2 * tally.broken() < tally.compared() ? remedy_of_single_strides : "";
       report(check.name, check.usual_cause, std::move(found));
     }
-  }
-
-  std::optional<found_and_expected> values_to_compare(const stride_check& check,
-                                                      const gait_foot_cycle& stride,
-                                                      double rate) const {
-    const bool are_allowed =
-        std::all_of(check.columns.begin(), check.columns.end(),
-                    [&](std::string_view column) { return bounds_.allow(column, stride); });
-    return are_allowed ? check.values(stride, rate) : std::nullopt;
   }
 
   const checked_walk& walk_;

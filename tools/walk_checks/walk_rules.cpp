@@ -17,9 +17,11 @@ const std::vector<walk_rule>& walk_rules() {
 
 std::vector<double> values_of(const checked_foot& foot, const value_filter& usable,
                               std::string_view column, double gait_foot_cycle::*field) {
+  const usable_values is_usable = usable(column);
   std::vector<double> values;
+  values.reserve(foot.included.size());
   for (const included_stride& included : foot.included) {
-    if (usable(column, *included.stride)) {
+    if (is_usable(*included.stride)) {
       values.push_back(included.stride->*field);
     }
   }

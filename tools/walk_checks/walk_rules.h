@@ -8,15 +8,35 @@
 #include "tally.h"
 #include "walk_checks.h"
 
+#include <gait/statistics.h>
+
 #include <functional>
+#include <set>
 #include <string>
 #include <string_view>
 #include <vector>
 
 namespace gait_checks {
 
-/// Whether a value may be compared: it is there, and breaks no bound of its own.
-using value_filter = std::function<bool(std::string_view column, const gait_foot_cycle& stride)>;
+/// Which values of a column may be compared.
+struct usable_values {
+  double gait_foot_cycle::*field = nullptr;  ///< null for a column that has no bounds
+  bool column_is_out = false;                ///< whether the column as a whole breaks its bounds
+  const std::set<const gait_foot_cycle*>* out = nullptr;  ///< strides whose value does; may be null
+
+  /// Whether a value, if it is there, breaks no bound of its own.
+  bool allow(const gait_foot_cycle& stride) const {
+    return !column_is_out && (out == nullptr || out->count(&stride) == 0);
+  }
+
+  /// Whether a value is there, and breaks no bound of its own.
+  bool operator()(const gait_foot_cycle& stride) const {
+    return (field == nullptr || !gait_is_missing(stride.*field)) && allow(stride);
+  }
+};
+
+/// The usable values of each column. To find a column takes longer than to ask for a value.
+using value_filter = std::function<usable_values(std::string_view column)>;
 
 struct walk_rule {
   std::string_view name;

@@ -104,7 +104,9 @@ std::string lower(std::string_view text) {
 bool is_not_measured(std::string_view cell) {
   constexpr std::array<std::string_view, 7> words = {"",     "na",   "nan", "n/a",
                                                      "#n/a", "null", "none"};
-  return cell.size() <= 4 && std::find(words.begin(), words.end(), lower(cell)) != words.end();
+  const bool may_be_a_number = !cell.empty() && cell[0] >= '+' && cell[0] <= '9';
+  return cell.size() <= 4 && !may_be_a_number &&
+         std::find(words.begin(), words.end(), lower(cell)) != words.end();
 }
 
 std::string read_cell(std::string_view cell, const column_rules& /*rules*/, double& value) {

@@ -124,10 +124,10 @@ void walk_check::check_samples(const checked_row<foot_cycle_row>& checked) {
   if (!checked.has(&foot_cycle_row::last_sample)) {
     return;
   }
-  const std::string what = found(std::to_string(row.last_sample));
+  const auto what = [&] { return found(std::to_string(row.last_sample)); };
   if (checked.has(&foot_cycle_row::first_sample) && row.first_sample > row.last_sample) {
     reports.foot_cycles.errors.add(checked.line, "last_sample",
-                                   what + ", less than first_sample (" +
+                                   what() + ", less than first_sample (" +
                                        std::to_string(row.first_sample) +
                                        "), expected at least as much");
     return;
@@ -140,7 +140,7 @@ void walk_check::check_samples(const checked_row<foot_cycle_row>& checked) {
   if (samples && static_cast<std::uint64_t>(row.last_sample) >= *samples) {
     reports.foot_cycles.warnings.add(
         checked.line, "last_sample",
-        what + ", expected less than the number of samples that recording.csv gives, " +
+        what() + ", expected less than the number of samples that recording.csv gives, " +
             in_quotes(std::to_string(*samples)));
   }
 }
@@ -258,11 +258,11 @@ void walk_check::check_links(side side, std::optional<int> feet_cycle_row::*link
     if (!index) {
       continue;
     }
-    const std::string what = found(std::to_string(*index));
+    const auto what = [&, link = *index] { return found(std::to_string(link)); };
     if (!indices.contains(*index)) {
       if (reports.foot_cycles.is_complete()) {
         reports.feet_cycles.errors.add(
-            line, column, what + ", expected the index of a cycle of " + of_the(side, "foot"));
+            line, column, what() + ", expected the index of a cycle of " + of_the(side, "foot"));
       }
       continue;
     }
@@ -270,7 +270,7 @@ void walk_check::check_links(side side, std::optional<int> feet_cycle_row::*link
     if (!is_first) {
       reports.feet_cycles.warnings.add(
           line, column,
-          what + " again (as on line " + std::to_string(other->second) +
+          what() + " again (as on line " + std::to_string(other->second) +
               "), expected each cycle of " + of_the(side, "foot") + " once");
     }
   }

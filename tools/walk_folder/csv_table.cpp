@@ -16,6 +16,15 @@ std::string_view csv_row::operator[](std::size_t cell) const {
   return std::string_view(text_).substr(begin, ends_[cell] - begin);
 }
 
+bool csv_row::is_ascii() const {
+  // Without a way out of the loop, many bytes are looked at together.
+  unsigned char bits = 0;
+  for (const char c : text_) {
+    bits |= static_cast<unsigned char>(c);
+  }
+  return bits < 0x80;
+}
+
 void csv_row::clear() {
   text_.clear();
   ends_.clear();
@@ -28,7 +37,7 @@ void csv_row::append(std::string_view cell) {
 
 namespace {
 
-constexpr std::size_t chunk_bytes = std::size_t{1} << 16U;
+constexpr std::size_t chunk_bytes = std::size_t{1} << 14U;
 
 bool begins_with(std::string_view text, std::string_view beginning) {
   return text.substr(0, beginning.size()) == beginning;
@@ -88,8 +97,6 @@ bool has_decimal_comma(std::string_view text) {
   return false;
 }
 
-bool ends_line(char c) { return c == '\n' || c == '\r'; }
-
 }  // namespace
 
 /// libcsv, fed line by line so that the line of each row is known.
@@ -124,9 +131,9 @@ public:
 
 private:
   bool read_chunk() {
-    chunk_.resize(chunk_bytes);
-    text_.read(chunk_.data(), static_cast<std::streamsize>(chunk_.size()));
-    chunk_.resize(static_cast<std::size_t>(text_.gcount()));
+    buffer_.resize(chunk_bytes);
+    text_.read(buffer_.data(), static_cast<std::streamsize>(buffer_.size()));
+    chunk_ = std::string_view(buffer_).substr(0, static_cast<std::size_t>(text_.gcount()));
     at_ = 0;
     if (text_.bad()) {
       throw table_error(0, "found a file that cannot be read, expected a table");
@@ -150,8 +157,7 @@ private:
     if (begins_with(chunk_, "\xEF\xBB\xBF")) {
       at_ = 3;
     }
-    if (const auto [separator, name] = foreign_separator(std::string_view(chunk_).substr(at_));
-        separator != '\0') {
+    if (const auto [separator, name] = foreign_separator(chunk_.substr(at_)); separator != '\0') {
       throw table_error(1, foreign_separators(name));
     }
   }
@@ -172,20 +178,19 @@ private:
       ++line_;
       line_ended_ = false;
     }
-    const std::size_t begin = at_;
-    while (at_ < chunk_.size()) {
-      const char c = chunk_[at_];
-      if (c == '\0') {
-        throw table_error(line_, "found a NUL byte, expected text");
-      }
-      ++at_;
-      if (ends_line(c)) {
+    std::string_view slice = chunk_.substr(at_);
+    for (const char line_break : {'\n', '\r'}) {
+      if (const std::size_t end = slice.find(line_break); end != std::string_view::npos) {
+        slice = slice.substr(0, end + 1);
         line_ended_ = true;
-        after_cr_ = c == '\r';
-        break;
+        after_cr_ = line_break == '\r';
       }
     }
-    return std::string_view(chunk_).substr(begin, at_ - begin);
+    if (slice.find('\0') != std::string_view::npos) {
+      throw table_error(line_, "found a NUL byte, expected text");
+    }
+    at_ += slice.size();
+    return slice;
   }
 
   void feed(std::string_view slice) {
@@ -219,6 +224,9 @@ private:
   }
 
   void check_utf8() const {
+    if (row_->is_ascii()) {
+      return;
+    }
     for (std::size_t cell = 0; cell < row_->size(); ++cell) {
       if (!utf8::is_valid((*row_)[cell])) {
         throw table_error(
@@ -259,8 +267,9 @@ private:
 
   std::istream& text_;
   csv_parser csv_{};
-  std::string chunk_;
-  std::size_t at_ = 0;  ///< in chunk_
+  std::string buffer_;
+  std::string_view chunk_;  ///< what was read into it
+  std::size_t at_ = 0;      ///< in chunk_
   bool begun_ = false;
 
   std::size_t line_ = 1;

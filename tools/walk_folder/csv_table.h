@@ -21,6 +21,7 @@ public:
 
   std::size_t size() const { return ends_.size(); }
   std::string_view operator[](std::size_t cell) const;
+  bool is_ascii() const;
 
   void clear();
   void append(std::string_view cell);

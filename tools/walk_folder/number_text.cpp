@@ -17,8 +17,11 @@ bool is_out_of_range(std::string_view text, Float value) {
   if (std::isinf(value)) {
     return text.find_first_of("0123456789") != std::string_view::npos;
   }
+  if (value != 0) {
+    return false;
+  }
   const std::string_view digits = text.substr(0, text.find_first_of("eE"));
-  return value == 0 && digits.find_first_of("123456789") != std::string_view::npos;
+  return digits.find_first_of("123456789") != std::string_view::npos;
 }
 
 /// Reads what a text begins with. Returns the error, and the end of the number.

@@ -39,6 +39,10 @@ std::size_t letters_between(const std::string& name, const std::string& table) {
 }  // namespace
 
 similar_name similar_to(const fs::path& name) {
+  const std::vector<fs::path> tables = table_files({});
+  if (std::find(tables.begin(), tables.end(), name) != tables.end()) {
+    return {name.string(), false};
+  }
   const std::string file = lower(name.string());
   const std::size_t stem_end = std::min(file.find('.'), file.size());
   const std::string stem = bare_name(std::string_view(file).substr(0, stem_end));
@@ -50,7 +54,7 @@ similar_name similar_to(const fs::path& name) {
   }
   similar_name nearest{"", ending->is_workbook};
   std::size_t smallest = 3;  // three other letters make another name
-  for (const fs::path& table : table_files({})) {
+  for (const fs::path& table : tables) {
     const std::size_t letters = letters_between(stem, bare_name(table.stem().string()));
     if (letters < smallest) {
       smallest = letters;

@@ -41,12 +41,12 @@ public:
       return static_cast<std::size_t>(std::int64_t{position} - positions.front());
     };
     single_.resize(place(positions.back()) + 1, 0.0);
-    is_measured_.resize(single_.size(), false);
+    is_measured_.resize(single_.size(), 0);
     const double mean =
         std::accumulate(sample.begin(), sample.end(), 0.0) / static_cast<double>(sample.size());
     for (std::size_t i = 0; i < sample.size(); ++i) {
       single_[place(positions[i])] = sample[i] - mean;
-      is_measured_[place(positions[i])] = true;
+      is_measured_[place(positions[i])] = 1;
     }
     with_next_ = single_;
     std::transform(single_.begin() + 1, single_.end(), single_.begin(), with_next_.begin(),
@@ -65,7 +65,7 @@ public:
   /// Whether any two measured strides are `lag` apart.
   bool has_pairs(std::size_t lag) const {
     for (std::size_t i = lag; i < span(); ++i) {
-      if (is_measured_[i - lag] && is_measured_[i]) {
+      if (is_measured_[i - lag] != 0 && is_measured_[i] != 0) {
         return true;
       }
     }
@@ -83,7 +83,7 @@ private:
 
   std::vector<double> single_;
   std::vector<double> with_next_;  ///< each added to the one after it
-  std::vector<bool> is_measured_;
+  std::vector<char> is_measured_;  // quicker than bits
 };
 
 /// 1 + 2 * the sum of the autocorrelations, over the initial positive sequence. The first pair, of

@@ -2,20 +2,23 @@
 
 #include <gait/statistics.h>
 
-#include <algorithm>
 #include <cmath>
-#include <iterator>
+#include <cstddef>
 
 namespace gait_measures {
 
 std::vector<double> measured_values(const std::vector<double>& values) {
-  std::vector<double> measured;
-  measured.reserve(values.size());
-  std::copy_if(values.begin(), values.end(), std::back_inserter(measured),
-               [](double value) { return !gait_is_missing(value); });
-  const bool all_finite = std::all_of(measured.begin(), measured.end(),
-                                      [](double value) { return std::isfinite(value); });
-  return all_finite ? measured : std::vector<double>();
+  std::vector<double> measured(values.size());
+  std::size_t count = 0;
+  bool all_finite = true;
+  for (const double value : values) {
+    if (!gait_is_missing(value)) {
+      measured[count++] = value;
+      all_finite = all_finite && std::isfinite(value);
+    }
+  }
+  measured.resize(all_finite ? count : 0);
+  return measured;
 }
 
 }  // namespace gait_measures

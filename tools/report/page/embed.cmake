@@ -29,7 +29,8 @@ endfunction()
 
 string(CONCAT source "// Made by embed.cmake.\n#include \"page_files.h\"\n\n"
   "namespace gait_report::page_files {\n\n")
-foreach(file page.mustache walk.mustache index.mustache page.css page.js)
+foreach(file IN ITEMS
+    page.mustache walk.mustache index.mustache index_rows.mustache page.css page.js)
   file(READ ${FOLDER}/${file} text)
   string(REGEX REPLACE "\\.mustache$" "" name ${file})
   string(REPLACE "." "_" name ${name})

@@ -282,9 +282,9 @@
     });
   }
 
-  for (const article of document.querySelectorAll("article.walk")) {
-    const walk = walkOf(data.walks[Number(article.dataset.walk)],
-        article.querySelector(".cursor-bar"));
+  // The walks of the JSON stand in the order of the page.
+  for (const [place, article] of document.querySelectorAll("article.walk").entries()) {
+    const walk = walkOf(data.walks[place], article.querySelector(".cursor-bar"));
     const {cells} = new Cursor(article, walk);
     const details = article.querySelector("details.strides");
     if (details.querySelector(".without-script")) {
