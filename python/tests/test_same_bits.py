@@ -1,0 +1,133 @@
+"""Every figure is that of the program, to the last bit."""
+
+from __future__ import annotations
+
+import json
+import math
+import struct
+import warnings
+from pathlib import Path
+from typing import Any
+
+import narwhals as nw
+import pytest
+from conftest import Program, rows_of_csv, walk_of_frames
+
+import gait_statistics as gs
+
+TABLES = ("parameters", "strides", "walks")
+FEET = (None, "left", "right")
+
+
+def is_same(cell: str, value: Any) -> bool:
+    """Whether a value is the one that stands in a cell, to the bit."""
+    if value is None or cell == "":
+        return cell == "" and (value is None or value == "")
+    if isinstance(value, bool):
+        return cell == ("TRUE" if value else "FALSE")
+    if isinstance(value, float):
+        return struct.pack("d", float(cell)) == struct.pack("d", value)
+    return cell == str(value)
+
+
+def values_of(frame: Any) -> dict[str, list[Any]]:
+    """The columns of a frame; None for what is missing."""
+    table = nw.from_native(frame, eager_only=True)
+    values: dict[str, list[Any]] = {}
+    for column in table.iter_columns():
+        cells = column.to_list()
+        if column.dtype.is_float():
+            cells = [None if value is None or math.isnan(value) else value for value in cells]
+        values[column.name] = [
+            None if type(value).__name__ == "NAType" else value for value in cells
+        ]
+    return values
+
+
+def differences(text: str, frame: Any, ignored: set[str]) -> tuple[list[str], int]:
+    """Where a frame is not the program's table, and how many figures were compared."""
+    rows = rows_of_csv(text)
+    values = values_of(frame)
+    assert list(values) == list(rows[0]), "the columns are not those of the program"
+    wrong = []
+    compared = 0
+    for name in values.keys() - ignored:
+        assert len(values[name]) == len(rows)
+        for place, (row, value) in enumerate(zip(rows, values[name], strict=True)):
+            compared += 1
+            if not is_same(row[name], value):
+                wrong.append(f"{name}, row {place}: program {row[name]!r}, frame {value!r}")
+    return wrong, compared
+
+
+def analysed(walk: gs.Walk, foot: Any) -> gs.Result | None:
+    """The result, or None where the walk does not have the foot."""
+    with warnings.catch_warnings():
+        warnings.simplefilter("ignore", gs.WalkWarning)
+        try:
+            return gs.analyse(walk, foot)
+        except gs.WalkError:
+            return None
+
+
+def read(folder: Path, **options: Any) -> gs.Walk:
+    with warnings.catch_warnings():
+        warnings.simplefilter("ignore", gs.WalkWarning)
+        return gs.read_walk(folder, **options)
+
+
+@pytest.mark.parametrize("foot", FEET)
+def test_a_walk_read_from_a_folder_has_the_figures_of_the_program(
+    folder: Path, kind: Any, foot: Any, program: Program
+) -> None:
+    result = analysed(read(folder, frame=kind), foot)
+    if result is None:
+        return
+    arguments = ["--foot", foot] if foot else []
+    for table in TABLES:
+        text = program("--table", table, *arguments, folder)
+        wrong, compared = differences(text, getattr(result, table), set())
+        assert not wrong
+        assert compared > 0
+
+
+@pytest.mark.parametrize("foot", FEET)
+def test_a_walk_made_of_frames_has_the_figures_of_the_program(
+    folder: Path, kind: Any, foot: Any, program: Program
+) -> None:
+    with warnings.catch_warnings():
+        warnings.simplefilter("ignore", gs.WalkWarning)
+        result = analysed(walk_of_frames(folder, kind), foot)
+    if result is None:
+        return
+    arguments = ["--foot", foot] if foot else []
+    for table in TABLES:
+        text = program("--table", table, *arguments, folder)
+        wrong, compared = differences(text, getattr(result, table), {"line", "about"})
+        assert not wrong
+        assert compared > 0
+
+
+@pytest.mark.parametrize("foot", FEET)
+def test_the_json_is_that_of_the_program(folder: Path, foot: Any, program: Program) -> None:
+    result = analysed(read(folder), foot)
+    if result is not None:
+        arguments = ["--foot", foot] if foot else []
+        assert result.to_json() == program("--format", "json", *arguments, folder)
+
+
+def test_info_findings_and_notes_are_those_of_the_document(folder: Path) -> None:
+    result = analysed(read(folder), None)
+    assert result is not None
+    (document,) = json.loads(result.to_json())["walks"]
+    for field in gs.Info.__dataclass_fields__:
+        value = getattr(result.info, field)
+        assert document["accounting"][field] == (list(value) if field == "cycles" else value)
+    assert [finding.sentence for finding in result.findings] == [
+        finding["sentence"] for finding in document["findings"]
+    ]
+    assert [(note.name, note.text, note.source) for note in result.notes] == [
+        (note["name"], note["text"], note["source"]) for note in document["notes"]
+    ]
+    assert int(result.quality_flags) == document["quality_flags"]
+    assert list(result.quality_flags_in_words) == document["quality_flags_in_words"]
