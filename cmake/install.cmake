@@ -12,9 +12,9 @@ install(DIRECTORY include/ DESTINATION ${CMAKE_INSTALL_INCLUDEDIR} COMPONENT dev
 set(doc_dir ${CMAKE_INSTALL_DATADIR}/doc)
 install(DIRECTORY docs/ DESTINATION ${doc_dir}/gait_statistics COMPONENT development)
 if(GAIT_BUILD_TOOLS)
-  install(FILES docs/definitions.md docs/exclusions.md docs/glossary.md docs/measures.md docs/output.md
-    docs/output.schema.json
-    docs/parameters.md docs/quality-flags.md docs/walk-folder.md
+  install(FILES docs/definitions.md docs/exclusions.md docs/glossary.md docs/measures.md
+    docs/output.md docs/output.schema.json docs/parameters.md docs/quality-flags.md
+    docs/walk-folder.md
     DESTINATION ${doc_dir}/gait-statistics COMPONENT program)
 endif()
 

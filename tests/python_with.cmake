@@ -1,5 +1,5 @@
-# Sets a variable to a Python that has a package (Debian: python3-PACKAGE), or to nothing. The one that
-# is first on the path may be the user's own, without it.
+# Sets a variable to a Python that has a package (Debian: python3-PACKAGE), or to nothing. The one
+# that is first on the path may be the user's own, without it.
 function(find_python_with package variable)
   set(${variable} "" PARENT_SCOPE)
   foreach(python IN ITEMS python3 /usr/bin/python3)

@@ -120,11 +120,13 @@ TEST(Output, ShowsTheFirstRowsOfTheTable) {
   EXPECT_EQ(output_of(command).rfind(shown, 0), 0U) << shown;
 }
 
-/// The tables of the page, by the name of their comment, and how each is printed. scripts/update-docs
-/// reads the same comments.
+/// The tables of the page, by the name of their comment, and how each is printed.
+/// scripts/update-docs reads the same comments.
 TEST(Output, HoldsEveryColumnAndEveryKey) {
   const std::string whole = page("docs/output.md");
-  const std::regex comment("<!-- (csv|json) (\\w+): printed by tests/docs/print_outputs.cpp -->\n");
+  const std::regex comment(
+      "<!-- (csv|json) (\\w+): printed by "
+      "tests/docs/print_outputs.cpp -->\n");
   std::size_t tables = 0;
   for (std::sregex_iterator at(whole.begin(), whole.end(), comment), end; at != end; ++at) {
     const std::string what = (*at)[1];
@@ -133,9 +135,8 @@ TEST(Output, HoldsEveryColumnAndEveryKey) {
         what == "json" ? " " + quoted(GAIT_PROJECT_FOLDER "/docs/output.schema.json") : "";
     std::string command = quoted(GAIT_PRINT_OUTPUTS);
     command += " " + what + " " + name + schema;
-    EXPECT_EQ(whole.substr(static_cast<std::size_t>(at->position() + at->length()))
-                  .rfind(output_of(command) + "<!-- end of " + name + " -->", 0),
-              0U)
+    const auto begin = static_cast<std::size_t>(at->position() + at->length());
+    EXPECT_EQ(whole.substr(begin).rfind(output_of(command) + "<!-- end of " + name + " -->", 0), 0U)
         << name << ": run scripts/update-docs";
     ++tables;
   }

@@ -1,5 +1,5 @@
-// Prints the tables of docs/output.md: the columns of each CSV table as the program writes them, and
-// the keys of JSON as docs/output.schema.json describes them. scripts/update-docs puts them in
+// Prints the tables of docs/output.md: the columns of each CSV table as the program writes them,
+// and the keys of JSON as docs/output.schema.json describes them. scripts/update-docs puts them in
 // their places.
 
 #include <csv_output.h>

@@ -66,6 +66,7 @@ STAGES = {
     "walk_folder": [only("walk_folder_test"), EVERYTHING],
     "walk_checks": [only("walk_checks_test"), only("report_test"), EVERYTHING],
     "walk_measures": [only("walk_measures_test"), only("parameter_measures_test"), EVERYTHING],
+    "charts": [only("charts_test"), EVERYTHING],
     "report": [only("report_test"), ("tests/tools/all", [*CTEST, "tests/tools"]), EVERYTHING],
     "program": [THE_PROGRAM, EVERYTHING],
 }

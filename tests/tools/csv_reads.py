@@ -1,5 +1,5 @@
-"""Reads each table that gait-statistics writes as CSV in one line of pandas, and of R where there is
-one, and turns it into one row a walk.
+"""Reads each table that gait-statistics writes as CSV in one line of pandas, and of R where there
+is one, and turns it into one row a walk.
 
     csv_reads.py PROGRAM FOLDER...
 
@@ -66,8 +66,8 @@ def check_in_pandas(files: dict[str, pathlib.Path], document: dict) -> None:
 
 def main(program: str, *folders: str) -> None:
     def output(*options: str) -> str:
-        return subprocess.run([program, "--recursive", *options, *folders], capture_output=True, check=True,
-                              encoding="utf-8").stdout
+        return subprocess.run([program, "--recursive", *options, *folders], capture_output=True,
+                              check=True, encoding="utf-8").stdout
 
     with tempfile.TemporaryDirectory(prefix="gait_statistics_") as name:
         files = {table: pathlib.Path(name) / f"{table}.csv"

@@ -132,13 +132,11 @@ MISTAKES = [
 ]
 
 
-def findings(program, *walks):
+def messages_about(program, *walks):
     result = subprocess.run([program, *map(str, walks)], capture_output=True, encoding="utf-8",
                             check=False)
     assert result.returncode == 0, result.stderr
-    lines = result.stderr.splitlines()
-    assert all(line.startswith("finding: ") for line in lines), result.stderr
-    return lines
+    return result.stderr.splitlines()
 
 
 def check_and_guess(message):
@@ -153,13 +151,15 @@ def main(program, make_walk, *options):
         walks = [folder / f"walk_{seed}" for seed in range(40)]
         for seed, walk in enumerate(walks):
             subprocess.run([make_walk, walk, "--seed", str(seed), "--strides", "60"], check=True)
-        assert not findings(program, *walks)
+        assert not messages_about(program, *walks)
 
         for what, alter, expected in MISTAKES:
             walk = folder / "mistake"
             shutil.copytree(walks[0], walk)
             alter(Walk(walk))
-            messages = findings(program, walk)
+            # Swapped feet no longer go with the exclusions of each foot: that is a warning as well.
+            messages = [message for message in messages_about(program, walk)
+                        if message.startswith("finding: ")]
             if "-v" in options:
                 print(f"{what}:", *messages, sep="\n  ")
             assert expected == {check_and_guess(message) for message in messages}, (what, messages)
@@ -168,7 +168,8 @@ def main(program, make_walk, *options):
         # Three of forty are broken: these three are named, and no other.
         for number, (_, alter, _) in zip((3, 17, 30), (MISTAKES[0], MISTAKES[6], MISTAKES[7])):
             alter(Walk(walks[number]))
-        named = {re.search("walk_[0-9]+", message)[0] for message in findings(program, *walks)}
+        named = {re.search("walk_[0-9]+", message)[0]
+                 for message in messages_about(program, *walks)}
         assert named == {"walk_3", "walk_17", "walk_30"}, named
     return 0
 

@@ -116,9 +116,7 @@ protected:
     return result().statistics.parameters.at(key);
   }
 
-  json as_computed() const {
-    return json::parse(run("json")).at("walks").at(0).at("as_computed");
-  }
+  json as_computed() const { return json::parse(run("json")).at("walks").at(0).at("as_computed"); }
 
   static constexpr float settings_value = 40.1F;
 

@@ -220,7 +220,8 @@ class Report(ProgramTest):
         self.assertIsNone(self.json_walk(walk)["parameters"]["TA_R"]["asymmetry"])
 
     def test_shows_no_spread_of_a_single_stride(self):
-        walk = self.walk(left=strides(1, gct=[1.25]), right=strides(1, gct=[1.5]))
+        walk = self.walk(left=strides(1, gct=[1.25], ta=2.0), right=strides(1, gct=[1.5], ta=3.0))
+        self.assertEqual(self.table_row("Turning angle", walk)[-2:], ["-", "-"])
         self.assertEqual(self.table_row("Cycle duration", walk),
                          ["seconds", "1", "1", "1.500", "1.250", "1.500", "1.250", "1.500",
                           "1.250", "1.500", "1.250", "1.200", "18.2"])
@@ -240,11 +241,16 @@ class Report(ProgramTest):
         report = self.output(walk)
         self.assertIn("; duration unknown, 6.5 m\n", report)
         self.assertRegex(report, "(?m)^  In the statistics +durations not measured$")
-        self.assertRegex(report, "(?m)^  Excluded: turn +1 +-$")
+        self.assertRegex(report, "(?m)^  Excluded: turn +1 +-  1 of 1 cycle without duration$")
         self.assertRegex(report, "(?m)^  Included +3 +-  walk less excluded")
         accounting = self.json_walk(walk)["accounting"]
         self.assertEqual([name for name, value in accounting.items() if value is None],
                          ["included_gct_sum", "excluded_1_duration", "included_duration"])
+        walk = self.walk("second", left=strides(gct=[None] + [1.0] * 5),
+                         exclusions=[["left", "excluded_2", 0, "start"]])
+        accounting = self.json_walk(walk)["accounting"]
+        self.assertEqual([name for name, value in accounting.items() if value is None],
+                         ["excluded_2_gct_sum", "excluded_2_duration", "included_duration"])
 
     def test_says_when_no_stride_has_a_swing_on_both_sides(self):
         walk = self.walk(left=strides(6, swing=None), right=strides(6))
@@ -279,7 +285,8 @@ class Report(ProgramTest):
         self.assertRegex(report,
                          "(?m)^  Distance, walk +4.000 m  2 of 6 cycles without stride length$")
         self.assertRegex(report,
-                         "(?m)^  Distance, statistics +4.000 m  1 of 5 cycles without stride length$")
+                         "(?m)^  Distance, statistics +4.000 m  1 of 5 cycles without stride "
+                         "length$")
 
     WHY_NONE = ("1 of 6 included strides has no stride length. The library counts half of it as "
                 "-0.5 m; its step length is left out.")
@@ -324,8 +331,11 @@ class Report(ProgramTest):
         self.assertIn("  Left out: none\n", self.output(self.walk("whole", left=strides())))
 
     def test_counts_the_strides_that_no_two_feet_cycle_links(self):
-        report = self.output(self.walk(left=strides(7), right=strides()))
-        self.assertRegex(report, "(?m)^  Unlinked +0 +1  in no two-feet cycle$")
+        walk = self.walk(left=strides(7), right=strides())
+        self.assertRegex(self.output(walk), "(?m)^  Unlinked +0 +1  in no two-feet cycle$")
+        rows = list(csv.DictReader(io.StringIO(self.output("--table", "strides", walk))))
+        self.assertEqual([(row["side"], row["index"], row["status"]) for row in rows
+                          if row["included"] == "FALSE"], [("left", "6", "unlinked")])
 
     def test_counts_the_two_feet_cycles_that_lack_a_stride(self):
         folder = pathlib.Path(self.walk(left=strides(), right=strides()))
@@ -336,6 +346,14 @@ class Report(ProgramTest):
 
     def differs(self, report):
         return re.search("The accounting has [^.]*[.]|$", " ".join(report.split())).group()
+
+    def test_says_that_a_sum_lacks_some_of_its_strides(self):
+        walk = self.walk(left=strides(gct=[None] + [1.0] * 5, slength=[1.3] * 5 + [None]))
+        self.assertIn("6 of 6 left strides; over 5.0 s, over 6.5 m\n", self.output(walk))
+        excluded = self.walk("excluded", left=strides(gct=[None] + [1.0] * 5), exclusions=[
+            ["left", "excluded_1", 0, "turn"], ["left", "excluded_1", 1, "bump"]])
+        self.assertRegex(self.output(excluded), "(?m)^  Excluded: turn, bump +2 +1.000 s  1 turn, "
+                         "1 bump; 1 of 2 cycles without duration$")
 
     def test_says_which_exclusions_come_from_a_fallback_list(self):
         report = self.output(self.walk(left=strides(),
@@ -375,6 +393,11 @@ class Report(ProgramTest):
                                                      ["left", "excluded_2", 0, "c"]])
         self.assertTrue(self.differs(run(walk).stdout).endswith(
             "because it subtracts 2 entries that name no cycle of the walk."))
+        walk = self.walk("second", left=strides(), exclusions=[
+            ["left", "excluded_1", 6, "b"], ["left", "excluded_2_fallback", 7, "c"]])
+        self.assertTrue(self.differs(run(walk).stdout).endswith(
+            "because it subtracts 1 entry that names no cycle of the walk; two cycles for "
+            "excluded_2, which is empty."))
 
     def test_says_nothing_where_the_accounting_and_the_statistics_agree(self):
         walk = self.walk(left=strides(), exclusions=[["left", "excluded_2", 0, "start"]])
@@ -479,8 +502,10 @@ class Formats(ProgramTest):
         keys = [row["key"] for row in catalogue if row["analysed"] != "one foot"]
         rows = self.csv_rows(BOTH_FEET)
         self.assertEqual([row["parameter"] for row in rows],
-                         [key for key in keys for _ in range(2)] + ["asymmetry", "asymmetry_percent"])
-        self.assertEqual([row["side"] for row in rows], ["right", "left"] * len(keys) + ["both"] * 2)
+                         [*(key for key in keys for _ in range(2)), "asymmetry",
+                          "asymmetry_percent"])
+        self.assertEqual([row["side"] for row in rows],
+                         ["right", "left"] * len(keys) + ["both"] * 2)
 
     def test_json_holds_the_version_and_every_walk(self):
         document = json.loads(self.output("--format", "json", BOTH_FEET, LEFT_FOOT))

@@ -196,10 +196,26 @@ def check_parameters(compare: Comparison, shown: Walk, expected: Walk, walk: Wal
                 compare.same(shown[key][name], wanted, f"{key}, {name}")
 
 
-def check_swing_asymmetry(compare: Comparison, shown: Walk, expected: Walk, rate: int) -> None:
+def swing(walk: Walk, to: list[int] | None) -> float:
+    return walk["feet"][to[0]]["cycles"][to[1]].get("swing", model.MISSING) if to else 0.0
+
+
+def asymmetries(walk: Walk, rate: int) -> Iterator[float | None]:
+    """The swing asymmetry of each two-feet cycle, none where it is not in the statistics."""
+    for index, cycle in enumerate(walk["feet_cycles"]):
+        left, right = swing(walk, cycle["left_cycle"]), swing(walk, cycle["right_cycle"])
+        has_one = status_of(index, walk)[0] == "included" and left > 0.0 and right > 0.0
+        yield (left - right) * rate / (left + right) if has_one else None
+
+
+def check_swing_asymmetry(compare: Comparison, shown: Walk, expected: Walk, walk: Walk) -> None:
+    rate = walk["recordings"][0]["sampling_rate"]
     record = expected["parameters"]["asymmetry"]
-    in_cycles = [value for value in shown["two_feet_cycles"]["asymmetry"] if value is not None]
-    compare.same(in_cycles, record["values"], "asymmetry of the cycles")
+    of_each = shown["two_feet_cycles"]["asymmetry"]
+    compare.same(of_each, list(asymmetries(walk, rate)), "asymmetry of the cycles")
+    compare.figures += len(of_each)
+    in_cycles = [value for value in of_each if value is not None]
+    compare.same(in_cycles, record["values"], "asymmetry of the included cycles")
     n = len(record["values"])
     for key, scale in (("asymmetry", 1.0), ("asymmetry_percent", 100.0 / rate)):
         compare.same(shown["parameters"][key]["n"], n, f"{key}, n")
@@ -209,10 +225,10 @@ def check_swing_asymmetry(compare: Comparison, shown: Walk, expected: Walk, rate
             if wanted is not None and scale != 1.0:
                 wanted = found if math.isclose(found, wanted, rel_tol=1e-9) else wanted
             compare.same(found, wanted, f"{key}, {name}")
-    percent = [value for value in shown["two_feet_cycles"]["asymmetry_percent"]
-               if value is not None]
-    compare.same([abs(x * rate / 100.0 - y) < 1e-9 for x, y in zip(percent, in_cycles)],
-                 [True] * n, "asymmetry in percent of the cycles")
+    percent = shown["two_feet_cycles"]["asymmetry_percent"]
+    compare.same([x is None if y is None else abs(x * rate / 100.0 - y) < 1e-9
+                  for x, y in zip(percent, of_each)], [True] * len(of_each),
+                 "asymmetry in percent of the cycles")
 
 
 def status_of(index: int, walk: Walk) -> tuple[str, str | None]:
@@ -317,6 +333,7 @@ def check_csv_walk(compare: Comparison, row: dict[str, str], shown: Walk, docume
 def check_csv_strides(compare: Comparison, rows: list[dict[str, str]], shown: Walk) -> None:
     strides = [(foot, i) for foot in shown["strides"] for i in range(len(foot["start"]))]
     compare.same(len(rows), len(strides), "rows")
+    compare.same([name for name in rows[0] if not name.isidentifier()], [], "names of columns")
     values_from = list(rows[0]).index("asymmetry_percent") + 1
     for row, (foot, i) in zip(rows, strides):
         where = f"CSV, {foot['foot']} stride {i}"
@@ -461,7 +478,7 @@ def check(compare: Comparison, program: Program, folder: pathlib.Path, analysed:
     check_as_computed(compare, shown["as_computed"], expected)
     check_parameters(compare, shown["parameters"], expected["parameters"], walk)
     if analysed == "feet":
-        check_swing_asymmetry(compare, shown, expected, walk["recordings"][0]["sampling_rate"])
+        check_swing_asymmetry(compare, shown, expected, walk)
     check_strides(compare, shown, walk, folder)
     for name, value in shown["accounting"].items():
         if value is not None and name != "kinds":

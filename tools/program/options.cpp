@@ -38,7 +38,8 @@ constexpr const char* footer =
     R"(
 A table shows rounded values. CSV holds parameters, walks or strides, one table each (--table),
 unrounded. JSON holds everything, unrounded: the accounting, the quality flags, the findings, the
-parameters, and every stride with its values.
+parameters, and every stride with its values. HTML is a page to look at and to print, with a figure
+of every parameter.
 
 A finding says that data cannot be right. It goes to the standard error and into every output; it
 changes no figure and no exit code. docs/checks.md says what each check means.
@@ -47,6 +48,8 @@ Examples:
   gait-statistics --foot left -o left.csv monday/ tuesday/
   gait-statistics --recursive -o study.json study/
   gait-statistics --recursive --table strides -o strides.csv study/
+  gait-statistics -o report.html monday/
+  gait-statistics --recursive -o pages/ study/
 
 Exit codes:
   0  every walk was read and its statistics were written
@@ -88,14 +91,21 @@ struct file_ending {
   gait_report::output_format format;
 };
 
-constexpr std::array<file_ending, 3> file_endings = {{
+constexpr std::array<file_ending, 4> file_endings = {{
     {".txt", gait_report::output_format::table},
     {".csv", gait_report::output_format::csv},
     {".json", gait_report::output_format::json},
+    {".html", gait_report::output_format::html},
 }};
+
+/// Whether a path ends with a slash, as that of a folder does.
+bool is_a_folder(const std::filesystem::path& path) { return !path.has_filename(); }
 
 /// The format that the ending of a file stands for; nullopt if it is none of those that are known.
 std::optional<gait_report::output_format> format_of(const std::filesystem::path& file) {
+  if (is_a_folder(file)) {
+    return gait_report::output_format::html;
+  }
   const std::string ending = gait_walk::lower(file.extension().string());
   for (const file_ending& known : file_endings) {
     if (known.ending == ending || ending.empty()) {
@@ -105,7 +115,7 @@ std::optional<gait_report::output_format> format_of(const std::filesystem::path&
   return std::nullopt;
 }
 
-/// ".txt, .csv or .json"
+/// ".txt, .csv, .json or .html"
 std::string known_endings() {
   std::string all;
   for (const file_ending& known : file_endings) {
@@ -187,8 +197,9 @@ void add_options(CLI::App& app, options& options) {
                  "Leave out a data check that does not apply (may be repeated)")
       ->check(CLI::Validator(refuse_unknown_check, ""));
   app.add_option_function<std::string>("--format", set_by_name(options.format),
-                                       "Form of the output: table, csv or json (default: that of "
-                                       "FILE's ending, .txt, .csv or .json, else table)")
+                                       "Form of the output: table, csv, json or html (default: "
+                                       "that of FILE's ending, " +
+                                           known_endings() + ", else table)")
       ->check(is_name_of<gait_report::output_format>())
       ->type_name("FORMAT");
   app.add_option_function<std::string>(
@@ -198,7 +209,7 @@ void add_options(CLI::App& app, options& options) {
       ->type_name("TABLE");
   app.add_option("-o,--output", options.output,
                  "Write to this file, which is replaced when the new one is whole; -: the standard "
-                 "output")
+                 "output; a folder, its name ending in /: a page of each walk, and index.html")
       ->check(CLI::Validator(refuse_empty_name, ""))
       ->type_name("FILE");
   app.add_option("--width", options.width,
@@ -259,10 +270,17 @@ std::variant<options, reply> parse_command_line(int argc, const char* const* arg
     }
     options.format = *format;
   }
+  options.output_is_a_folder = options.output && is_a_folder(*options.output);
+  const bool is_html = options.format == gait_report::output_format::html;
+  if (is_list && is_html) {
+    return usage_error("a list has no page, expected the format table, csv or json");
+  }
+  if (options.output_is_a_folder && !is_html) {
+    return usage_error("--output: \"" + options.output->string() +
+                       "\" is a folder, which takes pages, expected --format html or a file");
+  }
   if (app.count("--table") > 0) {
-    const bool is_free =
-        app.count("--format") == 0 && (!options.output || options.output->extension() != ".json");
-    if (is_free) {
+    if (app.count("--format") == 0 && options.format == gait_report::output_format::table) {
       options.format = gait_report::output_format::csv;
     }
     if (options.format != gait_report::output_format::csv) {

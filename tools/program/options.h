@@ -29,8 +29,10 @@ struct options {
   gait_report::output_format format = gait_report::output_format::table;
   gait_report::csv_table table = gait_report::csv_table::parameters;
   std::optional<std::filesystem::path> output;  ///< the standard output where there is none
-  std::optional<std::size_t> width;             ///< of the text report (characters, 20 to 10000)
-  std::optional<std::size_t> max_strides;       ///< of a foot; no limit where there is none
+  /// Whether `output` is a folder, for a page of each walk.
+  bool output_is_a_folder = false;
+  std::optional<std::size_t> width;        ///< of the text report (characters, 20 to 10000)
+  std::optional<std::size_t> max_strides;  ///< of a foot; no limit where there is none
   /// Whether walks are the walk folders below those that are given.
   bool recursive = false;
   std::vector<std::string> ignored_columns;  ///< "all" for every unknown one

@@ -7,6 +7,7 @@
 #include "check_list.h"
 #include "csv_output.h"
 #include "finding_text.h"
+#include "html_report.h"
 #include "json_output.h"
 #include "parameter_list.h"
 #include "text_report.h"
@@ -47,8 +48,12 @@ text_style style_of(const options& options) {
 /// Writes the walks of a run in one format.
 class report_writer {
 public:
-  report_writer(const options& options, output& out)
-      : format_(options.format), table_(options.table), style_(style_of(options)), out_(out) {}
+  report_writer(const options& options, output& out, std::size_t walks)
+      : format_(options.format),
+        table_(options.table),
+        style_(style_of(options)),
+        out_(out),
+        page_(walks > 1) {}
 
   void add(const walk_statistics& walk) {
     const bool is_first = !wrote_any_;
@@ -64,6 +69,9 @@ public:
       case output_format::json:
         json_walks_.push_back(gait_report::json_walk(walk));
         break;
+      case output_format::html:
+        page_.add(walk);
+        break;
     }
   }
 
@@ -74,6 +82,8 @@ public:
     }
     if (format_ == output_format::json) {
       out_.write(gait_report::json_document(std::move(json_walks_)));
+    } else if (format_ == output_format::html) {
+      out_.write(page_.finish());
     }
     out_.finish();
   }
@@ -85,6 +95,41 @@ private:
   output& out_;
   bool wrote_any_ = false;
   std::vector<nlohmann::ordered_json> json_walks_;
+  gait_report::html_page page_;
+};
+
+/// Writes a page of each walk into a folder, and an index of them.
+class page_writer {
+public:
+  explicit page_writer(std::filesystem::path folder) : folder_(std::move(folder)) {}
+
+  void add(const walk_statistics& walk) {
+    write(pages_.add(walk));
+    wrote_any_ = true;
+  }
+
+  /// Nothing is written, not even an empty folder, when there was no walk.
+  void finish() {
+    if (wrote_any_) {
+      write(pages_.index());
+    }
+  }
+
+private:
+  void write(const gait_report::html_folder::file& file) const {
+    std::error_code error;
+    std::filesystem::create_directories(folder_, error);
+    if (error) {
+      throw std::system_error(error, "cannot make the folder " + folder_.string());
+    }
+    output out(folder_ / file.name);
+    out.write(file.content);
+    out.finish();
+  }
+
+  std::filesystem::path folder_;
+  gait_report::html_folder pages_;
+  bool wrote_any_ = false;
 };
 
 void print_message(const std::string& message) {
@@ -235,18 +280,14 @@ std::optional<walk_statistics> read_and_run(const std::filesystem::path& folder,
   return std::nullopt;
 }
 
-}  // namespace
+bool is_too_much_for_a_page(const options& options, std::size_t walks) {
+  return options.format == output_format::html && !options.output_is_a_folder &&
+         walks > gait_report::most_walks_in_a_page;
+}
 
-int report_walks(const options& options) {
-  const std::vector<std::filesystem::path> folders =
-      each_once(gait_walk::expand(options.walks, options.recursive));
-  if (output_is_a_table(options, folders)) {
-    print_message("gait-statistics: --output: \"" + options.output->string() +
-                  "\" is a table of a walk, expected another file");
-    return exit_bad_usage;
-  }
-  output out(options.output);
-  report_writer writer(options, out);
+template <class Writer>
+int report_with(Writer& writer, const options& options,
+                const std::vector<std::filesystem::path>& folders) {
   int exit_code = exit_fine;
   const std::vector<std::string> names = reported_names(folders);
   for (std::size_t i = 0; i < names.size(); ++i) {
@@ -258,6 +299,32 @@ int report_walks(const options& options) {
   }
   writer.finish();
   return exit_code;
+}
+
+}  // namespace
+
+int report_walks(const options& options) {
+  const std::vector<std::filesystem::path> folders =
+      each_once(gait_walk::expand(options.walks, options.recursive));
+  if (output_is_a_table(options, folders)) {
+    print_message("gait-statistics: --output: \"" + options.output->string() +
+                  "\" is a table of a walk, expected another file");
+    return exit_bad_usage;
+  }
+  if (is_too_much_for_a_page(options, folders.size())) {
+    print_message("gait-statistics: " + std::to_string(folders.size()) +
+                  " walks in one page, expected up to " +
+                  std::to_string(gait_report::most_walks_in_a_page) +
+                  "; -o FOLDER/ writes a page for each");
+    return exit_bad_usage;
+  }
+  if (options.output_is_a_folder) {
+    page_writer writer(*options.output);
+    return report_with(writer, options, folders);
+  }
+  output out(options.output);
+  report_writer writer(options, out, folders.size());
+  return report_with(writer, options, folders);
 }
 
 int report_parameter_list(const options& options) {

@@ -357,11 +357,13 @@ json json_walk(const walk_statistics& walk) {
           {"as_computed", json_as_computed(walk)}};
 }
 
-std::string json_document(std::vector<json> walks) {
+std::string json_document(std::vector<json> walks, json_layout layout) {
   json document = {{"version", GAIT_STATISTICS_VERSION}, {"units", json_units()}};
   document["walks"] = std::move(walks);
   // A folder's name need not be UTF-8, which JSON must be.
-  return document.dump(2, ' ', false, json::error_handler_t::replace) + "\n";
+  return document.dump(layout == json_layout::indented ? 2 : -1, ' ', false,
+                       json::error_handler_t::replace) +
+         "\n";
 }
 
 }  // namespace gait_report

@@ -10,7 +10,7 @@
 
 namespace gait_report {
 
-enum class output_format { table, csv, json };
+enum class output_format { table, csv, json, html };
 
 /// The tables that CSV has: a row for each parameter and side, for each walk, or for each stride.
 enum class csv_table { parameters, walks, strides };
@@ -19,10 +19,11 @@ enum class csv_table { parameters, walks, strides };
 
 template <>
 inline constexpr auto gait_walk::names<gait_report::output_format> =
-    std::array<gait_walk::named<gait_report::output_format>, 3>{
+    std::array<gait_walk::named<gait_report::output_format>, 4>{
         {{gait_report::output_format::table, "table"},
          {gait_report::output_format::csv, "csv"},
-         {gait_report::output_format::json, "json"}}};
+         {gait_report::output_format::json, "json"},
+         {gait_report::output_format::html, "html"}}};
 template <>
 inline constexpr auto gait_walk::names<gait_report::csv_table> =
     std::array<gait_walk::named<gait_report::csv_table>, 3>{

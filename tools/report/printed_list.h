@@ -33,6 +33,7 @@ std::string print(const printed_list& list, output_format format, Text as_text) 
       return as_csv(list);
     case output_format::json:
       return as_json(list);
+    case output_format::html:  // a page shows walks; the command line refuses one of a list
     case output_format::table:
       break;
   }

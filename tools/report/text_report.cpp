@@ -239,9 +239,11 @@ std::string report_accounting(const walk_statistics& walk, const walk_summary& s
   std::vector<noted_line> lines;
   lines.push_back({"Walk", {std::to_string(walk.info().cycle_count), seconds(summary.walk)}, ""});
   for (const accounted_kind& kind : summary.kinds) {
+    const std::string missing = missing_in(kind.time, "duration");
     lines.push_back({gait_walk::printable(kind.label),
                      {std::to_string(kind.cycles), time(kind.time.sum)},
-                     gait_walk::printable(kind.note)});
+                     gait_walk::printable(kind.note) +
+                         (kind.note.empty() || missing.empty() ? "" : "; ") + missing});
   }
   lines.push_back({"Included",
                    {std::to_string(summary.accounted_cycles), time(summary.accounted_duration)},

@@ -173,9 +173,12 @@ void account(walk_summary& summary, const walk_statistics& walk, const durations
 
 // --- Sentences
 
-std::string amount(const std::optional<double>& value, const char* unit, const char* what) {
-  return value ? rounded(*value, decimals_of_sentences) + " " + unit
-               : std::string(what) + " unknown";
+/// A sum that lacks some of its cycles is less than the whole.
+std::string amount(const measured_sum& sum, const char* unit, const char* what) {
+  if (!sum.sum) {
+    return std::string(what) + " unknown";
+  }
+  return (sum.without > 0 ? "over " : "") + rounded(*sum.sum, decimals_of_sentences) + " " + unit;
 }
 
 std::string part_of(const side_strides& side) {
@@ -281,8 +284,8 @@ walk_summary summary_of(const walk_statistics& walk, const walk_strides& strides
       distance_of(info.included_distance, lengths.included, lengths.included_without);
   account(summary, walk, times);
   summary.in_the_statistics = "In the statistics: " + strides_in_words(strides) + "; " +
-                              amount(summary.time.sum, "s", "duration") + ", " +
-                              amount(summary.distance.sum, "m", "distance");
+                              amount(summary.time, "s", "duration") + ", " +
+                              amount(summary.distance, "m", "distance");
   summary.left_out = left_out_in_words(strides);
   summary.why_they_differ = why_they_differ(walk, strides);
   return summary;

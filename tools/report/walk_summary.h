@@ -46,7 +46,8 @@ struct walk_summary {
   int accounted_cycles = 0;                  ///< what the accounting calls included
   std::optional<double> accounted_duration;  ///< the walk less the excluded cycles (s)
 
-  /// "In the statistics: 11 of 34 right, 11 of 43 left strides; 13.2 s, 9.6 m".
+  /// "In the statistics: 11 of 34 right, 11 of 43 left strides; 13.2 s, over 9.6 m": "over" where
+  /// strides lack the value.
   std::string in_the_statistics;
   /// "Left out: right 19 turn, 2 start; left 17 turn, 2 start, 14 unlinked".
   std::string left_out;
@@ -57,8 +58,8 @@ struct walk_summary {
 /// The summary of a walk whose statistics are computed.
 walk_summary summary_of(const walk_statistics& walk, const walk_strides& strides);
 
-/// The times and distances of gait_statistics_info by the names of its fields; nullopt where nothing
-/// was measured that could be summed.
+/// The times and distances of gait_statistics_info by the names of its fields; nullopt where
+/// nothing was measured that could be summed.
 std::unordered_map<std::string, std::optional<double>> measured_fields(const walk_statistics& walk,
                                                                        const walk_strides& strides);
 
