@@ -12,7 +12,7 @@
 from ._core import version as __version__
 from ._errors import InputError, WalkError, WalkWarning
 from ._lists import checks, parameters, percentile
-from ._result import Finding, Info, Note, Place, QualityFlag, Result, analyse
+from ._result import Finding, Info, Note, Page, Place, QualityFlag, Result, analyse
 from ._walk import Walk, pair_feet, read_walk, write_walk
 
 __all__ = [
@@ -20,6 +20,7 @@ __all__ = [
     "Info",
     "InputError",
     "Note",
+    "Page",
     "Place",
     "QualityFlag",
     "Result",

@@ -10,7 +10,7 @@ from dataclasses import dataclass
 from functools import partial
 from os import PathLike
 from pathlib import Path
-from typing import Any
+from typing import Any, overload
 
 from . import _core
 from ._errors import InputError, WalkError, input_errors, warn_about
@@ -159,6 +159,36 @@ _PARTS: dict[str, Callable[[_core.Analysis], Any]] = {
 }
 
 
+def _written(text: str, path: str | PathLike[str] | None) -> str | None:
+    """Writes a text to a file, if one is named, and returns it otherwise."""
+    if path is None:
+        return text
+    Path(path).write_text(text, encoding="utf-8", newline="\n")
+    return None
+
+
+class Page:
+    """A report that a notebook displays in a frame of its own. :meth:`Result.show` makes it."""
+
+    __slots__ = ("_height", "_html")
+
+    def __init__(self, page: str, height: int) -> None:
+        """Takes the page, and the height of its frame in pixels."""
+        self._html = page
+        self._height = int(height)
+
+    def _repr_html_(self) -> str:
+        """A frame. What the page's style and script do stays in it."""
+        return (
+            f'<iframe srcdoc="{html.escape(self._html)}" sandbox="allow-scripts" width="100%" '
+            f'height="{self._height}" frameborder="0" title="Report of a walk"></iframe>'
+        )
+
+    def __repr__(self) -> str:
+        """What to do with it outside of a notebook."""
+        return "<Page: a report, which a notebook displays; to_html(path) writes it to a file>"
+
+
 class Result:
     """The statistics of a walk. :func:`analyse` makes it.
 
@@ -275,20 +305,54 @@ class Result:
         """The version of the library that computed the result."""
         return self._version
 
-    def to_json(self, path: str | PathLike[str] | None = None) -> str:
+    @overload
+    def to_json(self) -> str: ...
+    @overload
+    def to_json(self, path: str | PathLike[str]) -> None: ...
+
+    def to_json(self, path: str | PathLike[str] | None = None) -> str | None:
         """Everything as the JSON document that ``gait-statistics --format json`` writes.
 
         Args:
-            path: the file to write it to; None: it is only returned.
+            path: the file to write it to; None: it is returned.
 
         Raises:
             OSError: where the file cannot be written.
-            RuntimeError: for a result that another version computed.
+            RuntimeError: for a pickled result that another version computed.
         """
-        text = self._whole().json()
-        if path is not None:
-            Path(path).write_text(text, encoding="utf-8", newline="\n")
-        return text
+        return _written(self._whole().json(), path)
+
+    @overload
+    def to_html(self) -> str: ...
+    @overload
+    def to_html(self, path: str | PathLike[str]) -> None: ...
+
+    def to_html(self, path: str | PathLike[str] | None = None) -> str | None:
+        """The report as the page that ``gait-statistics --format html`` writes.
+
+        The page needs no other file, and no network.
+
+        Args:
+            path: the file to write it to; None: it is returned.
+
+        Raises:
+            OSError: where the file cannot be written.
+            RuntimeError: for a pickled result that another version computed.
+        """
+        return _written(self._whole().html(), path)
+
+    def show(self, height: int = 800) -> Page:
+        """The report in a frame of a notebook: what a cell ends with is displayed.
+
+        In a loop, ``IPython.display.display(result.show())`` displays it.
+
+        Args:
+            height: of the frame, in pixels of CSS.
+
+        Raises:
+            RuntimeError: for a pickled result that another version computed.
+        """
+        return Page(self._whole().html(), height)
 
     def _lines(self) -> list[str]:
         """The short summary."""
@@ -386,7 +450,7 @@ def analyse(
     >>> from gait_statistics import read_walk
     >>> result = analyse(read_walk("examples/walks/two_feet_turn"))
     >>> result.info.included_count
-    33
+    31
     >>> result.quality_flags
     <QualityFlag: 0>
     """

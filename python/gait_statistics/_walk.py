@@ -27,22 +27,25 @@ def checked_foot(foot: str | None) -> str | None:
     return foot
 
 
-def _cells_of(count: SampleCount) -> tuple[str, str]:
-    """The lengths of both signals as cells of a table."""
-    first, second = count if isinstance(count, tuple) else (count, None)
-    return ("" if first is None else str(first), "" if second is None else str(second))
+def _cell_of(number: Any) -> str:
+    """A whole number as the cell of a table; 100.0 is one."""
+    if number is None:
+        return ""
+    is_whole = isinstance(number, (float, np.floating)) and float(number).is_integer()
+    return str(int(number)) if is_whole else str(number)
 
 
 def _recording_cells(samples: Samples) -> list[tuple[str, str, str]]:
-    if not isinstance(samples, Mapping):
-        return [] if samples is None else [("", *_cells_of(samples))]
-    unknown = [key for key in samples if key not in _FEET]
-    if unknown:
-        raise WalkError(
-            InputError("samples", None, None, None, f'found {key!r}, expected "left" or "right"')
-            for key in unknown
-        )
-    return [(foot, *_cells_of(count)) for foot, count in samples.items()]
+    """The foot, empty for all, and the lengths of both signals as cells of a table."""
+
+    def cells_of(count: SampleCount) -> tuple[str, str]:
+        is_pair = isinstance(count, (tuple, list)) and len(count) == 2
+        first, second = count if is_pair else (count, None)  # type: ignore[misc]
+        return _cell_of(first), _cell_of(second)
+
+    if isinstance(samples, Mapping):
+        return [(str(foot) or repr(foot), *cells_of(count)) for foot, count in samples.items()]
+    return [] if samples is None else [("", *cells_of(samples))]
 
 
 class Walk:
@@ -82,7 +85,7 @@ class Walk:
     def __init__(
         self,
         strides: Any,
-        sampling_rate: int,
+        sampling_rate: float,
         feet: Any = None,
         exclusions: Any = None,
         samples: Samples = None,
@@ -94,7 +97,7 @@ class Walk:
         stride_columns, kind = columns_of(strides, "strides")
         made = _core.make_walk(
             name,
-            str(sampling_rate),
+            "None" if sampling_rate is None else _cell_of(sampling_rate),
             _recording_cells(samples),
             stride_columns,
             None if feet is None else columns_of(feet, "feet")[0],

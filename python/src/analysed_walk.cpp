@@ -6,6 +6,7 @@
 
 #include "analysis.h"
 #include "columns.h"
+#include "html_report.h"
 #include "json_output.h"
 #include "walk_strides.h"
 #include "walk_summary.h"
@@ -59,6 +60,16 @@ std::string analysed_walk::json() const {
   std::string text;
   on_deep_stack(strides_,
                 [&] { text = gait_report::json_document({gait_report::json_walk(*statistics_)}); });
+  return text;
+}
+
+std::string analysed_walk::html() const {
+  std::string text;
+  on_deep_stack(strides_, [&] {
+    gait_report::html_page page(false);
+    page.add(*statistics_);
+    text = page.finish();
+  });
   return text;
 }
 

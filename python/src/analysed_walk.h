@@ -37,6 +37,7 @@ public:
 
   std::vector<column_out> columns(gait_report::csv_table table) const;
   std::string json() const;
+  std::string html() const;
   /// The sentences of the summary, those that are not empty.
   std::vector<std::string> summary() const;
   /// The times and distances of the accounting; nullopt where nothing was measured.

@@ -331,8 +331,12 @@ void define_analysis(nb::module_& module) {
       .def(
           "summary",
           [](const analysed_walk& self) { return texts(unlocked([&] { return self.summary(); })); })
-      .def("json", [](const analysed_walk& self) {
-        return to_python(unlocked([&] { return self.json(); }));
+      .def("json",
+           [](const analysed_walk& self) {
+             return to_python(unlocked([&] { return self.json(); }));
+           })
+      .def("html", [](const analysed_walk& self) {
+        return to_python(unlocked([&] { return self.html(); }));
       });
   module.def("analyse", analyse, nb::arg("walk"), nb::arg("foot").none(), nb::arg("settings_value"),
              nb::arg("without_checks"));

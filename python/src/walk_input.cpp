@@ -217,8 +217,19 @@ bool read_argument(const std::string& cell, const char* name, const char* column
   return false;
 }
 
+void report_unknown_feet(const std::vector<recording_cells>& samples, table_report& report) {
+  for (const recording_cells& cells : samples) {
+    gait_walk::side side{};
+    if (std::string complaint = cells.foot.empty() ? "" : read_cell(cells.foot, {}, side);
+        !complaint.empty()) {
+      report.errors.add(0, "samples", std::move(complaint));
+    }
+  }
+}
+
 void add_recording(const walk_parts& parts, walk_check& check) {
   table_report& report = check.reports.recording;
+  report_unknown_feet(parts.samples, report);
   const feet_of_strides feet = find_feet(parts.strides);
   report.every_row_known = feet.all_known;
   checked_row<gait_walk::recording_row> checked;

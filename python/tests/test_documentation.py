@@ -3,11 +3,10 @@
 from __future__ import annotations
 
 import doctest
-import re
 from importlib import import_module
-from pathlib import Path
 
 import pytest
+from pages import PAGES, failures_of
 
 MODULES = ("gait_statistics", *(f"gait_statistics._{name}" for name in ("lists", "result", "walk")))
 
@@ -19,13 +18,7 @@ def test_the_examples_of_docstrings_are_right(name: str) -> None:
     assert outcome.failed == 0
 
 
-def test_the_examples_of_the_page_are_right(tmp_path: Path) -> None:
-    page = Path("docs/python.md").read_text(encoding="utf-8")
-    blocks = re.findall(r"```python\n(.*?)```", page, flags=re.DOTALL)
-    assert blocks
-    names: dict[str, object] = {"folder": tmp_path}
-    runner = doctest.DocTestRunner()
-    test = doctest.DocTestParser().get_doctest("\n".join(blocks), names, "python.md", None, None)
-    runner.run(test)
-    assert test.examples
-    assert runner.summarize().failed == 0
+def test_the_examples_of_the_pages_are_right() -> None:
+    failed, examples = zip(*(failures_of(page) for page in PAGES), strict=True)
+    assert sum(failed) == 0
+    assert examples[-1] > 10

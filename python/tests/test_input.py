@@ -86,6 +86,21 @@ def test_a_rate_that_is_none_is_an_error(rate: Any) -> None:
     assert error.startswith("sampling_rate: found ")
 
 
+def test_errors_of_every_argument_are_said_at_once() -> None:
+    strides = strides_of_one_foot(gct=[1.0, np.inf, 1.0])
+    feet = pd.DataFrame({"right_index": [0]})
+    exclusions = pd.DataFrame({"cycles": ["left"], "list": ["turns"], "index": [1]})
+    errors = errors_of(strides, 99.5, feet, exclusions, {"up": 3})
+    arguments = [error.partition(":")[0].partition(",")[0] for error in errors]
+    assert sorted(set(arguments)) == ["exclusions", "feet", "samples", "sampling_rate", "strides"]
+
+
+def test_whole_numbers_may_come_as_floats() -> None:
+    walk = gs.Walk(strides_of_one_foot(), 100.0, samples=np.float64(400))
+    assert walk.sampling_rate == 100
+    assert walk.samples == {"left": (400, None)}
+
+
 def test_a_recording_shorter_than_its_strides_is_a_warning() -> None:
     with pytest.warns(gs.WalkWarning, match=r"strides, row 2, column last_sample: found \"299\""):
         walk = gs.Walk(strides_of_one_foot(), 100, samples=299)
@@ -93,7 +108,15 @@ def test_a_recording_shorter_than_its_strides_is_a_warning() -> None:
 
 
 @pytest.mark.parametrize(
-    ("samples", "word"), [(-1, "-1"), (1.5, "1.5"), ({"right": 300}, "right"), ({"up": 3}, "up")]
+    ("samples", "word"),
+    [
+        (-1, "-1"),
+        (1.5, "1.5"),
+        ((1, 2, 3), "(1, 2, 3)"),
+        ({"right": 300}, "right"),
+        ({"up": 3}, "up"),
+        ({"": 3}, "''"),
+    ],
 )
 def test_samples_of_no_use_are_an_error(samples: Any, word: str) -> None:
     (error,) = errors_of(strides_of_one_foot(), 100, samples=samples)

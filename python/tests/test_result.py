@@ -4,8 +4,10 @@ from __future__ import annotations
 
 import copy
 import gc
+import html.parser
 import pickle
 import threading
+import time
 import warnings
 from concurrent.futures import ThreadPoolExecutor
 from pathlib import Path
@@ -40,7 +42,7 @@ def test_a_pickled_result_of_another_version_keeps_its_figures_and_writes_no_rep
     state = gs.analyse(gs.read_walk(TURN)).__getstate__() | {"version": "0.9.0"}
     old = gs.Result.__new__(gs.Result)
     old.__setstate__(state)
-    assert old.info.included_count == 33
+    assert old.info.included_count == 31
     with pytest.raises(RuntimeError, match=r"found a result of gait_statistics 0\.9\.0"):
         old.to_json()
 
@@ -103,8 +105,46 @@ def test_the_summary_is_short_and_brings_no_style() -> None:
 
 def test_json_is_written_to_a_file(tmp_path: Path) -> None:
     result = gs.analyse(gs.read_walk(TURN))
-    text = result.to_json(tmp_path / "walk.json")
-    assert (tmp_path / "walk.json").read_text(encoding="utf-8") == text
+    result.to_json(tmp_path / "walk.json")
+    assert (tmp_path / "walk.json").read_text(encoding="utf-8") == result.to_json()
+
+
+def test_a_report_that_cannot_be_written_is_an_os_error(tmp_path: Path) -> None:
+    with pytest.raises(OSError, match="no_folder"):
+        gs.analyse(gs.read_walk(TURN)).to_html(tmp_path / "no_folder/report.html")
+
+
+class FramesOfAPage(html.parser.HTMLParser):
+    """The elements of a notebook's output, and the page that is in a frame of it."""
+
+    def __init__(self, text: str) -> None:
+        super().__init__()
+        self.tags: list[str] = []
+        self.page = ""
+        self.feed(text)
+
+    def handle_starttag(self, tag: str, attrs: list[tuple[str, str | None]]) -> None:
+        self.tags.append(tag)
+        self.page = dict(attrs).get("srcdoc") or ""
+
+
+def test_a_notebook_shows_the_page_in_a_frame_that_keeps_its_style() -> None:
+    result = gs.analyse(gs.read_walk(TURN))
+    shown = FramesOfAPage(result.show()._repr_html_())
+    assert shown.tags == ["iframe"]
+    assert shown.page == result.to_html()
+
+
+def test_the_lock_is_released_while_a_walk_is_analysed() -> None:
+    walk = long_walk(8000)
+    thread = threading.Thread(target=gs.analyse, args=(walk,))
+    turns = 0
+    thread.start()
+    while thread.is_alive():
+        turns += 1
+        time.sleep(0.001)
+    # With the lock held, this thread would have had a turn or two.
+    assert turns > 20
 
 
 def long_walk(strides: int) -> gs.Walk:

@@ -4,19 +4,26 @@ from __future__ import annotations
 
 import json
 import math
+import os
 import struct
 import warnings
+from collections import defaultdict
 from pathlib import Path
 from typing import Any
 
 import narwhals as nw
+import pandas as pd
+import polars as pl
+import pyarrow as pa
 import pytest
-from conftest import Program, rows_of_csv, walk_of_frames
+from conftest import KINDS, Program, rows_of_csv, walk_of_frames
+from generated_walks import GeneratedWalk, Table, generated_walk
 
 import gait_statistics as gs
 
 TABLES = ("parameters", "strides", "walks")
 FEET = (None, "left", "right")
+GENERATED_WALKS = int(os.environ.get("GAIT_GENERATED_WALKS", "100"))
 
 
 def is_same(cell: str, value: Any) -> bool:
@@ -44,9 +51,10 @@ def values_of(frame: Any) -> dict[str, list[Any]]:
     return values
 
 
-def differences(text: str, frame: Any, ignored: set[str]) -> tuple[list[str], int]:
-    """Where a frame is not the program's table, and how many figures were compared."""
-    rows = rows_of_csv(text)
+def differences(
+    rows: list[dict[str, str]], frame: Any, ignored: set[str]
+) -> tuple[list[str], int]:
+    """Where a frame is not the program's table, and how many cells were compared."""
     values = values_of(frame)
     assert list(values) == list(rows[0]), "the columns are not those of the program"
     wrong = []
@@ -78,22 +86,23 @@ def read(folder: Path, **options: Any) -> gs.Walk:
 
 @pytest.mark.parametrize("foot", FEET)
 def test_a_walk_read_from_a_folder_has_the_figures_of_the_program(
-    folder: Path, kind: Any, foot: Any, program: Program
+    folder: Path, kind: Any, foot: Any, program: Program, record_property: Any
 ) -> None:
     result = analysed(read(folder, frame=kind), foot)
     if result is None:
         return
     arguments = ["--foot", foot] if foot else []
     for table in TABLES:
-        text = program("--table", table, *arguments, folder)
-        wrong, compared = differences(text, getattr(result, table), set())
+        rows = rows_of_csv(program("--table", table, *arguments, folder))
+        wrong, compared = differences(rows, getattr(result, table), set())
         assert not wrong
         assert compared > 0
+        record_property("cells", compared)
 
 
 @pytest.mark.parametrize("foot", FEET)
 def test_a_walk_made_of_frames_has_the_figures_of_the_program(
-    folder: Path, kind: Any, foot: Any, program: Program
+    folder: Path, kind: Any, foot: Any, program: Program, record_property: Any
 ) -> None:
     with warnings.catch_warnings():
         warnings.simplefilter("ignore", gs.WalkWarning)
@@ -102,10 +111,56 @@ def test_a_walk_made_of_frames_has_the_figures_of_the_program(
         return
     arguments = ["--foot", foot] if foot else []
     for table in TABLES:
-        text = program("--table", table, *arguments, folder)
-        wrong, compared = differences(text, getattr(result, table), {"line", "about"})
+        rows = rows_of_csv(program("--table", table, *arguments, folder))
+        wrong, compared = differences(rows, getattr(result, table), {"line", "about"})
         assert not wrong
         assert compared > 0
+        record_property("cells", compared)
+
+
+def frame_of_values(table: Table | None, kind: str) -> Any:
+    """A frame of a table of Python values."""
+    if table is None:
+        return None
+    if kind == "polars":
+        return pl.DataFrame(table)
+    return pa.table(table) if kind == "pyarrow" else pd.DataFrame(table)
+
+
+def walk_of_values(walk: GeneratedWalk, kind: str) -> gs.Walk:
+    return gs.Walk(
+        frame_of_values(walk.strides, kind),
+        walk.sampling_rate,
+        frame_of_values(walk.feet, kind),
+        frame_of_values(walk.exclusions, kind),
+        walk.samples,
+        walk.name,
+    )
+
+
+def test_generated_walks_have_the_figures_of_the_program(
+    program: Program, tmp_path: Path, record_property: Any
+) -> None:
+    walks = [generated_walk(seed) for seed in range(GENERATED_WALKS)]
+    for walk in walks:
+        walk.write(tmp_path / walk.name)
+    wrong = []
+    compared = 0
+    for table in TABLES:
+        rows_of_walk = defaultdict(list)
+        for row in rows_of_csv(program("--table", table, "--recursive", tmp_path)):
+            rows_of_walk[row["walk"]].append(row)
+        for walk in walks:
+            for kind in KINDS:
+                with warnings.catch_warnings():
+                    warnings.simplefilter("ignore", gs.WalkWarning)
+                    frame = getattr(gs.analyse(walk_of_values(walk, kind)), table)
+                differing, cells = differences(rows_of_walk[walk.name], frame, {"line"})
+                wrong += [f"{walk.name}, {kind}, {table}: {text}" for text in differing]
+                compared += cells
+    assert not wrong
+    assert compared > 1000 * GENERATED_WALKS
+    record_property("cells", compared)
 
 
 @pytest.mark.parametrize("foot", FEET)
@@ -114,6 +169,18 @@ def test_the_json_is_that_of_the_program(folder: Path, foot: Any, program: Progr
     if result is not None:
         arguments = ["--foot", foot] if foot else []
         assert result.to_json() == program("--format", "json", *arguments, folder)
+
+
+@pytest.mark.parametrize("foot", FEET)
+def test_the_page_is_that_of_the_program(
+    folder: Path, foot: Any, program: Program, tmp_path: Path
+) -> None:
+    result = analysed(read(folder), foot)
+    if result is not None:
+        arguments = ["--foot", foot] if foot else []
+        result.to_html(tmp_path / "report.html")
+        page = (tmp_path / "report.html").read_text(encoding="utf-8")
+        assert page == program("--format", "html", *arguments, folder) == result.to_html()
 
 
 def test_info_findings_and_notes_are_those_of_the_document(folder: Path) -> None:
