@@ -33,7 +33,7 @@ AS_KIND: dict[str, Callable[[pd.DataFrame], Any]] = {
 
 def seconds_of(run: Callable[[], object]) -> float:
     """The median time of a call, over a fifth of a second and at least three calls."""
-    times = []
+    times: list[float] = []
     end = time.perf_counter() + 0.2
     while time.perf_counter() < end or len(times) < 3:
         start = time.perf_counter()

@@ -36,3 +36,9 @@ __all__ = [
     "read_walk",
     "write_walk",
 ]
+
+# Messages and help name them as users import them.
+for _public in (Finding, Info, InputError, Note, Page, Place, QualityFlag, Result, Walk):
+    _public.__module__ = __name__
+for _public_error in (WalkError, WalkWarning):
+    _public_error.__module__ = __name__

@@ -13,8 +13,8 @@ from ._errors import InputError, WalkError, input_errors, warn_about
 from ._tables import ColumnOut, FrameKind, again_as_input, columns_of, frame_of
 
 Foot = Literal["left", "right"]
-SampleCount = Union[int, tuple[Union[int, None], Union[int, None]], None]
-Samples = Union[SampleCount, Mapping[Foot, SampleCount]]
+SampleCount = Union[float, tuple[Union[float, None], Union[float, None]], None]
+Samples = Union[SampleCount, Mapping[Foot, SampleCount], Mapping[str, SampleCount]]
 
 _FEET = ("left", "right")
 _STORED_TABLES = ("recording", "strides", "feet", "exclusions", "about")
@@ -159,15 +159,15 @@ class Walk:
     @property
     def samples(self) -> dict[str, tuple[int | None, int | None]]:
         """The lengths of both signals of each foot, in samples; None where one is not known."""
-        feet = self._column("recording", "foot")[2]
-        lengths = [
-            [int(value) if there else None for value, there in zip(values, is_there, strict=True)]
-            for _, _, values, is_there in (
-                self._column("recording", "signal_1_samples"),
-                self._column("recording", "signal_2_samples"),
-            )
-        ]
-        return {foot: pair for foot, *pair in zip(feet, *lengths, strict=True)}  # type: ignore[misc]
+        feet: list[str] = self._column("recording", "foot")[2]
+
+        def lengths(name: str) -> list[int | None]:
+            _, _, values, is_there = self._column("recording", name)
+            known = zip(values, is_there, strict=True)
+            return [int(value) if there else None for value, there in known]
+
+        both = zip(lengths("signal_1_samples"), lengths("signal_2_samples"), strict=True)
+        return dict(zip(feet, both, strict=True))
 
     def _frame_of(self, table: str) -> Any:
         return frame_of(self._core.columns(table), self._frame)

@@ -180,6 +180,8 @@ struct feet_of_strides {
   bool left = false;
   bool right = false;
   bool all_known = true;
+
+  bool has(gait_walk::side side) const { return side == gait_walk::side::left ? left : right; }
 };
 
 feet_of_strides find_feet(const table_in& strides) {
@@ -217,19 +219,41 @@ bool read_argument(const std::string& cell, const char* name, const char* column
   return false;
 }
 
-void report_unknown_feet(const std::vector<recording_cells>& samples, table_report& report) {
-  for (const recording_cells& cells : samples) {
+/// The lengths of a recording as numbers.
+struct recorded_samples {
+  std::optional<gait_walk::side> foot;  ///< none where the same holds for every foot
+  std::optional<std::uint64_t> signal_1;
+  std::optional<std::uint64_t> signal_2;
+};
+
+/// Reads the lengths that a caller gives, those that can be read.
+std::vector<recorded_samples> read_samples(const walk_parts& parts, const feet_of_strides& feet,
+                                           table_report& report) {
+  std::vector<recorded_samples> all;
+  for (const recording_cells& cells : parts.samples) {
+    recorded_samples& samples = all.emplace_back();
     gait_walk::side side{};
-    if (std::string complaint = cells.foot.empty() ? "" : read_cell(cells.foot, {}, side);
-        !complaint.empty()) {
-      report.errors.add(0, "samples", std::move(complaint));
+    if (!cells.foot.empty()) {
+      if (std::string complaint = read_cell(cells.foot, {}, side); !complaint.empty()) {
+        report.errors.add(0, "samples", std::move(complaint));
+        all.pop_back();
+        continue;
+      }
+      samples.foot = side;
+      if (feet.all_known && !feet.has(side)) {
+        report.errors.add(0, "samples",
+                          gait_walk::found(name_of(side)) +
+                              ", expected only feet that the strides name");
+      }
     }
+    read_argument(cells.signal_1_samples, "samples", "signal_1_samples", samples.signal_1, report);
+    read_argument(cells.signal_2_samples, "samples", "signal_2_samples", samples.signal_2, report);
   }
+  return all;
 }
 
 void add_recording(const walk_parts& parts, walk_check& check) {
   table_report& report = check.reports.recording;
-  report_unknown_feet(parts.samples, report);
   const feet_of_strides feet = find_feet(parts.strides);
   report.every_row_known = feet.all_known;
   checked_row<gait_walk::recording_row> checked;
@@ -240,28 +264,17 @@ void add_recording(const walk_parts& parts, walk_check& check) {
                      report)) {
     row.sampling_rate = 0;
   }
+  const std::vector<recorded_samples> all_samples = read_samples(parts, feet, report);
   for (const gait_walk::side side : {gait_walk::side::left, gait_walk::side::right}) {
-    const std::string name(gait_walk::name_of(side));
-    const bool is_there = side == gait_walk::side::left ? feet.left : feet.right;
     const auto samples =
-        std::find_if(parts.samples.begin(), parts.samples.end(),
-                     [&](const recording_cells& candidate) {
-                       return candidate.foot.empty() || candidate.foot == name;
-                     });
+        std::find_if(all_samples.begin(), all_samples.end(), [side](const auto& candidate) {
+          return candidate.foot.value_or(side) == side;
+        });
+    const bool is_known = samples != all_samples.end();
     row.foot = side;
-    row.signal_1_samples.reset();
-    row.signal_2_samples.reset();
-    if (samples != parts.samples.end()) {
-      read_argument(samples->signal_1_samples, "samples", "signal_1_samples", row.signal_1_samples,
-                    report);
-      read_argument(samples->signal_2_samples, "samples", "signal_2_samples", row.signal_2_samples,
-                    report);
-      if (!is_there && feet.all_known && !samples->foot.empty()) {
-        report.errors.add(0, "samples",
-                          gait_walk::found(name) + ", expected only feet that the strides name");
-      }
-    }
-    if (is_there) {
+    row.signal_1_samples = is_known ? samples->signal_1 : std::nullopt;
+    row.signal_2_samples = is_known ? samples->signal_2 : std::nullopt;
+    if (feet.has(side)) {
       check.add(checked);
     }
   }

@@ -4,12 +4,14 @@ from __future__ import annotations
 
 import csv
 import io
+import math
 import os
 import subprocess
 from collections.abc import Callable
 from pathlib import Path
 from typing import Any
 
+import narwhals as nw
 import pandas as pd
 import pytest
 
@@ -64,6 +66,20 @@ def program() -> Program:
 def rows_of_csv(text: str) -> list[dict[str, str]]:
     """The rows of a table by column."""
     return list(csv.DictReader(io.StringIO(text)))
+
+
+def values_of(frame: Any) -> dict[str, list[Any]]:
+    """The columns of a frame; None for what is missing."""
+    table = nw.from_native(frame, eager_only=True)
+    values: dict[str, list[Any]] = {}
+    for column in table.iter_columns():
+        cells = column.to_list()
+        if column.dtype.is_float():
+            cells = [None if value is None or math.isnan(value) else value for value in cells]
+        values[column.name] = [
+            None if type(value).__name__ == "NAType" else value for value in cells
+        ]
+    return values
 
 
 def as_kind(frame: pd.DataFrame, kind: str) -> Any:

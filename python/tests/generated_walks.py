@@ -42,9 +42,7 @@ class GeneratedWalk:
     def write(self, folder: Path) -> None:
         """Writes the walk folder. ``repr`` gives a number's shortest text."""
         folder.mkdir()
-        recording = [
-            (foot, self.sampling_rate, *lengths) for foot, lengths in self.samples.items()
-        ]
+        recording = [(foot, self.sampling_rate, *lengths) for foot, lengths in self.samples.items()]
         names = ("foot", "sampling_rate", "signal_1_samples", "signal_2_samples")
         write_table(
             folder / "recording.csv",

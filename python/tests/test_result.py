@@ -149,12 +149,15 @@ def test_the_lock_is_released_while_a_walk_is_analysed() -> None:
 
 def long_walk(strides: int) -> gs.Walk:
     first = np.arange(strides) * 100
-    return gs.Walk(
-        strides_of_one_foot().iloc[:0].reindex(range(strides)).assign(
-            foot="left", first_sample=first, last_sample=first + 99, gct=1.0 + first % 7 / 100
-        ),
-        100,
+    frame = pd.DataFrame(
+        {
+            "foot": "left",
+            "first_sample": first,
+            "last_sample": first + 99,
+            "gct": 1.0 + first % 7 / 100,
+        }
     )
+    return gs.Walk(frame, 100)
 
 
 def test_threads_compute_the_same(capfd: pytest.CaptureFixture[str]) -> None:

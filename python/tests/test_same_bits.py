@@ -3,7 +3,6 @@
 from __future__ import annotations
 
 import json
-import math
 import os
 import struct
 import warnings
@@ -11,12 +10,11 @@ from collections import defaultdict
 from pathlib import Path
 from typing import Any
 
-import narwhals as nw
 import pandas as pd
 import polars as pl
 import pyarrow as pa
 import pytest
-from conftest import KINDS, Program, rows_of_csv, walk_of_frames
+from conftest import KINDS, Program, rows_of_csv, values_of, walk_of_frames
 from generated_walks import GeneratedWalk, Table, generated_walk
 
 import gait_statistics as gs
@@ -37,23 +35,7 @@ def is_same(cell: str, value: Any) -> bool:
     return cell == str(value)
 
 
-def values_of(frame: Any) -> dict[str, list[Any]]:
-    """The columns of a frame; None for what is missing."""
-    table = nw.from_native(frame, eager_only=True)
-    values: dict[str, list[Any]] = {}
-    for column in table.iter_columns():
-        cells = column.to_list()
-        if column.dtype.is_float():
-            cells = [None if value is None or math.isnan(value) else value for value in cells]
-        values[column.name] = [
-            None if type(value).__name__ == "NAType" else value for value in cells
-        ]
-    return values
-
-
-def differences(
-    rows: list[dict[str, str]], frame: Any, ignored: set[str]
-) -> tuple[list[str], int]:
+def differences(rows: list[dict[str, str]], frame: Any, ignored: set[str]) -> tuple[list[str], int]:
     """Where a frame is not the program's table, and how many cells were compared."""
     values = values_of(frame)
     assert list(values) == list(rows[0]), "the columns are not those of the program"
