@@ -7,7 +7,6 @@
 #include <array>
 #include <cmath>
 #include <cstddef>
-#include <set>
 
 namespace gait_checks {
 namespace {
@@ -27,6 +26,16 @@ bool is_stuck(std::string_view column, std::size_t strides, std::size_t distinct
   return (column == "gct" && are_few) || (strides >= strides_of_one_value && distinct == 1);
 }
 
+/// Sorts the values, and counts the different ones.
+std::size_t count_distinct(std::vector<double>& values) {
+  std::sort(values.begin(), values.end());
+  std::size_t distinct = values.empty() ? 0 : 1;
+  for (std::size_t i = 1; i < values.size(); ++i) {
+    distinct += values[i] == values[i - 1] ? 0 : 1;
+  }
+  return distinct;
+}
+
 std::vector<finding> stuck_column(const checked_walk& walk, const value_filter& usable,
                                   alarm /*when*/) {
   std::vector<finding> all;
@@ -37,8 +46,8 @@ std::vector<finding> stuck_column(const checked_walk& walk, const value_filter& 
       if (row.field == nullptr || row.column == "pur" || row.dim == dimension::length) {
         continue;
       }
-      const std::vector<double> values = values_of(foot, usable, row.column, row.field);
-      const std::size_t distinct = std::set<double>(values.begin(), values.end()).size();
+      std::vector<double> values = values_of(foot, usable, row.column, row.field);
+      const std::size_t distinct = count_distinct(values);
       if (is_stuck(row.column, values.size(), distinct)) {
         all.push_back(of_the_walk(
             foot_cycles_table, row.column, included_strides, values.size(),
