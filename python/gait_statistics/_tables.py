@@ -36,13 +36,39 @@ def _text_of(value: Any) -> str:
     return str(value)
 
 
-def _values_of(series: nw.Series[Any]) -> NDArray[np.float64] | NDArray[np.int64] | list[str]:
+def _as_numbers(numbers: NDArray[Any]) -> NDArray[np.float64] | NDArray[np.int64] | None:
+    """Numbers in one of the two types that cross the border; None where neither holds them."""
+    if numbers.dtype.kind == "f":
+        return np.ascontiguousarray(numbers, dtype=np.float64)
+    if numbers.dtype.kind == "i" or numbers.dtype.kind == "u" and numbers.dtype.itemsize < 8:
+        return np.ascontiguousarray(numbers, dtype=np.int64)
+    return None
+
+
+def _is_plain(native: Any, kind: FrameKind) -> bool:
+    """Whether a column hands over its numbers as they lie in memory, NaN for what is missing.
+
+    narwhals would look at the values first, which takes longer than the statistics.
+    """
+    if kind == "pandas":
+        return isinstance(native.dtype, np.dtype) and native.dtype.kind in "fiu"
+    if kind == "polars":
+        return bool(native.dtype.is_float())
+    return str(native.type) in ("double", "float")
+
+
+def _values_of(
+    native: Any, kind: FrameKind
+) -> NDArray[np.float64] | NDArray[np.int64] | list[str]:
+    if _is_plain(native, kind):
+        numbers = _as_numbers(native.to_numpy())
+        if numbers is not None:
+            return numbers
+    series: nw.Series[Any] = nw.from_native(native, series_only=True)
     if series.dtype.is_numeric() and not series.dtype.is_decimal():
-        numbers = series.to_numpy()
-        if numbers.dtype.kind == "f":
-            return np.ascontiguousarray(numbers, dtype=np.float64)
-        if numbers.dtype.kind == "i" or numbers.dtype.kind == "u" and numbers.dtype.itemsize < 8:
-            return np.ascontiguousarray(numbers, dtype=np.int64)
+        numbers = _as_numbers(series.to_numpy())
+        if numbers is not None:
+            return numbers
     return [_text_of(value) for value in series.to_list()]
 
 
@@ -62,7 +88,7 @@ def columns_of(frame: Any, argument: str) -> tuple[list[ColumnIn], FrameKind]:
     kind = table.implementation.value
     if kind not in _KINDS:
         raise TypeError(f"{argument}: found a table of {kind}, {_EXPECTED}")
-    return [(str(series.name), _values_of(series)) for series in table.iter_columns()], kind
+    return [(str(name), _values_of(frame[name], kind)) for name in table.columns], kind
 
 
 def again_as_input(columns: list[ColumnOut]) -> list[ColumnIn]:

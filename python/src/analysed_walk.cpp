@@ -40,26 +40,31 @@ std::vector<gait_walk::input_error> errors_of(const shared_walk& walk,
 
 analysed_walk::analysed_walk(const shared_walk& walk, gait_walk::analysed_cycles asked_for,
                              float settings_value, const std::vector<std::string>& without_checks)
-    : strides_(strides_of_both_feet(*walk.walk)) {
+    : without_checks_(without_checks), strides_(strides_of_both_feet(*walk.walk)) {
   if (auto errors = errors_of(walk, asked_for); !errors.empty()) {
     throw gait_walk::walk_error(std::move(errors));
   }
   warnings_ = gait_walk::analysis_warnings(*walk.walk, asked_for, walk.folder);
   statistics_ = std::make_unique<gait_report::walk_statistics>(
       gait_report::prepare_walk(*walk.walk, asked_for, settings_value));
-  on_deep_stack(strides_, [&] { gait_report::compute_statistics(*statistics_, without_checks); });
+  on_deep_stack(strides_, [&] { gait_report::compute_figures(*statistics_); });
+}
+
+const gait_report::walk_statistics& analysed_walk::checked() const {
+  std::call_once(*is_checked_, [&] { gait_report::check_data(*statistics_, without_checks_); });
+  return *statistics_;
 }
 
 std::vector<column_out> analysed_walk::columns(gait_report::csv_table table) const {
   std::vector<column_out> columns;
-  on_deep_stack(strides_, [&] { columns = columns_of(*statistics_, table); });
+  on_deep_stack(strides_, [&] { columns = columns_of(checked(), table); });
   return columns;
 }
 
 std::string analysed_walk::json() const {
   std::string text;
   on_deep_stack(strides_,
-                [&] { text = gait_report::json_document({gait_report::json_walk(*statistics_)}); });
+                [&] { text = gait_report::json_document({gait_report::json_walk(checked())}); });
   return text;
 }
 
@@ -67,7 +72,7 @@ std::string analysed_walk::html() const {
   std::string text;
   on_deep_stack(strides_, [&] {
     gait_report::html_page page(false);
-    page.add(*statistics_);
+    page.add(checked());
     text = page.finish();
   });
   return text;

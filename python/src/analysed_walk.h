@@ -11,6 +11,7 @@
 
 #include <cstddef>
 #include <memory>
+#include <mutex>
 #include <optional>
 #include <string>
 #include <string_view>
@@ -32,7 +33,11 @@ public:
   analysed_walk(const shared_walk& walk, gait_walk::analysed_cycles asked_for, float settings_value,
                 const std::vector<std::string>& without_checks);
 
+  /// The statistics, without findings and notes.
   const gait_report::walk_statistics& statistics() const { return *statistics_; }
+  /// The statistics with findings and notes, which are looked for when they are first asked for:
+  /// that takes as long as the statistics. To be called without the interpreter's lock.
+  const gait_report::walk_statistics& checked() const;
   const std::vector<gait_walk::input_error>& warnings() const { return warnings_; }
 
   std::vector<column_out> columns(gait_report::csv_table table) const;
@@ -45,6 +50,8 @@ public:
 
 private:
   std::unique_ptr<gait_report::walk_statistics> statistics_;
+  std::unique_ptr<std::once_flag> is_checked_ = std::make_unique<std::once_flag>();
+  std::vector<std::string> without_checks_;
   std::vector<gait_walk::input_error> warnings_;
   std::size_t strides_ = 0;  ///< of both feet
 };

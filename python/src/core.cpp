@@ -179,9 +179,14 @@ nb::tuple places_of(const gait_report::walk_statistics& walk, const gait_checks:
   return nb::tuple(places);
 }
 
+const gait_report::walk_statistics& checked(const analysed_walk& walk) {
+  const nb::gil_scoped_release release;
+  return walk.checked();
+}
+
 nb::list findings_of(const analysed_walk& walk) {
   nb::list findings;
-  for (const auto& finding : walk.statistics().findings) {
+  for (const auto& finding : checked(walk).findings) {
     nb::dict fields;
     fields["check"] = to_python(finding.check);
     fields["table"] = to_python(finding.table);
@@ -201,7 +206,7 @@ nb::list findings_of(const analysed_walk& walk) {
 
 nb::list notes_of(const analysed_walk& walk) {
   nb::list notes;
-  for (const auto& note : walk.statistics().notes) {
+  for (const auto& note : checked(walk).notes) {
     notes.append(
         nb::make_tuple(to_python(note.name), to_python(note.text), to_python(note.source)));
   }

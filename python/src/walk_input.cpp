@@ -241,9 +241,9 @@ std::vector<recorded_samples> read_samples(const walk_parts& parts, const feet_o
       }
       samples.foot = side;
       if (feet.all_known && !feet.has(side)) {
-        report.errors.add(0, "samples",
-                          gait_walk::found(name_of(side)) +
-                              ", expected only feet that the strides name");
+        report.errors.add(
+            0, "samples",
+            gait_walk::found(name_of(side)) + ", expected only feet that the strides name");
       }
     }
     read_argument(cells.signal_1_samples, "samples", "signal_1_samples", samples.signal_1, report);
@@ -266,10 +266,9 @@ void add_recording(const walk_parts& parts, walk_check& check) {
   }
   const std::vector<recorded_samples> all_samples = read_samples(parts, feet, report);
   for (const gait_walk::side side : {gait_walk::side::left, gait_walk::side::right}) {
-    const auto samples =
-        std::find_if(all_samples.begin(), all_samples.end(), [side](const auto& candidate) {
-          return candidate.foot.value_or(side) == side;
-        });
+    const auto samples = std::find_if(
+        all_samples.begin(), all_samples.end(),
+        [side](const auto& candidate) { return candidate.foot.value_or(side) == side; });
     const bool is_known = samples != all_samples.end();
     row.foot = side;
     row.signal_1_samples = is_known ? samples->signal_1 : std::nullopt;
