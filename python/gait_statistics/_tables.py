@@ -53,8 +53,10 @@ def _is_plain(native: Any, kind: FrameKind) -> bool:
     if kind == "pandas":
         return isinstance(native.dtype, np.dtype) and native.dtype.kind in "fiu"
     if kind == "polars":
-        return bool(native.dtype.is_float())
-    return str(native.type) in ("double", "float")
+        kept = native.dtype.is_float() or native.dtype.is_integer() and native.null_count() == 0
+        return bool(kept)
+    name = str(native.type)
+    return name in ("double", "float") or name in ("int64", "int32") and native.null_count == 0
 
 
 def _values_of(
