@@ -193,7 +193,15 @@ class Result:
     """The statistics of a walk. :func:`analyse` makes it.
 
     It keeps all that it needs, whatever becomes of the walk, and can be pickled: the figures are
-    stored, and not computed anew.
+    stored, and not computed anew. Data checks run when findings are first asked for, by a frame or
+    a report, too.
+
+    >>> from gait_statistics import read_walk
+    >>> result = analyse(read_walk("examples/walks/two_feet_turn"))
+    >>> result.analysed, len(result.parameters), len(result.strides), len(result.walks)
+    ('both feet', 58, 78, 1)
+    >>> result.to_html().startswith("<!DOCTYPE html>")
+    True
     """
 
     __slots__ = ("_again", "_analysis", "_frame", "_parts", "_version", "_warnings")

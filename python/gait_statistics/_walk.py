@@ -252,6 +252,13 @@ def write_walk(walk: Walk, folder: str | PathLike[str]) -> None:
     Raises:
         OSError: where the folder cannot be written.
         ValueError: for a text that no table can hold, such as one with a NUL character.
+
+    >>> import tempfile
+    >>> walk = read_walk("examples/walks/two_feet_turn")
+    >>> with tempfile.TemporaryDirectory() as folder:
+    ...     write_walk(walk, folder + "/copy")
+    ...     read_walk(folder + "/copy")
+    <Walk copy: 39 left, 39 right strides>
     """
     _core.write_walk(walk._core, folder)
 

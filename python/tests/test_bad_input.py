@@ -2,6 +2,7 @@
 
 from __future__ import annotations
 
+import os
 import warnings
 from typing import Any
 
@@ -11,6 +12,7 @@ from hypothesis import strategies as st
 
 import gait_statistics as gs
 
+EXAMPLES = int(os.environ.get("GAIT_BAD_FRAMES", "150"))
 WHOLE = st.integers(-3, 6) | st.sampled_from([-(2**31), 2**31 - 1, 2**31, 2**62, -(2**62)])
 NUMBERS = st.floats() | st.integers(-2, 200).map(float)
 ANY = st.none() | WHOLE | NUMBERS | st.text(max_size=3) | st.booleans() | st.binary(max_size=2)
@@ -48,7 +50,7 @@ EXCLUSIONS = {
 }
 
 
-@settings(max_examples=300, deadline=None)
+@settings(max_examples=EXAMPLES, deadline=None)
 @given(
     frames(STRIDES),
     st.integers(-1, 300) | NUMBERS | st.none(),
