@@ -59,9 +59,7 @@ def _is_plain(native: Any, kind: FrameKind) -> bool:
     return name in ("double", "float") or name in ("int64", "int32") and native.null_count == 0
 
 
-def _values_of(
-    native: Any, kind: FrameKind
-) -> NDArray[np.float64] | NDArray[np.int64] | list[str]:
+def _values_of(native: Any, kind: FrameKind) -> NDArray[np.float64] | NDArray[np.int64] | list[str]:
     if _is_plain(native, kind):
         numbers = _as_numbers(native.to_numpy())
         if numbers is not None:

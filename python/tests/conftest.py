@@ -21,6 +21,9 @@ ROOT = Path(__file__).resolve().parents[2]
 KINDS = ("pandas", "polars", "pyarrow")
 
 Program = Callable[..., str]
+Count = Callable[[int], None]
+
+CELLS = pytest.StashKey[int]()
 
 
 def walk_folders() -> list[Path]:
@@ -39,6 +42,24 @@ def pytest_generate_tests(metafunc: pytest.Metafunc) -> None:
         metafunc.parametrize("folder", walk_folders(), ids=lambda folder: str(folder.name))
     if "kind" in metafunc.fixturenames:
         metafunc.parametrize("kind", KINDS)
+
+
+@pytest.fixture
+def count_cells(request: pytest.FixtureRequest) -> Count:
+    """Counts cells that were compared with the program's, for the summary."""
+    stash = request.config.stash
+
+    def count(cells: int) -> None:
+        stash[CELLS] = stash.get(CELLS, 0) + cells
+
+    return count
+
+
+def pytest_terminal_summary(terminalreporter: Any, config: pytest.Config) -> None:
+    """Says how much was compared."""
+    if CELLS in config.stash:
+        cells = f"{config.stash[CELLS]:,}"
+        terminalreporter.write_line(f"{cells} cells of tables compared with the program's")
 
 
 @pytest.fixture(autouse=True)

@@ -14,7 +14,7 @@ import pandas as pd
 import polars as pl
 import pyarrow as pa
 import pytest
-from conftest import KINDS, Program, rows_of_csv, values_of, walk_of_frames
+from conftest import KINDS, Count, Program, rows_of_csv, values_of, walk_of_frames
 from generated_walks import GeneratedWalk, Table, generated_walk
 
 import gait_statistics as gs
@@ -68,7 +68,7 @@ def read(folder: Path, **options: Any) -> gs.Walk:
 
 @pytest.mark.parametrize("foot", FEET)
 def test_a_walk_read_from_a_folder_has_the_figures_of_the_program(
-    folder: Path, kind: Any, foot: Any, program: Program, record_property: Any
+    folder: Path, kind: Any, foot: Any, program: Program, count_cells: Count
 ) -> None:
     result = analysed(read(folder, frame=kind), foot)
     if result is None:
@@ -79,12 +79,12 @@ def test_a_walk_read_from_a_folder_has_the_figures_of_the_program(
         wrong, compared = differences(rows, getattr(result, table), set())
         assert not wrong
         assert compared > 0
-        record_property("cells", compared)
+        count_cells(compared)
 
 
 @pytest.mark.parametrize("foot", FEET)
 def test_a_walk_made_of_frames_has_the_figures_of_the_program(
-    folder: Path, kind: Any, foot: Any, program: Program, record_property: Any
+    folder: Path, kind: Any, foot: Any, program: Program, count_cells: Count
 ) -> None:
     with warnings.catch_warnings():
         warnings.simplefilter("ignore", gs.WalkWarning)
@@ -97,7 +97,7 @@ def test_a_walk_made_of_frames_has_the_figures_of_the_program(
         wrong, compared = differences(rows, getattr(result, table), {"line", "about"})
         assert not wrong
         assert compared > 0
-        record_property("cells", compared)
+        count_cells(compared)
 
 
 def frame_of_values(table: Table | None, kind: str) -> Any:
@@ -121,7 +121,7 @@ def walk_of_values(walk: GeneratedWalk, kind: str) -> gs.Walk:
 
 
 def test_generated_walks_have_the_figures_of_the_program(
-    program: Program, tmp_path: Path, record_property: Any
+    program: Program, tmp_path: Path, count_cells: Count
 ) -> None:
     walks = [generated_walk(seed) for seed in range(GENERATED_WALKS)]
     for walk in walks:
@@ -144,7 +144,7 @@ def test_generated_walks_have_the_figures_of_the_program(
                 compared += cells
     assert not wrong
     assert compared > 1000 * GENERATED_WALKS
-    record_property("cells", compared)
+    count_cells(compared)
 
 
 @pytest.mark.parametrize("foot", FEET)
