@@ -21,7 +21,7 @@ import gait_statistics as gs
 
 TABLES = ("parameters", "strides", "walks")
 FEET = (None, "left", "right")
-GENERATED_WALKS = int(os.environ.get("GAIT_GENERATED_WALKS", "100"))
+GENERATED_WALKS = int(os.environ.get("GAIT_GENERATED_WALKS", "60"))
 
 
 def is_same(cell: str, value: Any) -> bool:
