@@ -13,9 +13,10 @@ from pathlib import Path
 from typing import Any, overload
 
 from . import _core
+from ._arguments import checked_foot, checked_names
 from ._errors import InputError, WalkError, input_errors, warn_about
 from ._tables import ColumnOut, FrameKind, frame_of
-from ._walk import Foot, Walk, checked_foot
+from ._walk import Foot, Walk, checked_walk
 
 _LARGEST_FLOAT = 3.4028234663852886e38
 
@@ -401,16 +402,15 @@ class Result:
         self._warnings = state["warnings"]
 
 
-def _checked_names(without_checks: Sequence[str]) -> list[str]:
-    if isinstance(without_checks, str):
-        raise TypeError("without_checks: found a text, expected a list of names")
-    known = {name for names in _core.checks() if names[0] == "check" for name in names[2]}
-    for name in without_checks:
+def _known_checks(without_checks: Sequence[str]) -> list[str]:
+    names = checked_names(without_checks, "without_checks")
+    known = {name for column in _core.checks() if column[0] == "check" for name in column[2]}
+    for name in names:
         if name not in known:
             nearest = _core.nearest_check(name)
             hint = f": did you mean {nearest!r}?" if nearest else ": checks() lists them all"
             raise ValueError(f"without_checks: found {name!r}, expected the name of a check{hint}")
-    return list(without_checks)
+    return names
 
 
 def _analysed(
@@ -464,10 +464,10 @@ def analyse(
     """
     if not (math.isfinite(settings_value) and abs(settings_value) <= _LARGEST_FLOAT):
         raise ValueError(f"settings_value: found {settings_value}, expected a finite number")
-    names = _checked_names(without_checks)
+    names = _known_checks(without_checks)
     result = Result.__new__(Result)
     result._parts = {}
-    result._frame = walk._frame
+    result._frame = checked_walk(walk)._frame
     result._version = _core.version
     result._analysis, result._warnings = _analysed(
         walk, checked_foot(foot), float(settings_value), names

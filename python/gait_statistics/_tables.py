@@ -9,6 +9,8 @@ import narwhals as nw
 import numpy as np
 from numpy.typing import NDArray
 
+from ._arguments import text_of
+
 FrameKind = Literal["pandas", "polars", "pyarrow"]
 """The libraries whose tables go in and come out."""
 
@@ -27,8 +29,7 @@ _KINDS: tuple[FrameKind, ...] = ("pandas", "polars", "pyarrow")
 def _text_of(value: Any) -> str:
     """A value as the text that a table of CSV would hold; empty where there is none."""
     if isinstance(value, str):
-        # A lone surrogate is no character.
-        return value if value.isascii() else value.encode("utf-8", "replace").decode("utf-8")
+        return text_of(value)
     if value is None or type(value).__name__ in ("NAType", "NaTType"):
         return ""
     if isinstance(value, (float, np.floating)):
@@ -88,7 +89,7 @@ def columns_of(frame: Any, argument: str) -> tuple[list[ColumnIn], FrameKind]:
     kind = table.implementation.value
     if kind not in _KINDS:
         raise TypeError(f"{argument}: found a table of {kind}, {_EXPECTED}")
-    return [(str(name), _values_of(frame[name], kind)) for name in table.columns], kind
+    return [(text_of(str(name)), _values_of(frame[name], kind)) for name in table.columns], kind
 
 
 def again_as_input(columns: list[ColumnOut]) -> list[ColumnIn]:

@@ -9,6 +9,14 @@ from typing import Any, Literal, Union
 import numpy as np
 
 from . import _core
+from ._arguments import (
+    FEET,
+    checked_folder,
+    checked_foot,
+    checked_limit,
+    checked_names,
+    checked_text,
+)
 from ._errors import InputError, WalkError, input_errors, warn_about
 from ._tables import ColumnOut, FrameKind, again_as_input, columns_of, frame_of
 
@@ -16,15 +24,7 @@ Foot = Literal["left", "right"]
 SampleCount = Union[float, tuple[Union[float, None], Union[float, None]], None]
 Samples = Union[SampleCount, Mapping[Foot, SampleCount], Mapping[str, SampleCount]]
 
-_FEET = ("left", "right")
 _STORED_TABLES = ("recording", "strides", "feet", "exclusions", "about")
-
-
-def checked_foot(foot: str | None) -> str | None:
-    """The foot that an argument names, or None."""
-    if foot is not None and foot not in _FEET:
-        raise ValueError(f'foot: found {foot!r}, expected "left", "right" or None')
-    return foot
 
 
 def _cell_of(number: Any) -> str:
@@ -96,13 +96,13 @@ class Walk:
         """Checks the frames, and keeps a copy of what they hold."""
         stride_columns, kind = columns_of(strides, "strides")
         made = _core.make_walk(
-            name,
+            checked_text(name, "name"),
             "None" if sampling_rate is None else _cell_of(sampling_rate),
             _recording_cells(samples),
             stride_columns,
             None if feet is None else columns_of(feet, "feet")[0],
             None if exclusions is None else columns_of(exclusions, "exclusions")[0],
-            list(ignore_columns),
+            checked_names(ignore_columns, "ignore_columns"),
         )
         self._take(made, kind, of_files=False)
 
@@ -178,7 +178,7 @@ class Walk:
     def __repr__(self) -> str:
         """The name, and how many strides there are."""
         feet = self._column("strides", "foot")[2]
-        counts = ", ".join(f"{feet.count(foot)} {foot}" for foot in _FEET if foot in feet)
+        counts = ", ".join(f"{feet.count(foot)} {foot}" for foot in FEET if foot in feet)
         return f"<Walk {self.name}: {counts} strides>"
 
     def __reduce__(self) -> tuple[Any, ...]:
@@ -190,6 +190,16 @@ class Walk:
             self._frame,
             self._warnings,
         )
+
+
+def checked_walk(walk: object) -> Walk:
+    """A walk."""
+    if not isinstance(walk, Walk):
+        raise TypeError(
+            f"walk: found {type(walk).__name__}, expected a Walk: Walk(strides, sampling_rate) "
+            "makes one of a frame, read_walk(folder) of a folder"
+        )
+    return walk
 
 
 def _restored(
@@ -239,7 +249,12 @@ def read_walk(
     """
     walk = Walk.__new__(Walk)
     frame_of([], frame)
-    made = _core.read_walk(folder, checked_foot(foot), list(ignore_columns), max_strides)
+    made = _core.read_walk(
+        checked_folder(folder),
+        checked_foot(foot),
+        checked_names(ignore_columns, "ignore_columns"),
+        checked_limit(max_strides, "max_strides"),
+    )
     walk._take(made, frame, of_files=True)
     return walk
 
@@ -260,7 +275,7 @@ def write_walk(walk: Walk, folder: str | PathLike[str]) -> None:
     ...     read_walk(folder + "/copy")
     <Walk copy: 39 left, 39 right strides>
     """
-    _core.write_walk(walk._core, folder)
+    _core.write_walk(checked_walk(walk)._core, checked_folder(folder))
 
 
 def pair_feet(strides: Any) -> Any:

@@ -12,6 +12,7 @@ import pytest
 from conftest import as_kind, strides_of_one_foot, values_of
 
 import gait_statistics as gs
+from gait_statistics import _core
 
 
 def errors_of(*arguments: Any, **named: Any) -> list[str]:
@@ -250,3 +251,38 @@ def test_a_folder_that_cannot_be_written_is_an_os_error(tmp_path: Path) -> None:
     (tmp_path / "file").write_text("")
     with pytest.raises(OSError, match="file"):
         gs.write_walk(gs.Walk(strides_of_one_foot(), 100), tmp_path / "file")
+
+
+@pytest.mark.parametrize(
+    ("named", "message"),
+    [
+        ({"name": 5}, "name: found 5, expected a text"),
+        ({"ignore_columns": "all"}, "ignore_columns: found the text 'all', expected a list"),
+        ({"ignore_columns": [1]}, "ignore_columns: found 1, expected a text"),
+    ],
+)
+def test_arguments_of_another_type_are_refused(named: Any, message: str) -> None:
+    with pytest.raises(TypeError, match=message):
+        gs.Walk(strides_of_one_foot(), 100, **named)
+
+
+@pytest.mark.parametrize("limit", [0, -1, 1.5, "many"])
+def test_a_limit_that_is_none_is_refused(limit: Any) -> None:
+    with pytest.raises(ValueError, match="max_strides: found .*, expected a whole number from 1"):
+        gs.read_walk("examples/walks/two_feet_turn", max_strides=limit)
+
+
+def test_a_frame_is_no_walk() -> None:
+    with pytest.raises(TypeError, match=r"walk: found DataFrame, expected a Walk: Walk\(strides"):
+        gs.analyse(strides_of_one_foot())  # type: ignore[arg-type]
+
+
+def test_what_is_no_character_is_replaced() -> None:
+    (error,) = errors_of(strides_of_one_foot(**{"\ud800": 1.0}), 100)
+    assert 'unknown column ("?")' in error
+    assert gs.Walk(strides_of_one_foot(), 100, name="\ud800").name == "?"
+
+
+def test_the_parts_of_the_extension_module_cannot_be_made_by_hand() -> None:
+    with pytest.raises(TypeError, match="no constructor"):
+        _core.Walk()
