@@ -9,17 +9,7 @@ from dataclasses import dataclass
 from pathlib import Path
 from typing import Any
 
-# What is measured of a stride, with the size of a plausible value, and of its spread.
-MEASURED = {
-    "hs": (20.0, 9.0), "gct": (1.1, 0.05), "swing": (38.0, 2.0), "stance": (62.0, 2.0),
-    "contact": (680.0, 30.0), "cadence": (110.0, 5.0), "ldr": (12.0, 2.0), "ffr": (55.0, 4.0),
-    "pur": (33.0, 3.0), "slength": (1.3, 0.1), "swidth": (0.04, 0.02),
-    "path_length": (104.0, 1.0), "speed": (1.2, 0.4), "ta": (0.0, 6.0),
-    "peakswing": (420.0, 30.0), "top": (65.0, 5.0), "hsp": (22.0, 4.0), "step_time": (0.55, 0.03),
-    "step_length": (0.65, 0.05), "strike_eversion": (4.0, 3.0), "max_hc": (0.25, 0.02),
-    "min_tc": (0.02, 0.01), "max_tc1": (0.06, 0.01), "max_tc2": (0.12, 0.02),
-    "mtc_speed": (4.0, 0.5), "impact_vert": (2.5, 0.8), "impact_hor": (1.5, 0.5),
-}  # fmt: skip
+from walks import MEASURED
 
 FEW = [0.0, -0.0, 0.5, 1.0, 3.0, -2.0, -1.0]
 ODD = [*FEW, 5e-324, 1e-300, 1e300, -1e300, 2.0**53 + 2, math.nextafter(-1.0, 0.0), 0.1 + 0.2]

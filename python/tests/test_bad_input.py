@@ -7,12 +7,15 @@ import warnings
 from typing import Any
 
 import pandas as pd
+import polars as pl
+import pyarrow as pa
+from conftest import KINDS, as_kind
 from hypothesis import given, settings
 from hypothesis import strategies as st
 
 import gait_statistics as gs
 
-EXAMPLES = int(os.environ.get("GAIT_BAD_FRAMES", "150"))
+EXAMPLES = int(os.environ.get("GAIT_BAD_FRAMES", "100"))
 WHOLE = st.integers(-3, 6) | st.sampled_from([-(2**31), 2**31 - 1, 2**31, 2**62, -(2**62)])
 NUMBERS = st.floats() | st.integers(-2, 200).map(float)
 ANY = st.none() | WHOLE | NUMBERS | st.text(max_size=3) | st.booleans() | st.binary(max_size=2)
@@ -50,6 +53,14 @@ EXCLUSIONS = {
 }
 
 
+def of_kind(frame: pd.DataFrame | None, kind: str) -> Any:
+    """The frame as one of another library, where that has a type for every column."""
+    try:
+        return None if frame is None else as_kind(frame, kind)
+    except (pa.ArrowException, pl.exceptions.PolarsError, OverflowError, TypeError, ValueError):
+        return frame
+
+
 @settings(max_examples=EXAMPLES, deadline=None)
 @given(
     frames(STRIDES),
@@ -57,14 +68,16 @@ EXCLUSIONS = {
     st.none() | frames(FEET),
     st.none() | frames(EXCLUSIONS),
     st.none() | st.integers(-1, 500),
+    st.sampled_from(KINDS),
 )
 def test_any_frames_make_a_walk_or_a_walk_error(
-    strides: Any, rate: Any, feet: Any, exclusions: Any, samples: Any
+    strides: Any, rate: Any, feet: Any, exclusions: Any, samples: Any, kind: str
 ) -> None:
     with warnings.catch_warnings():
         warnings.simplefilter("ignore", gs.WalkWarning)
         try:
-            walk = gs.Walk(strides, rate, feet, exclusions, samples)
+            tables = [of_kind(table, kind) for table in (strides, feet, exclusions)]
+            walk = gs.Walk(tables[0], rate, tables[1], tables[2], samples)
             result = gs.analyse(walk)
         except gs.WalkError as error:
             assert all(isinstance(found, gs.InputError) for found in error.errors)
