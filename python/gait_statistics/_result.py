@@ -459,8 +459,8 @@ def analyse(
     >>> result = analyse(read_walk("examples/walks/two_feet_turn"))
     >>> result.info.included_count
     31
-    >>> result.quality_flags
-    <QualityFlag: 0>
+    >>> bool(result.quality_flags)
+    False
     """
     if not (math.isfinite(settings_value) and abs(settings_value) <= _LARGEST_FLOAT):
         raise ValueError(f"settings_value: found {settings_value}, expected a finite number")
