@@ -20,6 +20,10 @@ import gait_statistics as gs
 ROOT = Path(__file__).resolve().parents[2]
 KINDS = ("pandas", "polars", "pyarrow")
 
+# The parser that is exact to the last bit is the default from pandas 3.1 on.
+VERSION = tuple(int(number) for number in pd.__version__.split(".")[:2])
+EXACT: dict[str, Any] = {} if VERSION >= (3, 1) else {"float_precision": "round_trip"}
+
 Program = Callable[..., str]
 Count = Callable[[int], None]
 
@@ -130,8 +134,7 @@ def walk_of_frames(folder: Path, kind: str) -> gs.Walk:
         path = folder / name
         if not path.exists() or len(path.read_text().splitlines()) < 2:
             return None
-        # The parser that is exact to the last bit is not the default.
-        return as_kind(pd.read_csv(path, float_precision="round_trip"), kind)
+        return as_kind(pd.read_csv(path, **EXACT), kind)
 
     return gs.Walk(
         table("foot_cycles.csv"),

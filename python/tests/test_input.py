@@ -278,7 +278,9 @@ def test_a_frame_is_no_walk() -> None:
 
 
 def test_what_is_no_character_is_replaced() -> None:
-    (error,) = errors_of(strides_of_one_foot(**{"\ud800": 1.0}), 100)
+    strides = strides_of_one_foot(unknown=1.0)
+    strides.columns = pd.Index([*strides.columns[:-1], "\ud800"], dtype=object)
+    (error,) = errors_of(strides, 100)
     assert 'unknown column ("?")' in error
     assert gs.Walk(strides_of_one_foot(), 100, name="\ud800").name == "?"
 
