@@ -45,6 +45,21 @@ step() {
   fi
 }
 
+# step_or_skip NAME COMMAND...: as step, for a command that exits with 77 where it cannot run.
+step_or_skip() {
+  local status=0
+  heading "$1"
+  "${@:2}" || status=$?
+  case $status in
+    0) passed=$((passed + 1)) ;;
+    77) skipped=$((skipped + 1)) ;;
+    *)
+      failed=$((failed + 1))
+      fail_step "$1"
+      ;;
+  esac
+}
+
 # build PRESET [ARGUMENT...]: configures the preset and builds it, or the targets that the arguments
 # name.
 build() {

@@ -3,6 +3,8 @@
 
 #include "peer.h"
 
+#include "analysis.h"
+
 #include <gait/generate_statistics.h>
 
 int main(int /*count*/, char** arguments) {

@@ -25,9 +25,10 @@ inline std::vector<column> columns_of(const gait_walk::walk& walk) {
   for (const auto& foot : {walk.right, walk.left}) {
     gait_catalogue::for_each_row([&](const auto& row) {
       using row_type = std::decay_t<decltype(row)>;
-      constexpr auto built = gait_catalogue::when_built<row_type>();
-      if constexpr (std::is_same_v<typename row_type::result_type, gait_foot_result> &&
-                    built != gait_catalogue::built::with_one_foot) {
+      if constexpr (std::is_same_v<typename row_type::result_type, gait_foot_result>) {
+        if (!gait_catalogue::is_built(row.when, true)) {
+          return;
+        }
         column& values = columns.emplace_back();
         for (const gait_foot_cycle& cycle : foot->cycles) {
           values.push_back(row.value(cycle));

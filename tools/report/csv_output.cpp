@@ -4,6 +4,7 @@
 #include "info_fields.h"
 #include "names.h"
 #include "number.h"
+#include "number_text.h"
 #include "parameter_measures.h"
 #include "walk_strides.h"
 #include "walk_summary.h"
@@ -12,6 +13,7 @@
 
 #include <algorithm>
 #include <cstddef>
+#include <cstdint>
 #include <functional>
 #include <list>
 #include <optional>
@@ -20,6 +22,7 @@
 #include <type_traits>
 #include <unordered_map>
 #include <utility>
+#include <variant>
 #include <vector>
 
 namespace gait_report {
@@ -27,26 +30,47 @@ namespace {
 
 // --- Cells
 
-std::string number_cell(const std::optional<double>& value) {
-  return value ? shortest(*value) : "";
+table_cell number_cell(const std::optional<double>& value) {
+  return value ? std::optional(shown_value(*value)) : value;
 }
 
 template <class Whole>
-std::string whole_cell(const std::optional<Whole>& value) {
-  return value ? std::to_string(*value) : "";
+table_cell whole_cell(const std::optional<Whole>& value) {
+  return value ? std::optional(static_cast<std::int64_t>(*value)) : std::nullopt;
 }
 
-/// An empty cell is not quoted.
-std::string text_cell(std::string_view text) {
-  return text.empty() ? "" : gait_walk::quoted_csv_cell(text);
+template <class Whole>
+table_cell whole_cell(Whole value) {
+  return whole_cell(std::optional(value));
 }
 
-/// Both pandas and R read these words as truth values.
-std::string truth_cell(bool value) { return value ? "TRUE" : "FALSE"; }
+table_cell text_cell(std::string_view text) { return std::string(text); }
+
+/// A float as the number that its shortest text stands for: 0.1, not 0.10000000149011612.
+table_cell float_cell(float value) {
+  double number = 0.0;
+  gait_walk::read_number(shortest(value), number);
+  return std::optional(number);
+}
+
+/// A cell as CSV text. What is missing is empty, and not quoted.
+struct cell_text {
+  std::string operator()(const std::optional<double>& value) const {
+    return value ? shortest(*value) : "";
+  }
+  std::string operator()(const std::optional<std::int64_t>& value) const {
+    return value ? std::to_string(*value) : "";
+  }
+  std::string operator()(const std::string& text) const {
+    return text.empty() ? "" : gait_walk::quoted_csv_cell(text);
+  }
+  /// Both pandas and R read these words as truth values.
+  std::string operator()(bool value) const { return value ? "TRUE" : "FALSE"; }
+};
 
 /// "first; second".
 template <class Items, class InWords>
-std::string in_one_cell(const Items& items, InWords in_words) {
+table_cell in_one_cell(const Items& items, InWords in_words) {
   std::string text;
   for (const auto& item : items) {
     text += (text.empty() ? "" : "; ") + std::string(in_words(item));
@@ -81,17 +105,17 @@ template <class Row>
 struct column {
   std::string name;
   std::string meaning;
-  std::function<std::string(const Row&)> cell;
+  std::function<table_cell(const Row&)> cell;
 };
 
 // --- What all tables say of the walk
 
-std::string about_cell(const walk_statistics& walk) {
+table_cell about_cell(const walk_statistics& walk) {
   return in_one_cell(walk.about, [](const auto& row) { return row.name + ": " + row.value; });
 }
 
 /// The names of the checks that the walk breaks, each once, separated by blanks.
-std::string findings_cell(const walk_statistics& walk) {
+table_cell findings_cell(const walk_statistics& walk) {
   std::string names;
   std::string last;
   for (const auto& finding : walk.findings) {
@@ -103,7 +127,7 @@ std::string findings_cell(const walk_statistics& walk) {
   return text_cell(names);
 }
 
-std::string rate_cell(const walk_statistics& walk) { return std::to_string(walk.sampling_rate); }
+table_cell rate_cell(const walk_statistics& walk) { return whole_cell(walk.sampling_rate); }
 
 /// The cells that are the same in every row of a walk.
 struct walk_cells {
@@ -114,7 +138,7 @@ struct walk_cells {
         about(about_cell(walk)),
         findings(findings_cell(walk)) {}
 
-  std::string name, analysed, rate, about, findings;
+  table_cell name, analysed, rate, about, findings;
 };
 
 // --- Parameters
@@ -156,7 +180,7 @@ const std::vector<column<parameter_row>>& parameter_columns() {
        "rate that scales it",
        [](const row& r) { return text_cell(r.unit); }},
       {"n", "number of strides in the statistics in which it was measured",
-       [](const row& r) { return std::to_string(r.statistics.n); }},
+       [](const row& r) { return whole_cell(r.statistics.n); }},
       {"mean", "arithmetic mean", statistic(&statistics::mean)},
       {"median", "median", statistic(&statistics::median)},
       {"std", "standard deviation, divisor n - 1; none of a single value",
@@ -242,16 +266,16 @@ template <class Field>
 inline constexpr bool is_list = std::is_same_v<std::decay_t<Field>, std::list<int>>;
 
 template <class Field>
-std::string info_cell(const walk_row& row, const char* name, const Field& value) {
+table_cell info_cell(const walk_row& row, const char* name, const Field& value) {
   if constexpr (std::is_same_v<Field, double>) {
     return number_cell(row.measured.at(name));
   } else {
-    return std::to_string(value);
+    return whole_cell(value);
   }
 }
 
-std::string info_cell(const walk_row& row, const std::string& name) {
-  std::string cell;
+table_cell info_cell(const walk_row& row, const std::string& name) {
+  table_cell cell;
   for_each_field(row.walk.info(), [&](const info_field& field, const auto& value) {
     if constexpr (!is_list<decltype(value)>) {
       if (name == field.name) {
@@ -264,19 +288,18 @@ std::string info_cell(const walk_row& row, const std::string& name) {
 
 /// A count of each foot: two columns.
 void add_counts(std::vector<column<walk_row>>& columns, const std::string& name,
-                const std::string& meaning,
-                const std::function<std::string(const side_strides&)>& cell) {
+                const std::string& meaning, const table_cell& of_no_foot,
+                const std::function<table_cell(const side_strides&)>& cell) {
   for (const auto foot : {gait_walk::side::right, gait_walk::side::left}) {
     const std::string suffix(name_of(foot));
     std::string column_name = name;
     column_name.append("_").append(suffix);
     std::string column_meaning = suffix;
     column_meaning.append(" foot: ").append(meaning);
-    columns.push_back(
-        {std::move(column_name), std::move(column_meaning), [foot, cell](const walk_row& row) {
-           const side_strides* side = row.side(foot);
-           return side == nullptr ? "" : cell(*side);
-         }});
+    columns.push_back({std::move(column_name), std::move(column_meaning), [=](const walk_row& row) {
+                         const side_strides* side = row.side(foot);
+                         return side == nullptr ? of_no_foot : cell(*side);
+                       }});
   }
 }
 
@@ -301,18 +324,21 @@ std::vector<column<walk_row>> make_walk_columns() {
       {"sampling_rate_hz", "sampling rate of the recording (Hz)",
        [](const row& r) { return r.cells.rate; }},
       {"settings_value", "what `--settings-value` said",
-       [](const row& r) { return shortest(r.walk.settings_value); }},
+       [](const row& r) { return float_cell(r.walk.settings_value); }},
   };
   const auto whole = [](std::size_t side_strides::*count) {
-    return [count](const side_strides& side) { return std::to_string(side.*count); };
+    return [count](const side_strides& side) { return whole_cell(side.*count); };
   };
-  add_counts(columns, "strides", "strides",
-             [](const side_strides& side) { return std::to_string(side.strides.size()); });
-  add_counts(columns, "included", "strides in the statistics", whole(&side_strides::included));
-  add_counts(columns, "left_out", "strides that an exclusion takes out",
+  const table_cell no_count = std::optional<std::int64_t>();
+  add_counts(columns, "strides", "strides", no_count,
+             [](const side_strides& side) { return whole_cell(side.strides.size()); });
+  add_counts(columns, "included", "strides in the statistics", no_count,
+             whole(&side_strides::included));
+  add_counts(columns, "left_out", "strides that an exclusion takes out", no_count,
              whole(&side_strides::left_out));
-  add_counts(columns, "unlinked", "strides in no two-feet cycle", whole(&side_strides::unlinked));
-  add_counts(columns, "reasons", "why strides are left out, `19 turn; 2 start`",
+  add_counts(columns, "unlinked", "strides in no two-feet cycle", no_count,
+             whole(&side_strides::unlinked));
+  add_counts(columns, "reasons", "why strides are left out, `19 turn; 2 start`", text_cell(""),
              [](const side_strides& side) {
                return in_one_cell(side.left_out_reasons, [](const auto& counted) {
                  return std::to_string(counted.second) +
@@ -323,13 +349,13 @@ std::vector<column<walk_row>> make_walk_columns() {
   columns.insert(
       columns.end(),
       {{"cycles_without_stride_length", "cycles of `cycle_count` that add no distance",
-        [](const row& r) { return std::to_string(r.walk.stride_lengths.without); }},
+        [](const row& r) { return whole_cell(r.walk.stride_lengths.without); }},
        {"included_without_stride_length", "cycles in the statistics that add no distance",
-        [](const row& r) { return std::to_string(r.walk.stride_lengths.included_without); }},
+        [](const row& r) { return whole_cell(r.walk.stride_lengths.included_without); }},
        {"included_without_duration", "cycles in the statistics that add no time",
-        [](const row& r) { return std::to_string(r.summary.time.without); }},
+        [](const row& r) { return whole_cell(r.summary.time.without); }},
        {"quality_flags", "sum of the bits ([quality flags](quality-flags.md))",
-        [](const row& r) { return std::to_string(r.walk.result().quality_flags); }},
+        [](const row& r) { return whole_cell(r.walk.result().quality_flags); }},
        {"quality_flags_in_words", "a sentence for each bit",
         [](const row& r) {
           return in_one_cell(quality_flags_in_words(r.walk),
@@ -371,18 +397,18 @@ struct stride_row {
   std::vector<std::optional<double>> values;
 };
 
-std::string list_cell(const stride_row& row) {
+table_cell list_cell(const stride_row& row) {
   const auto* exclusion = left_out_by(row.strides, row.stride);
-  return exclusion == nullptr ? "" : text_cell(name_of(exclusion->list));
+  return text_cell(exclusion == nullptr ? "" : name_of(exclusion->list));
 }
 
-std::string reason_cell(const stride_row& row) {
+table_cell reason_cell(const stride_row& row) {
   const auto* exclusion = left_out_by(row.strides, row.stride);
-  return exclusion == nullptr ? "" : text_cell(exclusion->reason);
+  return text_cell(exclusion == nullptr ? std::string() : exclusion->reason);
 }
 
 /// The exclusions that name the stride beside the one that took it out.
-std::string also_listed_cell(const stride_row& row) {
+table_cell also_listed_cell(const stride_row& row) {
   std::vector<const listed_exclusion*> others;
   for (const std::size_t place : row.stride.exclusions) {
     const listed_exclusion& exclusion = row.strides.exclusions[place];
@@ -409,23 +435,25 @@ std::vector<column<stride_row>> make_stride_columns() {
        [](const row& r) { return r.walk.analysed; }},
       {"side", "`right` or `left`", [](const row& r) { return text_cell(r.side); }},
       {"index", "the stride's index in its foot, from 0",
-       [](const row& r) { return std::to_string(r.stride.index); }},
+       [](const row& r) { return whole_cell(r.stride.index); }},
       {"line", "line of `foot_cycles.csv`", [](const row& r) { return whole_cell(r.stride.line); }},
       {"start_seconds", "beginning of `first_sample`, from the beginning of the recording",
-       [](const row& r) { return shortest(r.stride.start); }},
-      {"end_seconds", "end of `last_sample`", [](const row& r) { return shortest(r.stride.end); }},
+       [](const row& r) { return number_cell(r.stride.start); }},
+      {"end_seconds", "end of `last_sample`",
+       [](const row& r) { return number_cell(r.stride.end); }},
       {"status",
        "`included`: in the statistics; `left_out`: by an exclusion; `unlinked`: in no two-feet "
        "cycle",
        [](const row& r) { return text_cell(gait_walk::name_of(r.stride.status)); }},
       {"included", "whether it is in the statistics: TRUE or FALSE",
-       [](const row& r) { return truth_cell(r.stride.status == stride_status::included); }},
+       [](const row& r) { return table_cell(r.stride.status == stride_status::included); }},
       {"list", "the exclusion list that takes it out", list_cell},
       {"reason", "the reason that the list gives", reason_cell},
       {"also_listed", "other entries that name it: `list: reason; list: reason`", also_listed_cell},
       {"two_feet_cycle", "index of the two-feet cycle that links it",
        [](const row& r) {
-         return r.stride.cycle == nullptr ? "" : std::to_string(r.stride.cycle->index);
+         const two_feet_cycle* cycle = r.stride.cycle;
+         return whole_cell(cycle == nullptr ? std::nullopt : std::optional(cycle->index));
        }},
       {"partner", "index of the other foot's stride in that cycle",
        [](const row& r) { return whole_cell(r.stride.partner); }},
@@ -502,15 +530,15 @@ std::vector<listed_column> listed(const std::vector<column<Row>>& columns) {
   return list;
 }
 
-/// Adds rows to a text, cell by cell.
+/// Hands over rows as cells.
 template <class Row>
-auto writer_of(const std::vector<column<Row>>& columns, std::string& text) {
-  return [&](const Row& row) {
+auto cells_of(const std::vector<column<Row>>& columns, const use_row& use) {
+  return [&columns, &use, cells = std::vector<table_cell>()](const Row& row) mutable {
+    cells.clear();
     for (const auto& column : columns) {
-      text += column.cell(row);
-      text += ',';
+      cells.push_back(column.cell(row));
     }
-    text.back() = '\n';
+    use(cells);
   };
 }
 
@@ -536,19 +564,29 @@ std::string csv_header(csv_table table) {
   return text + "\n";
 }
 
-std::string csv_rows(csv_table table, const walk_statistics& walk) {
-  std::string text;
+void for_each_row(csv_table table, const walk_statistics& walk, const use_row& use) {
   switch (table) {
     case csv_table::parameters:
-      for_each_parameter_row(walk, writer_of(parameter_columns(), text));
+      for_each_parameter_row(walk, cells_of(parameter_columns(), use));
       break;
     case csv_table::walks:
-      for_each_walk_row(walk, writer_of(walk_columns(), text));
+      for_each_walk_row(walk, cells_of(walk_columns(), use));
       break;
     case csv_table::strides:
-      for_each_stride_row(walk, writer_of(stride_columns(), text));
+      for_each_stride_row(walk, cells_of(stride_columns(), use));
       break;
   }
+}
+
+std::string csv_rows(csv_table table, const walk_statistics& walk) {
+  std::string text;
+  for_each_row(table, walk, [&](const std::vector<table_cell>& row) {
+    for (const table_cell& cell : row) {
+      text += std::visit(cell_text(), cell);
+      text += ',';
+    }
+    text.back() = '\n';
+  });
   return text;
 }
 

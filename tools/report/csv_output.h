@@ -8,7 +8,11 @@
 #include "output_format.h"
 #include "walk_statistics.h"
 
+#include <cstdint>
+#include <functional>
+#include <optional>
 #include <string>
+#include <variant>
 #include <vector>
 
 namespace gait_report {
@@ -21,6 +25,16 @@ struct listed_column {
 
 /// The columns of a table, in their order; the same for every walk.
 std::vector<listed_column> columns_of(csv_table table);
+
+/// A cell: a number, a whole one, a truth value or a text. All cells of a column hold the same of
+/// these; what is missing is nullopt, or an empty text.
+using table_cell =
+    std::variant<std::optional<double>, std::optional<std::int64_t>, bool, std::string>;
+
+using use_row = std::function<void(const std::vector<table_cell>& row)>;
+
+/// Hands over the rows of one walk. A number is the one that people are shown.
+void for_each_row(csv_table table, const walk_statistics& walk, const use_row& use);
 
 /// The header line, once for all walks.
 std::string csv_header(csv_table table);

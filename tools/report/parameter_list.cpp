@@ -15,18 +15,6 @@ namespace {
 
 using gait_catalogue::built;
 
-std::string words(built when) {
-  switch (when) {
-    case built::with_both_feet:
-      return "both feet";
-    case built::with_one_foot:
-      return "one foot";
-    case built::always:
-      break;
-  }
-  return "always";
-}
-
 std::string yes_or_no(bool value) { return value ? "yes" : "no"; }
 
 std::string as_table(const text_style& style) {
@@ -45,7 +33,7 @@ std::string as_table(const text_style& style) {
     decimals.columns[0].push_back(std::to_string(row.decimals));
     ratio.columns[0].push_back(yes_or_no(row.has_ratio));
     cv.columns[0].push_back(yes_or_no(row.has_cv));
-    when.columns[0].push_back(words(row.when));
+    when.columns[0].push_back(in_words(row.when));
   }
   table.groups = {key, unit, decimals, ratio, cv, when};
   return lay_out(table, style);
@@ -73,6 +61,18 @@ std::vector<listed_parameter> built_ones(bool both_feet) {
 
 }  // namespace
 
+std::string in_words(built when) {
+  switch (when) {
+    case built::with_both_feet:
+      return "both feet";
+    case built::with_one_foot:
+      return "one foot";
+    case built::always:
+      break;
+  }
+  return "always";
+}
+
 const std::vector<listed_parameter>& list_parameters() {
   static const std::vector<listed_parameter> all = make_list();
   return all;
@@ -89,7 +89,7 @@ std::string print_parameter_list(output_format format, const text_style& style) 
   list.columns = {"key", "description", "unit", "decimals", "ratio", "cv", "analysed"};
   for (const auto& row : list_parameters()) {
     list.rows.push_back({row.key, row.description, row.unit, row.decimals, row.has_ratio,
-                         row.has_cv, words(row.when)});
+                         row.has_cv, in_words(row.when)});
   }
   return print(list, format, [&] { return as_table(style); });
 }

@@ -26,6 +26,9 @@ struct listed_parameter {
   std::string meaning;  ///< a sentence for people
 };
 
+/// "always", "both feet" or "one foot".
+std::string in_words(gait_catalogue::built when);
+
 /// Every row of the catalogue, in its order.
 const std::vector<listed_parameter>& list_parameters();
 

@@ -165,20 +165,6 @@ table_lines lines_of(gait_walk::walk& walk) {
   return lines;
 }
 
-void check_data(walk_statistics& walk, const std::vector<std::string>& without) {
-  const gait_result& result = walk.result();
-  const gait_foot_result* right = result.right_foot;
-  const gait_foot_result* left = result.left_foot;
-  if (!walk.both_feet()) {
-    const gait_foot_result* foot = &result.foot_results.front();
-    const bool is_right = walk.analysed == gait_walk::analysed_cycles::right;
-    right = is_right ? foot : nullptr;
-    left = is_right ? nullptr : foot;
-  }
-  walk.findings = gait_checks::check_walk(result, right, left, without);
-  walk.notes = gait_checks::notes_on(result, right, left);
-}
-
 }  // namespace
 
 walk_statistics prepare_walk(gait_walk::walk walk, gait_walk::analysed_cycles asked_for,
@@ -200,10 +186,28 @@ walk_statistics prepare_walk(gait_walk::walk walk, gait_walk::analysed_cycles as
   return statistics;
 }
 
+void compute_figures(walk_statistics& walk) {
+  gait_generate_statistics(walk.analysis.result, {walk.settings_value});
+  walk.stride_lengths = find_stride_length_gaps(walk);
+}
+
+void check_data(walk_statistics& walk, const std::vector<std::string>& without_checks) {
+  const gait_result& result = walk.result();
+  const gait_foot_result* right = result.right_foot;
+  const gait_foot_result* left = result.left_foot;
+  if (!walk.both_feet()) {
+    const gait_foot_result* foot = &result.foot_results.front();
+    const bool is_right = walk.analysed == gait_walk::analysed_cycles::right;
+    right = is_right ? foot : nullptr;
+    left = is_right ? nullptr : foot;
+  }
+  walk.findings = gait_checks::check_walk(result, right, left, without_checks);
+  walk.notes = gait_checks::notes_on(result, right, left);
+}
+
 void compute_statistics(walk_statistics& statistics,
                         const std::vector<std::string>& without_checks) {
-  gait_generate_statistics(statistics.analysis.result, {statistics.settings_value});
-  statistics.stride_lengths = find_stride_length_gaps(statistics);
+  compute_figures(statistics);
   check_data(statistics, without_checks);
 }
 

@@ -75,8 +75,14 @@ struct walk_statistics {
 walk_statistics prepare_walk(gait_walk::walk walk, gait_walk::analysed_cycles asked_for,
                              float settings_value);
 
-/// Computes the statistics, and checks the data but for the checks of these names. The time of the
-/// statistics grows with the square of the strides.
+/// Computes the statistics. Their time grows with the square of the strides.
+void compute_figures(walk_statistics& walk);
+
+/// Looks for data that cannot be right, once there are statistics, but for the checks of these
+/// names.
+void check_data(walk_statistics& walk, const std::vector<std::string>& without_checks);
+
+/// Both of these.
 void compute_statistics(walk_statistics& statistics,
                         const std::vector<std::string>& without_checks = {});
 

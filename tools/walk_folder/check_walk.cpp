@@ -17,7 +17,8 @@ namespace {
 template <class Row>
 table_report empty_report(const std::string& folder, const read_options& options) {
   const std::string file = table_file<Row>(folder);
-  return {{file, options.errors_per_file}, {file, options.errors_per_file}, true, true};
+  const input_error_list none(file, options.errors_per_file, options.words);
+  return {none, none, true, true, options.words};
 }
 
 /// More than people write about a walk; every output holds them.
@@ -59,9 +60,9 @@ void walk_check::add(const checked_row<recording_row>& checked) {
   foot_tables& foot = of(row.foot);
   if (foot.recorded) {
     reports.recording.errors.add(checked.line, "foot",
-                                 found(name_of(row.foot)) + " again (as on line " +
-                                     std::to_string(foot.recorded_line) +
-                                     "), expected each foot once");
+                                 found(name_of(row.foot)) + " " +
+                                     reports.recording.words.again(foot.recorded_line) +
+                                     ", expected each foot once");
     return;
   }
   check_rates(checked);
@@ -138,10 +139,10 @@ void walk_check::check_samples(const checked_row<foot_cycle_row>& checked) {
   }
   const std::optional<std::uint64_t> samples = recorded_samples(*recorded);
   if (samples && static_cast<std::uint64_t>(row.last_sample) >= *samples) {
-    reports.foot_cycles.warnings.add(
-        checked.line, "last_sample",
-        what() + ", expected less than the number of samples that recording.csv gives, " +
-            in_quotes(std::to_string(*samples)));
+    reports.foot_cycles.warnings.add(checked.line, "last_sample",
+                                     what() + ", expected less than the number of samples that " +
+                                         std::string(reports.foot_cycles.words.recording) +
+                                         " gives, " + in_quotes(std::to_string(*samples)));
   }
 }
 
@@ -168,13 +169,14 @@ template <class Row, class ForEachRow>
 void walk_check::settle_minus_ones_of(table_report& report, ForEachRow for_each_row) {
   const missing_minus_ones missing = settle_minus_ones<Row>(for_each_row);
   if (missing.cells != 0) {
-    report.warnings.add(0, "",
-                        "found -1 in " + std::to_string(missing.cells) + " measured " +
-                            (missing.cells == 1 ? "cell (" : "cells (") +
-                            missing.lines.text("line", "lines") +
-                            "), expected empty cells: it counts as not measured in all of the "
-                            "table, because " +
-                            std::string(missing.column) + " cannot be -1");
+    report.warnings.add(
+        0, "",
+        "found -1 in " + std::to_string(missing.cells) + " measured " +
+            (missing.cells == 1 ? "cell (" : "cells (") +
+            missing.lines.text(report.words.line, report.words.lines, report.words.less()) +
+            "), expected empty cells: it counts as not measured in all of the "
+            "table, because " +
+            std::string(missing.column) + " cannot be -1");
   }
 }
 
@@ -195,13 +197,14 @@ bool walk_check::check_foot(side side) {
   foot.cycles.sort([](const auto& a, const auto& b) { return a.index < b.index; });
   if (foot.recorded && foot.indices.empty() && report.is_complete()) {
     report.errors.add(0, "",
-                      "found no cycle of " + of_the(side, "foot") +
-                          ", expected at least one: recording.csv names that foot");
+                      "found no cycle of " + of_the(side, "foot") + ", expected at least one: " +
+                          std::string(report.words.recording) + " names that foot");
   }
   if (!foot.recorded && !foot.indices.empty() && reports.recording.is_complete()) {
     report.errors.add(foot.first_line, "foot",
                       found(name_of(side)) + " (rows: " + std::to_string(foot.indices.size()) +
-                          "), expected only feet that recording.csv names");
+                          "), expected only feet that " + std::string(report.words.recording) +
+                          " names");
   }
   return without_gaps;
 }
@@ -228,9 +231,9 @@ void walk_check::end_feet_cycles() {
   check_count(report, feet_count_, "cycles of both feet");
   if (has_one_foot()) {
     if (!feet_.empty()) {
-      report.errors.add(
-          feet_.front().line, "",
-          "found a cycle of both feet, expected no row: recording.csv names one foot only");
+      report.errors.add(feet_.front().line, "",
+                        "found a cycle of both feet, expected no row: " +
+                            std::string(report.words.recording) + " names one foot only");
     }
     return;
   }
@@ -270,8 +273,8 @@ void walk_check::check_links(side side, std::optional<int> feet_cycle_row::*link
     if (!is_first) {
       reports.feet_cycles.warnings.add(
           line, column,
-          what() + " again (as on line " + std::to_string(other->second) +
-              "), expected each cycle of " + of_the(side, "foot") + " once");
+          what() + " " + reports.feet_cycles.words.again(other->second) +
+              ", expected each cycle of " + of_the(side, "foot") + " once");
     }
   }
 }

@@ -32,14 +32,16 @@ void short_list::add(std::size_t number) {
   }
 }
 
-std::string short_list::text(const std::string& one, const std::string& several) const {
+std::string short_list::text(std::string_view one, std::string_view several,
+                             std::size_t less) const {
   std::vector<std::size_t> sorted = first_;
   std::sort(sorted.begin(), sorted.end());
   std::string text;
   for (const std::size_t number : sorted) {
-    text += (text.empty() ? "" : ", ") + std::to_string(number);
+    text += (text.empty() ? "" : ", ") + std::to_string(number - less);
   }
-  return (count_ == 1 ? one : several) + " " + text + (count_ > sorted.size() ? ", ..." : "");
+  return std::string(count_ == 1 ? one : several) + " " + text +
+         (count_ > sorted.size() ? ", ..." : "");
 }
 
 namespace {
@@ -82,7 +84,7 @@ void input_error_list::append_to(std::vector<input_error>& all) && {
     if (further.count() != 0) {
       error.text += " (and in " + std::to_string(further.count()) +
                     (further.count() == 1 ? " more row: " : " more rows: ") +
-                    further.text("line", "lines") + ")";
+                    further.text(words_.line, words_.lines, words_.less()) + ")";
     }
     all.push_back(std::move(error));
   }

@@ -4,6 +4,8 @@
 /// \file
 /// What is wrong with the input, or worth a warning, and where.
 
+#include "wording.h"
+
 #include <cstddef>
 #include <stdexcept>
 #include <string>
@@ -42,7 +44,8 @@ public:
   std::size_t count() const { return count_; }
 
   /// "line 3", "lines 3, 4", "lines 3, 4, 5, 6, 7, ...".
-  std::string text(const std::string& one, const std::string& several) const;
+  /// Each number is shown less `less`.
+  std::string text(std::string_view one, std::string_view several, std::size_t less = 0) const;
 
 private:
   std::vector<std::size_t> first_;
@@ -54,7 +57,8 @@ private:
 /// wrong in the same way with cells of one column is said once, with the other lines.
 class input_error_list {
 public:
-  input_error_list(std::string file, std::size_t limit) : file_(std::move(file)), limit_(limit) {}
+  input_error_list(std::string file, std::size_t limit, const wording& words = {})
+      : file_(std::move(file)), limit_(limit), words_(words) {}
 
   void add(std::size_t line, std::string_view column, std::string text);
 
@@ -70,6 +74,7 @@ private:
 
   std::string file_;
   std::size_t limit_;
+  wording words_;
   std::size_t beyond_limit_ = 0;
   std::vector<entry> entries_;
 };

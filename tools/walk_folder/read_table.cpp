@@ -27,15 +27,6 @@ std::string column_names() {
   return names;
 }
 
-/// Which of the table's columns the cells of a row belong to.
-template <class Row>
-struct header {
-  static constexpr std::size_t no_column = columns<Row>.size();
-  std::vector<std::size_t> column_of_cell;
-  std::bitset<columns<Row>.size()> present;
-  bool usable = false;  ///< whether it has any column of the table
-};
-
 template <class Row>
 std::size_t find_column(std::string_view name) {
   const auto& all = columns<Row>;
@@ -85,7 +76,7 @@ std::string joined(const std::vector<std::string_view>& names) {
 /// are many.
 void report_strange_columns(const std::vector<std::string>& strange,
                             const std::vector<std::string_view>& absent, std::size_t line,
-                            input_error_list& errors) {
+                            table_report& report) {
   if (strange.empty()) {
     return;
   }
@@ -96,17 +87,18 @@ void report_strange_columns(const std::vector<std::string>& strange,
   }
   const bool is_one = strange.size() == 1;
   const std::string how_many = std::to_string(strange.size());
-  errors.add(line, "",
-             (is_one ? "found an unknown column (" : "found " + how_many + " unknown columns (") +
-                 first_names + (strange.size() > most_shown ? ", ..." : "") +
-                 "), expected only known ones: leave " +
-                 (is_one ? "it out with --ignore-column" : "them out with --ignore-column all") +
-                 (absent.empty() ? "" : ", or rename: the table has no " + joined(absent)));
+  report.errors.add(
+      line, "",
+      (is_one ? "found an unknown column (" : "found " + how_many + " unknown columns (") +
+          first_names + (strange.size() > most_shown ? ", ..." : "") +
+          "), expected only known ones: leave " + (is_one ? "it out with " : "them out with ") +
+          std::string(is_one ? report.words.ignore_column : report.words.ignore_all) +
+          (absent.empty() ? "" : ", or rename: the table has no " + joined(absent)));
 }
 
 template <class Row>
 void report_unknown_columns(const csv_row& row, const header<Row>& header,
-                            const ignored_columns& ignored, input_error_list& errors) {
+                            const ignored_columns& ignored, table_report& report) {
   const std::vector<std::string_view> absent = absent_columns(header);
   std::vector<std::string> strange;
   for (std::size_t cell = 0; cell < row.size(); ++cell) {
@@ -115,9 +107,10 @@ void report_unknown_columns(const csv_row& row, const header<Row>& header,
       continue;
     }
     if (row[cell].empty()) {
-      errors.add(row.line, "",
-                 "found no name for column " + std::to_string(cell + 1) +
-                     ", expected one: name it, or leave it out with --ignore-column all");
+      report.errors.add(row.line, "",
+                        "found no name for column " + std::to_string(cell + 1) +
+                            ", expected one: name it, or leave it out with " +
+                            std::string(report.words.ignore_all));
       continue;
     }
     const std::string_view nearest = nearest_name(row[cell], absent);
@@ -125,11 +118,12 @@ void report_unknown_columns(const csv_row& row, const header<Row>& header,
       strange.emplace_back(row[cell]);
       continue;
     }
-    errors.add(row.line, shown(row[cell]),
-               "found an unknown column, expected " + std::string(nearest) +
-                   ": rename it, or leave it out with --ignore-column");
+    report.errors.add(row.line, shown(row[cell]),
+                      "found an unknown column, expected " + std::string(nearest) +
+                          ": rename it, or leave it out with " +
+                          std::string(report.words.ignore_column));
   }
-  report_strange_columns(strange, absent, row.line, errors);
+  report_strange_columns(strange, absent, row.line, report);
 }
 
 /// Which columns the cells of the header line stand for; no_column for those that are left out.
@@ -149,13 +143,18 @@ header<Row> find_columns(const csv_row& row, const ignored_columns& ignored) {
   return header;
 }
 
+}  // namespace
+
 template <class Row>
-header<Row> read_header(const csv_row& row, const ignored_columns& ignored, table_report& report) {
+header<Row> read_header(const csv_row& row, const std::vector<std::string>& ignored_names,
+                        table_report& report) {
+  const ignored_columns ignored(ignored_names);
   header<Row> header = find_columns<Row>(row, ignored);
   if (!header.usable) {
     report.was_read = false;
     report.errors.add(row.line, "",
-                      found(row[0]) + ", expected the header line " + column_names<Row>());
+                      found(row[0]) + ", expected " + std::string(report.words.header) + " " +
+                          column_names<Row>());
     return header;
   }
   for (std::size_t cell = 0; cell < row.size(); ++cell) {
@@ -172,19 +171,22 @@ header<Row> read_header(const csv_row& row, const ignored_columns& ignored, tabl
     header.present.set(column);
     if (ignored.has(std::string(columns<Row>[column].name))) {
       report.errors.add(row.line, columns<Row>[column].name,
-                        "found --ignore-column for it, expected it to be read: this table cannot "
-                        "do without the column");
+                        "found " + std::string(report.words.ignore_column) +
+                            " for it, expected it to be read: this table cannot do without the "
+                            "column");
     }
   }
-  report_unknown_columns(row, header, ignored, report.errors);
+  report_unknown_columns(row, header, ignored, report);
   for (std::size_t column = 0; column < columns<Row>.size(); ++column) {
     if (columns<Row>[column].rules.required && !header.present[column]) {
       report.errors.add(row.line, columns<Row>[column].name,
-                        "found no such column, expected it in the header line");
+                        "found no such column, expected it in " + std::string(report.words.header));
     }
   }
   return header;
 }
+
+namespace {
 
 // ---- Rows
 
@@ -272,7 +274,7 @@ bool is_empty(const csv_row& cells) {
 }
 
 template <class Row>
-void read_rows(csv_table& table, const ignored_columns& ignored, table_report& report,
+void read_rows(csv_table& table, const std::vector<std::string>& ignored, table_report& report,
                const std::function<void(const checked_row<Row>&)>& use) {
   csv_row cells;
   if (!table.next(cells)) {
@@ -314,13 +316,23 @@ void read_table(const opened_table& opened, const std::vector<std::string>& igno
   }
   try {
     csv_table table(*opened.text);
-    read_rows<Row>(table, ignored_columns(ignored), report, use);
+    read_rows<Row>(table, ignored, report, use);
   } catch (const table_error& error) {
     report.was_read = false;
     report.errors.add(error.line(), "", error.what());
   }
 }
 
+template header<recording_row> read_header(const csv_row&, const std::vector<std::string>&,
+                                           table_report&);
+template header<foot_cycle_row> read_header(const csv_row&, const std::vector<std::string>&,
+                                            table_report&);
+template header<feet_cycle_row> read_header(const csv_row&, const std::vector<std::string>&,
+                                            table_report&);
+template header<exclusion_row> read_header(const csv_row&, const std::vector<std::string>&,
+                                           table_report&);
+template header<about_row> read_header(const csv_row&, const std::vector<std::string>&,
+                                       table_report&);
 template void read_table(const opened_table&, const std::vector<std::string>&, table_report&,
                          const std::function<void(const checked_row<recording_row>&)>&);
 template void read_table(const opened_table&, const std::vector<std::string>&, table_report&,

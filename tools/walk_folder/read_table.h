@@ -5,8 +5,10 @@
 /// One table as rows of values: what can be said about it without the other tables.
 
 #include "columns.h"
+#include "csv_table.h"
 #include "input_error.h"
 #include "open_table.h"
+#include "wording.h"
 
 #include <algorithm>
 #include <bitset>
@@ -23,6 +25,7 @@ struct table_report {
   input_error_list warnings;
   bool was_read = true;         ///< whether it could be opened, and read to its end
   bool every_row_known = true;  ///< whether each row that was read is known by its foot and index
+  wording words = {};
 
   /// Whether what no row says is not in the table. Where a row is unknown or unread, it may be the
   /// very row that seems missing.
@@ -59,8 +62,23 @@ private:
   }
 };
 
-/// Reads all rows of a table and hands each to `use`. Columns whose names are in `ignored` are left
-/// out; "all" stands for every unknown one.
+/// Which of a table's columns the cells of a row belong to.
+template <class Row>
+struct header {
+  static constexpr std::size_t no_column = columns<Row>.size();
+  std::vector<std::size_t> column_of_cell;
+  std::bitset<columns<Row>.size()> present;
+  bool usable = false;  ///< whether it has any column of the table
+};
+
+/// Finds the columns that the names in a header line stand for, at least one, and reports those
+/// that are wrong. Columns whose names are in `ignored` are left out; "all" stands for every
+/// unknown one.
+template <class Row>
+header<Row> read_header(const csv_row& names, const std::vector<std::string>& ignored,
+                        table_report& report);
+
+/// Reads all rows of a table and hands each to `use`; `ignored` is as in read_header().
 template <class Row>
 void read_table(const opened_table& opened, const std::vector<std::string>& ignored,
                 table_report& report, const std::function<void(const checked_row<Row>&)>& use);

@@ -9,8 +9,8 @@ namespace gait_walk {
 
 namespace {
 
-std::string repeated(int index, std::size_t first_line) {
-  return found(std::to_string(index)) + " again (as on line " + std::to_string(first_line) + ")";
+std::string repeated(int index, std::size_t first_line, const wording& words) {
+  return found(std::to_string(index)) + " " + words.again(first_line);
 }
 
 std::string out_of_sequence(int index, int next, const std::string& whose) {
@@ -35,9 +35,9 @@ bool row_indices::check(table_report& report, const std::string& whose) {
   const place* last = nullptr;
   for (const place& next : places_) {
     if (last != nullptr && next.index == last->index) {
-      report.errors.add(
-          next.line, "index",
-          repeated(next.index, last->line) + ", expected each index" + whose + " once");
+      report.errors.add(next.line, "index",
+                        repeated(next.index, last->line, report.words) + ", expected each index" +
+                            whose + " once");
       continue;
     }
     const int expected = last == nullptr ? 0 : last->index + 1;

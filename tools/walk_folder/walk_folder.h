@@ -6,6 +6,7 @@
 
 #include "input_error.h"
 #include "walk.h"
+#include "wording.h"
 
 #include <cstddef>
 #include <filesystem>
@@ -26,6 +27,7 @@ struct read_options {
   analysed_cycles analysed = analysed_cycles::feet;
   /// Names of columns that are left out, in any table; "all" stands for every unknown one.
   std::vector<std::string> ignored_columns = {};
+  wording words = {};
 };
 
 /// A walk, and what is worth a warning about it.
