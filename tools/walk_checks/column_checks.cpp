@@ -38,16 +38,6 @@ bool is_stuck(std::string_view column, std::size_t strides, std::size_t distinct
   return (column == "gct" && are_few) || (strides >= strides_of_one_value && distinct == 1);
 }
 
-/// Sorts the values, and counts the different ones.
-std::size_t count_distinct(std::vector<double>& values) {
-  std::sort(values.begin(), values.end());
-  std::size_t distinct = values.empty() ? 0 : 1;
-  for (std::size_t i = 1; i < values.size(); ++i) {
-    distinct += values[i] == values[i - 1] ? 0 : 1;
-  }
-  return distinct;
-}
-
 std::vector<finding> stuck_column(const checked_walk& walk, const value_filter& usable,
                                   alarm /*when*/) {
   std::vector<finding> all;
