@@ -73,6 +73,9 @@ def _values_of(native: Any, kind: FrameKind) -> NDArray[np.float64] | NDArray[np
             return numbers
     if kind == "pandas" and native.dtype == object:
         return _texts_of(native.to_list())
+    if kind == "pyarrow" and str(native.type) in ("string", "large_string"):
+        # Its own lists are made of scalars first, one by one.
+        return _texts_of(native.to_numpy().tolist())
     series: nw.Series[Any] = nw.from_native(native, series_only=True)
     if series.dtype.is_numeric() and not series.dtype.is_decimal():
         numbers = _as_numbers(series.to_numpy())
