@@ -37,6 +37,12 @@ def _text_of(value: Any) -> str:
     return str(value)
 
 
+def _texts_of(values: list[Any]) -> list[str]:
+    return [
+        value if type(value) is str and value.isascii() else _text_of(value) for value in values
+    ]
+
+
 def _as_numbers(numbers: NDArray[Any]) -> NDArray[np.float64] | NDArray[np.int64] | None:
     """Numbers in one of the two types that cross the border; None where neither holds them."""
     if numbers.dtype.kind == "f":
@@ -65,12 +71,17 @@ def _values_of(native: Any, kind: FrameKind) -> NDArray[np.float64] | NDArray[np
         numbers = _as_numbers(native.to_numpy())
         if numbers is not None:
             return numbers
+    if kind == "pandas" and native.dtype == object:
+        return _texts_of(native.to_list())
+    if kind == "pyarrow" and str(native.type) in ("string", "large_string"):
+        # Its own lists are made of scalars first, one by one.
+        return _texts_of(native.to_numpy().tolist())
     series: nw.Series[Any] = nw.from_native(native, series_only=True)
     if series.dtype.is_numeric() and not series.dtype.is_decimal():
         numbers = _as_numbers(series.to_numpy())
         if numbers is not None:
             return numbers
-    return [_text_of(value) for value in series.to_list()]
+    return _texts_of(series.to_list())
 
 
 def columns_of(frame: Any, argument: str) -> tuple[list[ColumnIn], FrameKind]:
