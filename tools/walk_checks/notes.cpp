@@ -4,8 +4,8 @@
 
 #include <cstddef>
 #include <optional>
-#include <set>
 #include <string>
+#include <utility>
 #include <vector>
 
 namespace gait_checks {
@@ -36,11 +36,10 @@ std::optional<note> note_on_few(std::size_t strides) {
   return std::nullopt;
 }
 
-std::optional<note> note_on_unlinked(const checked_foot& foot,
-                                     const std::set<const gait_foot_cycle*>& linked) {
+std::optional<note> note_on_unlinked(const checked_foot& foot, const stride_set& linked) {
   std::size_t unlinked = 0;
   for (const gait_foot_cycle* stride : foot.strides) {
-    unlinked += linked.count(stride) == 0 ? 1 : 0;
+    unlinked += linked.has(stride) ? 0 : 1;
   }
   if (unlinked == 0) {
     return std::nullopt;
@@ -64,10 +63,13 @@ std::vector<note> notes_on(const gait_result& result, const gait_foot_result* ri
     return notes;
   }
   const checked_walk walk = checked_walk_of(result, right, left);
-  std::set<const gait_foot_cycle*> linked;
+  std::vector<const gait_foot_cycle*> strides;
+  strides.reserve(2 * walk.links.size());
   for (const checked_pair& pair : walk.links) {
-    linked.insert({pair.right, pair.left});
+    strides.push_back(pair.right);
+    strides.push_back(pair.left);
   }
+  const stride_set linked(std::move(strides));
   for (const checked_foot& foot : walk.feet) {
     if (auto unlinked = note_on_unlinked(foot, linked)) {
       notes.push_back(*unlinked);
