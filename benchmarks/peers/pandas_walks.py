@@ -3,22 +3,11 @@
 import sys
 import warnings
 
-import numpy
 import pandas
 
+from pandas_statistics import STATISTICS
+
 warnings.simplefilter("ignore")
-
-
-def iqr(values):
-    first, third = numpy.percentile(values.dropna(), [25, 75], method="hazen")
-    return third - first
-
-
-def cv(values):
-    return 100 * values.std() / values.mean()
-
-
-STATISTICS = ["count", "mean", "median", "std", iqr, "min", "max", cv]
 
 
 def statistics_of(walk):

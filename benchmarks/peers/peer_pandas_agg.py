@@ -3,9 +3,9 @@
 import sys
 import warnings
 
-import numpy
 import pandas
 
+from pandas_statistics import STATISTICS
 from peer_clock import print_time_of
 
 warnings.simplefilter("ignore")
@@ -15,15 +15,4 @@ strides = pandas.read_csv(sys.argv[1] + "/foot_cycles.csv").drop(
 )
 feet = pandas.read_csv(sys.argv[1] + "/feet_cycles.csv")[["ds"]]
 
-
-def iqr(values):
-    first, third = numpy.percentile(values.dropna(), [25, 75], method="hazen")
-    return third - first
-
-
-def cv(values):
-    return 100 * values.std() / values.mean()
-
-
-statistics = ["count", "mean", "median", "std", iqr, "min", "max", cv]
-print_time_of(lambda: (strides.groupby("foot").agg(statistics), feet.agg(statistics)))
+print_time_of(lambda: (strides.groupby("foot").agg(STATISTICS), feet.agg(STATISTICS)))

@@ -14,6 +14,7 @@ TEST(RoughDuration, IsInTheUnitThatPeopleUse) {
   EXPECT_EQ(rough_duration(7200.0), "2 hours");
   EXPECT_EQ(rough_duration(172799.0), "48 hours");
   EXPECT_EQ(rough_duration(1e6), "12 days");
+  EXPECT_EQ(rough_duration(1.2), "1 second");
   EXPECT_EQ(rough_duration(0.0), "0 seconds");
 }
 

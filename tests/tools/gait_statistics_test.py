@@ -1013,7 +1013,7 @@ class Terminal(ProgramTest):
             slow, write_late = self.slow_walk()
             text = self.messages_on_terminal(["--jobs", jobs, slow, LEFT_FOOT],
                                              meanwhile=write_late)
-            self.assertRegex(text, r"1 of 2 walks, \d+\.\d (a second|a minute), \d+ seconds left\r"
+            self.assertRegex(text, r"1 of 2 walks, \d+\.\d (a second|a minute), \d+ seconds? left\r"
                              "\x1b\\[K")
             self.assertTrue(text.endswith("\x1b[Kgait-statistics: 2 of 2 walks reported\n"), text)
             shutil.rmtree(slow)

@@ -22,7 +22,7 @@ endforeach()
 
 add_executable(in_order_test in_order_test.cpp)
 target_link_libraries(in_order_test PRIVATE gait_program GTest::gtest_main gait_warnings)
-# oneTBB is not built for the thread sanitizer, which cannot see how its threads wait.
+# oneTBB is not built for the thread sanitizer.
 set(thread_sanitizer
   "TSAN_OPTIONS=suppressions=${PROJECT_SOURCE_DIR}/cmake/thread_sanitizer.suppressions")
 gtest_discover_tests(in_order_test PROPERTIES ENVIRONMENT ${thread_sanitizer})

@@ -63,14 +63,15 @@ std::string rough_duration(double seconds) {
     const char* name;
   };
   constexpr std::array<unit, 4> units = {
-      {{86400.0, "days"}, {3600.0, "hours"}, {60.0, "minutes"}, {1.0, "seconds"}}};
+      {{86400.0, "day"}, {3600.0, "hour"}, {60.0, "minute"}, {1.0, "second"}}};
   // Below two of a unit, the next smaller one says more.
   const auto* unit = std::find_if(units.begin(), units.end(),
                                   [&](const auto& u) { return seconds >= 2.0 * u.seconds; });
   if (unit == units.end()) {
     unit = std::prev(units.end());
   }
-  return std::to_string(std::lround(seconds / unit->seconds)) + " " + unit->name;
+  const long count = std::lround(seconds / unit->seconds);
+  return std::to_string(count) + " " + unit->name + (count == 1 ? "" : "s");
 }
 
 }  // namespace gait_program

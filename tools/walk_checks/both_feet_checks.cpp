@@ -8,7 +8,8 @@
 #include <cmath>
 #include <cstddef>
 #include <cstdint>
-#include <set>
+#include <utility>
+#include <vector>
 
 namespace gait_checks {
 namespace {
@@ -108,17 +109,19 @@ struct stride_of_two_steps {
 
 std::vector<stride_of_two_steps> strides_of_two_steps(const checked_walk& walk) {
   std::vector<stride_of_two_steps> strides;
-  std::set<const cycle*> included;
+  std::vector<const cycle*> right_strides;
+  right_strides.reserve(walk.pairs.size());
   for (const checked_pair& pair : walk.pairs) {
-    included.insert(pair.right);
+    right_strides.push_back(pair.right);
   }
+  const stride_set included(std::move(right_strides));
   for (const checked_pair& pair : walk.pairs) {
     if (pair.right == nullptr || pair.left == nullptr) {
       continue;
     }
     const auto& rights = walk.feet.front().strides;
     const auto next = static_cast<std::size_t>(pair.right->index) + 1;
-    if (next < rights.size() && included.count(rights[next]) != 0 &&
+    if (next < rights.size() && included.has(rights[next]) &&
         rights[next]->first_sample == std::int64_t{pair.right->last_sample} + 1) {
       strides.push_back({pair.index, pair.right, pair.left, rights[next]});
     }

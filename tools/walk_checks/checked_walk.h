@@ -8,7 +8,9 @@
 
 #include <algorithm>
 #include <cstddef>
+#include <functional>
 #include <string_view>
+#include <utility>
 #include <vector>
 
 namespace gait_checks {
@@ -40,6 +42,21 @@ struct checked_walk {
   std::vector<checked_foot> feet;   ///< the analysed ones, right before left
   std::vector<checked_pair> pairs;  ///< of two feet that are analysed together
   std::vector<checked_pair> links;  ///< as pairs, but of all two-feet cycles, excluded ones too
+};
+
+/// Some strides, to ask whether one is among them. Null may be one of them.
+class stride_set {
+public:
+  explicit stride_set(std::vector<const gait_foot_cycle*> strides) : strides_(std::move(strides)) {
+    std::sort(strides_.begin(), strides_.end(), std::less<>());
+  }
+
+  bool has(const gait_foot_cycle* stride) const {
+    return std::binary_search(strides_.begin(), strides_.end(), stride, std::less<>());
+  }
+
+private:
+  std::vector<const gait_foot_cycle*> strides_;
 };
 
 /// How many samples a stride has.

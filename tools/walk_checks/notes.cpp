@@ -5,8 +5,8 @@
 #include <algorithm>
 #include <cstddef>
 #include <optional>
-#include <set>
 #include <string>
+#include <utility>
 #include <vector>
 
 namespace gait_checks {
@@ -38,11 +38,10 @@ std::optional<note> note_on_few(std::size_t strides) {
   return std::nullopt;
 }
 
-std::optional<note> note_on_unlinked(const checked_foot& foot,
-                                     const std::set<const gait_foot_cycle*>& linked) {
+std::optional<note> note_on_unlinked(const checked_foot& foot, const stride_set& linked) {
   std::size_t unlinked = 0;
   for (const gait_foot_cycle* stride : foot.strides) {
-    unlinked += linked.count(stride) == 0 ? 1 : 0;
+    unlinked += linked.has(stride) ? 0 : 1;
   }
   if (unlinked == 0) {
     return std::nullopt;
@@ -69,10 +68,13 @@ std::vector<note> notes_on(const gait_result& result, const gait_foot_result* ri
   if (auto few = note_on_few(strides)) {
     notes.push_back(*few);
   }
-  std::set<const gait_foot_cycle*> linked;
+  std::vector<const gait_foot_cycle*> links;
+  links.reserve(2 * walk.links.size());
   for (const checked_pair& pair : walk.links) {
-    linked.insert({pair.right, pair.left});
+    links.push_back(pair.right);
+    links.push_back(pair.left);
   }
+  const stride_set linked(std::move(links));
   for (const checked_foot& foot : walk.feet) {
     if (auto unlinked = note_on_unlinked(foot, linked)) {
       notes.push_back(*unlinked);

@@ -8,7 +8,8 @@
 #include <cstddef>
 #include <cstdint>
 #include <iterator>
-#include <set>
+#include <utility>
+#include <vector>
 
 namespace gait_checks {
 namespace {
@@ -141,14 +142,16 @@ std::vector<finding> left_opens_within_right(const checked_walk& walk,
 }
 
 /// The strides of a foot that have a partner of the other one.
-std::set<const cycle*> partnered(const checked_walk& walk) {
-  std::set<const cycle*> strides;
+stride_set partnered(const checked_walk& walk) {
+  std::vector<const cycle*> strides;
+  strides.reserve(2 * walk.links.size());
   for (const checked_pair& pair : walk.links) {
     if (pair.right != nullptr && pair.left != nullptr) {
-      strides.insert({pair.right, pair.left});
+      strides.push_back(pair.right);
+      strides.push_back(pair.left);
     }
   }
-  return strides;
+  return stride_set(std::move(strides));
 }
 
 /// The stride during which a sample was taken, or null. The strides are in order of time.
@@ -187,12 +190,11 @@ std::vector<finding> unlinked_strides(const checked_walk& walk, const value_filt
   if (!std::is_sorted(rights.begin(), rights.end(), opens_earlier)) {
     return {};
   }
-  const std::set<const cycle*> has_partner = partnered(walk);
+  const stride_set with_partner = partnered(walk);
   tally tally(foot_cycles_table, "index", strides_of(walk.feet[1].name));
   for (const cycle* left : walk.feet[1].strides) {
     const cycle* right = right_stride_of(*left, walk.feet[0]);
-    const bool is_sound =
-        right == nullptr || has_partner.count(left) != 0 || has_partner.count(right) != 0;
+    const bool is_sound = right == nullptr || with_partner.has(left) || with_partner.has(right);
     tally.add(is_sound, {"left", left->index, {}}, [&] {
       return "found left stride " + std::to_string(left->index) + " and right stride " +
              std::to_string(right->index) + " at the same time, both without a partner, " +
