@@ -44,6 +44,11 @@ class InputError:
             place += (": " if self.row is None else ", ") + f"column {self.column}"
         return f"{place}: {self.text}"
 
+    def as_raw(self) -> tuple[str, int, str, str]:
+        """The parts as the reports take them: table, line, column, text."""
+        table = self.table if self.row is None else f"{self.table}, row {self.row}"
+        return table, self.line or 0, self.column or "", self.text
+
 
 class WalkError(ValueError):
     """A walk that cannot be read, made or analysed. Its text holds everything that is wrong.

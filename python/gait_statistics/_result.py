@@ -417,7 +417,10 @@ def _analysed(
     walk: Walk, foot: str | None, settings_value: float, without_checks: list[str]
 ) -> tuple[_core.Analysis, tuple[InputError, ...]]:
     of_files = walk._core.folder != ""
-    analysis, errors, warned = _core.analyse(walk._core, foot, settings_value, without_checks)
+    of_reading = [warning.as_raw() for warning in walk._warnings]
+    analysis, errors, warned = _core.analyse(
+        walk._core, foot, settings_value, without_checks, of_reading
+    )
     if analysis is None:
         raise WalkError(input_errors(errors, of_files=of_files))
     return analysis, input_errors(warned, of_files=of_files)

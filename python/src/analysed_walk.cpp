@@ -39,8 +39,11 @@ std::vector<gait_walk::input_error> errors_of(const shared_walk& walk,
 }  // namespace
 
 analysed_walk::analysed_walk(const shared_walk& walk, gait_walk::analysed_cycles asked_for,
-                             float settings_value, const std::vector<std::string>& without_checks)
-    : without_checks_(without_checks), strides_(strides_of_both_feet(*walk.walk)) {
+                             float settings_value, const std::vector<std::string>& without_checks,
+                             std::vector<gait_walk::input_error> of_reading)
+    : without_checks_(without_checks),
+      of_reading_(std::move(of_reading)),
+      strides_(strides_of_both_feet(*walk.walk)) {
   if (auto errors = errors_of(walk, asked_for); !errors.empty()) {
     throw gait_walk::walk_error(std::move(errors));
   }
@@ -51,7 +54,11 @@ analysed_walk::analysed_walk(const shared_walk& walk, gait_walk::analysed_cycles
 }
 
 const gait_report::walk_statistics& analysed_walk::checked() const {
-  std::call_once(*is_checked_, [&] { gait_report::check_data(*statistics_, without_checks_); });
+  std::call_once(*is_checked_, [&] {
+    gait_report::check_data(*statistics_, without_checks_);
+    gait_report::add_warnings(*statistics_, warnings_);
+    gait_report::add_warnings(*statistics_, of_reading_);
+  });
   return *statistics_;
 }
 
@@ -71,9 +78,7 @@ std::string analysed_walk::json() const {
 std::string analysed_walk::html() const {
   std::string text;
   on_deep_stack(strides_, [&] {
-    gait_report::html_page page(false);
-    page.add(checked());
-    text = page.finish();
+    text = gait_report::html_page({gait_report::html_walk_of(checked(), 1, true)});
   });
   return text;
 }

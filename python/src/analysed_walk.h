@@ -29,9 +29,11 @@ struct shared_walk {
 /// The statistics of a walk. Everything here is for any thread, and for several at once.
 class analysed_walk {
 public:
-  /// Computes them. Throws gait_walk::walk_error for a walk that cannot be analysed so.
+  /// Computes them. What was worth a warning when the walk was read stands in the notes. Throws
+  /// gait_walk::walk_error for a walk that cannot be analysed so.
   analysed_walk(const shared_walk& walk, gait_walk::analysed_cycles asked_for, float settings_value,
-                const std::vector<std::string>& without_checks);
+                const std::vector<std::string>& without_checks,
+                std::vector<gait_walk::input_error> of_reading);
 
   /// The statistics, without findings and notes.
   const gait_report::walk_statistics& statistics() const { return *statistics_; }
@@ -52,7 +54,8 @@ private:
   std::unique_ptr<gait_report::walk_statistics> statistics_;
   std::unique_ptr<std::once_flag> is_checked_ = std::make_unique<std::once_flag>();
   std::vector<std::string> without_checks_;
-  std::vector<gait_walk::input_error> warnings_;
+  std::vector<gait_walk::input_error> warnings_;  ///< about the analysis
+  std::vector<gait_walk::input_error> of_reading_;
   std::size_t strides_ = 0;  ///< of both feet
 };
 

@@ -23,6 +23,7 @@
 #include <nanobind/stl/filesystem.h>
 #include <nanobind/stl/optional.h>
 #include <nanobind/stl/string.h>
+#include <nanobind/stl/tuple.h>
 #include <nanobind/stl/vector.h>
 
 #include <cstddef>
@@ -37,6 +38,7 @@
 #include <string>
 #include <string_view>
 #include <system_error>
+#include <tuple>
 #include <type_traits>
 #include <utility>
 #include <vector>
@@ -137,12 +139,25 @@ shared_walk restore(const std::string& name, const std::string& folder, const nb
   });
 }
 
+/// A warning as Python has it: file, line, column, text.
+using raw_error = std::tuple<std::string, std::size_t, std::string, std::string>;
+
+std::vector<gait_walk::input_error> input_errors(const std::vector<raw_error>& raw) {
+  std::vector<gait_walk::input_error> errors;
+  errors.reserve(raw.size());
+  for (const auto& [file, line, column, text] : raw) {
+    errors.push_back({file, line, column, text});
+  }
+  return errors;
+}
+
 nb::tuple analyse(const shared_walk& walk, const std::optional<std::string>& foot,
-                  double settings_value, const std::vector<std::string>& without_checks) {
+                  double settings_value, const std::vector<std::string>& without_checks,
+                  const std::vector<raw_error>& of_reading) {
   const auto cycles = asked_for(foot);
   const auto value = static_cast<float>(settings_value);
   return made_by([&] {
-    analysed_walk analysed(walk, cycles, value, without_checks);
+    analysed_walk analysed(walk, cycles, value, without_checks, input_errors(of_reading));
     auto warnings = analysed.warnings();
     return std::pair(std::move(analysed), std::move(warnings));
   });
@@ -344,7 +359,7 @@ void define_analysis(nb::module_& module) {
         return to_python(unlocked([&] { return self.html(); }));
       });
   module.def("analyse", analyse, nb::arg("walk"), nb::arg("foot").none(), nb::arg("settings_value"),
-             nb::arg("without_checks"));
+             nb::arg("without_checks"), nb::arg("of_reading"));
 }
 
 }  // namespace
