@@ -123,13 +123,13 @@ class Note:
 
     Attributes:
         name: by which the note is known.
-        text: a sentence.
-        source: the paper behind it.
+        text: a sentence or two.
+        source: the paper behind it; None where there is none.
     """
 
     name: str
     text: str
-    source: str
+    source: str | None
 
     def __str__(self) -> str:
         """The sentence."""

@@ -78,7 +78,7 @@ std::string analysed_walk::json() const {
 std::string analysed_walk::html() const {
   std::string text;
   on_deep_stack(strides_, [&] {
-    text = gait_report::html_page({gait_report::html_walk_of(checked(), 1, true)});
+    text = gait_report::html_page({gait_report::html_walk_of(checked(), 0, true)});
   });
   return text;
 }

@@ -222,8 +222,8 @@ nb::list findings_of(const analysed_walk& walk) {
 nb::list notes_of(const analysed_walk& walk) {
   nb::list notes;
   for (const auto& note : checked(walk).notes) {
-    notes.append(
-        nb::make_tuple(to_python(note.name), to_python(note.text), to_python(note.source)));
+    const nb::object source = note.source.empty() ? nb::none() : to_python(note.source);
+    notes.append(nb::make_tuple(to_python(note.name), to_python(note.text), source));
   }
   return notes;
 }

@@ -49,7 +49,7 @@ std::string coordinate(double value, int decimals) {
   const double within = std::fmin(std::fmax(value, -1e6), 1e6);
   const double parts = std::pow(10.0, decimals);
   const double rounded = std::round(within * parts) / parts + 0.0;
-  const auto end = std::to_chars(buffer.data(), buffer.data() + buffer.size(), rounded).ptr;
+  auto* const end = std::to_chars(buffer.data(), buffer.data() + buffer.size(), rounded).ptr;
   return {buffer.data(), end};
 }
 
@@ -128,11 +128,11 @@ std::string path::element(const char* css_class) const {
 std::string plot(const char* css_class, double height, std::string_view label,
                  const std::string& stretched, const std::string& around) {
   const std::string high = coordinate(height);
-  std::string text = std::string("<svg class=\"plot ") + css_class + "\" height=\"" + high +
-                     "\" role=\"img\" aria-label=\"" + escaped(label) + "\">";
+  std::string text = std::string(R"(<svg class="plot )") + css_class + R"(" height=")" + high +
+                     R"(" role="img" aria-label=")" + escaped(label) + R"(">)";
   if (!stretched.empty()) {
-    text += "<svg width=\"100%\" height=\"" + high + "\" viewBox=\"0 0 " + coordinate(units) + " " +
-            high + "\" preserveAspectRatio=\"none\">" + stretched + "</svg>";
+    text += R"(<svg width="100%" height=")" + high + R"(" viewBox="0 0 )" + coordinate(units) +
+            " " + high + R"(" preserveAspectRatio="none">)" + stretched + "</svg>";
   }
   return text + around + "</svg>";
 }
@@ -164,7 +164,7 @@ std::string axis_below(span data, std::string_view unit) {
   for (const auto& [value, label] : marks) {
     labels += text_at("x", percent(scale(value)), 11.0, label);
   }
-  return "<svg class=\"plot axis\" height=\"" + coordinate(height) + "\" aria-hidden=\"true\">" +
+  return R"(<svg class="plot axis" height=")" + coordinate(height) + R"(" aria-hidden="true">)" +
          labels + "</svg>";
 }
 
