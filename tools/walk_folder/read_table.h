@@ -72,10 +72,10 @@ struct header {
 };
 
 /// Finds the columns that the names in a header line stand for, at least one, and reports those
-/// that are wrong. Columns whose names are in `ignored` are left out; "all" stands for every
+/// that are wrong. Columns in `ignored_names` are left out; "all" stands for every
 /// unknown one.
 template <class Row>
-header<Row> read_header(const csv_row& names, const std::vector<std::string>& ignored,
+header<Row> read_header(const csv_row& row, const std::vector<std::string>& ignored_names,
                         table_report& report);
 
 /// Reads all rows of a table and hands each to `use`; `ignored` is as in read_header().
