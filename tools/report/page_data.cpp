@@ -741,7 +741,7 @@ page_data data_of_index(std::size_t walks, const std::string& rows) {
   list columns;
   for (const auto& panel : panels) {
     if (panel.at_a_glance == glance::tile) {
-      const auto all = list_parameters();
+      const auto& all = list_parameters();
       const auto row =
           std::find_if(all.begin(), all.end(), [&](const auto& r) { return r.key == panel.key; });
       columns.emplace_back(object{{"description", row->description}, {"unit", row->unit}});

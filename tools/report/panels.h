@@ -26,7 +26,7 @@ struct panel {
   glance at_a_glance;  ///< whether its mean stands at the top of the page
   /// Panels of one name show equally many units over their height, so that what scatters twice as
   /// far looks twice as far. Every other panel fills its height.
-  std::string_view shared_height = "";
+  std::string_view shared_height = {};
 };
 
 // A heel-strike time has no panel: it is a moment in the recording, which the time axis shows.
