@@ -413,50 +413,51 @@ std::string not_measured(const shown_walk& shown) {
 /// A column of the table of numbers.
 struct statistics_column {
   const char* heading;
-  std::string (*cell)(const computed_parameter&, const side_of_parameter&,
-                      const parameter_measures&);
+  std::string (*cell)(const computed_parameter& /*parameter*/, const side_of_parameter& /*side*/,
+                      const parameter_measures& /*measures*/);
 };
 
-template <std::optional<double> computed_statistics::*statistic>
+template <std::optional<double> computed_statistics::*Statistic>
 std::string in_own_decimals(const computed_parameter& parameter, const side_of_parameter& side,
-                            const parameter_measures&) {
-  return shown_number(side.statistics.*statistic, parameter.row.decimals);
+                            const parameter_measures& /*measures*/) {
+  return shown_number(side.statistics.*Statistic, parameter.row.decimals);
 }
 
-template <std::optional<double> parameter_measures::*measure>
-std::string measure_in_own_decimals(const computed_parameter& parameter, const side_of_parameter&,
+template <std::optional<double> parameter_measures::*Measure>
+std::string measure_in_own_decimals(const computed_parameter& parameter,
+                                    const side_of_parameter& /*side*/,
                                     const parameter_measures& measures) {
-  return shown_number(measures.*measure, parameter.row.decimals);
+  return shown_number(measures.*Measure, parameter.row.decimals);
 }
 
-std::string symmetry_cell(const computed_parameter&, const side_of_parameter&,
-                          const parameter_measures& measures) {
+std::string symmetry_cell(const computed_parameter& /*parameter*/,
+                          const side_of_parameter& /*side*/, const parameter_measures& measures) {
   return shown_number(measures.symmetry_index, decimals_of_percent);
 }
 
-std::string effective_cell(const computed_parameter&, const side_of_parameter&,
-                           const parameter_measures& measures) {
+std::string effective_cell(const computed_parameter& /*parameter*/,
+                           const side_of_parameter& /*side*/, const parameter_measures& measures) {
   return shown_number(measures.effective_strides, 0);
 }
 
-std::string count_cell(const computed_parameter&, const side_of_parameter& side,
-                       const parameter_measures&) {
+std::string count_cell(const computed_parameter& /*parameter*/, const side_of_parameter& side,
+                       const parameter_measures& /*measures*/) {
   return std::to_string(side.statistics.n);
 }
 
-std::string cv_cell(const computed_parameter&, const side_of_parameter& side,
-                    const parameter_measures&) {
+std::string cv_cell(const computed_parameter& /*parameter*/, const side_of_parameter& side,
+                    const parameter_measures& /*measures*/) {
   return shown_number(side.statistics.cv, decimals_of_percent);
 }
 
 /// A standard error is smaller than the values: one decimal more.
-std::string error_cell(const computed_parameter& parameter, const side_of_parameter&,
+std::string error_cell(const computed_parameter& parameter, const side_of_parameter& /*side*/,
                        const parameter_measures& measures) {
   return shown_number(measures.standard_error, parameter.row.decimals + 1);
 }
 
 std::string ratio_cell(const computed_parameter& parameter, const side_of_parameter& side,
-                       const parameter_measures&) {
+                       const parameter_measures& /*measures*/) {
   return parameter.has_telling_ratio() ? shown_number(side.statistics.ratio, decimals_of_ratio)
                                        : std::string(nothing_shown);
 }
