@@ -371,7 +371,7 @@ json_frame frame_of_json(json_layout layout) {
 }
 
 std::string json_in_document(const json& walk, json_layout layout) {
-  const std::string text = text_of(walk, layout);
+  std::string text = text_of(walk, layout);
   if (layout == json_layout::compact) {
     return text;
   }
