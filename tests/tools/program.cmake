@@ -39,7 +39,8 @@ add_python_test(gait_statistics_program.YourOwnTable pandas
 # What it does with what it cannot use.
 add_test(NAME gait_statistics_program.BrokenWalks
   COMMAND ${GAIT_PYTHON} ${CMAKE_CURRENT_LIST_DIR}/broken_walks.py $<TARGET_FILE:gait-statistics>)
-foreach(topic IN ITEMS LongWalk Interruption Tables Output)
+foreach(topic IN ITEMS
+    LongWalk Interruption Tables Output OutputOnAFullDisk OutputWithoutProc)
   add_test(NAME gait_statistics_program.hostile.${topic}
     COMMAND ${GAIT_PYTHON} ${CMAKE_CURRENT_LIST_DIR}/hostile_input_test.py
       $<TARGET_FILE:gait-statistics> ${topic})
