@@ -132,7 +132,11 @@ def main() -> int:
     except (ValueError, TypeError, ImportError) as error:
         _say(error)
         return EXIT_USAGE
-    except (OSError, RuntimeError) as error:
+    except OSError as error:
+        # A file's name stands in the whole message alone.
+        _say(error if error.filename or not error.strerror else error.strerror)
+        return EXIT_LEFT_OUT
+    except RuntimeError as error:
         _say(error)
         return EXIT_LEFT_OUT
     if result._was_complete:

@@ -166,6 +166,19 @@ def _read_manifest(path: Path) -> pa.Table:
         raise ValueError(f"{path}: {error}") from error
 
 
+def _is_text(place: str) -> bool:
+    return place.lower().endswith(".csv")
+
+
+def _place_of_row(place: str, row: int) -> str:
+    """A row as messages name it: by its line in a file of text, counted from 1."""
+    return f"{place}:{row + 2}: " if _is_text(place) else f"{place}, row {row}, "
+
+
+def _row_in_words(place: str, row: int) -> str:
+    return f"line {row + 2}" if _is_text(place) else f"row {row}"
+
+
 def manifest(table: pa.Table, place: str, beside: str, options: Options) -> FolderWalks:
     """The walks of a manifest: its column ``walk`` has the paths, which may be relative.
 
@@ -185,7 +198,8 @@ def manifest(table: pa.Table, place: str, beside: str, options: Options) -> Fold
     given = table["walk"].cast(pa.string()).to_pylist()
     for row, path in enumerate(given):
         if not path:
-            raise ValueError(f"{place}, row {row}, column walk: found nothing, expected a path")
+            where = _place_of_row(place, row)
+            raise ValueError(f"{where}column walk: found nothing, expected a path")
     keys = table.drop_columns(["walk"]).combine_chunks()
     check_key_names(keys.column_names, options.statistics, place)
     paths = [_absolute(os.path.join(beside, path)) for path in given]
@@ -194,8 +208,8 @@ def manifest(table: pa.Table, place: str, beside: str, options: Options) -> Fold
         before = first_row.setdefault(path, row)
         if before != row:
             raise ValueError(
-                f"{place}, row {row}, column walk: found {given[row]!r}, which row {before} has "
-                "too, expected each walk once"
+                f"{_place_of_row(place, row)}column walk: found {given[row]!r}, which "
+                f"{_row_in_words(place, before)} has too, expected each walk once"
             )
     return FolderWalks(given, paths, keys.replace_schema_metadata(None), options)
 

@@ -3,6 +3,7 @@
 from __future__ import annotations
 
 import hashlib
+import re
 from collections import Counter
 from collections.abc import Callable, Sequence
 from dataclasses import dataclass, replace
@@ -28,6 +29,8 @@ from ._tables import check_key_names
 RATE = "sampling_rate"
 _ROWS_OF_A_PIECE = 1 << 16
 
+_NAMELESS_INDEX = re.compile(r"__index_level_\d+__")
+
 Indices = NDArray[np.int64]
 Load = tuple[Callable[..., Any], tuple[Any, ...]]
 
@@ -43,14 +46,19 @@ class _Piece:
     load_by: Load
 
 
+def _plain(column: pa.ChunkedArray) -> pa.ChunkedArray:
+    """A column whose texts are texts of one type, categories among them."""
+    if pa.types.is_dictionary(column.type):
+        column = column.cast(column.type.value_type)
+    is_text = pa.types.is_large_string(column.type) or str(column.type) == "string_view"
+    return column.cast(pa.string()) if is_text else column
+
+
 def as_arrow(frame: Any) -> pa.Table:
-    """A frame of any library as a table, its texts as texts."""
+    """A frame of any library as a table; the nameless index of pandas has no part in it."""
     table = frame if isinstance(frame, pa.Table) else nw.from_native(frame).to_arrow()
-    columns = [
-        column.cast(column.type.value_type) if pa.types.is_dictionary(column.type) else column
-        for column in table.columns
-    ]
-    return pa.table(columns, names=table.column_names).combine_chunks()
+    names = [name for name in table.column_names if not _NAMELESS_INDEX.fullmatch(name)]
+    return pa.table([_plain(table[name]) for name in names], names=names).combine_chunks()
 
 
 def _row_group(path: str, number: int, columns: list[str] | None) -> pa.Table:

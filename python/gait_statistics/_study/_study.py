@@ -25,7 +25,7 @@ from ._run import Cluster, Executor, Run, Threads, processors, run_all
 from ._source import Source
 from ._strides import as_arrow, is_dask_frame, stride_dask, stride_files, stride_frame
 from ._tables import key_types
-from ._work import Record, Work
+from ._work import Record, Work, errors_of
 
 
 def _paths(walks: Any) -> list[str] | None:
@@ -141,6 +141,13 @@ def _compute(
         Run(source, work, executor, bar.update).run(batch)
 
 
+def _finish(source: Source, work: Work, options: Options) -> None:
+    with errors_of(work.out):
+        tables, left_out = write_tables(work, source.keys, options)
+        found = {"left_out": left_out.count, "left_out_first": left_out.names}
+        work.finish(tables, {**found, "keys": key_types(source.keys)})
+
+
 def study(
     walks: Any,
     out: str | PathLike[str],
@@ -232,9 +239,7 @@ def study(
             was_complete = work.is_complete
             if not was_complete:
                 _compute(source, work, executor, batch, progress)
-                tables, left_out = write_tables(work, source.keys, options)
-                found = {"left_out": left_out.count, "left_out_first": left_out.names}
-                work.finish(tables, {**found, "keys": key_types(source.keys)})
+                _finish(source, work, options)
     result = Study(out, frame)
     result._was_complete = was_complete
     return result

@@ -54,6 +54,17 @@ def whole_file(path: Path, beside: Path) -> Iterator[Path]:
         raise
 
 
+@contextmanager
+def errors_of(out: Path) -> Iterator[None]:
+    """Says of an error of the disk which study it is of, and what becomes of that."""
+    try:
+        yield
+    except OSError as error:
+        reason = os.strerror(error.errno) if error.errno else str(error)
+        text = f"{out}: {reason}; what is done is kept, and the same study goes on with it"
+        raise OSError(error.errno, text) from error
+
+
 def _write_record(path: Path, record: Record, beside: Path) -> None:
     with whole_file(path, beside) as temporary:
         temporary.write_text(json.dumps(record, indent=1) + "\n", encoding="utf-8")
@@ -188,7 +199,7 @@ class Work:
     def store(self, first: int, stop: int, part: bytes) -> None:
         """Keeps a part."""
         path = self.folder / f"{first:010}-{stop:010}.part"
-        with whole_file(path, self.folder) as temporary:
+        with errors_of(self.out), whole_file(path, self.folder) as temporary:
             temporary.write_bytes(part)
 
     def finish(self, tables: list[Path], found: Record) -> None:

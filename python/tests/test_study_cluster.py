@@ -1,0 +1,166 @@
+"""Studies on a cluster of Dask: a scheduler and workers, each a process of its own."""
+
+from __future__ import annotations
+
+import contextlib
+import os
+import subprocess
+import sys
+import time
+from collections.abc import Iterator
+from pathlib import Path
+from typing import Any
+
+import pytest
+from studies import COMMAND, contents_of, parts_in, strides_of_bouts, write_walks
+
+pytest.importorskip("pyarrow")
+pytest.importorskip("tqdm")
+pytest.importorskip("distributed")
+
+import distributed
+
+import gait_statistics as gs
+
+
+class Processes:
+    """A scheduler and its workers."""
+
+    def __init__(self, folder: Path) -> None:
+        self._file = folder / "scheduler.json"
+        self._log = (folder / "log").open("wb")
+        self.workers: list[subprocess.Popen[bytes]] = []
+        self._environment = {**os.environ, "DASK_DISTRIBUTED__WORKER__PRELOAD": ""}
+        self._scheduler = self._start("scheduler", "--host", "127.0.0.1", "--port", "0")
+        client: Any = distributed.Client
+        end = time.monotonic() + 60
+        while not self._file.exists() and time.monotonic() < end:
+            time.sleep(0.05)
+        self.client = client(scheduler_file=str(self._file))
+        self.address = self.client.scheduler.address
+
+    def _start(self, *arguments: str) -> subprocess.Popen[bytes]:
+        command = [sys.executable, "-m", "distributed.cli.dask_" + arguments[0], *arguments[1:]]
+        command += ["--scheduler-file", str(self._file), "--no-dashboard"]
+        return subprocess.Popen(
+            command, stdout=self._log, stderr=self._log, env=self._environment, cwd=os.getcwd()
+        )
+
+    def start_workers(self, count: int) -> None:
+        """Starts workers, and waits for them."""
+        more = ("--no-nanny", "--nthreads", "1", "--host", "127.0.0.1")
+        self.workers += [self._start("worker", *more) for _ in range(count)]
+        self.client.wait_for_workers(len(self.workers), timeout=60)
+
+    def kill_workers(self, count: int) -> None:
+        """Kills workers."""
+        for _ in range(count):
+            worker = self.workers.pop()
+            worker.kill()
+            worker.wait()
+
+    def close(self) -> None:
+        """Ends everything."""
+        self.client.close()
+        for process in (*self.workers, self._scheduler):
+            process.kill()
+            process.wait()
+        self._log.close()
+
+
+@pytest.fixture(scope="module")
+def cluster(tmp_path_factory: pytest.TempPathFactory) -> Iterator[Processes]:
+    """A scheduler with one worker."""
+    processes = Processes(tmp_path_factory.mktemp("cluster"))
+    with contextlib.closing(processes):
+        processes.start_workers(1)
+        yield processes
+
+
+@pytest.fixture(scope="module")
+def walks(tmp_path_factory: pytest.TempPathFactory) -> Path:
+    """Enough walks to kill workers among."""
+    return write_walks(tmp_path_factory.mktemp("study") / "walks", 60)
+
+
+@pytest.fixture(scope="module")
+def whole(walks: Path, tmp_path_factory: pytest.TempPathFactory) -> dict[str, bytes]:
+    """The files of their study on this machine."""
+    return contents_of(gs.study(walks, tmp_path_factory.mktemp("study") / "out").out)
+
+
+def wait_for_parts(out: Path, parts: int, process: subprocess.Popen[bytes]) -> None:
+    end = time.monotonic() + 60
+    while len(parts_in(out)) < parts:
+        assert process.poll() is None, "the study is over before workers could be killed"
+        assert time.monotonic() < end, "no parts appear"
+        time.sleep(0.002)
+
+
+def start_study(cluster: Processes, walks: Path, out: Path) -> subprocess.Popen[bytes]:
+    command = [*COMMAND, "--scheduler", cluster.address, "--batch", "1", "-o", str(out), str(walks)]
+    return subprocess.Popen(command)
+
+
+def test_one_worker_gives_the_same_files(
+    cluster: Processes, walks: Path, whole: dict[str, bytes], tmp_path: Path
+) -> None:
+    assert contents_of(gs.study(walks, tmp_path / "out", client=cluster.client).out) == whole
+
+
+def test_tables_of_strides_give_the_same_files(cluster: Processes, tmp_path: Path) -> None:
+    frames = pytest.importorskip("dask.dataframe")
+    strides = strides_of_bouts(12)
+    strides.to_parquet(tmp_path / "strides.parquet", row_group_size=50)
+    spread = frames.from_pandas(strides, npartitions=5, sort=False)
+    by = ["subject", "bout"]
+    expected = gs.study(strides, tmp_path / "out", by, sampling_rate=100)
+    for name, table in {
+        "frame": strides,
+        "file": tmp_path / "strides.parquet",
+        "dask": spread,
+    }.items():
+        done = gs.study(
+            table, tmp_path / name, by, sampling_rate=100, batch=2, client=cluster.client
+        )
+        for file in ("parameters", "parameters_wide", "walks", "errors"):
+            assert done.files[file].read_bytes() == expected.files[file].read_bytes()
+
+
+def test_four_workers_of_which_two_are_killed_give_the_same_files(
+    cluster: Processes, walks: Path, whole: dict[str, bytes], tmp_path: Path
+) -> None:
+    cluster.start_workers(3)
+    out = tmp_path / "out"
+    with start_study(cluster, walks, out) as process:
+        wait_for_parts(out, 5, process)
+        cluster.kill_workers(2)
+    assert process.returncode == 1
+    assert contents_of(out) == whole
+
+
+def test_a_study_waits_while_all_workers_are_gone(
+    cluster: Processes, walks: Path, whole: dict[str, bytes], tmp_path: Path
+) -> None:
+    out = tmp_path / "out"
+    with start_study(cluster, walks, out) as process:
+        wait_for_parts(out, 5, process)
+        cluster.kill_workers(len(cluster.workers))
+        time.sleep(1)
+        assert process.poll() is None
+        assert contents_of(out) == {}
+        cluster.start_workers(1)
+    assert process.returncode == 1
+    assert contents_of(out) == whole
+
+
+def test_a_scheduler_that_is_not_there_is_named(tmp_path: Path) -> None:
+    command = [*COMMAND, "--scheduler", "tcp://127.0.0.1:9", "-o", str(tmp_path / "out"), "x"]
+    environment = {**os.environ, "DASK_DISTRIBUTED__COMM__TIMEOUTS__CONNECT": "1s"}
+    finished = subprocess.run(
+        command, capture_output=True, encoding="utf-8", check=False, env=environment
+    )
+    assert finished.returncode == 1
+    assert "gait-study: " in finished.stderr
+    assert "tcp://127.0.0.1:9" in finished.stderr
+    assert "Traceback" not in finished.stderr
