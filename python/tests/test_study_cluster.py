@@ -12,6 +12,7 @@ from pathlib import Path
 from typing import Any
 
 import pytest
+from conftest import ROOT
 from studies import COMMAND, contents_of, parts_in, strides_of_bouts, write_walks
 
 pytest.importorskip("pyarrow")
@@ -30,7 +31,6 @@ class Processes:
         self._file = folder / "scheduler.json"
         self._log = (folder / "log").open("wb")
         self.workers: list[subprocess.Popen[bytes]] = []
-        self._environment = {**os.environ, "DASK_DISTRIBUTED__WORKER__PRELOAD": ""}
         self._scheduler = self._start("scheduler", "--host", "127.0.0.1", "--port", "0")
         client: Any = distributed.Client
         end = time.monotonic() + 60
@@ -42,9 +42,7 @@ class Processes:
     def _start(self, *arguments: str) -> subprocess.Popen[bytes]:
         command = [sys.executable, "-m", "distributed.cli.dask_" + arguments[0], *arguments[1:]]
         command += ["--scheduler-file", str(self._file), "--no-dashboard"]
-        return subprocess.Popen(
-            command, stdout=self._log, stderr=self._log, env=self._environment, cwd=os.getcwd()
-        )
+        return subprocess.Popen(command, stdout=self._log, stderr=self._log, cwd=ROOT)
 
     def start_workers(self, count: int) -> None:
         """Starts workers, and waits for them."""

@@ -115,7 +115,8 @@ class Cluster:
         import distributed
 
         wait: Callable[..., Any] = distributed.wait
-        return set(wait(list(futures), return_when="FIRST_COMPLETED").done)
+        with self._client.as_current():
+            return set(wait(list(futures), return_when="FIRST_COMPLETED").done)
 
     def killed_workers(self, error: BaseException) -> bool:
         """Dask gives a task up after it was on several workers that died."""
