@@ -2,16 +2,19 @@
 
 from __future__ import annotations
 
+import doctest
 import subprocess
 import sys
 import warnings
 from collections.abc import Callable
+from importlib import import_module
 from pathlib import Path
 from typing import Any
 
 import pandas as pd
 import pytest
 from conftest import ROOT, Program, as_kind, rows_of_csv
+from pages import failures_of
 from studies import contents_of, gait_study, strides_of_bouts, write_walks
 
 pytest.importorskip("pyarrow")
@@ -346,7 +349,7 @@ def test_categories_and_missing_names_and_values(tmp_path: Path) -> None:
 
 
 def test_a_dask_frame_needs_no_cluster(tmp_path: Path) -> None:
-    frames = pytest.importorskip("dask.dataframe")
+    frames = pytest.importorskip("dask.dataframe", exc_type=ImportError)
     strides = strides_of_bouts(9)
     for partitions in (1, 4):
         frame = frames.from_pandas(strides, npartitions=partitions, sort=False)
@@ -500,6 +503,22 @@ def test_a_complete_study_is_not_computed_again(
 def test_a_folder_without_a_complete_study_is_not_read(tmp_path: Path) -> None:
     with pytest.raises(ValueError, match="found no study, expected the folder of a complete one"):
         gs.Study(tmp_path)
+
+
+# ---- The documentation
+
+
+def test_the_examples_of_the_page_are_right() -> None:
+    failed, examples = failures_of("docs/study.md")
+    assert failed == 0
+    assert examples > 8
+
+
+@pytest.mark.parametrize("name", ["_study._study", "_study._result"])
+def test_the_examples_of_docstrings_are_right(name: str) -> None:
+    outcome = doctest.testmod(import_module(f"gait_statistics.{name}"))
+    assert outcome.attempted > 0
+    assert outcome.failed == 0
 
 
 # ---- The command

@@ -107,7 +107,7 @@ def test_one_worker_gives_the_same_files(
 
 
 def test_tables_of_strides_give_the_same_files(cluster: Processes, tmp_path: Path) -> None:
-    frames = pytest.importorskip("dask.dataframe")
+    frames = pytest.importorskip("dask.dataframe", exc_type=ImportError)
     strides = strides_of_bouts(12)
     strides.to_parquet(tmp_path / "strides.parquet", row_group_size=50)
     spread = frames.from_pandas(strides, npartitions=5, sort=False)

@@ -120,7 +120,7 @@ print(deaths - 1)
 
 
 def test_a_study_may_be_killed_at_any_moment(tmp_path: Path) -> None:
-    write_walks(tmp_path / "walks", 5)
+    write_walks(tmp_path / "walks", 4)
     finished = subprocess.run(
         [sys.executable, "-c", KILLED_EVERYWHERE, tmp_path / "walks", tmp_path],
         capture_output=True,
