@@ -59,6 +59,7 @@ def strides_of_bouts(bouts: int, strides: int = 12) -> pd.DataFrame:
                         "subject": f"s{bout % 2}",
                         "bout": bout,
                         "foot": foot,
+                        "index": index,
                         "first_sample": first,
                         "last_sample": first + 99,
                         "gct": 1.0 + 0.01 * ((bout + index) % 7),

@@ -222,7 +222,7 @@ def _checked_by(by: str | Sequence[str], schema: pa.Schema, place: str) -> list[
 
 def _check_columns(schema: pa.Schema, others: set[str], ignored: Sequence[str], place: str) -> None:
     """Raises ValueError where a column is unknown, once for the whole table."""
-    sound = {"foot": "left", "first_sample": "0", "last_sample": "1"}
+    sound = {"foot": "left", "index": "0", "first_sample": "0", "last_sample": "1"}
     row: list[ColumnIn] = [
         (name, [sound.get(name.lower(), "")]) for name in schema.names if name not in others
     ]

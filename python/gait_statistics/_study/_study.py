@@ -216,7 +216,7 @@ def study(
     >>> with tempfile.TemporaryDirectory() as out:
     ...     result = study("examples/walks", out)
     ...     wide = result.parameters_wide.set_index("walk")
-    >>> round(wide.loc["two_feet_turn", "swing_right_mean"], 2)
+    >>> round(float(wide.loc["two_feet_turn", "swing_right_mean"]), 2)
     38.55
     """
     if client is not None and scheduler is not None:
