@@ -9,13 +9,14 @@ from pathlib import Path
 from typing import Any
 
 import pandas as pd
-from generated_walks import generated_walk
 
 COMMAND = [sys.executable, "-m", "gait_statistics._study_command"]
 
 
 def write_walks(folder: Path, count: int) -> Path:
     """A folder of walks, from tame to wild; the one with the number 3 cannot be read."""
+    from generated_walks import generated_walk
+
     folder.mkdir(parents=True)
     for seed in range(count):
         generated_walk(seed).write(folder / f"walk_{seed:05}")

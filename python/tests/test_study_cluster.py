@@ -5,65 +5,19 @@ from __future__ import annotations
 import contextlib
 import os
 import subprocess
-import sys
 import time
 from collections.abc import Iterator
 from pathlib import Path
-from typing import Any
 
 import pytest
-from conftest import ROOT
+from dask_processes import Processes
 from studies import COMMAND, contents_of, parts_in, strides_of_bouts, write_walks
 
 pytest.importorskip("pyarrow")
 pytest.importorskip("tqdm")
 pytest.importorskip("distributed")
 
-import distributed
-
 import gait_statistics as gs
-
-
-class Processes:
-    """A scheduler and its workers."""
-
-    def __init__(self, folder: Path) -> None:
-        self._file = folder / "scheduler.json"
-        self._log = (folder / "log").open("wb")
-        self.workers: list[subprocess.Popen[bytes]] = []
-        self._scheduler = self._start("scheduler", "--host", "127.0.0.1", "--port", "0")
-        client: Any = distributed.Client
-        end = time.monotonic() + 60
-        while not self._file.exists() and time.monotonic() < end:
-            time.sleep(0.05)
-        self.client = client(scheduler_file=str(self._file))
-        self.address = self.client.scheduler.address
-
-    def _start(self, *arguments: str) -> subprocess.Popen[bytes]:
-        command = [sys.executable, "-m", "distributed.cli.dask_" + arguments[0], *arguments[1:]]
-        command += ["--scheduler-file", str(self._file), "--no-dashboard"]
-        return subprocess.Popen(command, stdout=self._log, stderr=self._log, cwd=ROOT)
-
-    def start_workers(self, count: int) -> None:
-        """Starts workers, and waits for them."""
-        more = ("--no-nanny", "--nthreads", "1", "--host", "127.0.0.1")
-        self.workers += [self._start("worker", *more) for _ in range(count)]
-        self.client.wait_for_workers(len(self.workers), timeout=60)
-
-    def kill_workers(self, count: int) -> None:
-        """Kills workers."""
-        for _ in range(count):
-            worker = self.workers.pop()
-            worker.kill()
-            worker.wait()
-
-    def close(self) -> None:
-        """Ends everything."""
-        self.client.close()
-        for process in (*self.workers, self._scheduler):
-            process.kill()
-            process.wait()
-        self._log.close()
 
 
 @pytest.fixture(scope="module")

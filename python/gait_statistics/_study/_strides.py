@@ -29,6 +29,7 @@ from ._tables import check_key_names
 RATE = "sampling_rate"
 _ROWS_OF_A_PIECE = 1 << 16
 
+_COLUMNS_OF_PAIRS = ("foot", "index", "first_sample", "last_sample", "gct")
 _NAMELESS_INDEX = re.compile(r"__index_level_\d+__")
 
 Indices = NDArray[np.int64]
@@ -321,18 +322,25 @@ class _Columns:
 def _strides_of_feet(columns: list[ColumnIn]) -> Counter[str]:
     """How many strides each foot has: "l" and "r"."""
     feet = next((values for name, values in columns if name.lower() == "foot"), [])
-    return Counter(str(foot).strip().lower()[:1] for foot in feet)
+    counts: Counter[str] = Counter()
+    for foot, count in Counter(feet).items():
+        counts[str(foot).strip().lower()[:1]] += count
+    return counts
 
 
-def _has_both_feet(columns: list[ColumnIn]) -> bool:
-    return {"l", "r"} <= _strides_of_feet(columns).keys()
-
-
-def _check_length(columns: list[ColumnIn], most: int | None) -> None:
-    longest = max(_strides_of_feet(columns).values(), default=0)
+def _check_length(strides: Counter[str], most: int | None) -> None:
+    longest = max(strides.values(), default=0)
     if most is not None and longest > most:
         text = f"found {longest} strides of a foot, expected at most {most}, the limit that was set"
         raise WalkError([InputError("strides", None, None, None, text)])
+
+
+def _pairs(columns: list[ColumnIn]) -> list[ColumnIn] | None:
+    """The cycles of both feet; None where they cannot be had, for which the strides are to blame."""
+    try:
+        return again_as_input(pairs_of([c for c in columns if c[0].lower() in _COLUMNS_OF_PAIRS]))
+    except WalkError:
+        return None
 
 
 def _in_the_table(error: InputError, rows: Indices) -> InputError:
@@ -402,9 +410,10 @@ def compute_strides(
         ignored = options.ignore_columns
         feet = None
         try:
-            _check_length(strides, options.max_strides)
-            if options.foot is None and _has_both_feet(strides):
-                feet = again_as_input(pairs_of(strides))
+            counts = _strides_of_feet(strides)
+            _check_length(counts, options.max_strides)
+            if options.foot is None and {"l", "r"} <= counts.keys():
+                feet = _pairs(strides)
             walk, errors, warned = _core.make_walk(name, hertz, [], strides, feet, None, ignored)
             if walk is None:
                 raise WalkError(input_errors(errors, of_files=False))
