@@ -3,6 +3,9 @@
 from __future__ import annotations
 
 import argparse
+import contextlib
+import importlib
+import logging
 import os
 import signal
 import sys
@@ -117,6 +120,14 @@ def _end_at_once(number: int, _: object) -> NoReturn:
     os._exit(128 + number)
 
 
+def _quieten_dask() -> None:
+    """Leaves it to this command to say what goes wrong. Dask sets its levels when it is loaded."""
+    with contextlib.suppress(ImportError):
+        importlib.import_module("distributed")
+        logging.getLogger("distributed").setLevel(logging.CRITICAL)
+        logging.getLogger("distributed.client").setLevel(logging.CRITICAL)
+
+
 def main() -> int:
     """Runs the command, and returns its exit code."""
     arguments = _parser().parse_args()
@@ -127,6 +138,8 @@ def main() -> int:
         return EXIT_USAGE
     for number in (signal.SIGINT, signal.SIGTERM):
         signal.signal(number, _end_at_once)
+    if arguments.scheduler is not None:
+        _quieten_dask()
     try:
         result = study(**_keywords(arguments))
     except (ValueError, TypeError, ImportError) as error:

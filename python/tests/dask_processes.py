@@ -48,6 +48,12 @@ class Processes:
             worker.kill()
             worker.wait()
 
+    def kill_scheduler(self) -> None:
+        """Kills the scheduler, after which there is no cluster."""
+        self.client.close()
+        self._scheduler.kill()
+        self._scheduler.wait()
+
     def close(self) -> None:
         """Ends everything."""
         self.client.close()

@@ -22,7 +22,7 @@ pytest.importorskip("tqdm")
 import pyarrow.parquet as pq
 
 import gait_statistics as gs
-from gait_statistics._study import _assembly
+from gait_statistics._study import _assembly, _study
 
 TABLES = ("parameters", "parameters_wide", "walks", "errors")
 EXAMPLES = ROOT / "examples/walks"
@@ -440,6 +440,13 @@ def test_what_cannot_be_meant_is_refused_and_leaves_nothing(what: str, tmp_path:
     assert not (tmp_path / "out").exists()
 
 
+def test_a_study_is_not_written_among_the_files_of_its_table(tmp_path: Path) -> None:
+    BOUTS.to_parquet(tmp_path / "strides.parquet")
+    with pytest.raises(ValueError, match="which is in the table of strides"):
+        gs.study(tmp_path, tmp_path / "out", ["subject", "bout"], sampling_rate=100)
+    assert not (tmp_path / "out").exists()
+
+
 def test_something_else_than_walks_is_a_type_error(tmp_path: Path) -> None:
     with pytest.raises(TypeError, match="walks: found int, expected paths of walk folders"):
         gs.study(7, tmp_path / "out")
@@ -491,7 +498,7 @@ def test_a_complete_study_is_not_computed_again(
 ) -> None:
     first = gs.study(EXAMPLES, tmp_path / "out")
     old = contents_of(first.out)
-    monkeypatch.setattr(_assembly, "_groups", None)
+    monkeypatch.setattr(_study, "_compute", None)
     again = gs.study(EXAMPLES, tmp_path / "out")
     assert contents_of(again.out) == old
     code, said = gait_study(EXAMPLES, "-o", tmp_path / "out")

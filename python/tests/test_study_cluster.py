@@ -8,6 +8,7 @@ import subprocess
 import time
 from collections.abc import Iterator
 from pathlib import Path
+from typing import Any
 
 import pytest
 from dask_processes import Processes
@@ -49,9 +50,11 @@ def wait_for_parts(out: Path, parts: int, process: subprocess.Popen[bytes]) -> N
         time.sleep(0.002)
 
 
-def start_study(cluster: Processes, walks: Path, out: Path) -> subprocess.Popen[bytes]:
+def start_study(
+    cluster: Processes, walks: Path, out: Path, **options: Any
+) -> subprocess.Popen[bytes]:
     command = [*COMMAND, "--scheduler", cluster.address, "--batch", "1", "-o", str(out), str(walks)]
-    return subprocess.Popen(command)
+    return subprocess.Popen(command, **options)
 
 
 def test_one_worker_gives_the_same_files(
@@ -104,6 +107,19 @@ def test_a_study_waits_while_all_workers_are_gone(
         cluster.start_workers(1)
     assert process.returncode == 1
     assert contents_of(out) == whole
+
+
+def test_a_study_ends_where_the_scheduler_has_gone_and_goes_on_without(
+    cluster: Processes, walks: Path, whole: dict[str, bytes], tmp_path: Path
+) -> None:
+    out = tmp_path / "out"
+    with start_study(cluster, walks, out, stderr=subprocess.PIPE) as process:
+        wait_for_parts(out, 5, process)
+        cluster.kill_scheduler()
+        said = process.communicate()[1].decode()
+    assert process.returncode == 1
+    assert said == ("gait-study: the scheduler has gone; the same study goes on with another one\n")
+    assert contents_of(gs.study(walks, out).out) == whole
 
 
 def test_a_scheduler_that_is_not_there_is_named(tmp_path: Path) -> None:

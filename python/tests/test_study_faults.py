@@ -92,7 +92,7 @@ def child(death):
     process = os.fork()
     if process == 0:
         sys.addaudithook(hook)
-        gs.study(WALKS, OUT, jobs=1, batch=2, progress=False)
+        gs.study(WALKS, OUT, jobs=1, batch=2, progress=False, statistics=["n"])
         os._exit(0)
     return os.waitpid(process, 0)[1] == 0
 

@@ -3,7 +3,8 @@
 from __future__ import annotations
 
 import os
-from collections.abc import Iterator
+from collections.abc import Callable, Iterator
+from concurrent.futures import ThreadPoolExecutor
 from contextlib import ExitStack
 from dataclasses import dataclass, field
 from pathlib import Path
@@ -34,7 +35,7 @@ def _split(tables: Tables, position: int) -> tuple[Tables, Tables]:
     return head, rest
 
 
-def _groups(work: Work) -> Iterator[Tables]:
+def _groups(work: Work, read: Callable[[int], object]) -> Iterator[Tables]:
     """The rows of a thousand walks at a time, however the work was cut."""
     pending: list[Tables] = []
 
@@ -45,9 +46,10 @@ def _groups(work: Work) -> Iterator[Tables]:
         }
 
     end = WALKS_OF_A_GROUP
-    for _, stop, path in work.parts():
+    for first, stop, path in work.parts():
         with pa.OSFile(os.fspath(path)) as file:
             tables = tables_of_part(file)
+        read(stop - first)
         while stop >= end:
             head, tables = _split(tables, end)
             pending.append(head)
@@ -64,8 +66,10 @@ class _Parquet:
 
     def __init__(self, path: Path, schema: pa.Schema) -> None:
         # Limits of each column in each group would fill the file's end, and the memory with it.
+        # Measured values hardly ever occur twice, so a dictionary of them costs and saves nothing.
+        texts = [field.name for field in schema if not pa.types.is_floating(field.type)]
         self._writer = pyarrow.parquet.ParquetWriter(
-            path, schema, compression="zstd", write_statistics=["walk"]
+            path, schema, compression="zstd", write_statistics=["walk"], use_dictionary=texts
         )
 
     def write(self, table: pa.Table) -> None:
@@ -103,15 +107,24 @@ class LeftOut:
         self.names += errors["walk"].take(pa.array(wanted)).to_pylist()
 
 
-def write_tables(work: Work, keys: pa.Schema, options: Options) -> tuple[list[Path], LeftOut]:
+def write_tables(
+    work: Work, keys: pa.Schema, options: Options, read: Callable[[int], object]
+) -> tuple[list[Path], LeftOut]:
     """Writes the tables into the study's own folder, and nothing if one cannot be written.
+
+    Args:
+        work: the study, all of whose parts are there.
+        keys: the columns that go into every row.
+        options: the options of the study.
+        read: is called with the number of walks of each part that is read.
 
     Returns:
         Their files, and which walks are left out.
     """
     files = {name: work.folder / f"{name}.{options.format}" for name in TABLES}
+    schemas = {name: schema_of(name, keys, options.statistics) for name in TABLES}
     try:
-        left_out = _written(work, files, keys, options)
+        left_out = _written(work, files, schemas, read)
         for path in files.values():
             with path.open("rb") as file:
                 os.fsync(file.fileno())
@@ -122,18 +135,26 @@ def write_tables(work: Work, keys: pa.Schema, options: Options) -> tuple[list[Pa
     return list(files.values()), left_out
 
 
-def _written(work: Work, files: dict[str, Path], keys: pa.Schema, options: Options) -> LeftOut:
-    make: Any = _Parquet if options.format == "parquet" else _Csv
-    schemas = {name: schema_of(name, keys, options.statistics) for name in TABLES}
+def _written(
+    work: Work,
+    files: dict[str, Path],
+    schemas: dict[str, pa.Schema],
+    read: Callable[[int], object],
+) -> LeftOut:
     left_out = LeftOut()
     with ExitStack() as stack:
         writers = {}
         for name, path in files.items():
+            make: Any = _Parquet if path.suffix == ".parquet" else _Csv
             writers[name] = make(path, schemas[name])
             stack.callback(writers[name].close)
-        for tables in _groups(work):
-            for name, table in tables.items():
-                if len(table):
-                    writers[name].write(table.drop_columns([POSITION]).cast(schemas[name]))
+        pool = stack.enter_context(ThreadPoolExecutor(len(TABLES), "gait-study-table"))
+
+        def write(name: str, table: pa.Table) -> None:
+            if len(table):
+                writers[name].write(table.drop_columns([POSITION]).cast(schemas[name]))
+
+        for tables in _groups(work, read):
+            list(pool.map(write, tables.keys(), tables.values()))
             left_out.add(tables["errors"])
     return left_out

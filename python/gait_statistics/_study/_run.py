@@ -2,10 +2,12 @@
 
 from __future__ import annotations
 
+import asyncio
 import concurrent.futures
 import os
 import time
 from collections.abc import Callable, Iterable, Iterator
+from contextlib import contextmanager
 from typing import Any, Protocol
 
 from ._batch import left_out
@@ -32,6 +34,13 @@ class Executor(Protocol):
 
     def done(self, futures: Iterable[Any]) -> set[Any]:
         """Those of the futures that are done, as soon as there is one."""
+
+    def result(self, future: Any) -> Any:
+        """The result of a future that is done, or the error that it ended in.
+
+        Raises:
+            ConnectionError: as done() does, where what computes has gone.
+        """
 
     def killed_workers(self, error: BaseException) -> bool:
         """Whether an error says that workers died over a task, again and again."""
@@ -71,6 +80,10 @@ class Threads:
         """Waits for the first one."""
         return concurrent.futures.wait(futures, return_when=concurrent.futures.FIRST_COMPLETED).done
 
+    def result(self, future: Any) -> Any:
+        """It is here."""
+        return future.result()
+
     def killed_workers(self, error: BaseException) -> bool:
         """Threads do not die alone."""
         return False
@@ -78,6 +91,18 @@ class Threads:
     def close(self) -> None:
         """Waits for the batches that are being computed."""
         self._pool.shutdown(cancel_futures=True)
+
+
+@contextmanager
+def _lost_scheduler() -> Iterator[None]:
+    """Says in words what Dask says in several ways."""
+    from distributed.comm.core import CommClosedError
+
+    try:
+        yield
+    except (asyncio.CancelledError, concurrent.futures.CancelledError, CommClosedError) as error:
+        text = "the scheduler has gone; the same study goes on with another one"
+        raise ConnectionError(text) from error
 
 
 class Cluster:
@@ -115,8 +140,13 @@ class Cluster:
         import distributed
 
         wait: Callable[..., Any] = distributed.wait
-        with self._client.as_current():
+        with _lost_scheduler(), self._client.as_current():
             return set(wait(list(futures), return_when="FIRST_COMPLETED").done)
+
+    def result(self, future: Any) -> Any:
+        """Fetches it from the worker."""
+        with _lost_scheduler():
+            return future.result()
 
     def killed_workers(self, error: BaseException) -> bool:
         """Dask gives a task up after it was on several workers that died."""
@@ -151,7 +181,7 @@ def run_all(
 ) -> list[Any]:
     """A function of every piece, in their order."""
     futures = [executor.submit(function, executor.load(load), *arguments) for load in loads]
-    return [future.result() for future in futures]
+    return [executor.result(future) for future in futures]
 
 
 class Run:
@@ -198,7 +228,7 @@ class Run:
         for future in self._executor.done(self._tasks):
             task = self._tasks.pop(future)
             try:
-                part = future.result()
+                part = self._executor.result(future)
             except Exception as error:
                 if not self._executor.killed_workers(error):
                     raise

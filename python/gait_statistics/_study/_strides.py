@@ -27,7 +27,8 @@ from ._source import Task
 from ._tables import check_key_names
 
 RATE = "sampling_rate"
-_ROWS_OF_A_PIECE = 1 << 16
+# As much as Dask sends in one go without a warning.
+_ROWS_OF_A_PIECE = 1 << 14
 
 _COLUMNS_OF_PAIRS = ("foot", "index", "first_sample", "last_sample", "gct")
 _NAMELESS_INDEX = re.compile(r"__index_level_\d+__")

@@ -127,25 +127,31 @@ def _plain(value: Any) -> Any:
     return list(value) if isinstance(value, tuple) else value
 
 
+def _bar(total: int, done: int, what: str, progress: bool | None) -> Any:
+    """Progress with rate and time left, on a terminal unless it is asked for or not wanted."""
+    hidden = None if progress is None else not progress
+    return tqdm(total=total, initial=done, desc=what, unit=" walks", smoothing=0.05, disable=hidden)
+
+
 def _compute(
     source: Source, work: Work, executor: Executor, batch: int | None, progress: bool | None
 ) -> None:
     missing = sum(stop - first for first, stop in work.gaps(len(source)))
-    with tqdm(
-        total=len(source),
-        initial=len(source) - missing,
-        unit=" walks",
-        smoothing=0.05,
-        disable=None if progress is None else not progress,
-    ) as bar:
+    with _bar(len(source), len(source) - missing, "computed", progress) as bar:
         Run(source, work, executor, bar.update).run(batch)
 
 
-def _finish(source: Source, work: Work, options: Options) -> None:
-    with errors_of(work.out):
-        tables, left_out = write_tables(work, source.keys, options)
+def _finish(source: Source, work: Work, options: Options, progress: bool | None) -> None:
+    with errors_of(work.out), _bar(len(source), 0, "written", progress) as bar:
+        tables, left_out = write_tables(work, source.keys, options, bar.update)
         found = {"left_out": left_out.count, "left_out_first": left_out.names}
         work.finish(tables, {**found, "keys": key_types(source.keys)})
+
+
+def _check_apart(paths: list[str] | None, by: object, out: Path) -> None:
+    """Raises ValueError where the study would be written among the files of its table."""
+    if paths and by is not None and out.resolve().is_relative_to(Path(paths[0]).resolve()):
+        raise ValueError(f"out: found {out}, which is in the table of strides, expected another")
 
 
 def study(
@@ -233,13 +239,14 @@ def study(
         format=format,
     )
     batch, jobs = checked_limit(batch, "batch"), checked_limit(jobs, "jobs")
+    _check_apart(_paths(walks), by, Path(out))
     with _executor(jobs, client, scheduler) as executor:
         source = _source(walks, by, sampling_rate, options, executor)
         with Work(Path(out), _plan(source, options), restart=restart) as work:
             was_complete = work.is_complete
             if not was_complete:
                 _compute(source, work, executor, batch, progress)
-                _finish(source, work, options)
+                _finish(source, work, options, progress)
     result = Study(out, frame)
     result._was_complete = was_complete
     return result
