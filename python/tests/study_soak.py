@@ -29,16 +29,16 @@ DEADLY = """
 import os
 from gait_statistics import _core
 
-read_walk = _core.read_walk
+# Dask loads this file more than once.
+if not hasattr(_core, "plain_read_walk"):
+    _core.plain_read_walk = _core.read_walk
 
 def deadly(path, *others):
     if path.endswith("7"):
         os._exit(1)
-    return read_walk(path, *others)
+    return _core.plain_read_walk(path, *others)
 
-# Dask loads this file more than once.
-if read_walk.__name__ != "deadly":
-    _core.read_walk = deadly
+_core.read_walk = deadly
 """
 
 
