@@ -160,4 +160,5 @@ def _written(
             list(pool.map(write, tables.keys(), tables.values()))
             left_out.add(tables["errors"])
             tables.clear()
+            pa.default_memory_pool().release_unused()
     return left_out
