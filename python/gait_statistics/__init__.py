@@ -9,11 +9,16 @@
 38.55
 """
 
+from typing import TYPE_CHECKING, Any
+
 from ._core import version as __version__
 from ._errors import InputError, WalkError, WalkWarning
 from ._lists import checks, parameters, percentile
 from ._result import Finding, Info, Note, Page, Place, QualityFlag, Result, analyse
 from ._walk import Walk, pair_feet, read_walk, write_walk
+
+if TYPE_CHECKING:
+    from ._import import import_tables
 
 __all__ = [
     "Finding",
@@ -30,6 +35,7 @@ __all__ = [
     "__version__",
     "analyse",
     "checks",
+    "import_tables",
     "pair_feet",
     "parameters",
     "percentile",
@@ -42,3 +48,12 @@ for _public in (Finding, Info, InputError, Note, Page, Place, QualityFlag, Resul
     _public.__module__ = __name__
 for _public_error in (WalkError, WalkWarning):
     _public_error.__module__ = __name__
+
+
+def __getattr__(name: str) -> Any:
+    """Loads what needs more libraries when it is first asked for."""
+    if name == "import_tables":
+        from ._import import import_tables
+
+        return import_tables
+    raise AttributeError(f"module {__name__!r} has no attribute {name!r}")
