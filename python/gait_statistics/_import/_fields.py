@@ -90,6 +90,7 @@ FIELDS = (
             "zyklusdauer",
             "gangzyklus",
             "doppelschrittzeit",
+            "stride",
         ),
     ),
     Field("swing", "%", "swing phase, % of the stride", words=("swing", "schwungphase", "schwung")),

@@ -156,7 +156,7 @@ class _Reader:
 
     def fault(self, section: str, name: str, text: str) -> None:
         line = self.lines.get((section, name)) or self.lines.get((section, ""))
-        place = f"[{section}] {name}: " if section else f"{name}: "
+        place = " ".join(filter(None, [section and f"[{section}]", name])) + ": "
         self.faults.add(InputError(self.name, None, line, None, place + text))
 
     def value_of(self, key: Key, value: Any, section: str) -> Any:
@@ -348,7 +348,7 @@ def lines_of_keys(text: str) -> dict[tuple[str, str], int]:
 
 def shipped_maps() -> dict[str, Path]:
     """The maps that come along, by name."""
-    return {path.stem: path for path in sorted(MAPS.glob("*.toml"))}
+    return {path.stem: path for path in sorted(MAPS.glob("*.toml"), key=lambda path: path.stem)}
 
 
 def _text_of_map(given: str | os.PathLike[str]) -> tuple[str, str]:

@@ -64,7 +64,7 @@ def _suggest(tables: Sequence[str]) -> None:
 
 
 def _import(arguments: argparse.Namespace) -> None:
-    from ._walks import counts_in_words, import_and_check
+    from ._walks import counts_in_words, import_and_check, said_once
 
     imported = import_and_check(
         arguments.tables,
@@ -90,11 +90,10 @@ def _import(arguments: argparse.Namespace) -> None:
         print(text + where)
     for text in imported.notes:
         print(f"note: {text}")
-    for made in imported.walks:
-        for warning in made.warnings:
-            print(f"warning: {warning}", file=sys.stderr)
-        for finding in made.findings:
-            print(f"finding: {finding}", file=sys.stderr)
+    for warning in said_once(imported.walks, lambda made: made.warnings):
+        print(f"warning: {warning}", file=sys.stderr)
+    for finding in said_once(imported.walks, lambda made: made.findings):
+        print(f"finding: {finding}", file=sys.stderr)
     many = any(made.strides.key for made in imported.walks)
     without = "".join(f" --without-check {name}" for name in sorted(checks))
     recursive = " --recursive" if many else ""

@@ -335,7 +335,7 @@ def _named(grid: Grid, map_: TableMap, faults: Faults) -> tuple[list[str], int] 
     return _joined(grid.rows[start : start + depth]), start + depth
 
 
-def _units_beneath(row: Sequence[Any]) -> dict[int, str]:
+def units_beneath(row: Sequence[Any]) -> dict[int, str]:
     """The units of a row that has nothing else in it."""
     texts = {place: str(cell).strip() for place, cell in enumerate(row) if not is_empty(cell)}
     units = {
@@ -352,7 +352,7 @@ def _has_number(row: Sequence[Any]) -> bool:
     return any(not is_empty(cell) and number_of(cell, Signs()) is not None for cell in row)
 
 
-def _source_of(grid: Grid, map_: TableMap, faults: Faults) -> Source | None:
+def source_of(grid: Grid, map_: TableMap, faults: Faults) -> Source | None:
     if grid.names is not None:
         return Source(grid.origin, grid.names, {}, grid.rows, grid.lines)
     if not grid.rows:
@@ -365,7 +365,7 @@ def _source_of(grid: Grid, map_: TableMap, faults: Faults) -> Source | None:
     width = max(len(names), *(len(row) for row in grid.rows[start:]), 1)
     names = names + [""] * (width - len(names))
     has_names = any(names)
-    units = _units_beneath(grid.rows[start]) if has_names and start < len(grid.rows) else {}
+    units = units_beneath(grid.rows[start]) if has_names and start < len(grid.rows) else {}
     start += bool(units)
     rows, lines = [], []
     header = [plain(name) for name in names]
@@ -453,7 +453,7 @@ def _signs(source: Source, map_: TableMap, faults: Faults) -> Signs:
     return Signs(found.decimal, thousands or found.thousands)
 
 
-def _all_grids(tables: Sequence[Any], map_: TableMap, faults: Faults) -> list[Grid]:
+def all_grids(tables: Sequence[Any], map_: TableMap, faults: Faults) -> list[Grid]:
     grids: list[Grid] = []
     for number, table in enumerate(tables):
         if isinstance(table, tuple):
@@ -493,8 +493,8 @@ def read_sources(
     """Reads tables, and returns them with notes on what was left out."""
     sources = []
     notes = []
-    for grid in _all_grids(tables, map_, faults):
-        source = _source_of(grid, map_, faults)
+    for grid in all_grids(tables, map_, faults):
+        source = source_of(grid, map_, faults)
         if source is None:
             continue
         _fill_down(source, map_)

@@ -7,7 +7,7 @@ import shutil
 import tempfile
 import warnings
 from collections import Counter
-from collections.abc import Mapping, Sequence
+from collections.abc import Callable, Mapping, Sequence
 from dataclasses import dataclass, field
 from pathlib import Path
 from typing import Any
@@ -15,14 +15,14 @@ from typing import Any
 import numpy as np
 import pandas as pd
 
-from .._errors import InputError, WalkError, WalkWarning, warn_about
+from .._errors import InputError, WalkError, WalkWarning
 from .._result import Finding, analyse
 from .._walk import Walk, read_walk
 from ._fields import FIELD
 from ._folders import check_target, folder_names, move_into_place, write_table
 from ._map import TableMap, read_map
 from ._pairs import Exclusion, exclusions_of, pairs_of
-from ._places import Faults, Origin, listed
+from ._places import Faults, Origin, counted, listed
 from ._rows import Rows, read_rows
 from ._sources import named_tables, read_sources
 from ._strides import Strides, strides_of
@@ -126,6 +126,8 @@ def _map_of_guess(finding: Finding) -> str:
             return f'{column} = {{column = ..., unit = "{unit}"}}'
     if guess.startswith("fractions"):
         return f'{finding.column} = {{column = ..., unit = "1"}}'
+    if finding.check == "one_sample_too_many":
+        return "last_sample = {column = ..., add = -1}"
     if "swapped" in guess:
         return "left and right exchanged under [feet]"
     return ""
@@ -151,8 +153,7 @@ def _finding_in_words(finding: Finding, words: _Words) -> InputError:
     text += f". Usually: {finding.usual_cause}. In the map: "
     text += (f"{mend}; or " if mend else "") + f'without_checks = ["{finding.check}"]'
     name = f"{said} ({ours})" if column is not None and ours else said
-    walk = f"{words.strides.name}: " if words.strides.key else ""
-    return origin.error(None, name, walk + text)
+    return origin.error(None, name, text)
 
 
 _LINE_OF_TABLE = {"foot_cycles.csv": None, "feet_cycles.csv": "right"}
@@ -397,9 +398,33 @@ def import_tables(
     imported = import_and_check(
         tables, map, folder, settings=settings, replace=replace, strict=strict
     )
-    for made in imported.walks:
-        warn_about([*made.warnings, *made.findings], stacklevel=2)
+    for said in (
+        *said_once(imported.walks, lambda made: made.warnings),
+        *said_once(imported.walks, lambda made: made.findings),
+    ):
+        warnings.warn(said, WalkWarning, stacklevel=2)
     return [made.walk for made in imported.walks if made.walk is not None]
+
+
+def said_once(
+    walks: Sequence[ImportedWalk], of: Callable[[ImportedWalk], Sequence[InputError]]
+) -> list[str]:
+    """Findings or warnings; what several walks share is said of the first, with their number."""
+    found: dict[tuple[str | None, str], list[tuple[str, InputError]]] = {}
+    for made in walks:
+        for one in of(made):
+            name = made.strides.name if made.strides.key else ""
+            kind = one.text.partition(": ")[0]
+            found.setdefault((one.column, kind), []).append((name, one))
+    result = []
+    for group in found.values():
+        name, first = group[0]
+        walks_of = dict.fromkeys(name for name, _ in group)
+        text = f"{name}: {first}" if name else str(first)
+        if len(walks_of) > 1:
+            text += f" (and in {counted(len(walks_of) - 1, 'more walk')})"
+        result += [text] if name else [str(one) for _, one in group]
+    return result
 
 
 def counts_in_words(made: ImportedWalk) -> str:

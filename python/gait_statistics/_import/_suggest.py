@@ -1,0 +1,529 @@
+"""A map for a table that nobody has described yet, from its names and values."""
+
+from __future__ import annotations
+
+import itertools
+import json
+import re
+from collections.abc import Sequence
+from dataclasses import dataclass, field
+from statistics import median
+from typing import Any
+
+import numpy as np
+
+from .. import _core
+from ._cells import is_empty, moment_of, number_of, signs_of, text_of_cell
+from ._fields import FIELD, FIELDS
+from ._map import FEET, TableMap
+from ._places import Faults, counted, listed
+from ._sources import Grid, Source, all_grids, named_tables, source_of
+from ._units import factor_to, fits, unit_in_name
+
+# Units that columns of a quantity come in, the likeliest first.
+_UNITS = {
+    "s": ("s", "ms"),
+    "ms": ("ms", "s"),
+    "m": ("m", "cm", "mm"),
+    "m/s": ("m/s", "cm/s", "km/h"),
+    "%": ("%", "1", "s", "ms"),
+    "deg": ("deg", "rad"),
+    "deg/s": ("deg/s", "rad/s"),
+    "g": ("g", "m/s^2"),
+    "steps/min": ("steps/min", "strides/min"),
+}
+_FOOT_NAME = re.compile(r"foot|feet|side|leg|limb|seite|fu(ß|ss)|bein|label", re.IGNORECASE)
+_FOOT_WORDS = {
+    "left": ("left", "l", "links", "li", "lt", "gauche", "izquierda"),
+    "right": ("right", "r", "rechts", "re", "rt", "droite", "derecha"),
+}
+_WALK_NAME = re.compile(
+    r"subject|patient|participant|proband|person|trial|visit|session|walk|bout|recording|"
+    r"condition|versuch|durchgang|\bid\b|wb_id",
+    re.IGNORECASE,
+)
+_EXCLUDE_NAME = re.compile(r"turn|wende|exclu|valid|outlier|artefact|artifact|ausschluss", re.I)
+_MISSING = (0.0, -1.0, -999.0, 999.0, -9999.0, 9999.0)
+# In these a 0 or a -1 can be measured.
+_SIGNED = ("ta", "top", "hsp", "strike_eversion", "min_tc", "step_length", "ldr", "pur")
+
+
+@dataclass
+class _Suggestion:
+    """What was found out about a table.
+
+    Attributes:
+        columns: the text of each column's value in the map.
+        remarks: what the user is to look at.
+    """
+
+    top: dict[str, str] = field(default_factory=dict)
+    table: dict[str, str] = field(default_factory=dict)
+    feet: dict[str, str] = field(default_factory=dict)
+    columns: dict[str, str] = field(default_factory=dict)
+    remarks: list[str] = field(default_factory=list)
+    used: set[int] = field(default_factory=set)
+    missing: list[Any] = field(default_factory=list)
+    numbers: dict[str, list[float]] = field(default_factory=dict)
+
+
+def _bounds() -> dict[str, tuple[float, float]]:
+    """Within what the median of a column lies, from the table of data checks."""
+    columns = {name: values for name, _, values, _ in _core.checks()}
+    result = {}
+    for check, tolerance in zip(columns["check"], columns["tolerance"], strict=True):
+        if check.endswith("_median"):
+            low, high = re.findall(r"-?\d+(?:\.\d+)?", tolerance)[:2]
+            result[check.removesuffix("_median")] = (float(low), float(high))
+    return result
+
+
+def _quoted(value: Any) -> str:
+    return json.dumps(value, ensure_ascii=False)
+
+
+def _numbers(source: Source, place: int) -> list[float]:
+    """The numbers of a column; moments in seconds."""
+    found = (moment_of(cell, source.signs) for cell in source.cells(place) if not is_empty(cell))
+    return [moment.seconds for moment in found if moment is not None]
+
+
+def _is_numeric(source: Source, place: int) -> bool:
+    filled = [cell for cell in source.cells(place) if not is_empty(cell)]
+    return bool(filled) and len(_numbers(source, place)) >= 0.7 * len(filled)
+
+
+# ---- The header, without any name that is known
+
+
+def _is_number(cell: Any) -> bool:
+    if is_empty(cell):
+        return False
+    signs = signs_of([cell])
+    return (signs is None) or number_of(cell, signs) is not None
+
+
+def _header_line(grid: Grid) -> int:
+    """The line of the names; 0 where there are none."""
+    widths = [sum(not is_empty(cell) for cell in row) for row in grid.rows]
+    typical = median(widths)
+    for number, row in enumerate(grid.rows[:50]):
+        filled = [cell for cell in row if not is_empty(cell)]
+        if len(filled) < max(2, typical / 2) or any(map(_is_number, filled)):
+            if number == 0 and len(filled) >= typical / 2 and sum(map(_is_number, filled)) > len(filled) / 2:
+                return 0
+            continue
+        below = grid.rows[number + 1 : number + 4]
+        if any(sum(map(_is_number, later)) >= 0.4 * len(filled) for later in below):
+            return grid.lines[number]
+    return 0
+
+
+# ---- Columns
+
+
+def _plain_words(name: str) -> str:
+    spaced = re.sub(r"(?<=[a-zäöü])(?=[A-Z])", " ", name)
+    return " ".join(re.sub(r"[^a-z0-9äöüß]+", " ", spaced.casefold()).split())
+
+
+def _score(field_name: str, name: str) -> int:
+    """How well a column's name fits a field: the letters of the words that are in it."""
+    words = f" {_plain_words(name)} "
+    compact = words.replace(" ", "")
+    best = 0
+    for group in (*FIELD[field_name].words, field_name.replace("_", " ")):
+        parts = group.split()
+        is_there = all(f" {part}" in words for part in parts) if len(parts) > 1 else (
+            f" {group} " in words if len(group) < 5 else group in compact
+        )
+        if is_there:
+            best = max(best, sum(map(len, parts)))
+    return best
+
+
+def _placed(source: Source, names: Sequence[tuple[int, str]]) -> dict[str, int]:
+    """The best column for each field, by names alone."""
+    scores = sorted(
+        (
+            (-_score(one.name, name), order, place, one.name)
+            for place, name in names
+            for order, one in enumerate(FIELDS)
+            if _score(one.name, name) and _can_be(one.name, source, place)
+        ),
+    )
+    result: dict[str, int] = {}
+    used: set[int] = set()
+    for _, _, place, field_name in scores:
+        if field_name not in result and place not in used and _is_numeric(source, place):
+            field_of_kind = _by_kind(field_name, source, place)
+            if field_of_kind not in result:
+                result[field_of_kind] = place
+                used.add(place)
+    return result
+
+
+def _can_be(field_name: str, source: Source, place: int) -> bool:
+    """Whether the unit in a column's name is one that the field can have."""
+    said = unit_in_name(source.names[place]) or source.units.get(place)
+    return not said or fits(field_name, said)
+
+
+def _by_kind(field_name: str, source: Source, place: int) -> str:
+    """A begin or an end as samples where the values are large whole numbers."""
+    pairs = {"hs": "first_sample", "end": "last_sample"}
+    back = {sample: moment for moment, sample in pairs.items()}
+    if field_name not in pairs and field_name not in back:
+        return field_name
+    values = _numbers(source, place)
+    said = unit_in_name(source.names[place]) or source.units.get(place) or ""
+    is_time = bool(said) and factor_to(said, "s") is not None
+    is_whole = all(value == int(value) for value in values) and max(values, default=0) > 300
+    if is_whole and not is_time and max(values) < 1e8:
+        return pairs.get(field_name, field_name)
+    return back.get(field_name, field_name)
+
+
+def _unit_for(
+    field_name: str, source: Source, place: int, bounds: dict[str, tuple[float, float]],
+    duration: float | None,
+) -> tuple[str, str]:
+    """The unit of a column, and a remark: from its name, from the row beneath, or its values."""
+    said = unit_in_name(source.names[place]) or source.units.get(place)
+    if said and fits(field_name, said):
+        return said, ""
+    values = [v for v in _numbers(source, place) if v not in _MISSING]
+    if field_name not in bounds or not values:
+        return FIELD[field_name].unit, ""
+    low, high = bounds[field_name]
+    middle = median(values)
+    possible = []
+    for unit in _UNITS.get(FIELD[field_name].unit, (FIELD[field_name].unit,)):
+        factor = factor_to(unit, FIELD[field_name].unit)
+        if factor is None:
+            seconds = factor_to(unit, "s")
+            factor = 100 * seconds / duration if seconds and duration else None
+        if factor is not None and low <= abs(middle) * factor <= high:
+            possible.append(unit)
+    if field_name in ("top", "hsp", "ta", "strike_eversion"):
+        # Both fit: an angle of 0.4 may be degrees. The largest one tells.
+        possible = ["rad"] if max(map(abs, values)) < 3.2 else ["deg"]
+    if not possible:
+        what = f"its median {middle:g} is no {FIELD[field_name].meaning} in any unit"
+        return FIELD[field_name].unit, what
+    names = _plain_words(source.names[place]).split()
+    if "s" in possible and FIELD[field_name].unit == "%" and "time" in names:
+        return "s", ""
+    remark = f"unit by its values: median {middle:g}"
+    if len(possible) > 1:
+        remark += f"; {listed(possible[1:], ' or ')} is possible, too"
+    return possible[0], "" if possible[0] == FIELD[field_name].unit else remark
+
+
+def _reference(source: Source, place: int) -> str:
+    """How a map names a column."""
+    name = source.names[place]
+    return name if name and len(source.places(name)) == 1 else f"#{place + 1}"
+
+
+def _column_text(name: str, field_name: str, unit: str, is_said: bool, remark: str) -> str:
+    value = _quoted(name)
+    if unit != FIELD[field_name].unit and not is_said:
+        value = f'{{column = {value}, unit = "{unit}"}}'
+    return value + (f"  # {remark}" if remark else "")
+
+
+# ---- Feet
+
+
+def _foot_of_word(cell: Any) -> str | None:
+    word = text_of_cell(cell).casefold()
+    return next((foot for foot in FEET if word in _FOOT_WORDS[foot]), None)
+
+
+def _foot_column(source: Source, said: _Suggestion) -> bool:
+    for place, name in enumerate(source.names):
+        texts = [text_of_cell(cell) for cell in source.cells(place) if not is_empty(cell)]
+        words = list(dict.fromkeys(texts))
+        if not 1 <= len(words) <= 2:
+            continue
+        feet = [_foot_of_word(word) for word in words]
+        is_named = bool(_FOOT_NAME.search(name))
+        if all(feet) and len(set(feet)) == len(words):
+            pairs = {foot: word for foot, word in zip(feet, words, strict=True) if foot}
+            remark = ""
+        elif is_named and len(words) == 2:
+            pairs = dict(zip(FEET, sorted(words), strict=True))
+            remark = "  # which word is which foot is not known: look"
+        else:
+            continue
+        said.feet["column"] = _quoted(_reference(source, place))
+        plain_words = all(word.casefold() in (foot, foot[0]) for foot, word in pairs.items())
+        if not plain_words:
+            for foot, word in pairs.items():
+                is_code = re.fullmatch(r"-?\d+", word)
+                said.feet[foot] = (word if is_code else _quoted(word)) + remark
+        said.used.add(place)
+        return True
+    return False
+
+
+def _foot_token(name: str) -> tuple[str, str, str] | None:
+    """The foot that a name says, its word, and the name with {foot} in place of it."""
+    for foot in FEET:
+        for word in sorted(_FOOT_WORDS[foot], key=len, reverse=True):
+            found = re.search(rf"(?<![A-Za-z]){word}(?![a-z])", name, re.IGNORECASE)
+            if found:
+                return foot, found[0], name[: found.start()] + "{foot}" + name[found.end() :]
+    return None
+
+
+def _foot_columns(source: Source, said: _Suggestion) -> dict[str, int]:
+    """Names with {foot} for columns that are there for each foot, by the left one's place."""
+    found: dict[str, dict[str, tuple[int, str]]] = {}
+    for place, name in enumerate(source.names):
+        token = _foot_token(name) if name else None
+        if token:
+            found.setdefault(token[2], {})[token[0]] = (place, token[1])
+    both = {name: feet for name, feet in found.items() if len(feet) == 2}
+    if not both:
+        return {}
+    for foot in FEET:
+        said.feet[foot] = _quoted(next(iter(both.values()))[foot][1])
+    return {name: feet["left"][0] for name, feet in both.items()}
+
+
+def _feet_elsewhere(sources: Sequence[Source], said: _Suggestion) -> None:
+    for by in ("sheet", "file"):
+        names = [getattr(source.origin, by) for source in sources]
+        tokens = [_foot_token(name) for name in names]
+        if any(tokens):
+            said.feet["by"] = _quoted(by + "s")
+            for name, token in zip(names, tokens, strict=True):
+                if token:
+                    said.feet[token[0]] = _quoted(name if by == "sheet" else token[1])
+            return
+    said.remarks.append("feet: no column says which foot. Choose one of these")
+    said.feet["# first"] = '"left"   # rows alternate, and this is the first of each walk'
+    said.feet["# only"] = '"left"   # all rows are of this foot'
+
+
+# ---- The map
+
+
+def _place_columns(source: Source, said: _Suggestion, pairs: dict[str, int]) -> None:
+    bounds = _bounds()
+    own = {place: name for name, place in pairs.items()}
+    tokens = {place for place, name in enumerate(source.names) if name and _foot_token(name)}
+    names = [
+        (place, name)
+        for place, name in enumerate(source.names)
+        if name and place not in said.used and (place in own or not pairs or place not in tokens)
+    ]
+    placed = _placed(source, names)
+    durations = None
+    if "gct" in placed:
+        unit, _ = _unit_for("gct", source, placed["gct"], bounds, None)
+        values = [v for v in _numbers(source, placed["gct"]) if v not in _MISSING]
+        durations = median(values) * (factor_to(unit, "s") or 1.0) if values else None
+    for field_name in FIELD:
+        if field_name not in placed:
+            continue
+        place = placed[field_name]
+        unit, remark = _unit_for(field_name, source, place, bounds, durations)
+        said_unit = unit_in_name(source.names[place]) or source.units.get(place)
+        is_said = bool(said_unit) and said_unit == unit
+        name = own.get(place) or _reference(source, place)
+        said.columns[field_name] = _column_text(name, field_name, unit, is_said, remark)
+        scale = factor_to(unit, "s") if field_name == "gct" else None
+        said.numbers[field_name] = [v * (scale or 1.0) for v in _numbers(source, place)]
+        said.used.add(place)
+        if pairs and place in own:
+            said.used |= {
+                p for p in tokens if (t := _foot_token(source.names[p])) and t[2] == own[place]
+            }
+        _look_for_missing(field_name, source, place, said)
+
+
+def _look_for_missing(field_name: str, source: Source, place: int, said: _Suggestion) -> None:
+    """Values and words that can only stand for what was not measured."""
+    if FIELD[field_name].kind != "measured":
+        return
+    for cell in source.cells(place):
+        if is_empty(cell):
+            continue
+        number = number_of(cell, source.signs)
+        value: Any = text_of_cell(cell) if number is None else number[0]
+        is_code = number is not None and value in _MISSING and field_name not in _SIGNED
+        if (number is None or is_code) and value not in said.missing:
+            said.missing.append(int(value) if isinstance(value, float) else value)
+
+
+def _say_walks(sources: Sequence[Source], said: _Suggestion) -> None:
+    source = sources[0]
+    names = []
+    for place, name in enumerate(source.names):
+        texts = [text_of_cell(cell) for cell in source.cells(place)]
+        is_repeated = 1 < len(set(texts)) <= len(texts) / 4
+        if name and place not in said.used and _WALK_NAME.search(name) and is_repeated:
+            names.append(name)
+            said.used.add(place)
+    if names:
+        said.top["walk"] = _quoted(names)
+    elif len(sources) > 1 and said.feet.get("by") not in ('"sheets"', '"files"'):
+        said.top["walk"] = '["{sheet}"]' if sources[0].origin.sheet else '["{file}"]'
+
+
+def _say_rate(said: _Suggestion) -> None:
+    if "first_sample" not in said.columns:
+        if "hs" not in said.columns and "end" not in said.columns:
+            said.top["# times"] = (
+                '"end to end"   # no column says when strides begin: name it as hs, or say this'
+            )
+        return
+    numbers = said.numbers
+    first, last, gct = (numbers.get(name, []) for name in ("first_sample", "last_sample", "gct"))
+    known = sum(gct)
+    if not (first and len(first) == len(last) == len(gct) and known):
+        said.top["# sampling_rate"] = "100   # fill in: the table counts samples"
+        return
+    # Whichever way of counting leads to a rate that is nearer to a whole number.
+    length = sum(last) - sum(first)
+    rates = {0: (length + len(gct)) / known, -1: length / known}
+    add = min(rates, key=lambda way: abs(rates[way] - round(rates[way])))
+    said.top["sampling_rate"] = f"{round(rates[add])}  # by samples and durations"
+    if add:
+        name = said.columns["last_sample"]
+        said.columns["last_sample"] = f"{{column = {name}, add = -1}}  # the end is not counted"
+
+
+def _say_others(source: Source, said: _Suggestion) -> list[str]:
+    lines = []
+    for place, name in enumerate(source.names):
+        if place in said.used or not name:
+            continue
+        filled = [cell for cell in source.cells(place) if not is_empty(cell)]
+        if not filled:
+            continue
+        if _is_numeric(source, place):
+            values = _numbers(source, place)
+            what = f"numbers, {min(values):g} to {max(values):g}"
+        else:
+            words = list(dict.fromkeys(text_of_cell(cell) for cell in filled))
+            what = listed(_quoted(word[:20]) for word in words[:3])
+            what += ", ..." if len(words) > 3 else ""
+        lines.append(f"#   {_quoted(name)}: {what}")
+        if _EXCLUDE_NAME.search(name):
+            lines.append(f"#     [[exclude]] column = {_quoted(name)}, is = ..., reason = ...")
+            lines.append("#     would leave strides out of the statistics")
+    return lines
+
+
+def _relations(source: Source) -> list[str]:
+    """What columns without a known name have to do with each other."""
+    columns = {}
+    for place in range(source.width):
+        cells = [number_of(cell, source.signs) for cell in source.cells(place)]
+        values = np.array([np.nan if cell is None else cell[0] for cell in cells])
+        if np.isfinite(values).mean() > 0.8 and len(columns) < 40:
+            columns[place] = values
+    lines = []
+
+    def hold(difference: Any, tolerance: float) -> bool:
+        there = np.abs(difference[np.isfinite(difference)])
+        return len(there) > 4 and bool(np.mean(there <= tolerance) > 0.95)
+
+    for one, two in itertools.combinations(columns, 2):
+        both = columns[one] + columns[two]
+        names = f"{source.name_of(one)} + {source.name_of(two)}"
+        if hold(both - 100, 1.5):
+            lines.append(f"#   {names} = 100: swing and stance, in %?")
+        for three, total in columns.items():
+            if three not in (one, two) and np.nanmedian(total) < 10 and hold(both - total, 0.005):
+                lines.append(f"#   {names} = {source.name_of(three)}: swing, stance and stride?")
+    return lines
+
+
+def _derivable(said: _Suggestion) -> list[str]:
+    there = set(said.columns)
+    wanted = []
+    if "gct" not in there and {"first_sample", "last_sample"} <= there:
+        wanted.append("gct")
+    for name, needs in (
+        ("swing", {"stance"}),
+        ("stance", {"swing"}),
+        ("cadence", {"gct"}),
+        ("speed", {"slength"}),
+        ("slength", {"speed"}),
+    ):
+        if name not in there and needs & (there | set(wanted)):
+            wanted.append(name)
+    if "contact" not in there and {"stance", "swing", "lift_off"} & there:
+        wanted.append("contact")
+    return wanted
+
+
+def _section(title: str, values: dict[str, str]) -> list[str]:
+    if not values:
+        return []
+    head = ["", f"[{title}]"] if title else []
+    return head + [f"{name} = {value}" for name, value in values.items()]
+
+
+def suggested_map(tables: Sequence[str]) -> str:
+    """A map for tables, with remarks on what it could not place.
+
+    Raises:
+        WalkError: where a table cannot be read.
+    """
+    faults = Faults()
+    bare = TableMap("", {("", "walk"): ("{sheet}",)}, {}, {}, [], [])
+    grids = [grid for grid in all_grids(named_tables(tables), bare, faults) if grid.rows]
+    sources = []
+    said = _Suggestion()
+    for grid in grids:
+        line = 0 if grid.names else _header_line(grid)
+        map_ = TableMap("", {("table", "header"): line}, {}, {}, [], [])
+        source = source_of(grid, map_, faults)
+        if source is not None and source.rows:
+            cells = (cell for row in source.rows for cell in row)
+            found = signs_of(cells)
+            if found is not None:
+                source.signs = found
+            sources.append(source)
+    faults.raise_any()
+    source = sources[0]
+    if not any(source.names):
+        said.table["header"] = "0"
+        said.remarks.append("the table has no names: columns are #1, #2, ... below")
+        source.names = [f"#{place + 1}" for place in range(source.width)]
+    pairs: dict[str, int] = {}
+    if not _foot_column(source, said):
+        pairs = _foot_columns(source, said)
+        if not pairs:
+            _feet_elsewhere(sources, said)
+    _place_columns(source, said, pairs)
+    _say_walks(sources, said)
+    _say_rate(said)
+    if said.missing:
+        said.top["missing"] = _quoted(said.missing)
+    derived = _derivable(said)
+    if derived:
+        said.top["derive"] = _quoted(derived)
+    return _as_text(source, sources, said)
+
+
+def _as_text(source: Source, sources: Sequence[Source], said: _Suggestion) -> str:
+    names = listed(dict.fromkeys(one.origin.name for one in sources))
+    lines = [f"# A map for {names}, suggested by its names and values. Look at each line."]
+    lines += [f"# {remark}" for remark in said.remarks]
+    lines += _section("", said.top) + _section("table", said.table)
+    if not said.columns:
+        said.columns["# gct"] = '"..."   # no column was recognised: docs/import.md lists them all'
+    lines += _section("feet", said.feet) + _section("columns", said.columns)
+    others = _say_others(source, said)
+    if "header" in said.table:
+        others += _relations(source)
+    if others:
+        lines += ["", f"# Not placed, of {counted(source.width, 'column')}:", *others]
+    return "\n".join(lines) + "\n"
