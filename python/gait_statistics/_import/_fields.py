@@ -169,6 +169,14 @@ FIELDS = (
 )
 FIELD = {field.name: field for field in FIELDS}
 
+# A -1 can be measured in these, and in moments; elsewhere it stands for missing.
+SIGNED = (
+    *("ta", "top", "hsp", "strike_eversion", "step_length", "min_tc", "max_tc1", "max_tc2"),
+    *("hs", "end", "lift_off", "first_sample", "last_sample"),
+)
+# What no stride has a 0 of.
+NEVER_ZERO = ("gct", "contact", "cadence", "stance")
+
 # What people call a column, and what it is called here.
 SYNONYMS = {
     "start": "hs",
@@ -277,6 +285,9 @@ class Key:
     example: str
 
 
+# What compares the times of both feet; without times it would compare what was made up.
+CHECKS_OF_TIMES = ("left_opens_within_right", "linked_strides_overlap", "unlinked_strides")
+
 LISTS = "excluded_1|excluded_1_fallback|excluded_2|excluded_2_fallback"
 
 KEYS = (
@@ -338,9 +349,9 @@ KEYS = (
     Key(
         "",
         "pairs",
-        "time|rows",
-        "which left stride belongs to a right one: the first that begins within it, or the one of "
-        "the same row",
+        "time|rows|order|none",
+        "which left stride belongs to a right one: the first that begins within it (`time`), the "
+        "one of the same row, or the one of the same number; `none`: feet are analysed alone",
         '"rows"',
     ),
     Key("", "derive", "texts", "columns to compute where they have no value", '["cadence", "hs"]'),

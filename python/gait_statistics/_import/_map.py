@@ -8,11 +8,12 @@ import sys
 from collections.abc import Callable, Iterable, Mapping, Sequence
 from dataclasses import dataclass, field
 from pathlib import Path
-from typing import Any
+from typing import Any, Literal
 
 from .. import _core
 from .._errors import InputError
 from ._fields import (
+    CHECKS_OF_TIMES,
     COLUMN_KEYS,
     CONDITION_KEYS,
     DERIVED_NAMES,
@@ -32,7 +33,7 @@ else:
     import tomli as tomllib
 
 MAPS = Path(__file__).with_name("maps")
-FEET = ("left", "right")
+FEET: tuple[Literal["left"], Literal["right"]] = ("left", "right")
 
 
 @dataclass(frozen=True)
@@ -75,6 +76,13 @@ class TableMap:
         """Something that is wrong with a key, or for want of it."""
         line = self.lines.get((section, name)) or self.lines.get((section, ""))
         return InputError(self.name, None, line, None, text)
+
+    @property
+    def without_checks(self) -> tuple[str, ...]:
+        """Data checks that do not apply."""
+        given = tuple(self.get("", "without_checks", ()))
+        made_up = CHECKS_OF_TIMES if self.get("", "times") == "end to end" else ()
+        return tuple(dict.fromkeys((*given, *made_up)))
 
     @property
     def feet_by(self) -> str:
@@ -159,7 +167,7 @@ class _Reader:
         place = " ".join(filter(None, [section and f"[{section}]", name])) + ": "
         self.faults.add(InputError(self.name, None, line, None, place + text))
 
-    def value_of(self, key: Key, value: Any, section: str) -> Any:
+    def value_of(self, key: Key, value: Any, section: str, of: str = "") -> Any:
         """The value of a key; None where it is wrong."""
         if "|" in key.kind:
             if value in key.kind.split("|"):
@@ -170,14 +178,17 @@ class _Reader:
                 if not becomes_tuple:
                     return value
                 return tuple(value) if isinstance(value, list) else (value,)
-        self.fault(section, key.name, f"found {value!r}, expected {expected_by(key)}")
+        text = f"found {value!r}, expected {expected_by(key)}"
+        self.fault(section, of or key.name, f"{key.name}: {text}" if of else text)
         return None
 
-    def unknown(self, section: str, name: str, known: Iterable[str], what: str) -> None:
+    def unknown(
+        self, section: str, name: str, known: Iterable[str], what: str, of: str = ""
+    ) -> None:
         """Says where an unknown key belongs, or which one it is like."""
         elsewhere = [key for key in KEYS if key.name == name and key.section != section]
         known = list(known)
-        near = SYNONYMS.get(name, "") if section == "columns" else ""
+        near = SYNONYMS.get(name, "") if what == "column" else ""
         near = near or nearest(name, known)
         text = f"found an unknown {what}, expected one of those of docs/import.md"
         if elsewhere and not elsewhere[0].section:
@@ -186,17 +197,19 @@ class _Reader:
             text = f"found it here, expected it in the section [{elsewhere[0].section}]"
         elif near:
             text = f'found an unknown {what}, expected a known one: is it "{near}"?'
-        self.fault(section, name, text)
+        self.fault(section, of or name, f"{name}: {text}" if of else text)
 
-    def keys_of(self, table: dict[str, Any], keys: Sequence[Key], section: str) -> dict[str, Any]:
+    def keys_of(
+        self, table: dict[str, Any], keys: Sequence[Key], section: str, of: str = ""
+    ) -> dict[str, Any]:
         """The values of a table's keys; what is unknown or wrong is left out."""
         known = {key.name: key for key in keys}
         result = {}
         for name, value in table.items():
             if name not in known:
-                self.unknown(section, name, known, "key")
+                self.unknown(section, name, known, "key", of)
             else:
-                checked = self.value_of(known[name], value, section)
+                checked = self.value_of(known[name], value, section, of)
                 if checked is not None:
                     result[name] = checked
         return result
@@ -209,7 +222,7 @@ class _Reader:
             text = f"found {value!r}, expected a column's name, or {{column = ..., unit = ...}}"
             self.fault("columns", name, text)
             return None
-        keys = self.keys_of(value, COLUMN_KEYS, "columns")
+        keys = self.keys_of(value, COLUMN_KEYS, "columns", name)
         names = self.names_of(name, keys, feet)
         unit = keys.get("unit")
         if unit is not None and not fits(name, unit):

@@ -16,16 +16,16 @@ from ._strides import Strides
 Exclusion = tuple[str, str, int, str]
 
 
-def _same_row(frame: pd.DataFrame) -> pd.DataFrame:
-    """The left stride of each right one's row."""
-    left = frame[frame["foot"] == "left"].set_index(["source", "place"])["index"]
+def _by_row_or_order(frame: pd.DataFrame, columns: list[str]) -> pd.DataFrame:
+    """The left stride of each right one's row, or of the same number."""
+    left = frame[frame["foot"] == "left"].set_index(columns)["index"]
     right = frame[frame["foot"] == "right"]
-    rows = list(zip(right["source"], right["place"], strict=True))
+    keys = list(zip(*(right[column] for column in columns), strict=True))
     return pd.DataFrame(
         {
             "gct": right["gct"].to_numpy() if "gct" in right else np.nan,
             "right_index": right["index"].to_numpy(),
-            "left_index": [left.get(row) for row in rows],
+            "left_index": [left.get(key if len(columns) > 1 else key[0]) for key in keys],
         }
     )
 
@@ -45,16 +45,25 @@ def _by_time(frame: pd.DataFrame, strides: Strides) -> pd.DataFrame:
     return pairs[["gct", "right_index", "left_index"]].astype(float)
 
 
-def pairs_of(strides: Strides, map_: TableMap) -> pd.DataFrame | None:
+def pairs_of(strides: Strides, map_: TableMap, faults: Faults) -> pd.DataFrame | None:
     """The cycles of both feet, one for each right stride; None where one foot is there alone."""
     frame = strides.frame
-    if frame["foot"].nunique() < 2:
+    by = map_.get("", "pairs", "time")
+    if frame["foot"].nunique() < 2 or by == "none":
         return None
-    by_rows = map_.get("", "pairs") == "rows"
-    pairs = _same_row(frame) if by_rows else _by_time(frame, strides)
-    if by_rows:
+    if by == "rows":
+        pairs = _by_row_or_order(frame, ["source", "place"])
         strides.derived.append("pairs: the left and the right stride of one row")
+    elif by == "order":
+        pairs = _by_row_or_order(frame, ["index"])
+        strides.derived.append("pairs: the left and the right stride of one number")
+    elif map_.get("", "times") == "end to end":
+        text = "pairs: found none, expected a word on which strides belong together, since there "
+        text += 'are no times: "rows", "order", or "none" to analyse feet alone'
+        faults.add(map_.error("", "pairs", text))
+        return None
     else:
+        pairs = _by_time(frame, strides)
         strides.derived.append("pairs: each right stride and the first left one that begins in it")
     right = frame[frame["foot"] == "right"]
     pairs["ds"] = right["ds"].to_numpy() if "ds" in right else np.nan

@@ -20,7 +20,7 @@ from ._cells import (
     over_midnight,
     text_of_cell,
 )
-from ._fields import FIELD
+from ._fields import FIELD, NEVER_ZERO, SIGNED
 from ._map import FEET, ColumnMap, TableMap
 from ._places import Faults, listed, shown
 from ._sources import Source, place_of
@@ -203,7 +203,7 @@ def _numbers(
     since = Counter[str]()
     for row, line in zip(source.rows, source.lines, strict=True):
         cell = row[place]
-        if type(cell) is float and not missing and cell == cell and not is_moment:
+        if type(cell) is float and not missing and cell > 0 and not is_moment:
             result.append(cell)
             continue
         if is_empty(cell) or (missing and is_one_of(cell, missing, source.signs)):
@@ -221,6 +221,9 @@ def _numbers(
         else:
             value, beside, kind = found.seconds, found.unit, found.since
             since[kind] += 1
+        if _stands_for_missing(name, value, column):
+            expected = f"a measurement; if it means missing: missing = [{value:g}]"
+            faults.add_cell(source.origin, line, source.name_of(place), f"{value:g}", expected)
         beside = "s" if kind else beside
         factor = factor_to(beside, unit) if beside else 1.0
         if factor is None:
@@ -233,6 +236,13 @@ def _numbers(
         text = "found numbers, times of day and dates together, expected one of them"
         faults.add(source.origin.error(None, source.name_of(place), text))
     return result, next(iter(since), "")
+
+
+def _stands_for_missing(name: str, value: float, column: ColumnMap) -> bool:
+    """Whether a number can only be a code for what was not measured."""
+    if column.valid is not None or column.missing is not None:
+        return False
+    return value == -1 and name not in SIGNED or value == 0 and name in NEVER_ZERO
 
 
 def _values(

@@ -406,15 +406,24 @@ def _without_skipped(source: Source, map_: TableMap, faults: Faults) -> int:
 
 def _find_totals(source: Source, faults: Faults) -> None:
     """Finds rows that sum the table up, which would count as strides."""
+    found = []
     for row, line in zip(source.rows, source.lines, strict=True):
-        texts = [(place, cell) for place, cell in enumerate(row) if isinstance(cell, str) and cell]
-        for place, text in texts[:2]:
-            if _TOTALS.fullmatch(text.strip()) and _has_number(row):
-                name = source.name_of(place)
-                expected = f'a stride; leave rows of means out: [[skip]] column = "{name}", '
-                faults.add_cell(
-                    source.origin, line, name, shown(text), expected + "is = the words there"
-                )
+        words = [
+            (place, cell)
+            for place, cell in enumerate(row)
+            if isinstance(cell, str) and cell and not cell[0].isdigit()
+        ]
+        total = next((word for word in words[:3] if _TOTALS.fullmatch(word[1].strip())), None)
+        if total and _has_number(row):
+            found.append((line, *total))
+    # A column of units has "min" in every row.
+    if len(found) > max(4, len(source.rows) / 4):
+        return
+    for line, place, text in found:
+        name = source.name_of(place)
+        expected = f'a stride; to leave rows of means out: [[skip]] column = "{name}", is = the '
+        expected += "words in them"
+        faults.add_cell(source.origin, line, name, shown(text), expected)
 
 
 def place_of(source: Source, name: str, faults: Faults) -> int | None:
@@ -445,11 +454,13 @@ def _signs(source: Source, map_: TableMap, faults: Faults) -> Signs:
         for name in column.names[foot]
         for place in source.places(name)
     }
-    found = signs_of(cell for place in sorted(places) for cell in source.cells(place))
+    cells = [cell for place in sorted(places) for cell in source.cells(place)]
+    found = signs_of(cells)
     if found is None:
-        text = 'found numbers such as "1,050" alone, expected a word on what the comma is: [table] '
-        faults.add(source.origin.error(None, None, text + 'decimal = "," or decimal = "."'))
-    found = found or Signs()
+        example = next(cell for cell in cells if isinstance(cell, str) and "," in cell)
+        text = f'found numbers such as "{example}" alone, expected a word on what the comma is: '
+        faults.add(source.origin.error(None, None, text + '[table] decimal = "," or "."'))
+    found = found or Signs(",")
     return Signs(found.decimal, thousands or found.thousands)
 
 

@@ -14,7 +14,7 @@ import numpy as np
 
 from .. import _core
 from ._cells import is_empty, moment_of, number_of, signs_of, text_of_cell
-from ._fields import FIELD, FIELDS
+from ._fields import FIELD, FIELDS, NEVER_ZERO, SIGNED
 from ._map import FEET, TableMap
 from ._places import Faults, counted, listed
 from ._sources import Grid, Source, all_grids, named_tables, source_of
@@ -44,8 +44,7 @@ _WALK_NAME = re.compile(
 )
 _EXCLUDE_NAME = re.compile(r"turn|wende|exclu|valid|outlier|artefact|artifact|ausschluss", re.I)
 _MISSING = (0.0, -1.0, -999.0, 999.0, -9999.0, 9999.0)
-# In these a 0 or a -1 can be measured.
-_SIGNED = ("ta", "top", "hsp", "strike_eversion", "min_tc", "step_length", "ldr", "pur")
+
 
 
 @dataclass
@@ -354,7 +353,8 @@ def _look_for_missing(field_name: str, source: Source, place: int, said: _Sugges
             continue
         number = number_of(cell, source.signs)
         value: Any = text_of_cell(cell) if number is None else number[0]
-        is_code = number is not None and value in _MISSING and field_name not in _SIGNED
+        is_code = value in _MISSING and field_name not in SIGNED
+        is_code &= value != 0 or field_name in NEVER_ZERO
         if (number is None or is_code) and value not in said.missing:
             said.missing.append(int(value) if isinstance(value, float) else value)
 

@@ -3,6 +3,7 @@
 from __future__ import annotations
 
 import os
+import re
 import shutil
 import tempfile
 import warnings
@@ -17,10 +18,10 @@ import pandas as pd
 
 from .._errors import InputError, WalkError, WalkWarning
 from .._result import Finding, analyse
-from .._walk import Walk, read_walk
+from .._walk import Foot, Walk, read_walk
 from ._fields import FIELD
 from ._folders import check_target, folder_names, move_into_place, write_table
-from ._map import TableMap, read_map
+from ._map import FEET, TableMap, read_map
 from ._pairs import Exclusion, exclusions_of, pairs_of
 from ._places import Faults, Origin, counted, listed
 from ._rows import Rows, read_rows
@@ -170,10 +171,21 @@ def _error_in_words(error: InputError, words: _Words) -> InputError:
     if place is None or not 0 <= place < len(words.strides.frame):
         origin, column = words.table(error.column or "", [])
         return origin.error(None, column or error.column, error.text)
+
+    def users_line(line: str) -> str:
+        at = int(line) - 2 if foot is None else words.place(foot, int(line) - 2)
+        found = None if at is None else words.lines_of([at])
+        return line if found is None else str(found[1][0])
+
+    text = re.sub(
+        r"(?<=\bline )\d+|(?<=\blines )\d+(?:, \d+)*",
+        lambda lines: ", ".join(map(users_line, lines[0].split(", "))),
+        error.text,
+    )
     origin, column = words.table(error.column or "", [place])
     lines = words.lines_of([place])
     assert lines is not None
-    return origin.error(lines[1][0], column or error.column, error.text)
+    return origin.error(lines[1][0], column or error.column, text)
 
 
 # ---- Writing
@@ -193,7 +205,7 @@ def _about_rows(made: ImportedWalk, rows: Rows, map_: TableMap) -> list[tuple[st
     ]
     result += [("derived", text) for text in strides.derived]
     result += [("note", text) for text in strides.notes]
-    result += [("check left out", name) for name in map_.get("", "without_checks", ())]
+    result += [("check left out", name) for name in map_.without_checks]
     return result
 
 
@@ -221,13 +233,21 @@ def _write(made: ImportedWalk, folder: Path, rows: Rows, map_: TableMap) -> None
     write_table(folder / "about.csv", ["name", "value"], _about_rows(made, rows, map_))
 
 
+def _only_foot(made: ImportedWalk) -> Foot | None:
+    """The foot that a walk without cycles of both feet is read for."""
+    if made.pairs is not None:
+        return None
+    feet = set(made.strides.frame["foot"])
+    return "left" if "left" in feet else "right"
+
+
 def _read_back(made: ImportedWalk, folder: Path, rows: Rows, faults: Faults) -> None:
     """Reads a walk that was written, so that what any reader would say is said now."""
     words = _Words(made.strides, rows)
     with warnings.catch_warnings():
         warnings.simplefilter("ignore", WalkWarning)
         try:
-            made.walk = read_walk(folder)
+            made.walk = read_walk(folder, _only_foot(made))
         except WalkError as error:
             for one in error.errors:
                 faults.add(_error_in_words(one, words))
@@ -242,13 +262,17 @@ def _check(made: ImportedWalk, rows: Rows, map_: TableMap, faults: Faults) -> No
     words = _Words(made.strides, rows)
     with warnings.catch_warnings():
         warnings.simplefilter("ignore", WalkWarning)
-        try:
-            result = analyse(made.walk, without_checks=map_.get("", "without_checks", ()))
-        except WalkError as error:
-            for one in error.errors:
-                faults.add(_error_in_words(one, words))
-            return
-        made.findings = [_finding_in_words(finding, words) for finding in result.findings]
+        feet: list[Foot | None] = [None]
+        if made.pairs is None:
+            feet = [foot for foot in FEET if foot in set(made.strides.frame["foot"])]
+        for foot in feet:
+            try:
+                result = analyse(made.walk, foot, without_checks=map_.without_checks)
+            except WalkError as error:
+                for one in error.errors:
+                    faults.add(_error_in_words(one, words))
+                continue
+            made.findings += [_finding_in_words(finding, words) for finding in result.findings]
 
 
 # ---- The whole
@@ -269,9 +293,9 @@ def _made_walks(rows: Rows, map_: TableMap, name: str, faults: Faults) -> list[I
         strides = strides_of(names[key] if key else name, key, frame, rows, map_, faults)
         if strides is None or faults:
             continue
-        pairs = pairs_of(strides, map_)
+        pairs = pairs_of(strides, map_, faults)
         excluded = exclusions_of(strides, pairs, rows, map_, faults)
-        left_out = map_.get("", "without_checks", ())
+        left_out = map_.without_checks
         made.append(ImportedWalk(strides, pairs, excluded, left_out=left_out))
     return made
 
@@ -345,7 +369,8 @@ def _settle(made: ImportedWalk, target: Path | None) -> None:
         return
     with warnings.catch_warnings():
         warnings.simplefilter("ignore", WalkWarning)
-        made.walk = read_walk(target / made.strides.name if made.strides.key else target)
+        folder = target / made.strides.name if made.strides.key else target
+        made.walk = read_walk(folder, _only_foot(made))
 
 
 def _umask() -> int:
