@@ -21,11 +21,13 @@ MAP: dict[str, Any] = {"feet": {"column": "Side"}, "columns": COLUMNS}
 Rows = list[list[str]]
 
 
+def rows_by_name() -> Any:
+    return STRIDES.itertuples()
+
+
 def rows_of(number: str = "{:.2f}", stride: str = "{:.2f}") -> Rows:
     """The rows of a table with a foot column, a strike and a duration."""
-    return [
-        [row.foot, number.format(row.hs), stride.format(row.gct)] for row in STRIDES.itertuples()
-    ]
+    return [[row.foot, number.format(row.hs), stride.format(row.gct)] for row in rows_by_name()]
 
 
 def text_of(rows: Rows, separator: str = ",", header: str | None = "Side,Strike,Stride") -> str:
@@ -235,7 +237,7 @@ def test_rows_that_alternate(csv: Path) -> None:
 def test_a_rate_that_is_not_whole_rescales_samples(csv: Path) -> None:
     rows = [
         [row.foot, f"{round(row.first_sample * 2.048)}", f"{round(row.last_sample * 2.048)}"]
-        for row in STRIDES.itertuples()
+        for row in rows_by_name()
     ]
     columns = {"first_sample": "Strike", "last_sample": "Stride"}
     walk = imported(csv, text_of(rows), columns=columns, sampling_rate=204.8)
@@ -282,7 +284,9 @@ def test_a_workbook_with_times_and_merged_cells(tmp_path: Path) -> None:
     map_ = {**MAP, "walk": "Person", "table": {"sheet": "Data"}}
     with pytest.raises(gs.WalkError) as raised:
         gs.import_tables(path, map_)
-    assert str(raised.value).startswith("book.xlsx, sheet Data, row 5, column Person: found an empty")
+    assert str(raised.value).startswith(
+        "book.xlsx, sheet Data, row 5, column Person: found an empty"
+    )
     (walk,) = gs.import_tables(path, {**map_, "fill_down": "Person"})
     assert walk.name == "P1"
     assert_same(walk, shift=int(STRIDES["first_sample"].min()))

@@ -94,9 +94,7 @@ FIELDS = (
         ),
     ),
     Field("swing", "%", "swing phase, % of the stride", words=("swing", "schwungphase", "schwung")),
-    Field(
-        "stance", "%", "stance phase, % of the stride", words=("stance", "standphase", "stand")
-    ),
+    Field("stance", "%", "stance phase, % of the stride", words=("stance", "standphase", "stand")),
     Field("contact", "ms", "duration of the contact", words=("contact time", "contact duration")),
     Field("cadence", "steps/min", "steps of both feet", words=("cadence", "kadenz")),
     Field("ldr", "%", "loading, % of stance", words=("loading", "ldr")),
@@ -121,7 +119,9 @@ FIELDS = (
         "stride velocity",
         words=("velocity", "speed", "geschwindigkeit", "tempo"),
     ),
-    Field("ta", "deg", "turning angle, to the left positive", words=("turning angle", "turn angle")),
+    Field(
+        "ta", "deg", "turning angle, to the left positive", words=("turning angle", "turn angle")
+    ),
     Field(
         "peakswing",
         "deg/s",
@@ -408,7 +408,9 @@ KEYS = (
         '"L"',
     ),
     Key("feet", "right", "cells", "the same for the right foot", '"R"'),
-    Key("feet", "first", "left|right", "the foot of each walk's first row: rows alternate", '"left"'),
+    Key(
+        "feet", "first", "left|right", "the foot of each walk's first row: rows alternate", '"left"'
+    ),
     Key("feet", "only", "left|right", "all rows are strides of this foot", '"left"'),
     Key(
         "feet",
@@ -444,7 +446,13 @@ COLUMN_KEYS = (
     Key("", "unit", "text", "its unit", '"cm/s"'),
     Key("", "factor", "number", "multiplies the value as it stands in the table", "-1"),
     Key("", "add", "number", "is added to it after that", "-1"),
-    Key("", "missing", "cells", "what stands for missing in this column, in place of the map's", "[]"),
+    Key(
+        "",
+        "missing",
+        "cells",
+        "what stands for missing in this column, in place of the map's",
+        "[]",
+    ),
     Key("", "valid", "span", "numbers outside of these two are missing", "[0, 100]"),
     Key(
         "",

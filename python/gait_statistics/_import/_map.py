@@ -245,7 +245,9 @@ class _Reader:
     ) -> dict[str, tuple[str, ...]] | None:
         """The names of a column for each foot."""
         if ("column" in keys) == ("left" in keys or "right" in keys):
-            text = "found no column or too many, expected column = ..., or left = ... and right = ..."
+            text = (
+                "found no column or too many, expected column = ..., or left = ... and right = ..."
+            )
             self.fault("columns", name, text)
             return None
         if "column" not in keys:
@@ -286,7 +288,7 @@ class _Reader:
         for word in found:
             if word not in known:
                 near = nearest(word, known)
-                expected = f'is it "{near}"?' if near else f"one of: {listed(known)}"
+                expected = f'a known one: is it "{near}"?' if near else f"one of: {listed(known)}"
                 self.fault("", name, f"found {shown(word)}, expected {expected}")
 
     def read(self, found: dict[str, Any]) -> TableMap:
@@ -328,7 +330,7 @@ class _Reader:
         """The section [columns]."""
         if not found:
             self.fault("columns", "", "found none, expected at least one column: gct = ...")
-        feet = {foot: values.get(("feet", foot), (foot,)) for foot in FEET}
+        feet: dict[str, Any] = {foot: values.get(("feet", foot), (foot,)) for foot in FEET}
         result = {}
         for name, value in found.items():
             if name not in FIELD:
@@ -377,7 +379,9 @@ def _text_of_map(given: str | os.PathLike[str]) -> tuple[str, str]:
     except OSError as error:
         near = nearest(name, shipped_maps())
         hint = f'; is it "{near}"?' if near else ""
-        text = f"cannot be read: {error.strerror}. --list-maps prints the maps that come along{hint}"
+        text = (
+            f"cannot be read: {error.strerror}. --list-maps prints the maps that come along{hint}"
+        )
     faults = Faults()
     faults.add(InputError(name, None, None, None, text))
     faults.raise_any()

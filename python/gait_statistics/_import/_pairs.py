@@ -18,7 +18,7 @@ Exclusion = tuple[str, str, int, str]
 
 def _by_row_or_order(frame: pd.DataFrame, columns: list[str]) -> pd.DataFrame:
     """The left stride of each right one's row, or of the same number."""
-    left = frame[frame["foot"] == "left"].set_index(columns)["index"]
+    left = frame[frame["foot"] == "left"].set_index(columns, drop=False)["index"]
     right = frame[frame["foot"] == "right"]
     keys = list(zip(*(right[column] for column in columns), strict=True))
     return pd.DataFrame(
@@ -82,8 +82,8 @@ def _met(condition: dict[str, Any], strides: Strides, rows: Rows, faults: Faults
     result = np.array(
         [place in named for place in zip(frame["source"], frame["line"], strict=True)], dtype=bool
     )
-    begin = frame["first_sample"].to_numpy() / strides.rate
-    end = (frame["last_sample"].to_numpy() + 1) / strides.rate
+    begin = frame["first_sample"].to_numpy(dtype=float) / strides.rate
+    end = (frame["last_sample"].to_numpy(dtype=float) + 1) / strides.rate
     for start, stop in condition.get("times", ()):
         result |= (begin < stop) & (end > start)
     count = frame.groupby("foot")["index"].transform("size").to_numpy()

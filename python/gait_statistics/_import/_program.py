@@ -30,7 +30,9 @@ def _parser() -> argparse.ArgumentParser:
         allow_abbrev=False,
     )
     parser.add_argument("tables", nargs="*", metavar="TABLE", help="text, .xlsx or .parquet")
-    parser.add_argument("--map", metavar="MAP", help="a map's file, or the name of one of --list-maps")
+    parser.add_argument(
+        "--map", metavar="MAP", help="a map's file, or the name of one of --list-maps"
+    )
     parser.add_argument("-o", "--output", metavar="FOLDER", help="where the walk folder is written")
     parser.add_argument(
         "--set",
@@ -115,7 +117,9 @@ def _run(arguments: argparse.Namespace, parser: argparse.ArgumentParser) -> None
         _suggest(arguments.tables)
         return
     if not arguments.map:
-        parser.error("--map is missing; --suggest writes one, --list-maps prints those that come along")
+        parser.error(
+            "--map is missing; --suggest writes one, --list-maps prints those that come along"
+        )
     if not arguments.output:
         parser.error("-o FOLDER is missing")
     _import(arguments)

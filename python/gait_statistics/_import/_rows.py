@@ -193,8 +193,14 @@ def _unit_of(
 
 
 def _numbers(
-    name: str, column: ColumnMap, unit: str, source: Source, place: int, *,
-    map_: TableMap, faults: Faults,
+    name: str,
+    column: ColumnMap,
+    unit: str,
+    source: Source,
+    place: int,
+    *,
+    map_: TableMap,
+    faults: Faults,
 ) -> tuple[list[float], str]:
     """The numbers of a column, in one unit; NaN for what is missing."""
     missing = map_.get("", "missing", ()) if column.missing is None else column.missing
@@ -403,9 +409,7 @@ def read_rows(sources: list[Source], map_: TableMap, faults: Faults) -> Rows:
     return rows
 
 
-def excluded_by(
-    condition: dict[str, Any], rows: Rows, faults: Faults
-) -> set[tuple[int, int]]:
+def excluded_by(condition: dict[str, Any], rows: Rows, faults: Faults) -> set[tuple[int, int]]:
     """The rows (source, line) that a condition of [[exclude]] names by a cell or a line."""
     found: set[tuple[int, int]] = set()
     if "column" not in condition and "lines" not in condition:

@@ -144,7 +144,7 @@ def _text_grid(path: Path, origin: Origin, map_: TableMap, faults: Faults) -> li
     given = map_.get("table", "separator")
     hint = re.fullmatch(r"sep=(.)", lines[0].strip()) if lines else None
     separator = _SEPARATORS.get(given, given) if given else hint[1] if hint else None
-    if given and len(separator) != 1:
+    if given and len(str(separator)) != 1:
         what = f'[table] separator: found "{given}", expected one character, "tab" or "space"'
         faults.add(map_.error("table", "separator", what))
         return []
@@ -182,9 +182,7 @@ def _workbook_grids(path: Path, map_: TableMap, faults: Faults) -> list[Grid]:
 
     wanted = map_.get("table", "sheet")
     sheets = pd.read_excel(path, sheet_name=None, header=None, dtype=object, keep_default_na=False)
-    filled = {
-        str(name): sheet for name, sheet in sheets.items() if sheet.notna().to_numpy().any()
-    }
+    filled = {str(name): sheet for name, sheet in sheets.items() if sheet.notna().to_numpy().any()}
     by_name = {plain(name): name for name in filled}
     book = Origin(path.name, False, path.stem)
     if wanted is None and map_.feet_by == "sheets":

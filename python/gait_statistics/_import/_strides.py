@@ -347,14 +347,13 @@ def _check_places(
     return not len(lost) and not len(before_zero)
 
 
-def _in_order(
-    frame: pd.DataFrame, rows: Rows, map_: TableMap, faults: Faults
-) -> pd.DataFrame:
+def _in_order(frame: pd.DataFrame, rows: Rows, map_: TableMap, faults: Faults) -> pd.DataFrame:
     """Left before right; in order of time where the map says so."""
     is_right = frame["foot"] == "right"
     if map_.get("", "sort"):
         order = np.lexsort((_column(frame, "first_sample"), is_right))
-        return frame.iloc[order].reset_index(drop=True)
+        ordered: pd.DataFrame = frame.iloc[order].reset_index(drop=True)
+        return ordered
     frame = frame.iloc[np.argsort(is_right.to_numpy(), kind="stable")].reset_index(drop=True)
     for foot in FEET:
         part = np.flatnonzero(frame["foot"] == foot)
@@ -364,7 +363,7 @@ def _in_order(
             origin, line = _origin(rows, frame, int(part[at + 1]))
             found = f"a {foot} stride that begins before the one above it"
             expected = "strides in order of time: does the table hold several walks? walk = [...] "
-            expected += 'names the columns that tell them apart; or times begin anew: walk, or '
+            expected += "names the columns that tell them apart; or times begin anew: walk, or "
             expected += "breaks; sort = true puts strides of one walk in order"
             faults.add_cell(origin, line, None, found, expected)
     return frame

@@ -46,7 +46,6 @@ _EXCLUDE_NAME = re.compile(r"turn|wende|exclu|valid|outlier|artefact|artifact|au
 _MISSING = (0.0, -1.0, -999.0, 999.0, -9999.0, 9999.0)
 
 
-
 @dataclass
 class _Suggestion:
     """What was found out about a table.
@@ -109,7 +108,11 @@ def _header_line(grid: Grid) -> int:
     for number, row in enumerate(grid.rows[:50]):
         filled = [cell for cell in row if not is_empty(cell)]
         if len(filled) < max(2, typical / 2) or any(map(_is_number, filled)):
-            if number == 0 and len(filled) >= typical / 2 and sum(map(_is_number, filled)) > len(filled) / 2:
+            if (
+                number == 0
+                and len(filled) >= typical / 2
+                and sum(map(_is_number, filled)) > len(filled) / 2
+            ):
                 return 0
             continue
         below = grid.rows[number + 1 : number + 4]
@@ -133,8 +136,10 @@ def _score(field_name: str, name: str) -> int:
     best = 0
     for group in (*FIELD[field_name].words, field_name.replace("_", " ")):
         parts = group.split()
-        is_there = all(f" {part}" in words for part in parts) if len(parts) > 1 else (
-            f" {group} " in words if len(group) < 5 else group in compact
+        is_there = (
+            all(f" {part}" in words for part in parts)
+            if len(parts) > 1
+            else (f" {group} " in words if len(group) < 5 else group in compact)
         )
         if is_there:
             best = max(best, sum(map(len, parts)))
@@ -184,7 +189,10 @@ def _by_kind(field_name: str, source: Source, place: int) -> str:
 
 
 def _unit_for(
-    field_name: str, source: Source, place: int, bounds: dict[str, tuple[float, float]],
+    field_name: str,
+    source: Source,
+    place: int,
+    bounds: dict[str, tuple[float, float]],
     duration: float | None,
 ) -> tuple[str, str]:
     """The unit of a column, and a remark: from its name, from the row beneath, or its values."""
@@ -421,7 +429,7 @@ def _say_others(source: Source, said: _Suggestion) -> list[str]:
 
 def _relations(source: Source) -> list[str]:
     """What columns without a known name have to do with each other."""
-    columns = {}
+    columns: dict[int, Any] = {}
     for place in range(source.width):
         cells = [number_of(cell, source.signs) for cell in source.cells(place)]
         values = np.array([np.nan if cell is None else cell[0] for cell in cells])

@@ -54,7 +54,7 @@ _IN_BRACKETS = re.compile(r"[\[(]([^\[\]()]*)[\])]\s*$")
 def _registry() -> Any:
     import pint
 
-    registry = pint.UnitRegistry(cache_folder=None)
+    registry: Any = pint.UnitRegistry()
     registry.define("sample = [sample]")
     registry.define("step = [step]")
     registry.define("stride = 2 * step")

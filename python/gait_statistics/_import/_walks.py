@@ -87,9 +87,7 @@ class _Words:
             return None
         frame = self.strides.frame
         source = int(frame["source"].iloc[places[0]])
-        lines = [
-            int(frame["line"].iloc[at]) for at in places if frame["source"].iloc[at] == source
-        ]
+        lines = [int(frame["line"].iloc[at]) for at in places if frame["source"].iloc[at] == source]
         return self.rows.sources[source].origin, list(dict.fromkeys(lines))
 
     def place(self, foot: str | None, index: int) -> int | None:
@@ -148,7 +146,7 @@ def _finding_in_words(finding: Finding, words: _Words) -> InputError:
     mend = _map_of_guess(finding)
     if not mend and lines:
         some = lines[1][:_LINES_NAMED]
-        mend = f'correct the cells, or leave strides out: [[exclude]] lines = {some}'
+        mend = f"correct the cells, or leave strides out: [[exclude]] lines = {some}"
     ours = finding.column if column is None or column != finding.column else ""
     said = f"{ours} (derived)" if column is None else column
     text += f". Usually: {finding.usual_cause}. In the map: "
@@ -219,7 +217,9 @@ def _write(made: ImportedWalk, folder: Path, rows: Rows, map_: TableMap) -> None
     names = ["foot", "sampling_rate", "signal_1_samples"]
     write_table(folder / "recording.csv", names, [(foot, strides.rate, length) for foot in feet])
     stored = [
-        name for name, field in FIELD.items() if name in frame and name not in ("end", "lift_off", "ds")
+        name
+        for name, field in FIELD.items()
+        if name in frame and name not in ("end", "lift_off", "ds")
     ]
     columns = ["foot", "index", *stored]
     write_table(folder / "foot_cycles.csv", columns, frame[columns].astype(object).to_numpy())
@@ -279,10 +279,8 @@ def _check(made: ImportedWalk, rows: Rows, map_: TableMap, faults: Faults) -> No
 
 
 def _walk_frames(rows: Rows) -> dict[tuple[str, ...], pd.DataFrame]:
-    return {
-        key: frame.reset_index(drop=True)
-        for key, frame in rows.frame.groupby("walk", sort=False, dropna=False)
-    }
+    groups: Any = rows.frame.groupby("walk", sort=False, dropna=False)
+    return {key: frame.reset_index(drop=True) for key, frame in groups}
 
 
 def _made_walks(rows: Rows, map_: TableMap, name: str, faults: Faults) -> list[ImportedWalk]:
@@ -453,14 +451,12 @@ def said_once(
 
 
 def counts_in_words(made: ImportedWalk) -> str:
-    """ "40 left, 41 right strides; 41 cycles of both feet; 5 excluded (turn)"."""
+    """ "40 left, 41 right strides; 41 cycles of both feet; excluded: 5 turn"."""
     feet = Counter(made.strides.frame["foot"])
     text = listed(f"{feet[foot]} {foot}" for foot in ("left", "right") if feet[foot]) + " strides"
     if made.pairs is not None:
-        cycles = "cycle" + "s" * (len(made.pairs) != 1)
-        text += f"; {len(made.pairs)} {cycles} of both feet"
-    cycles = [one for one in made.exclusions if one[0] != "feet"]
-    if cycles:
-        reasons = Counter(reason or "no reason" for *_, reason in cycles)
+        text += f"; {counted(len(made.pairs), 'cycle')} of both feet"
+    reasons = Counter(row[3] or "no reason" for row in made.exclusions if row[0] != "feet")
+    if reasons:
         text += f"; excluded: {listed(f'{n} {reason}' for reason, n in reasons.items())}"
     return text
