@@ -272,8 +272,10 @@ def _values(
     if column.valid is not None:
         with np.errstate(invalid="ignore"):
             array[(array < column.valid[0]) | (array > column.valid[1])] = np.nan
-    scaled = [times(value, scale) for value in array.tolist()] if scale not in (None, 1.0) else None
-    return scaled if scaled is not None else array.tolist(), target, since
+    result: list[float] = array.tolist()
+    if scale is not None and scale != 1.0:
+        result = [times(value, scale) for value in result]
+    return result, target, since
 
 
 def _place_for(
