@@ -177,6 +177,14 @@ SIGNED = (
 # What no stride has a 0 of.
 NEVER_ZERO = ("gct", "contact", "cadence", "stance")
 
+# Words for the feet. Those of a map come first; without any, these alone are taken for granted.
+FOOT_WORDS = {"left": ("left", "l"), "right": ("right", "r")}
+# Words that --suggest and messages know besides.
+MORE_FOOT_WORDS = {
+    "left": ("links", "li", "lt", "gauche", "izquierda"),
+    "right": ("rechts", "re", "rt", "droite", "derecha"),
+}
+
 # What people call a column, and what it is called here.
 SYNONYMS = {
     "start": "hs",
@@ -389,6 +397,13 @@ KEYS = (
     ),
     Key("table", "header_rows", "whole", "lines that the names stand in, one below the other", "2"),
     Key("table", "sheet", "texts", "sheets of a workbook to read", '"Strides"'),
+    Key(
+        "table",
+        "turned",
+        "truth",
+        "the table has a column for each stride and a row for each quantity",
+        "true",
+    ),
     Key("table", "comment", "text", "lines that begin with it are passed over", '"%"'),
     Key("feet", "column", "text", "the column that says which foot", '"Side"'),
     Key(
@@ -417,7 +432,7 @@ KEYS = (
         "pattern",
         "text",
         "which part of the cell is the word: a regular expression with a group",
-        "'(Left|Right)'",
+        "'\\d: (\\w+)'",
     ),
 )
 

@@ -2,6 +2,7 @@
 
 from __future__ import annotations
 
+import copy
 import os
 import re
 import sys
@@ -19,6 +20,7 @@ from ._fields import (
     DERIVED_NAMES,
     EXCLUDE_KEYS,
     FIELD,
+    FOOT_WORDS,
     KEYS,
     SECTIONS,
     SYNONYMS,
@@ -98,7 +100,12 @@ class TableMap:
 
     def words_of(self, foot: str) -> tuple[Any, ...]:
         """The words for a foot."""
-        return tuple(self.get("feet", foot, (foot, foot[0])))
+        return tuple(self.get("feet", foot, FOOT_WORDS[foot]))
+
+    @property
+    def has_foot_words(self) -> bool:
+        """Whether the map has words for the feet."""
+        return ("feet", "left") in self.values or ("feet", "right") in self.values
 
 
 def _is_number(value: Any) -> bool:
@@ -296,9 +303,9 @@ class _Reader:
         values: dict[tuple[str, str], Any] = {}
         sections = {name: found[name] for name in SECTIONS if name in found}
         for section in ("table", "feet", "columns", "about"):
+            if section == "about" and isinstance(found.get("about"), str):
+                continue
             if section in sections and not isinstance(sections[section], dict):
-                if section == "about":
-                    continue
                 self.fault("", section, f"found a value, expected a section [{section}]")
                 sections[section] = {}
         top = {name: value for name, value in found.items() if name not in SECTIONS}
@@ -435,7 +442,7 @@ def read_map(
         WalkError: with everything that is wrong, each with its line.
     """
     if isinstance(given, Mapping):
-        name, lines, tables = "map", {}, dict(given)
+        name, lines, tables = "map", {}, copy.deepcopy(dict(given))
     else:
         name, text = _text_of_map(given)
         tables, lines = _tables_of(name, text), lines_of_keys(text)

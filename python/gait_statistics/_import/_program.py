@@ -99,6 +99,8 @@ def _import(arguments: argparse.Namespace) -> None:
     many = any(made.strides.key for made in imported.walks)
     without = "".join(f" --without-check {name}" for name in sorted(checks))
     recursive = " --recursive" if many else ""
+    if any(made.findings for made in imported.walks):
+        print("next: where a finding points to the map, change it, and run again with --replace")
     print(f"next: gait-statistics{recursive}{without} {arguments.output}")
 
 

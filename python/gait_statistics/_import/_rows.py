@@ -20,7 +20,7 @@ from ._cells import (
     over_midnight,
     text_of_cell,
 )
-from ._fields import FIELD, NEVER_ZERO, SIGNED
+from ._fields import FIELD, MORE_FOOT_WORDS, NEVER_ZERO, SIGNED
 from ._map import FEET, ColumnMap, TableMap
 from ._places import Faults, listed, shown
 from ._sources import Source, place_of
@@ -58,21 +58,27 @@ def _word_of(cell: Any, pattern: str | None) -> Any:
     return (found[found.lastindex or 0] if found else None) or None
 
 
-def _foot_words(cells: Sequence[Any], source: Source, map_: TableMap) -> list[str | None]:
-    """The foot that each cell names."""
+def _foot_of_cell(cell: Any, source: Source, map_: TableMap) -> str | None:
+    """The foot that a cell names: one of the map's words, or "left" as in "Left foot"."""
     words = {foot: map_.words_of(foot) for foot in FEET}
-    known: dict[str, str | None] = {}
-    result = []
-    for cell in cells:
-        key = repr(cell)
-        if key not in known:
-            feet = [foot for foot in FEET if is_one_of(cell, words[foot], source.signs)]
-            known[key] = feet[0] if len(feet) == 1 else None
-        result.append(known[key])
-    return result
+    feet = [foot for foot in FEET if is_one_of(cell, words[foot], source.signs)]
+    if not feet and not map_.has_foot_words and isinstance(cell, str):
+        feet = [foot for foot in FEET if re.search(rf"\b{foot}\b", cell, re.IGNORECASE)]
+    return feet[0] if len(feet) == 1 else None
+
+
+def _words_to_say(words: Sequence[str]) -> str:
+    """What to say about two words that are not known."""
+    known = {word: foot for foot in FEET for word in MORE_FOOT_WORDS[foot]}
+    feet = {known.get(word.casefold(), ""): word for word in words}
+    if set(feet) == set(FEET):
+        return f'say [feet] left = "{feet["left"]}", right = "{feet["right"]}"'
+    left, right = sorted(words)
+    return f'say [feet] left = "{left}", right = "{right}", or the other way round'
 
 
 def _feet_by_column(source: Source, map_: TableMap, faults: Faults) -> list[str | None]:
+    """The foot of each row, by its cell."""
     name = map_.get("feet", "column")
     if not name:
         text = '[feet] column: found none, expected the column that says which foot: column = "..."'
@@ -81,31 +87,27 @@ def _feet_by_column(source: Source, map_: TableMap, faults: Faults) -> list[str 
     place = place_of(source, name, faults)
     if place is None:
         return [None] * len(source.rows)
-    pattern = map_.get("feet", "pattern")
-    cells = [_word_of(cell, pattern) for cell in source.cells(place)]
-    feet = _foot_words(cells, source, map_)
-    used = [str(map_.words_of(foot)[0]) for foot in FEET]
+    cells = [_word_of(cell, map_.get("feet", "pattern")) for cell in source.cells(place)]
+    known = {repr(cell): cell for cell in cells}
+    feet_of = {key: _foot_of_cell(cell, source, map_) for key, cell in known.items()}
+    feet = [feet_of[repr(cell)] for cell in cells]
     others = Counter(
         text_of_cell(cell) for cell, foot in zip(cells, feet, strict=True) if foot is None
     )
     words = [word for word, _ in others.most_common(2) if word]
-    is_said = ("feet", "left") in map_.values
-    expected = f'"{used[0]}" or "{used[1]}": say [feet] left = ..., right = ...'
-    if not is_said and len(words) == 2:
-        pair = sorted(words)
-        expected = f'"left" or "right": say [feet] left = "{pair[0]}", right = "{pair[1]}", or '
-        expected += "the other way round"
+    used = [str(map_.words_of(foot)[0]) for foot in FEET]
+    expected = f'"{used[0]}" or "{used[1]}": '
+    expected += (
+        _words_to_say(words)
+        if len(words) == 2 and not map_.has_foot_words
+        else "say [feet] left = ..., right = ..."
+    )
+    blank = f'a foot; [[skip]] column = "{name}", empty = true leaves such rows out'
     for cell, foot, line in zip(cells, feet, source.lines, strict=True):
         if foot is None:
-            is_blank = is_empty(cell) and not text_of_cell(cell)
-            blank = 'a foot; [[skip]] column = "' + name + '", empty = true leaves such rows out'
-            faults.add_cell(
-                source.origin,
-                line,
-                name,
-                "an empty cell" if is_blank else shown(text_of_cell(cell)),
-                blank if is_blank else expected,
-            )
+            text = text_of_cell(cell)
+            found = shown(text) if text else "an empty cell"
+            faults.add_cell(source.origin, line, name, found, expected if text else blank)
     return feet
 
 

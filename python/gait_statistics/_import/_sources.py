@@ -3,11 +3,12 @@
 from __future__ import annotations
 
 import csv
+import itertools
 import os
 import re
 from collections import Counter
 from collections.abc import Iterator, Mapping, Sequence
-from dataclasses import dataclass, field
+from dataclasses import dataclass, field, replace
 from functools import cached_property
 from pathlib import Path
 from typing import Any
@@ -259,7 +260,7 @@ def _grids_of_file(path: Path, map_: TableMap, faults: Faults) -> list[Grid]:
     except Exception as error:
         # A reader of pandas fails with errors of the libraries below it.
         what = str(error).splitlines()[0] if str(error) else type(error).__name__
-        text = f"cannot be read as a {ending} file: {what}"
+        text = f"cannot be read as a {ending} file: {what} Save the table as CSV or .xlsx"
     faults.add(origin.error(None, None, text))
     return []
 
@@ -317,6 +318,11 @@ def _named(grid: Grid, map_: TableMap, faults: Faults) -> tuple[list[str], int] 
         start = grid.lines.index(given)
         return _joined(grid.rows[start : start + depth]), start + depth
     start, found = _header_at(grid, wanted, depth)
+    form = _form_in_words(grid, wanted) if found < min(2, len(wanted)) else ""
+    if form:
+        text = f"found {found} of the map's columns in a line, expected {len(wanted)}: {form}"
+        faults.add(grid.origin.error(None, None, text))
+        return None
     deeper = _header_at(grid, wanted, depth + 1)[1] if len(grid.rows) > depth else 0
     if deeper > found:
         text = f"found {found} of the map's columns, expected {len(set(map(plain, wanted)))}; "
@@ -433,8 +439,9 @@ def place_of(source: Source, name: str, faults: Faults) -> int | None:
         numbers = listed((f'"#{place + 1}"' for place in found), " or ")
         text = f"found it {len(found)} times, expected once: name it by its place, {numbers}"
     else:
-        near = nearest(name, filter(None, source.names))
-        have = f'is it "{near}"?' if near else f"expected one of: {listed(source.names[:12])}"
+        names = list(dict.fromkeys(filter(None, source.names)))
+        near = nearest(name, names)
+        have = f'is it "{near}"?' if near else f"expected one of: {listed(names[:12])}"
         text = f"found no such column; {have}"
     faults.add(source.origin.error(None, name, text))
     return None
@@ -462,8 +469,32 @@ def _signs(source: Source, map_: TableMap, faults: Faults) -> Signs:
     return Signs(found.decimal, thousands or found.thousands)
 
 
+def _turned(grid: Grid) -> Grid:
+    """A table with a column for each stride, put upright; its rows are the columns' numbers."""
+    if grid.names is not None:
+        grid.rows.insert(0, list(grid.names))
+    rows = [list(row) for row in itertools.zip_longest(*grid.rows)]
+    origin = replace(grid.origin, name=f"{grid.origin.name}, turned", is_text=False)
+    kept = [number for number, row in enumerate(rows) if not all(map(is_empty, row))]
+    return Grid(origin, [rows[n] for n in kept], [number + 1 for number in kept])
+
+
+def _form_in_words(grid: Grid, wanted: Sequence[str]) -> str:
+    """What form a table has whose names are not in its header; empty where that is not known."""
+    names = {plain(name) for name in wanted}
+    for place in range(max(map(len, grid.rows))):
+        cells = [plain(row[place]) for row in grid.rows if place < len(row)]
+        found = names.intersection(cells)
+        if len(found) > 1:
+            if len(cells) > 2 * len(found) + 20 or max(map(cells.count, found)) > 1:
+                return "they stand in the cells of a column, one value a row: pivot the table first"
+            return "they stand one below the other: say [table] turned = true"
+    return ""
+
+
 def all_grids(tables: Sequence[Any], map_: TableMap, faults: Faults) -> list[Grid]:
     grids: list[Grid] = []
+    is_turned = map_.get("table", "turned")
     for number, table in enumerate(tables):
         if isinstance(table, tuple):
             name, frame = table
@@ -471,7 +502,7 @@ def all_grids(tables: Sequence[Any], map_: TableMap, faults: Faults) -> list[Gri
             grids.append(_frame_grid(frame, origin))
         else:
             grids += _grids_of_file(Path(table), map_, faults)
-    return grids
+    return [_turned(grid) for grid in grids] if is_turned else grids
 
 
 def named_tables(tables: Any) -> list[Any]:

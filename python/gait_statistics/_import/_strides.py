@@ -19,6 +19,8 @@ Numbers = NDArray[np.float64]
 
 # The library has 100 Hz where only times are known: 10 ms are finer than they tend to be.
 DEFAULT_RATE = 100.0
+# What the library counts samples with ends here.
+_LAST_SAMPLE = 2**31 - 1
 # Strides that follow each other join within this time (s), or within 1.5 samples.
 _JOIN = 0.02
 # A stride that begins so many strides before the one above it belongs to another walk.
@@ -340,11 +342,17 @@ def _check_places(
         found = f"a stride that begins at {first[at] / strides.rate:g} s"
         expected = 'times from 0: say times = "from the first"'
         faults.add_cell(origin, line, None, found, expected)
+    too_late = np.flatnonzero(last > _LAST_SAMPLE)
+    for at in too_late:
+        origin, line = _origin(rows, frame, at)
+        found = f"a stride that begins at {first[at] / strides.rate:.0f} s"
+        expected = 'times from the start of the recording: say times = "from the first"'
+        faults.add_cell(origin, line, None, found, expected)
     for at in np.flatnonzero(last < first):
         origin, line = _origin(rows, frame, at)
         found = f"a stride from {first[at] / strides.rate:g} to {(last[at] + 1) / strides.rate:g} s"
         faults.add_cell(origin, line, None, found, "its end after its begin")
-    return not len(lost) and not len(before_zero)
+    return not len(lost) and not len(before_zero) and not len(too_late)
 
 
 def _in_order(frame: pd.DataFrame, rows: Rows, map_: TableMap, faults: Faults) -> pd.DataFrame:

@@ -13,8 +13,9 @@ from typing import Any
 import numpy as np
 
 from .. import _core
+from .._errors import InputError
 from ._cells import is_empty, moment_of, number_of, signs_of, text_of_cell
-from ._fields import FIELD, FIELDS, NEVER_ZERO, SIGNED
+from ._fields import FIELD, FIELDS, FOOT_WORDS, MORE_FOOT_WORDS, NEVER_ZERO, SIGNED
 from ._map import FEET, TableMap
 from ._places import Faults, counted, listed
 from ._sources import Grid, Source, all_grids, named_tables, source_of
@@ -33,10 +34,7 @@ _UNITS = {
     "steps/min": ("steps/min", "strides/min"),
 }
 _FOOT_NAME = re.compile(r"foot|feet|side|leg|limb|seite|fu(ß|ss)|bein|label", re.IGNORECASE)
-_FOOT_WORDS = {
-    "left": ("left", "l", "links", "li", "lt", "gauche", "izquierda"),
-    "right": ("right", "r", "rechts", "re", "rt", "droite", "derecha"),
-}
+_FOOT_WORDS = {foot: (*FOOT_WORDS[foot], *MORE_FOOT_WORDS[foot]) for foot in FEET}
 _WALK_NAME = re.compile(
     r"subject|patient|participant|proband|person|trial|visit|session|walk|bout|recording|"
     r"condition|versuch|durchgang|\bid\b|wb_id",
@@ -499,6 +497,8 @@ def suggested_map(tables: Sequence[str]) -> str:
             if found is not None:
                 source.signs = found
             sources.append(source)
+    if not sources:
+        faults.add(InputError("tables", None, None, None, "found no row, expected a table"))
     faults.raise_any()
     source = sources[0]
     if not any(source.names):

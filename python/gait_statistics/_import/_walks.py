@@ -142,14 +142,14 @@ def _finding_in_words(finding: Finding, words: _Words) -> InputError:
     text += f", in {finding.broken} of {finding.compared} {finding.counted}"
     if lines:
         text += f" ({origin.rows_in_words(lines[1])})"
-    text += f": {finding.guess}" if finding.guess else ""
+    text += f": {finding.guess}" if finding.guess else "."
     mend = _map_of_guess(finding)
     if not mend and lines:
         some = lines[1][:_LINES_NAMED]
         mend = f"correct the cells, or leave strides out: [[exclude]] lines = {some}"
     ours = finding.column if column is None or column != finding.column else ""
     said = f"{ours} (derived)" if column is None else column
-    text += f". Usually: {finding.usual_cause}. In the map: "
+    text += f" Usually: {finding.usual_cause}. In the map: "
     text += (f"{mend}; or " if mend else "") + f'without_checks = ["{finding.check}"]'
     name = f"{said} ({ours})" if column is not None and ours else said
     return origin.error(None, name, text)
