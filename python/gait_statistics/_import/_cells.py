@@ -83,7 +83,8 @@ def number_of(cell: Any, signs: Signs) -> tuple[float, str] | None:
         return (number, "") if math.isfinite(number) else None
     found = _NUMBER.fullmatch(signs.plain(cell))
     if found and (not found[2] or unit_of(found[2]) is not None):
-        return float(found[1]), found[2]
+        value = float(found[1])
+        return (value, found[2]) if math.isfinite(value) else None
     clock = _CLOCK.fullmatch(cell.strip())
     return (_clock_seconds(clock), "s") if clock and clock[1] is not None else None
 

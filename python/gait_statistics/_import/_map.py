@@ -100,7 +100,7 @@ class TableMap:
 
     def words_of(self, foot: str) -> tuple[Any, ...]:
         """The words for a foot."""
-        return tuple(self.get("feet", foot, FOOT_WORDS[foot]))
+        return tuple(self.get("feet", foot) or FOOT_WORDS[foot])
 
     @property
     def has_foot_words(self) -> bool:
@@ -251,7 +251,7 @@ class _Reader:
         self, name: str, keys: dict[str, Any], feet: dict[str, Any]
     ) -> dict[str, tuple[str, ...]] | None:
         """The names of a column for each foot."""
-        if ("column" in keys) == ("left" in keys or "right" in keys):
+        if bool(keys.get("column")) == ("left" in keys or "right" in keys):
             text = (
                 "found no column or too many, expected column = ..., or left = ... and right = ..."
             )
@@ -261,7 +261,7 @@ class _Reader:
             return {foot: (keys[foot],) if foot in keys else () for foot in FEET}
 
         def filled(foot: str) -> tuple[str, ...]:
-            words = [str(word) for word in feet.get(foot, (foot,))]
+            words = [str(word) for word in feet.get(foot) or (foot,)]
             return tuple(
                 text.replace("{foot}", word)
                 for text in keys["column"]
@@ -325,6 +325,11 @@ class _Reader:
         self.names_are_known("derive", values.get(("", "derive"), ()), DERIVED_NAMES)
         checks = [check for check in _check_names()]
         self.names_are_known("without_checks", values.get(("", "without_checks"), ()), checks)
+        try:
+            re.compile(values.get(("feet", "pattern"), ""))
+        except re.error as error:
+            text = f"found {error}, expected a regular expression"
+            self.fault("feet", "pattern", text)
         rate = values.get(("", "sampling_rate"))
         if rate is not None and not 1 <= rate <= 1e6:
             self.fault("", "sampling_rate", f"found {rate}, expected samples per second, 1 or more")
