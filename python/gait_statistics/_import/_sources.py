@@ -408,8 +408,8 @@ def _without_skipped(source: Source, map_: TableMap, faults: Faults) -> int:
     return len(dropped)
 
 
-def _find_totals(source: Source, faults: Faults) -> None:
-    """Finds rows that sum the table up, which would count as strides."""
+def totals_of(source: Source) -> list[tuple[int, int, str]]:
+    """Rows that sum the table up: line, and the place and the text of the cell that says so."""
     found = []
     for row, line in zip(source.rows, source.lines, strict=True):
         words = [
@@ -421,9 +421,12 @@ def _find_totals(source: Source, faults: Faults) -> None:
         if total and _has_number(row):
             found.append((line, *total))
     # A column of units has "min" in every row.
-    if len(found) > max(4, len(source.rows) / 4):
-        return
-    for line, place, text in found:
+    return found if len(found) <= max(4, len(source.rows) / 4) else []
+
+
+def _find_totals(source: Source, faults: Faults) -> None:
+    """Rows that sum the table up would count as strides."""
+    for line, place, text in totals_of(source):
         name = source.name_of(place)
         expected = f'a stride; to leave rows of means out: [[skip]] column = "{name}", is = the '
         expected += "words in them"
@@ -469,7 +472,7 @@ def _signs(source: Source, map_: TableMap, faults: Faults) -> Signs:
     return Signs(found.decimal, thousands or found.thousands)
 
 
-def _turned(grid: Grid) -> Grid:
+def turned(grid: Grid) -> Grid:
     """A table with a column for each stride, put upright; its rows are the columns' numbers."""
     if grid.names is not None:
         grid.rows.insert(0, list(grid.names))
@@ -502,7 +505,7 @@ def all_grids(tables: Sequence[Any], map_: TableMap, faults: Faults) -> list[Gri
             grids.append(_frame_grid(frame, origin))
         else:
             grids += _grids_of_file(Path(table), map_, faults)
-    return [_turned(grid) for grid in grids] if is_turned else grids
+    return [turned(grid) for grid in grids] if is_turned else grids
 
 
 def named_tables(tables: Any) -> list[Any]:

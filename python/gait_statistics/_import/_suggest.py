@@ -18,7 +18,7 @@ from ._cells import is_empty, moment_of, number_of, signs_of, text_of_cell
 from ._fields import FIELD, FIELDS, FOOT_WORDS, MORE_FOOT_WORDS, NEVER_ZERO, SIGNED
 from ._map import FEET, TableMap
 from ._places import Faults, counted, listed
-from ._sources import Grid, Source, all_grids, named_tables, source_of
+from ._sources import Grid, Source, all_grids, named_tables, source_of, totals_of, turned
 from ._units import factor_to, fits, unit_in_name
 
 # Units that columns of a quantity come in, the likeliest first.
@@ -41,6 +41,8 @@ _WALK_NAME = re.compile(
     re.IGNORECASE,
 )
 _EXCLUDE_NAME = re.compile(r"turn|wende|exclu|valid|outlier|artefact|artifact|ausschluss", re.I)
+# No recording lasts so long (s): its times count from elsewhere.
+_LONG_AGO = 1e6
 _MISSING = (0.0, -1.0, -999.0, 999.0, -9999.0, 9999.0)
 
 
@@ -58,6 +60,7 @@ class _Suggestion:
     feet: dict[str, str] = field(default_factory=dict)
     columns: dict[str, str] = field(default_factory=dict)
     remarks: list[str] = field(default_factory=list)
+    skip: list[str] = field(default_factory=list)
     used: set[int] = field(default_factory=set)
     missing: list[Any] = field(default_factory=list)
     numbers: dict[str, list[float]] = field(default_factory=dict)
@@ -243,14 +246,17 @@ def _column_text(name: str, field_name: str, unit: str, is_said: bool, remark: s
 
 def _foot_of_word(cell: Any) -> str | None:
     word = text_of_cell(cell).casefold()
-    return next((foot for foot in FEET if word in _FOOT_WORDS[foot]), None)
+    for foot in FEET:
+        if word in _FOOT_WORDS[foot] or re.search(rf"\b{foot}\b", word):
+            return foot
+    return None
 
 
 def _foot_column(source: Source, said: _Suggestion) -> bool:
     for place, name in enumerate(source.names):
         texts = [text_of_cell(cell) for cell in source.cells(place) if not is_empty(cell)]
         words = list(dict.fromkeys(texts))
-        if not 1 <= len(words) <= 2:
+        if not 1 <= len(words) <= 2 or len(texts) < len(source.rows):
             continue
         feet = [_foot_of_word(word) for word in words]
         is_named = bool(_FOOT_NAME.search(name))
@@ -263,8 +269,11 @@ def _foot_column(source: Source, said: _Suggestion) -> bool:
         else:
             continue
         said.feet["column"] = _quoted(_reference(source, place))
-        plain_words = all(word.casefold() in (foot, foot[0]) for foot, word in pairs.items())
-        if not plain_words:
+        is_plain = all(
+            word.casefold() in FOOT_WORDS[foot] or re.search(rf"\b{foot}\b", word.casefold())
+            for foot, word in pairs.items()
+        )
+        if not is_plain:
             for foot, word in pairs.items():
                 is_code = re.fullmatch(r"-?\d+", word)
                 said.feet[foot] = (word if is_code else _quoted(word)) + remark
@@ -348,6 +357,35 @@ def _place_columns(source: Source, said: _Suggestion, pairs: dict[str, int]) -> 
                 p for p in tokens if (t := _foot_token(source.names[p])) and t[2] == own[place]
             }
         _look_for_missing(field_name, source, place, said)
+    _times_by_value(source, said, durations)
+
+
+def _times_by_value(source: Source, said: _Suggestion, stride: float | None) -> None:
+    """Finds moments of strikes by their distance, which is that of the strides."""
+    if stride is None or {"hs", "end", "first_sample"} & said.columns.keys():
+        return
+    feet = [""] * len(source.rows)
+    if "column" in said.feet:
+        place = source.places(json.loads(said.feet["column"]))[0]
+        feet = [text_of_cell(cell) for cell in source.cells(place)]
+    for place in range(source.width):
+        if place in said.used or not _is_numeric(source, place):
+            continue
+        cells = [moment_of(cell, source.signs) for cell in source.cells(place)]
+        moments = [
+            [one.seconds for one, foot in zip(cells, feet, strict=True) if one and foot == this]
+            for this in dict.fromkeys(feet)
+        ]
+        gaps = [b - a for values in moments for a, b in itertools.pairwise(values)]
+        for unit in ("s", "ms"):
+            scale = factor_to(unit, "s") or 1.0
+            if len(set(gaps)) > 2 and abs(median(gaps) * scale / stride - 1) < 0.1:
+                column = _column_text(_reference(source, place), "hs", unit, False, "by its values")
+                said.columns = {"hs": column, **said.columns}
+                said.used.add(place)
+                if moments[0][0] * scale > _LONG_AGO and not cells[0].since:  # type: ignore[union-attr]
+                    said.top["times"] = '"from the first"'
+                return
 
 
 def _look_for_missing(field_name: str, source: Source, place: int, said: _Suggestion) -> None:
@@ -453,7 +491,7 @@ def _relations(source: Source) -> list[str]:
 def _derivable(said: _Suggestion) -> list[str]:
     there = set(said.columns)
     wanted = []
-    if "gct" not in there and {"first_sample", "last_sample"} <= there:
+    if "gct" not in there and ({"first_sample", "last_sample"} <= there or "hs" in there):
         wanted.append("gct")
     for name, needs in (
         ("swing", {"stance"}),
@@ -476,6 +514,45 @@ def _section(title: str, values: dict[str, str]) -> list[str]:
     return head + [f"{name} = {value}" for name, value in values.items()]
 
 
+def _named_source(grid: Grid, said: _Suggestion, faults: Faults) -> Source | None:
+    """A table with its names, without knowing any; what the map must say of it is noted."""
+    if grid.names is None and len(grid.rows) < 15 and len(grid.rows[0]) > 2 * len(grid.rows):
+        grid = turned(grid)
+        said.table["turned"] = "true"
+    line = 0 if grid.names else _header_line(grid)
+    values = {("table", "header"): line}
+    at = grid.lines.index(line) if line else 0
+    if at:
+        names = [text_of_cell(cell) for cell in grid.rows[at] if not is_empty(cell)]
+        above = [cell for cell in grid.rows[at - 1] if not is_empty(cell)]
+        if len(set(names)) < len(names) and len(above) > 1:
+            values = {("table", "header"): grid.lines[at - 1], ("table", "header_rows"): 2}
+            said.table["header_rows"] = "2"
+    source = source_of(grid, TableMap("", values, {}, {}, [], []), faults)
+    if source is None or not source.rows:
+        return None
+    found = signs_of(cell for row in source.rows for cell in row)
+    source.signs = found or source.signs
+    if line and len(set(filter(None, source.names))) < len(list(filter(None, source.names))):
+        # A column that is named by its place does not lead to the header.
+        said.table["header"] = str(values["table", "header"])
+    return source
+
+
+def _say_totals(source: Source, said: _Suggestion) -> None:
+    """Takes rows of means out of the table, and says so."""
+    found = totals_of(source)
+    if not found:
+        return
+    lines = {line for line, _, _ in found}
+    name = _reference(source, found[0][1])
+    words = list(dict.fromkeys(text for _, _, text in found))
+    said.skip = [f"column = {_quoted(name)}", f"is = {_quoted(words)}"]
+    kept = [number for number, line in enumerate(source.lines) if line not in lines]
+    source.rows = [source.rows[number] for number in kept]
+    source.lines = [source.lines[number] for number in kept]
+
+
 def suggested_map(tables: Sequence[str]) -> str:
     """A map for tables, with remarks on what it could not place.
 
@@ -483,20 +560,10 @@ def suggested_map(tables: Sequence[str]) -> str:
         WalkError: where a table cannot be read.
     """
     faults = Faults()
+    said = _Suggestion()
     bare = TableMap("", {("", "walk"): ("{sheet}",)}, {}, {}, [], [])
     grids = [grid for grid in all_grids(named_tables(tables), bare, faults) if grid.rows]
-    sources = []
-    said = _Suggestion()
-    for grid in grids:
-        line = 0 if grid.names else _header_line(grid)
-        map_ = TableMap("", {("table", "header"): line}, {}, {}, [], [])
-        source = source_of(grid, map_, faults)
-        if source is not None and source.rows:
-            cells = (cell for row in source.rows for cell in row)
-            found = signs_of(cells)
-            if found is not None:
-                source.signs = found
-            sources.append(source)
+    sources = [one for one in (_named_source(grid, said, faults) for grid in grids) if one]
     if not sources:
         faults.add(InputError("tables", None, None, None, "found no row, expected a table"))
     faults.raise_any()
@@ -505,6 +572,7 @@ def suggested_map(tables: Sequence[str]) -> str:
         said.table["header"] = "0"
         said.remarks.append("the table has no names: columns are #1, #2, ... below")
         source.names = [f"#{place + 1}" for place in range(source.width)]
+    _say_totals(source, said)
     pairs: dict[str, int] = {}
     if not _foot_column(source, said):
         pairs = _foot_columns(source, said)
@@ -515,6 +583,8 @@ def suggested_map(tables: Sequence[str]) -> str:
     _say_rate(said)
     if said.missing:
         said.top["missing"] = _quoted(said.missing)
+    if "hs" in said.columns and not {"gct", "end"} & said.columns.keys():
+        said.top["rows"] = '"footfalls"  # strides go from one contact to the next of the foot'
     derived = _derivable(said)
     if derived:
         said.top["derive"] = _quoted(derived)
@@ -528,9 +598,11 @@ def _as_text(source: Source, sources: Sequence[Source], said: _Suggestion) -> st
     lines += _section("", said.top) + _section("table", said.table)
     if not said.columns:
         said.columns["# gct"] = '"..."   # no column was recognised: docs/import.md lists them all'
+    if said.skip:
+        lines += ["", "[[skip]]", *said.skip]
     lines += _section("feet", said.feet) + _section("columns", said.columns)
     others = _say_others(source, said)
-    if "header" in said.table:
+    if said.table.get("header") == "0":
         others += _relations(source)
     if others:
         lines += ["", f"# Not placed, of {counted(source.width, 'column')}:", *others]
