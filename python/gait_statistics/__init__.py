@@ -18,7 +18,7 @@ from ._result import Finding, Info, Note, Page, Place, QualityFlag, Result, anal
 from ._walk import Walk, pair_feet, read_walk, write_walk
 
 if TYPE_CHECKING:
-    from ._import import import_tables
+    from ._import._walks import import_tables
 
 __all__ = [
     "Finding",
@@ -53,7 +53,7 @@ for _public_error in (WalkError, WalkWarning):
 def __getattr__(name: str) -> Any:
     """Loads what needs more libraries when it is first asked for."""
     if name == "import_tables":
-        from ._import import import_tables
+        from ._import._walks import import_tables
 
         return import_tables
     raise AttributeError(f"module {__name__!r} has no attribute {name!r}")

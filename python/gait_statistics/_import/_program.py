@@ -9,7 +9,6 @@ from collections.abc import Sequence
 
 from .. import __version__
 from .._errors import WalkError
-from ._map import read_map, shipped_maps
 from ._places import listed
 
 _DESCRIPTION = """\
@@ -55,6 +54,8 @@ def _parser() -> argparse.ArgumentParser:
 
 
 def _list_maps() -> None:
+    from ._map import read_map, shipped_maps
+
     for name in shipped_maps():
         print(f"{name}\n  {read_map(name).get('', 'about', '')}")
 
@@ -138,9 +139,12 @@ def main(given: Sequence[str] | None = None) -> int:
         print("Nothing was written.", file=sys.stderr)
         return 1
     except ImportError as error:
-        print(f"error: {error}: pip install 'gait-statistics[import]'", file=sys.stderr)
+        print(f"error: {error}", file=sys.stderr)
         return 1
     except OSError as error:
         print(f"error: {error.filename or ''}: {error.strerror or error}", file=sys.stderr)
         return 1
+    except KeyboardInterrupt:
+        # What was begun has been removed on the way here. The shell's code for it.
+        return 130
     return 0

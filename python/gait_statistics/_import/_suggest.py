@@ -12,27 +12,23 @@ from typing import Any
 
 import numpy as np
 
-from .. import _core
 from .._errors import InputError
 from ._cells import is_empty, moment_of, number_of, signs_of, text_of_cell
-from ._fields import FIELD, FIELDS, FOOT_WORDS, MORE_FOOT_WORDS, NEVER_ZERO, SIGNED
+from ._fields import FIELD, FOOT_WORDS, MORE_FOOT_WORDS, NEVER_ZERO, SIGNED
+from ._grids import Grid, all_grids, named_tables, turned
+from ._guess import (
+    CODES_FOR_MISSING,
+    is_numeric,
+    median_bounds,
+    numbers_of,
+    placed_by_name,
+    unit_for,
+)
 from ._map import FEET, TableMap
 from ._places import Faults, counted, listed
-from ._sources import Grid, Source, all_grids, named_tables, source_of, totals_of, turned
-from ._units import factor_to, fits, unit_in_name
+from ._sources import Source, source_of, totals_of
+from ._units import factor_to, unit_in_name
 
-# Units that columns of a quantity come in, the likeliest first.
-_UNITS = {
-    "s": ("s", "ms"),
-    "ms": ("ms", "s"),
-    "m": ("m", "cm", "mm"),
-    "m/s": ("m/s", "cm/s", "km/h"),
-    "%": ("%", "1", "s", "ms"),
-    "deg": ("deg", "rad"),
-    "deg/s": ("deg/s", "rad/s"),
-    "g": ("g", "m/s^2"),
-    "steps/min": ("steps/min", "strides/min"),
-}
 _FOOT_NAME = re.compile(r"foot|feet|side|leg|limb|seite|fu(ß|ss)|bein|label", re.IGNORECASE)
 _FOOT_WORDS = {foot: (*FOOT_WORDS[foot], *MORE_FOOT_WORDS[foot]) for foot in FEET}
 _WALK_NAME = re.compile(
@@ -43,7 +39,6 @@ _WALK_NAME = re.compile(
 _EXCLUDE_NAME = re.compile(r"turn|wende|exclu|valid|outlier|artefact|artifact|ausschluss", re.I)
 # No recording lasts so long (s): its times count from elsewhere.
 _LONG_AGO = 1e6
-_MISSING = (0.0, -1.0, -999.0, 999.0, -9999.0, 9999.0)
 
 
 @dataclass
@@ -66,30 +61,8 @@ class _Suggestion:
     numbers: dict[str, list[float]] = field(default_factory=dict)
 
 
-def _bounds() -> dict[str, tuple[float, float]]:
-    """Within what the median of a column lies, from the table of data checks."""
-    columns = {name: values for name, _, values, _ in _core.checks()}
-    result = {}
-    for check, tolerance in zip(columns["check"], columns["tolerance"], strict=True):
-        if check.endswith("_median"):
-            low, high = re.findall(r"-?\d+(?:\.\d+)?", tolerance)[:2]
-            result[check.removesuffix("_median")] = (float(low), float(high))
-    return result
-
-
 def _quoted(value: Any) -> str:
     return json.dumps(value, ensure_ascii=False)
-
-
-def _numbers(source: Source, place: int) -> list[float]:
-    """The numbers of a column; moments in seconds."""
-    found = (moment_of(cell, source.signs) for cell in source.cells(place) if not is_empty(cell))
-    return [moment.seconds for moment in found if moment is not None]
-
-
-def _is_numeric(source: Source, place: int) -> bool:
-    filled = [cell for cell in source.cells(place) if not is_empty(cell)]
-    return bool(filled) and len(_numbers(source, place)) >= 0.7 * len(filled)
 
 
 # ---- The header, without any name that is known
@@ -123,109 +96,6 @@ def _header_line(grid: Grid) -> int:
 
 
 # ---- Columns
-
-
-def _plain_words(name: str) -> str:
-    spaced = re.sub(r"(?<=[a-zäöü])(?=[A-Z])", " ", name)
-    return " ".join(re.sub(r"[^a-z0-9äöüß]+", " ", spaced.casefold()).split())
-
-
-def _score(field_name: str, name: str) -> int:
-    """How well a column's name fits a field: the letters of the words that are in it."""
-    words = f" {_plain_words(name)} "
-    compact = words.replace(" ", "")
-    best = 0
-    for group in (*FIELD[field_name].words, field_name.replace("_", " ")):
-        parts = group.split()
-        is_there = (
-            all(f" {part}" in words for part in parts)
-            if len(parts) > 1
-            else (f" {group} " in words if len(group) < 5 else group in compact)
-        )
-        if is_there:
-            best = max(best, sum(map(len, parts)))
-    return best
-
-
-def _placed(source: Source, names: Sequence[tuple[int, str]]) -> dict[str, int]:
-    """The best column for each field, by names alone."""
-    scores = sorted(
-        (
-            (-_score(one.name, name), order, place, one.name)
-            for place, name in names
-            for order, one in enumerate(FIELDS)
-            if _score(one.name, name) and _can_be(one.name, source, place)
-        ),
-    )
-    result: dict[str, int] = {}
-    used: set[int] = set()
-    for _, _, place, field_name in scores:
-        if field_name not in result and place not in used and _is_numeric(source, place):
-            field_of_kind = _by_kind(field_name, source, place)
-            if field_of_kind not in result:
-                result[field_of_kind] = place
-                used.add(place)
-    return result
-
-
-def _can_be(field_name: str, source: Source, place: int) -> bool:
-    """Whether the unit in a column's name is one that the field can have."""
-    said = unit_in_name(source.names[place]) or source.units.get(place)
-    return not said or fits(field_name, said)
-
-
-def _by_kind(field_name: str, source: Source, place: int) -> str:
-    """A begin or an end as samples where the values are large whole numbers."""
-    pairs = {"hs": "first_sample", "end": "last_sample"}
-    back = {sample: moment for moment, sample in pairs.items()}
-    if field_name not in pairs and field_name not in back:
-        return field_name
-    values = _numbers(source, place)
-    said = unit_in_name(source.names[place]) or source.units.get(place) or ""
-    is_time = bool(said) and factor_to(said, "s") is not None
-    is_whole = all(value == int(value) for value in values) and max(values, default=0) > 300
-    if is_whole and not is_time and max(values) < 1e8:
-        return pairs.get(field_name, field_name)
-    return back.get(field_name, field_name)
-
-
-def _unit_for(
-    field_name: str,
-    source: Source,
-    place: int,
-    bounds: dict[str, tuple[float, float]],
-    duration: float | None,
-) -> tuple[str, str]:
-    """The unit of a column, and a remark: from its name, from the row beneath, or its values."""
-    said = unit_in_name(source.names[place]) or source.units.get(place)
-    if said and fits(field_name, said):
-        return said, ""
-    values = [v for v in _numbers(source, place) if v not in _MISSING]
-    if field_name not in bounds or not values:
-        return FIELD[field_name].unit, ""
-    low, high = bounds[field_name]
-    middle = median(values)
-    possible = []
-    for unit in _UNITS.get(FIELD[field_name].unit, (FIELD[field_name].unit,)):
-        factor = factor_to(unit, FIELD[field_name].unit)
-        if factor is None:
-            seconds = factor_to(unit, "s")
-            factor = 100 * seconds / duration if seconds and duration else None
-        if factor is not None and low <= abs(middle) * factor <= high:
-            possible.append(unit)
-    if field_name in ("top", "hsp", "ta", "strike_eversion"):
-        # Both fit: an angle of 0.4 may be degrees. The largest one tells.
-        possible = ["rad"] if max(map(abs, values)) < 3.2 else ["deg"]
-    if not possible:
-        what = f"its median {middle:g} is no {FIELD[field_name].meaning} in any unit"
-        return FIELD[field_name].unit, what
-    names = _plain_words(source.names[place]).split()
-    if "s" in possible and FIELD[field_name].unit == "%" and "time" in names:
-        return "s", ""
-    remark = f"unit by its values: median {middle:g}"
-    if len(possible) > 1:
-        remark += f"; {listed(possible[1:], ' or ')} is possible, too"
-    return possible[0], "" if possible[0] == FIELD[field_name].unit else remark
 
 
 def _reference(source: Source, place: int) -> str:
@@ -326,7 +196,7 @@ def _feet_elsewhere(sources: Sequence[Source], said: _Suggestion) -> None:
 
 
 def _place_columns(source: Source, said: _Suggestion, pairs: dict[str, int]) -> None:
-    bounds = _bounds()
+    bounds = median_bounds()
     own = {place: name for name, place in pairs.items()}
     tokens = {place for place, name in enumerate(source.names) if name and _foot_token(name)}
     names = [
@@ -334,23 +204,23 @@ def _place_columns(source: Source, said: _Suggestion, pairs: dict[str, int]) -> 
         for place, name in enumerate(source.names)
         if name and place not in said.used and (place in own or not pairs or place not in tokens)
     ]
-    placed = _placed(source, names)
+    placed = placed_by_name(source, names)
     durations = None
     if "gct" in placed:
-        unit, _ = _unit_for("gct", source, placed["gct"], bounds, None)
-        values = [v for v in _numbers(source, placed["gct"]) if v not in _MISSING]
+        unit, _ = unit_for("gct", source, placed["gct"], bounds, None)
+        values = [v for v in numbers_of(source, placed["gct"]) if v not in CODES_FOR_MISSING]
         durations = median(values) * (factor_to(unit, "s") or 1.0) if values else None
     for field_name in FIELD:
         if field_name not in placed:
             continue
         place = placed[field_name]
-        unit, remark = _unit_for(field_name, source, place, bounds, durations)
+        unit, remark = unit_for(field_name, source, place, bounds, durations)
         said_unit = unit_in_name(source.names[place]) or source.units.get(place)
         is_said = bool(said_unit) and said_unit == unit
         name = own.get(place) or _reference(source, place)
         said.columns[field_name] = _column_text(name, field_name, unit, is_said, remark)
         scale = factor_to(unit, "s") if field_name == "gct" else None
-        said.numbers[field_name] = [v * (scale or 1.0) for v in _numbers(source, place)]
+        said.numbers[field_name] = [v * (scale or 1.0) for v in numbers_of(source, place)]
         said.used.add(place)
         if pairs and place in own:
             said.used |= {
@@ -369,7 +239,7 @@ def _times_by_value(source: Source, said: _Suggestion, stride: float | None) -> 
         place = source.places(json.loads(said.feet["column"]))[0]
         feet = [text_of_cell(cell) for cell in source.cells(place)]
     for place in range(source.width):
-        if place in said.used or not _is_numeric(source, place):
+        if place in said.used or not is_numeric(source, place):
             continue
         cells = [moment_of(cell, source.signs) for cell in source.cells(place)]
         moments = [
@@ -397,7 +267,7 @@ def _look_for_missing(field_name: str, source: Source, place: int, said: _Sugges
             continue
         number = number_of(cell, source.signs)
         value: Any = text_of_cell(cell) if number is None else number[0]
-        is_code = value in _MISSING and field_name not in SIGNED
+        is_code = value in CODES_FOR_MISSING and field_name not in SIGNED
         is_code &= value != 0 or field_name in NEVER_ZERO
         if (number is None or is_code) and value not in said.missing:
             said.missing.append(int(value) if isinstance(value, float) else value)
@@ -449,8 +319,8 @@ def _say_others(source: Source, said: _Suggestion) -> list[str]:
         filled = [cell for cell in source.cells(place) if not is_empty(cell)]
         if not filled:
             continue
-        if _is_numeric(source, place):
-            values = _numbers(source, place)
+        if is_numeric(source, place):
+            values = numbers_of(source, place)
             what = f"numbers, {min(values):g} to {max(values):g}"
         else:
             words = list(dict.fromkeys(text_of_cell(cell) for cell in filled))

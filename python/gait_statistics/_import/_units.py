@@ -7,6 +7,11 @@ import re
 from collections.abc import Sequence
 from typing import Any
 
+try:
+    import pint
+except ImportError as missing:
+    raise ImportError(f"{missing}: pip install 'gait-statistics[import]'") from missing
+
 from ._fields import CONVERSIONS, FIELD, Conversion
 
 # What pint does not know, or knows as something else: g is a gram there.
@@ -52,8 +57,6 @@ _IN_BRACKETS = re.compile(r"[\[(]([^\[\]()]*)[\])]\s*$")
 
 @functools.cache
 def _registry() -> Any:
-    import pint
-
     registry: Any = pint.UnitRegistry()
     registry.define("sample = [sample]")
     registry.define("step = [step]")

@@ -21,11 +21,12 @@ from .._result import Finding, analyse
 from .._walk import Foot, Walk, read_walk
 from ._fields import FIELD
 from ._folders import check_target, folder_names, move_into_place, write_table
+from ._grids import named_tables
 from ._map import FEET, TableMap, read_map
 from ._pairs import Exclusion, exclusions_of, pairs_of
 from ._places import Faults, Origin, counted, listed
 from ._rows import Rows, read_rows
-from ._sources import named_tables, read_sources
+from ._sources import read_sources
 from ._strides import Strides, strides_of
 
 # What a guess of a data check means as a unit of the map.
