@@ -122,6 +122,11 @@ def moment_of(cell: Any, signs: Signs) -> Moment | None:
             return Moment(_clock_seconds(clock), "clock")
         if _DATE.match(cell.strip()):
             return _date_of(cell.strip())
+    return duration_of(cell, signs)
+
+
+def duration_of(cell: Any, signs: Signs) -> Moment | None:
+    """The number in a cell, as a moment that counts from nowhere."""
     number = number_of(cell, signs)
     return None if number is None else Moment(number[0], "", number[1])
 

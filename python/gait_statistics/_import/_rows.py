@@ -12,11 +12,12 @@ import numpy as np
 import pandas as pd
 
 from ._cells import (
+    Moment,
+    duration_of,
     is_empty,
     is_one_of,
     meets,
     moment_of,
-    number_of,
     over_midnight,
     text_of_cell,
 )
@@ -194,56 +195,65 @@ def _unit_of(
     return said
 
 
-def _numbers(
-    name: str,
-    column: ColumnMap,
-    unit: str,
-    source: Source,
-    place: int,
-    *,
-    map_: TableMap,
-    faults: Faults,
-) -> tuple[list[float], str]:
-    """The numbers of a column, in one unit; NaN for what is missing."""
-    missing = map_.get("", "missing", ()) if column.missing is None else column.missing
-    is_moment = FIELD[name].kind == "moment"
-    result: list[float] = []
-    since = Counter[str]()
-    for row, line in zip(source.rows, source.lines, strict=True):
-        cell = row[place]
-        if type(cell) is float and not missing and cell > 0 and not is_moment:
-            result.append(cell)
-            continue
-        if is_empty(cell) or (missing and is_one_of(cell, missing, source.signs)):
-            result.append(np.nan)
-            continue
-        found = moment_of(cell, source.signs) if is_moment else None
+@dataclass(frozen=True)
+class _Reader:
+    """Reads the cells of a column for one of ours, in one unit."""
+
+    name: str
+    column: ColumnMap
+    unit: str
+    source: Source
+    place: int
+    faults: Faults
+
+    def fault(self, line: int, found: str, expected: str) -> None:
+        name = self.source.name_of(self.place)
+        self.faults.add_cell(self.source.origin, line, name, found, expected)
+
+    def moment(self, cell: Any, line: int) -> Moment:
+        """What a cell holds; NaN where that is no number."""
+        read = moment_of if FIELD[self.name].kind == "moment" else duration_of
+        found = read(cell, self.source.signs)
         if found is None:
-            number = number_of(cell, source.signs)
-            value, beside, kind = (*number, "") if number else (np.nan, "", "")
-            if number is None:
-                expected = f"a number; if it means missing: missing = [{shown(text_of_cell(cell))}]"
-                expected += ", if the row is no stride: [[skip]]"
-                text = shown(text_of_cell(cell))
-                faults.add_cell(source.origin, line, source.name_of(place), text, expected)
-        else:
-            value, beside, kind = found.seconds, found.unit, found.since
-            since[kind] += 1
-        if _stands_for_missing(name, value, column):
-            expected = f"a measurement; if it means missing: missing = [{value:g}]"
-            faults.add_cell(source.origin, line, source.name_of(place), f"{value:g}", expected)
-        beside = "s" if kind else beside
-        factor = factor_to(beside, unit) if beside else 1.0
+            text = shown(text_of_cell(cell))
+            expected = f"a number; if it means missing: missing = [{text}], if the row is no "
+            self.fault(line, text, expected + "stride: [[skip]]")
+            return Moment(np.nan, "")
+        if _stands_for_missing(self.name, found.seconds, self.column):
+            value = f"{found.seconds:g}"
+            expected = f"a measurement; if it means missing: missing = [{value}]"
+            self.fault(line, value, expected)
+        return found
+
+    def in_unit(self, found: Moment, line: int) -> float:
+        """The number in the column's unit, if another stands beside it."""
+        beside = "s" if found.since else found.unit
+        factor = factor_to(beside, self.unit) if beside else 1.0
         if factor is None:
-            text = f"a unit that can be {unit}, or {name} = {{unit = ...}} in the map"
-            faults.add_cell(
-                source.origin, line, source.name_of(place), f'the unit "{beside}"', text
-            )
-        result.append(times(value, factor or 1.0))
-    if len(since) > 1:
-        text = "found numbers, times of day and dates together, expected one of them"
-        faults.add(source.origin.error(None, source.name_of(place), text))
-    return result, next(iter(since), "")
+            expected = f"one that can be {self.unit}, or {self.name} = {{unit = ...}} in the map"
+            self.fault(line, f'the unit "{beside}"', expected)
+        return times(found.seconds, factor or 1.0)
+
+    def numbers(self, missing: Sequence[Any]) -> tuple[list[float], str]:
+        """All of them, NaN for what is missing, and since when moments count."""
+        result: list[float] = []
+        since: set[str] = set()
+        is_moment = FIELD[self.name].kind == "moment"
+        for row, line in zip(self.source.rows, self.source.lines, strict=True):
+            cell = row[self.place]
+            if type(cell) is float and not missing and cell > 0 and not is_moment:
+                result.append(cell)
+            elif is_empty(cell) or (missing and is_one_of(cell, missing, self.source.signs)):
+                result.append(np.nan)
+            else:
+                found = self.moment(cell, line)
+                since.add(found.since)
+                result.append(self.in_unit(found, line))
+        if len(since) > 1 and is_moment:
+            text = "found numbers, times of day and dates together, expected one of them"
+            name = self.source.name_of(self.place)
+            self.faults.add(self.source.origin.error(None, name, text))
+        return result, max(since, default="")
 
 
 def _stands_for_missing(name: str, value: float, column: ColumnMap) -> bool:
@@ -258,15 +268,13 @@ def _values(
 ) -> tuple[list[float], str, str]:
     """The values of a column, the unit they are in, and since when moments count."""
     said = _unit_of(name, column, source, place, map_, faults)
-    factor = factor_to(said, FIELD[name].unit)
-    conversion = None if factor is not None else conversion_of(name, said)
+    conversion = None if factor_to(said, FIELD[name].unit) else conversion_of(name, said)
     target = FIELD[name].unit if conversion is None else conversion.given
-    values, since = _numbers(name, column, said, source, place, map_=map_, faults=faults)
-    scale = factor_to(said, target)
-    if since and scale is not None:
-        # Clocks and dates are in seconds whatever the unit says; they were put into it before.
-        values = over_midnight(values) if since == "clock" and scale == 1.0 else values
-    array = np.array(values, dtype=float)
+    missing = map_.get("", "missing", ()) if column.missing is None else column.missing
+    reader = _Reader(name, column, said, source, place, faults)
+    values, since = reader.numbers(missing)
+    scale = factor_to(said, target) or 1.0
+    array = np.array(over_midnight(values) if since == "clock" and scale == 1.0 else values)
     if column.factor is not None:
         array = array * column.factor
     if column.add is not None:
@@ -275,9 +283,7 @@ def _values(
         with np.errstate(invalid="ignore"):
             array[(array < column.valid[0]) | (array > column.valid[1])] = np.nan
     result: list[float] = array.tolist()
-    if scale is not None and scale != 1.0:
-        result = [times(value, scale) for value in result]
-    return result, target, since
+    return [times(value, scale) for value in result] if scale != 1.0 else result, target, since
 
 
 def _place_for(

@@ -377,32 +377,29 @@ def _in_order(frame: pd.DataFrame, rows: Rows, map_: TableMap, faults: Faults) -
     return frame
 
 
-def strides_of(
-    name: str, key: tuple[str, ...], frame: pd.DataFrame, rows: Rows, map_: TableMap, faults: Faults
-) -> Strides | None:
-    """The strides of a walk; None where it has a fault."""
-    strides = Strides(name, key, frame)
-    values = [column for column in FIELD if column in frame]
-    frame = _without_empty(frame, values)
-    if map_.feet_by == "rows":
-        frame = _alternate(frame, map_.get("feet", "first"), strides)
+# What says when a stride is, and so which strides join.
+_EVENTS = ("hs", "end", "lift_off", "first_sample", "last_sample", "gct")
+
+
+def _with_events(
+    frame: pd.DataFrame, rows: Rows, map_: TableMap, strides: Strides, faults: Faults
+) -> pd.DataFrame | None:
+    """The strides with their samples; None where something is missing for it."""
     if not _set_rate(frame, rows, map_, strides):
         text = "sampling_rate: found none, expected samples per second, since the table counts "
         text += "samples: sampling_rate = 128 in the map, or --set sampling_rate=128"
         faults.add(map_.error("", "sampling_rate", text))
         return None
     _moments(frame, rows, map_, strides)
-    of_events = {"hs", "end", "lift_off", "first_sample", "last_sample"}
-    shifted = [n for n, column in map_.columns.items() if column.row != "this" and n in frame]
     is_footfalls = map_.get("", "rows") == "footfalls"
-    for column in shifted:
-        if is_footfalls or column in of_events or column == "gct":
-            frame[column] = _shifted(frame, column, map_.columns[column].row)
+    for name, column in map_.columns.items():
+        if column.row != "this" and name in frame and (is_footfalls or name in _EVENTS):
+            frame[name] = _shifted(frame, name, column.row)
+    if is_footfalls and "hs" not in frame:
+        text = 'rows = "footfalls": found no hs, expected the moment of each contact as hs'
+        faults.add(map_.error("", "rows", text))
+        return None
     if is_footfalls:
-        if "hs" not in frame:
-            text = 'rows = "footfalls": found no hs, expected the moment of each contact as hs'
-            faults.add(map_.error("", "rows", text))
-            return None
         frame = _footfalls(frame, map_, strides)
     if rows.units.get("gct") == "samples":
         frame["gct"] = frame["gct"] / strides.given_rate
@@ -410,21 +407,40 @@ def strides_of(
         _end_to_end(frame, strides)
     _samples(frame, rows, strides)
     if not len(frame):
-        faults.add(map_.error("", "", f"walk {name}: found no stride in it, expected at least one"))
+        text = f"walk {strides.name}: found no stride in it, expected at least one"
+        faults.add(map_.error("", "", text))
         return None
-    if not _check_places(frame, rows, map_, strides, faults):
+    return frame
+
+
+def _shift_values(frame: pd.DataFrame, map_: TableMap, strides: Strides) -> None:
+    """Takes values from the rows that have them, where that stride joins this one."""
+    if map_.get("", "rows") == "footfalls":
+        return
+    for name, column in map_.columns.items():
+        if column.row != "this" and name in frame and name not in _EVENTS:
+            moved = _shifted(frame, name, column.row)
+            if column.row.endswith("of foot"):
+                joins = _joins_neighbour(frame, column.row, strides.rate)
+                moved = np.where(joins, moved, np.nan)
+            frame[name] = moved
+
+
+def strides_of(
+    name: str, key: tuple[str, ...], frame: pd.DataFrame, rows: Rows, map_: TableMap, faults: Faults
+) -> Strides | None:
+    """The strides of a walk; None where it has a fault."""
+    strides = Strides(name, key, frame)
+    frame = _without_empty(frame, [column for column in FIELD if column in frame])
+    if map_.feet_by == "rows":
+        frame = _alternate(frame, map_.get("feet", "first"), strides)
+    with_events = _with_events(frame, rows, map_, strides, faults)
+    if with_events is None or not _check_places(with_events, rows, map_, strides, faults):
         return None
-    for column in shifted:
-        if not is_footfalls and column not in of_events and column != "gct":
-            row = map_.columns[column].row
-            moved = _shifted(frame, column, row)
-            if row.endswith("of foot"):
-                moved = np.where(_joins_neighbour(frame, row, strides.rate), moved, np.nan)
-            frame[column] = moved
-    _convert(frame, rows, strides)
-    strides.frame = frame
+    _shift_values(with_events, map_, strides)
+    _convert(with_events, rows, strides)
+    strides.frame = with_events
     _derive(map_, strides, faults)
-    frame = _in_order(frame, rows, map_, faults)
-    frame["index"] = frame.groupby("foot", sort=False).cumcount()
-    strides.frame = frame
+    strides.frame = _in_order(strides.frame, rows, map_, faults)
+    strides.frame["index"] = strides.frame.groupby("foot", sort=False).cumcount()
     return strides
