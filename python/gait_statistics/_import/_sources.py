@@ -180,10 +180,12 @@ def source_of(grid: Grid, map_: TableMap, faults: Faults) -> Source | None:
     start += bool(units)
     rows, lines = [], []
     header = [plain(name) for name in names]
+    named = next((place for place, name in enumerate(header) if name), 0)
     for row, line in zip(grid.rows[start:], grid.lines[start:], strict=True):
         cells = list(row) + [None] * (width - len(row))
         # A table that was put together from several repeats its names.
-        if not has_names or [plain("" if c is None else c) for c in cells] != header:
+        may_be = has_names and cells[named] is not None and plain(cells[named]) == header[named]
+        if not may_be or [plain("" if cell is None else cell) for cell in cells] != header:
             rows.append(cells)
             lines.append(line)
     return Source(grid.origin, names, units, rows, lines)
