@@ -233,7 +233,12 @@ class Conversion:
 SHARES = ("swing", "stance", "ds")
 PHASES = ("ldr", "ffr", "pur")
 CONVERSIONS = (
-    Conversion(("first_sample", "last_sample"), "s", "rate", "its time x sampling rate, rounded"),
+    Conversion(
+        ("first_sample", "last_sample"),
+        "s",
+        "rate",
+        "its time x sampling rate, rounded; last_sample - 1",
+    ),
     Conversion(
         ("hs", "end", "lift_off", "gct", "step_time"), "samples", "rate", "samples / sampling rate"
     ),

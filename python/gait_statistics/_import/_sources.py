@@ -180,11 +180,11 @@ def source_of(grid: Grid, map_: TableMap, faults: Faults) -> Source | None:
     start += bool(units)
     rows, lines = [], []
     header = [plain(name) for name in names]
-    named = next((place for place, name in enumerate(header) if name), 0)
+    first = next((place for place, name in enumerate(header) if name), 0)
     for row, line in zip(grid.rows[start:], grid.lines[start:], strict=True):
         cells = list(row) + [None] * (width - len(row))
         # A table that was put together from several repeats its names.
-        may_be = has_names and cells[named] is not None and plain(cells[named]) == header[named]
+        may_be = has_names and cells[first] is not None and plain(cells[first]) == header[first]
         if not may_be or [plain("" if cell is None else cell) for cell in cells] != header:
             rows.append(cells)
             lines.append(line)
