@@ -418,9 +418,10 @@ KEYS = (
     Key(
         "feet",
         "by",
-        "column|columns|sheets|files|rows",
+        "column|columns|sheets|files|headings|rows",
         "how feet are told, where not by `column`: columns for each foot (`{foot}` in their "
-        "names), a sheet or a file for each, or alternating rows",
+        "names), a sheet or a file for each, a line with the foot's word alone above its rows, or "
+        "alternating rows",
         '"sheets"',
     ),
     Key(
