@@ -18,8 +18,9 @@ from ._result import Finding, Info, Note, Page, Place, QualityFlag, Result, anal
 from ._walk import Walk, pair_feet, read_walk, write_walk
 
 if TYPE_CHECKING:
-    from ._import._walks import import_tables
+    from ._import._walks import import_tables as import_tables
 
+# Without import_tables, which needs more libraries: "import *" must work without them.
 __all__ = [
     "Finding",
     "Info",
@@ -35,7 +36,6 @@ __all__ = [
     "__version__",
     "analyse",
     "checks",
-    "import_tables",
     "pair_feet",
     "parameters",
     "percentile",

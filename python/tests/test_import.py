@@ -152,6 +152,15 @@ def test_units_are_converted(name: str, unit: str, factor: float) -> None:
     assert values_of(walk.strides)[name] == pytest.approx(known, rel=1e-12)
 
 
+@pytest.mark.parametrize(
+    ("name", "unit"), [("stance", "deg"), ("hsp", "%"), ("gct", "m"), ("speed", "s")]
+)
+def test_a_unit_of_another_quantity_is_an_error(name: str, unit: str) -> None:
+    columns = {**MAP["columns"], name: {"column": "gct", "unit": unit}}
+    (error,) = errors_of(TABLE, {**MAP, "columns": columns})
+    assert error.startswith(f'map: [columns] {name}: found the unit "{unit}", expected ')
+
+
 def test_shares_that_are_given_as_times_are_divided_by_the_stride() -> None:
     table = TABLE.assign(swing=TABLE["swing"] * TABLE["gct"] / 100)
     columns = {**MAP["columns"], "swing": {"column": "swing", "unit": "s"}}
