@@ -52,14 +52,16 @@ def test_every_mistake_of_a_map_is_said_at_once_with_its_line(tmp_path: Path) ->
         'swing = {column = "Swing", row = "last"}\n'
     )
     assert errors_of(TABLE, path) == [
-        f'{path}:1: sampling_rat: found an unknown key, expected a known one: is it "sampling_rate"?',
+        f"{path}:1: sampling_rat: found an unknown key, expected a known one: is it "
+        '"sampling_rate"?',
         f'{path}:4: [feet] colum: found an unknown key, expected a known one: is it "column"?',
         f"{path}:6: [columns] stride_time: found an unknown column, expected a known one: is it "
         '"gct"?',
         f'{path}:7: [columns] gct: found the unit "m", expected s, ms, min or samples',
         f"{path}:8: [columns] missing: found it in a section, expected it above the first "
         "[section] of the map",
-        f'{path}:9: [columns] swing: row: found \'last\', expected one of: "this", "next", "previous", '
+        f"{path}:9: [columns] swing: row: found 'last', expected one of: "
+        '"this", "next", "previous", '
         '"next of foot", "previous of foot"',
         f'{path}:2: derive: found "cadense", expected a known one: is it "cadence"?',
     ]

@@ -253,7 +253,8 @@ def _times_by_value(source: Source, said: _Suggestion, stride: float | None) -> 
                 column = _column_text(_reference(source, place), "hs", unit, False, "by its values")
                 said.columns = {"hs": column, **said.columns}
                 said.used.add(place)
-                if moments[0][0] * scale > _LONG_AGO and not cells[0].since:  # type: ignore[union-attr]
+                first = next(one for one in cells if one)
+                if first.seconds * scale > _LONG_AGO and not first.since:
                     said.top["times"] = '"from the first"'
                 return
 
