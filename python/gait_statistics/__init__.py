@@ -9,6 +9,7 @@
 38.55
 """
 
+from importlib import import_module
 from typing import TYPE_CHECKING, Any
 
 from ._core import version as __version__
@@ -18,8 +19,11 @@ from ._result import Finding, Info, Note, Page, Place, QualityFlag, Result, anal
 from ._walk import Walk, pair_feet, read_walk, write_walk
 
 if TYPE_CHECKING:
-    from ._study import Study, study
+    from ._import._walks import import_tables as import_tables
+    from ._study import Study as Study
+    from ._study import study as study
 
+# Without what takes an extra's packages: "import *" must work without them.
 __all__ = [
     "Finding",
     "Info",
@@ -29,7 +33,6 @@ __all__ = [
     "Place",
     "QualityFlag",
     "Result",
-    "Study",
     "Walk",
     "WalkError",
     "WalkWarning",
@@ -40,7 +43,6 @@ __all__ = [
     "parameters",
     "percentile",
     "read_walk",
-    "study",
     "write_walk",
 ]
 
@@ -51,10 +53,12 @@ for _public_error in (WalkError, WalkWarning):
     _public_error.__module__ = __name__
 
 
-def __getattr__(name: str) -> Any:
-    """What needs more packages is imported when it is first used."""
-    if name in ("Study", "study"):
-        from . import _study
+# Where what takes an extra's packages lies.
+_MODULES = {"Study": "_study", "import_tables": "_import._walks", "study": "_study"}
 
-        return getattr(_study, name)
+
+def __getattr__(name: str) -> Any:
+    """Imports what takes an extra's packages when it is first used."""
+    if name in _MODULES:
+        return getattr(import_module(f".{_MODULES[name]}", __name__), name)
     raise AttributeError(f"module {__name__!r} has no attribute {name!r}")
