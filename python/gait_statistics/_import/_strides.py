@@ -10,6 +10,8 @@ import numpy as np
 import pandas as pd
 from numpy.typing import NDArray
 
+from .._errors import InputError
+from ._doubts import check_ends, doubt_of_durations
 from ._fields import CONVERSIONS, DERIVATIONS, FIELD
 from ._map import FEET, TableMap
 from ._places import Faults, Origin, counted
@@ -38,6 +40,7 @@ class Strides:
         given_rate: samples per second as the table counts them.
         derived: what was computed, and from what.
         notes: what was left out.
+        doubts: what is worth a look.
     """
 
     name: str
@@ -47,6 +50,7 @@ class Strides:
     given_rate: float = DEFAULT_RATE
     derived: list[str] = field(default_factory=list)
     notes: list[str] = field(default_factory=list)
+    doubts: list[InputError] = field(default_factory=list)
 
 
 def _column(frame: pd.DataFrame, name: str) -> Numbers:
@@ -406,7 +410,11 @@ def _with_events(
         frame["gct"] = frame["gct"] / strides.given_rate
     if map_.get("", "times") == "end to end" and "gct" in frame:
         _end_to_end(frame, strides)
+    check_ends(frame, rows, map_, faults)
     _samples(frame, rows, strides)
+    doubt = doubt_of_durations(frame, rows, map_, strides.rate)
+    if doubt is not None:
+        strides.doubts.append(doubt)
     if not len(frame):
         text = f"walk {strides.name}: found no stride in it, expected at least one"
         faults.add(map_.error("", "", text))

@@ -14,6 +14,7 @@ import numpy as np
 
 from .._errors import InputError
 from ._cells import is_empty, moment_of, number_of, signs_of, text_of_cell
+from ._doubts import is_end_of_next
 from ._fields import FIELD, FOOT_WORDS, MORE_FOOT_WORDS, NEVER_ZERO, SIGNED
 from ._grids import Grid, all_grids, named_tables, turned
 from ._guess import (
@@ -48,6 +49,7 @@ class _Suggestion:
     Attributes:
         columns: the text of each column's value in the map.
         remarks: what the user is to look at.
+        places: the table's column for each of ours.
     """
 
     top: dict[str, str] = field(default_factory=dict)
@@ -59,6 +61,7 @@ class _Suggestion:
     used: set[int] = field(default_factory=set)
     missing: list[Any] = field(default_factory=list)
     numbers: dict[str, list[float]] = field(default_factory=dict)
+    places: dict[str, int] = field(default_factory=dict)
 
 
 def _quoted(value: Any) -> str:
@@ -221,6 +224,7 @@ def _place_columns(source: Source, said: _Suggestion, pairs: dict[str, int]) -> 
         said.columns[field_name] = _column_text(name, field_name, unit, is_said, remark)
         scale = factor_to(unit, "s") if field_name == "gct" else None
         said.numbers[field_name] = [v * (scale or 1.0) for v in numbers_of(source, place)]
+        said.places[field_name] = place
         said.used.add(place)
         if pairs and place in own:
             said.used |= {
@@ -234,10 +238,7 @@ def _times_by_value(source: Source, said: _Suggestion, stride: float | None) -> 
     """Finds moments of strikes by their distance, which is that of the strides."""
     if stride is None or {"hs", "end", "first_sample"} & said.columns.keys():
         return
-    feet = [""] * len(source.rows)
-    if "column" in said.feet:
-        place = source.places(json.loads(said.feet["column"]))[0]
-        feet = [text_of_cell(cell) for cell in source.cells(place)]
+    feet = _feet_of_rows(source, said)
     for place in range(source.width):
         if place in said.used or not is_numeric(source, place):
             continue
@@ -289,7 +290,32 @@ def _say_walks(sources: Sequence[Source], said: _Suggestion) -> None:
         said.top["walk"] = '["{sheet}"]' if sources[0].origin.sheet else '["{file}"]'
 
 
-def _say_rate(said: _Suggestion) -> None:
+def _feet_of_rows(source: Source, said: _Suggestion) -> list[str]:
+    """The word for the foot of each row; empty where no column has one."""
+    if "column" not in said.feet:
+        return [""] * len(source.rows)
+    place = source.places(json.loads(said.feet["column"]))[0]
+    return [text_of_cell(cell) for cell in source.cells(place)]
+
+
+def _is_end_exclusive(source: Source, said: _Suggestion) -> bool:
+    """Whether a stride's end is the first sample of the foot's next one."""
+    if not {"first_sample", "last_sample"} <= said.places.keys():
+        return False
+    feet = np.array(_feet_of_rows(source, said))
+    first, last = (
+        np.array([_number(cell, source) for cell in source.cells(said.places[name])])
+        for name in ("first_sample", "last_sample")
+    )
+    return any(is_end_of_next(first[feet == foot], last[feet == foot]) for foot in set(feet))
+
+
+def _number(cell: Any, source: Source) -> float:
+    found = None if is_empty(cell) else number_of(cell, source.signs)
+    return float("nan") if found is None else found[0]
+
+
+def _say_rate(source: Source, said: _Suggestion) -> None:
     if "first_sample" not in said.columns:
         if "hs" not in said.columns and "end" not in said.columns:
             said.top["# times"] = (
@@ -299,15 +325,20 @@ def _say_rate(said: _Suggestion) -> None:
     numbers = said.numbers
     first, last, gct = (numbers.get(name, []) for name in ("first_sample", "last_sample", "gct"))
     known = sum(gct)
+    is_exclusive = _is_end_exclusive(source, said)
+    if is_exclusive:
+        name = said.columns["last_sample"]
+        remark = "  # it is the foot's next first_sample"
+        said.columns["last_sample"] = f"{{column = {name}, add = -1}}{remark}"
     if not (first and len(first) == len(last) == len(gct) and known):
-        said.top["# sampling_rate"] = "100   # fill in: the table counts samples"
+        said.top["# sampling_rate"] = "???   # fill in: the table counts samples"
         return
     # Whichever way of counting leads to a rate that is nearer to a whole number.
     length = sum(last) - sum(first)
     rates = {0: (length + len(gct)) / known, -1: length / known}
     add = min(rates, key=lambda way: abs(rates[way] - round(rates[way])))
     said.top["sampling_rate"] = f"{round(rates[add])}  # by samples and durations"
-    if add:
+    if add and not is_exclusive:
         name = said.columns["last_sample"]
         said.columns["last_sample"] = f"{{column = {name}, add = -1}}  # the end is not counted"
 
@@ -454,7 +485,7 @@ def suggested_map(tables: Sequence[str]) -> str:
             _feet_elsewhere(sources, said)
     _place_columns(source, said, pairs)
     _say_walks(sources, said)
-    _say_rate(said)
+    _say_rate(source, said)
     if said.missing:
         said.top["missing"] = _quoted(said.missing)
     if "hs" in said.columns and not {"gct", "end"} & said.columns.keys():

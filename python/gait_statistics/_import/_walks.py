@@ -257,7 +257,8 @@ def _read_back(made: ImportedWalk, folder: Path, rows: Rows, faults: Faults) -> 
             for one in error.errors:
                 faults.add(_error_in_words(one, words))
             return
-    made.warnings = [_error_in_words(one, words) for one in made.walk.warnings]
+    said = [_error_in_words(one, words) for one in made.walk.warnings]
+    made.warnings = [*made.strides.doubts, *said]
 
 
 def _check(made: ImportedWalk, rows: Rows, map_: TableMap, faults: Faults) -> None:

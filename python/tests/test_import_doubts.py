@@ -1,0 +1,122 @@
+"""What does not fit together in a table is said, with the line of the map that mends it."""
+
+from __future__ import annotations
+
+from pathlib import Path
+from typing import Any
+
+import pandas as pd
+import pytest
+from conftest import values_of
+from tables_to_import import in_time_order, strides_of_both_feet
+
+import gait_statistics as gs
+from gait_statistics._import._suggest import suggested_map
+
+STRIDES = in_time_order(strides_of_both_feet())
+TIMES = {"hs": "hs", "gct": "gct"}
+SAMPLES = {"first_sample": "start", "last_sample": "end"}
+
+
+def map_with(columns: dict[str, Any], **keys: Any) -> dict[str, Any]:
+    return {"feet": {"column": "foot"}, "columns": columns, **keys}
+
+
+def errors_of(table: Any, map_: Any) -> list[str]:
+    with pytest.raises(gs.WalkError) as raised:
+        gs.import_tables(table, map_)
+    return [str(error) for error in raised.value.errors]
+
+
+def warning_of(table: pd.DataFrame, map_: dict[str, Any]) -> str:
+    with pytest.warns(gs.WalkWarning) as said:
+        gs.import_tables(table, map_)
+    (text,) = [str(one.message) for one in said if "durations do not fit" in str(one.message)]
+    return text
+
+
+def suggestion_for(table: pd.DataFrame, folder: Path, name: str = "t.csv") -> str:
+    table.to_csv(folder / name, index=False)
+    return suggested_map([str(folder / name)])
+
+
+# ---- Ends
+
+
+def table_with_ends(late: int) -> pd.DataFrame:
+    return pd.DataFrame(
+        {
+            "foot": STRIDES["foot"],
+            "start": STRIDES["first_sample"],
+            "end": STRIDES["last_sample"] + late,
+        }
+    )
+
+
+def test_an_end_that_is_the_next_first_sample_is_an_error_that_says_add() -> None:
+    map_ = map_with(SAMPLES, sampling_rate=100, derive=["gct"])
+    (error,) = errors_of(table_with_ends(1), map_)
+    assert "column end: found the left foot's next first_sample in it" in error
+    assert error.endswith('In the map: last_sample = {column = "end", add = -1}')
+
+
+def test_an_end_that_belongs_to_its_stride_is_taken_and_so_is_one_with_add() -> None:
+    for late, add in ((0, None), (1, -1), (1, 0)):
+        column = {"column": "end"} if add is None else {"column": "end", "add": add}
+        map_ = map_with({**SAMPLES, "last_sample": column}, sampling_rate=100)
+        gs.import_tables(table_with_ends(late), map_)
+
+
+def test_a_suggested_map_takes_one_from_an_end_that_is_the_next_first_sample(
+    tmp_path: Path,
+) -> None:
+    text = suggestion_for(table_with_ends(1), tmp_path)
+    assert 'last_sample = {column = "end", add = -1}  # it is the foot\'s next' in text
+    assert "# sampling_rate = ???   # fill in" in text
+    assert 'last_sample = "end"\n' in suggestion_for(table_with_ends(0), tmp_path)
+
+
+# ---- Durations
+
+
+def test_step_times_as_stride_times_are_a_warning() -> None:
+    text = warning_of(STRIDES.assign(gct=STRIDES["gct"] / 2), map_with(TIMES))
+    assert "found 0.5 times the distance to the foot's next one (hs)" in text
+    assert "are they step times" in text
+
+
+def test_begins_in_milliseconds_that_are_counted_as_samples_are_a_warning() -> None:
+    table = STRIDES.assign(time=STRIDES["hs"] * 1000)
+    map_ = map_with({"first_sample": "time", "gct": "gct"}, sampling_rate=100)
+    text = warning_of(table, map_)
+    assert "found 0.1 times" in text
+    assert 'hs = {column = ..., unit = "ms"} in place of first_sample' in text
+
+
+def test_a_wrong_sampling_rate_is_named_where_durations_tell_it() -> None:
+    map_ = map_with({"first_sample": "first_sample", "gct": "gct"}, sampling_rate=128)
+    assert "is the sampling rate 100 Hz?" in warning_of(STRIDES, map_)
+
+
+def test_a_walk_with_pauses_and_three_strides_raise_no_doubt() -> None:
+    pauses = STRIDES.drop(index=[6, 7, 12, 13])
+    gs.import_tables(pauses, map_with(TIMES))
+    short = STRIDES[STRIDES["foot"] == "left"].head(3).assign(gct=lambda t: t["gct"] * 1.2)
+    gs.import_tables(short, map_with(TIMES))
+
+
+def test_a_column_of_times_is_not_suggested_as_samples(tmp_path: Path) -> None:
+    for name in ("time_ms", "Time", "timestamp"):
+        table = pd.DataFrame(
+            {
+                "foot": STRIDES["foot"],
+                name: (STRIDES["hs"] * 1000).round().astype(int),
+                "stride_ms": (STRIDES["gct"] * 1000).round().astype(int),
+            }
+        )
+        text = suggestion_for(table, tmp_path)
+        assert f'hs = {{column = "{name}", unit = "ms"}}' in text
+        (tmp_path / "m.toml").write_text(text)
+        (walk,) = gs.import_tables(tmp_path / "t.csv", tmp_path / "m.toml")
+        known = STRIDES.sort_values(["foot", "first_sample"])
+        assert values_of(walk.strides)["first_sample"] == known["first_sample"].tolist()
