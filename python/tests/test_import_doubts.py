@@ -120,3 +120,66 @@ def test_a_column_of_times_is_not_suggested_as_samples(tmp_path: Path) -> None:
         (walk,) = gs.import_tables(tmp_path / "t.csv", tmp_path / "m.toml")
         known = STRIDES.sort_values(["foot", "first_sample"])
         assert values_of(walk.strides)["first_sample"] == known["first_sample"].tolist()
+
+
+# ---- Feet
+
+
+@pytest.mark.parametrize(
+    ("name", "left", "right"),
+    [("Foot (1 = left)", 1, 0), ("Side (0=L,1=R)", 0, 1), ("Fuß [2: links]", 2, 1)],
+)
+def test_a_suggested_map_reads_the_codes_of_feet_in_the_columns_name(
+    name: str, left: int, right: int, tmp_path: Path
+) -> None:
+    codes = STRIDES["foot"].map({"left": left, "right": right})
+    text = suggestion_for(STRIDES[["hs", "gct"]].assign(**{name: codes}), tmp_path)
+    assert f"\nleft = {left}  # by the column's name\nright = {right}  # by" in text
+
+
+def test_a_suggested_map_does_not_run_before_someone_says_which_code_is_which_foot(
+    tmp_path: Path,
+) -> None:
+    codes = STRIDES["foot"].map({"left": 2, "right": 1})
+    text = suggestion_for(STRIDES[["hs", "gct"]].assign(foot=codes), tmp_path)
+    assert "\n# left = 1  # or the other way round: decide" in text
+    (tmp_path / "m.toml").write_text(text)
+    errors = errors_of(tmp_path / "t.csv", tmp_path / "m.toml")
+    assert any('say [feet] left = "1", right = "2", or the other way' in text for text in errors)
+
+
+@pytest.mark.parametrize(
+    "words",
+    [
+        ("Linker Fuß", "Rechter Fuß"),
+        ("LF", "RF"),
+        ("G", "D"),
+        ("gauche", "droite"),
+        ("izquierdo", "derecho"),
+    ],
+)
+def test_a_suggested_map_knows_words_for_feet(words: tuple[str, str], tmp_path: Path) -> None:
+    feet = STRIDES["foot"].map(dict(zip(("left", "right"), words, strict=True)))
+    text = suggestion_for(STRIDES[["hs", "gct"]].assign(Pied=feet), tmp_path)
+    assert f'left = "{words[0]}"\nright = "{words[1]}"\n' in text
+
+
+def test_files_named_by_lf_and_rf_are_suggested_as_feet(tmp_path: Path) -> None:
+    for foot, word in (("left", "LF"), ("right", "RF")):
+        table = STRIDES.loc[STRIDES["foot"] == foot, ["hs", "gct"]]
+        table.to_csv(tmp_path / f"P7_{word}.csv", index=False)
+    paths = [str(tmp_path / f"P7_{word}.csv") for word in ("LF", "RF")]
+    text = suggested_map(paths)
+    assert 'by = "files"\nleft = "LF"\nright = "RF"\n' in text
+    (tmp_path / "m.toml").write_text(text)
+    (walk,) = gs.import_tables(paths, tmp_path / "m.toml")
+    assert len(values_of(walk.strides)["gct"]) == len(STRIDES)
+
+
+@pytest.mark.parametrize("form", ["StrideTime{}", "{}StrideTime", "strideTime{}", "stride_{}"])
+def test_feet_are_found_in_names_without_spaces(form: str, tmp_path: Path) -> None:
+    feet = {foot: STRIDES[STRIDES["foot"] == foot].reset_index() for foot in ("left", "right")}
+    columns = {form.format(foot.title()): part["gct"] for foot, part in feet.items()}
+    text = suggestion_for(pd.DataFrame(columns), tmp_path)
+    assert 'left = "Left"\nright = "Right"\n' in text
+    assert f'gct = "{form.format("{foot}")}"' in text

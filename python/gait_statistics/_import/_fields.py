@@ -185,8 +185,14 @@ NEVER_ZERO = ("gct", "contact", "cadence", "stance")
 FOOT_WORDS = {"left": ("left", "l"), "right": ("right", "r")}
 # Words that --suggest and messages know besides.
 MORE_FOOT_WORDS = {
-    "left": ("links", "li", "lt", "gauche", "izquierda"),
-    "right": ("rechts", "re", "rt", "droite", "derecha"),
+    "left": (
+        *("links", "linker", "linke", "linkes", "li", "lt", "lf"),
+        *("gauche", "g", "izquierda", "izquierdo", "izq", "sinistra", "sinistro"),
+    ),
+    "right": (
+        *("rechts", "rechter", "rechte", "rechtes", "re", "rt", "rf"),
+        *("droite", "droit", "d", "derecha", "derecho", "dcha", "destra", "destro"),
+    ),
 }
 
 # What people call a column, and what it is called here.

@@ -27,10 +27,14 @@ from ._guess import (
 )
 from ._map import FEET, TableMap
 from ._places import Faults, counted, listed
+from ._rows import OTHER
 from ._sources import Source, source_of, totals_of
 from ._units import factor_to, unit_in_name
 
-_FOOT_NAME = re.compile(r"foot|feet|side|leg|limb|seite|fu(ß|ss)|bein|label", re.IGNORECASE)
+_FOOT_NAME = re.compile(
+    r"foot|feet|side|leg|limb|seite|fu(ß|ss)|bein|label|pied|\bpie\b|lado|c[oô]té|jambe|piede|lato",
+    re.IGNORECASE,
+)
 _FOOT_WORDS = {foot: (*FOOT_WORDS[foot], *MORE_FOOT_WORDS[foot]) for foot in FEET}
 _WALK_NAME = re.compile(
     r"subject|patient|participant|proband|person|trial|visit|session|walk|bout|recording|"
@@ -120,9 +124,21 @@ def _column_text(name: str, field_name: str, unit: str, is_said: bool, remark: s
 def _foot_of_word(cell: Any) -> str | None:
     word = text_of_cell(cell).casefold()
     for foot in FEET:
-        if word in _FOOT_WORDS[foot] or re.search(rf"\b{foot}\b", word):
+        long = "|".join(one for one in _FOOT_WORDS[foot] if len(one) > 3)
+        if word in _FOOT_WORDS[foot] or re.search(rf"\b({long})\b", word):
             return foot
     return None
+
+
+def _feet_in_name(name: str, words: Sequence[str]) -> dict[str, str]:
+    """The word for each foot as a name says it: "Foot (1 = left)"."""
+    for code, text in re.findall(r"([^\W_]+)\s*[=:]\s*([^\W_]+)", name):
+        for word, said in ((code, text), (text, code)):
+            foot = _foot_of_word(said)
+            if word in words and foot:
+                other = next(one for one in words if one != word)
+                return {foot: word, OTHER[foot]: other}
+    return {}
 
 
 def _foot_column(source: Source, said: _Suggestion) -> bool:
@@ -137,13 +153,17 @@ def _foot_column(source: Source, said: _Suggestion) -> bool:
             pairs = {foot: word for foot, word in zip(feet, words, strict=True) if foot}
             remark = ""
         elif is_named and len(words) == 2:
-            pairs = dict(zip(FEET, sorted(words), strict=True))
-            remark = "  # which word is which foot is not known: look"
+            pairs = _feet_in_name(name, words)
+            remark = "  # by the column's name"
+            if not pairs:
+                pairs = dict(zip(("# left", "# right"), sorted(words), strict=True))
+                remark = "  # or the other way round: decide, and take the first # away"
         else:
             continue
         said.feet["column"] = _quoted(_reference(source, place))
         is_plain = all(
-            word.casefold() in FOOT_WORDS[foot] or re.search(rf"\b{foot}\b", word.casefold())
+            word.casefold() in FOOT_WORDS.get(foot, ())
+            or re.search(rf"\b{foot}\b", word.casefold())
             for foot, word in pairs.items()
         )
         if not is_plain:
@@ -159,7 +179,14 @@ def _foot_token(name: str) -> tuple[str, str, str] | None:
     """The foot that a name says, its word, and the name with {foot} in place of it."""
     for foot in FEET:
         for word in sorted(_FOOT_WORDS[foot], key=len, reverse=True):
-            found = re.search(rf"(?<![A-Za-z]){word}(?![a-z])", name, re.IGNORECASE)
+            if word in ("g", "d"):
+                # These stand for much else in names.
+                continue
+            # Alone, or with a capital amid others: "Swing left", "SwingLeft", "LeftSwing".
+            capital = word.capitalize()
+            found = re.search(rf"(?<![A-Za-z]){word}(?![a-z])", name, re.IGNORECASE) or re.search(
+                rf"(?<=[a-z0-9]){capital}(?![a-z])|(?<![A-Za-z]){capital}(?=[A-Z][a-z])", name
+            )
             if found:
                 return foot, found[0], name[: found.start()] + "{foot}" + name[found.end() :]
     return None
@@ -286,6 +313,8 @@ def _say_walks(sources: Sequence[Source], said: _Suggestion) -> None:
             said.used.add(place)
     if names:
         said.top["walk"] = _quoted(names)
+    elif len(sources) > 2 and said.feet.get("by") == '"files"':
+        said.top["walk"] = '["{file}"]'
     elif len(sources) > 1 and said.feet.get("by") not in ('"sheets"', '"files"'):
         said.top["walk"] = '["{sheet}"]' if sources[0].origin.sheet else '["{file}"]'
 
