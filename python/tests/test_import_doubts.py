@@ -2,6 +2,7 @@
 
 from __future__ import annotations
 
+import warnings
 from pathlib import Path
 from typing import Any
 
@@ -183,3 +184,75 @@ def test_feet_are_found_in_names_without_spaces(form: str, tmp_path: Path) -> No
     text = suggestion_for(pd.DataFrame(columns), tmp_path)
     assert 'left = "Left"\nright = "Right"\n' in text
     assert f'gct = "{form.format("{foot}")}"' in text
+
+
+# ---- Rows of means
+
+
+def rows_with_means(count: int = 10) -> pd.DataFrame:
+    left = STRIDES[STRIDES["foot"] == "left"].head(count)
+    return left[["foot", "hs", "gct", "speed", "slength"]].round(3).reset_index(drop=True)
+
+
+ALONE = {
+    "times": "end to end",
+    "feet": {"only": "left"},
+    "columns": {"gct": "gct", "speed": "speed", "slength": "slength"},
+}
+
+
+@pytest.mark.parametrize(
+    "word",
+    ["Ø", "MW", "Moyenne", "Media", "StdAbw", "Mean ± SD", "Left mean", "Écart-type", "SD right"],
+)
+def test_a_row_is_one_of_means_by_its_word(word: str) -> None:
+    table = rows_with_means()
+    table.loc[10] = [word, 0.9, 1.3, 1.0, 1.0]
+    (error,) = errors_of(table, ALONE)
+    assert f'found "{word}", expected a stride; to leave rows of means out: [[skip]]' in error
+
+
+def test_a_last_row_of_means_without_a_word_is_an_error() -> None:
+    table = rows_with_means()
+    means = table[["hs", "gct", "speed", "slength"]].mean().round(4)
+    table.loc[10] = ["left", *means]
+    table.loc[11] = ["left", 0.01, 0.02, 0.03, 0.04]
+    (error,) = errors_of(table, ALONE)
+    assert "row 10: found the means of the rows above in" in error
+    assert error.endswith("expected a stride; to leave it out: [[skip]] lines = [10, 11]")
+    gs.import_tables(table, {**ALONE, "skip": [{"lines": [10, 11]}]})
+
+
+def test_a_last_row_is_a_stride_where_its_values_are_near_the_mean_by_chance() -> None:
+    for seed in range(20):
+        table = strides_of_both_feet(12, seed).round({"speed": 2, "slength": 2, "gct": 2})
+        gs.import_tables(table[table["foot"] == "left"], ALONE)
+
+
+@pytest.mark.parametrize("last", ["", "all"])
+def test_a_last_row_after_the_end_of_a_running_number_is_an_error(last: str) -> None:
+    table = rows_with_means().assign(No=[str(n) for n in range(10)])
+    table.loc[10] = ["left", 0.9, 1.3, 1.0, 1.0, last]
+    (error,) = errors_of(table, ALONE)
+    found = f'"{last}"' if last else "an empty cell"
+    assert f"row 10, column No: found {found}, expected a number as in all rows above" in error
+    assert error.endswith("[[skip]] lines = [10]")
+
+
+# ---- Zeros
+
+
+@pytest.mark.parametrize(
+    "name", ["speed", "slength", "step_length", "step_time", "cadence", "contact", "swing"]
+)
+def test_a_zero_is_an_error_until_the_map_says_what_it_means(name: str) -> None:
+    values = STRIDES[["foot", "hs", "gct"]].assign(x=[0.0, *[0.5] * (len(STRIDES) - 1)])
+    (error,) = errors_of(values, map_with({**TIMES, name: "x"}))
+    assert "found 0, expected a measurement; if it means missing: missing = [0]; if" in error
+    assert error.endswith(f"if it was measured: {name} = {{column = ..., missing = []}}")
+    for column in ({"column": "x", "missing": [0]}, {"column": "x", "missing": []}):
+        map_ = map_with({**TIMES, name: {**column, "unit": "1" if name == "swing" else None}})
+        map_["columns"][name] = {k: v for k, v in map_["columns"][name].items() if v is not None}
+        with warnings.catch_warnings():
+            warnings.simplefilter("ignore", gs.WalkWarning)
+            gs.import_tables(values, map_)

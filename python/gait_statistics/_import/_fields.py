@@ -179,7 +179,10 @@ SIGNED = (
     *("hs", "end", "lift_off", "first_sample", "last_sample"),
 )
 # What no stride has a 0 of.
-NEVER_ZERO = ("gct", "contact", "cadence", "stance")
+NEVER_ZERO = (
+    *("gct", "contact", "cadence", "stance", "swing"),
+    *("speed", "slength", "step_length", "step_time"),
+)
 
 # Words for the feet. Those of a map come first; without any, these alone are taken for granted.
 FOOT_WORDS = {"left": ("left", "l"), "right": ("right", "r")}

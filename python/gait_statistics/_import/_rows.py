@@ -221,7 +221,8 @@ class _Reader:
             return Moment(np.nan, "")
         if _stands_for_missing(self.name, found.seconds, self.column):
             value = f"{found.seconds:g}"
-            expected = f"a measurement; if it means missing: missing = [{value}]"
+            expected = f"a measurement; if it means missing: missing = [{value}]; if it was "
+            expected += f"measured: {self.name} = {{column = ..., missing = []}}"
             self.fault(line, value, expected)
         return found
 

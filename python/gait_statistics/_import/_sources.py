@@ -6,6 +6,7 @@ import re
 from collections.abc import Sequence
 from dataclasses import dataclass, field
 from functools import cached_property
+from statistics import fmean, stdev
 from typing import Any
 
 from .._errors import InputError
@@ -18,12 +19,26 @@ from ._units import unit_of
 # What a header may stand below, in rows.
 _PREAMBLE = 200
 # Words of rows that sum a table up, in the first cells of a row.
+_TOTAL = (
+    r"(mean|average|avg|mittel|mittelwert|mw|ø|⌀|x̄|moyenne|media|promedio|sd|stdev|std|"
+    r"std\.? ?(dev|abw)\.?|standard ?(deviation|error|abweichung)|stabw|stdabw|sem|cv|%cv|cv ?%|"
+    r"[eé]cart[- ]?type|desviaci[oó]n( est[aá]ndar)?|median|m[eé]diane?|mediana|min|max|minimum|"
+    r"maximum|totals?|sum|summe|gesamt|count|anzahl|n)"
+)
+_OF_FOOT = r"(left|right|links|rechts|gauche|droite|l|r|both|all|alle)"
 _TOTALS = re.compile(
-    r"(mean|average|avg|mittel|mittelwert|sd|stdev|std|std\.? ?dev\.?|standard deviation|"
-    r"standardabweichung|stabw|cv|%cv|cv ?%|median|min|max|minimum|maximum|total|totals|sum|summe|"
-    r"gesamt|count|anzahl)\.?:?",
+    rf"({_OF_FOOT}[ _]+)?{_TOTAL}(\s*(±|\+/-|\+-|/|\()\s*{_TOTAL}\)?)?([ _]+{_OF_FOOT})?\.?:?",
     re.IGNORECASE,
 )
+# The last rows of a table that are looked at for means, and how likely it may be by chance that
+# a stride has the mean's values.
+_LAST_ROWS = 6
+_BY_CHANCE = 1e-4
+# Means of tables with more rows than these are not looked for without a word: it takes too long.
+_MANY_ROWS = 10_000
+
+# A number and how many decimals it has.
+_Printed = tuple[float, int] | None
 
 
 @dataclass
@@ -268,9 +283,93 @@ def totals_of(source: Source) -> list[tuple[int, int, str]]:
     return found if len(found) <= max(4, len(source.rows) / 4) else []
 
 
+def _printed(cell: Any, signs: Signs) -> _Printed:
+    """The number in a cell, and how many decimals it has."""
+    found = None if is_empty(cell) or isinstance(cell, bool) else number_of(cell, signs)
+    if found is None or found[1]:
+        return None
+    text = signs.plain(cell) if isinstance(cell, str) else repr(float(cell)).removesuffix(".0")
+    return (found[0], len(text.partition(".")[2])) if "e" not in text.casefold() else None
+
+
+def _means_in(columns: Sequence[Sequence[_Printed]], row: Sequence[Any], at: int) -> list[int]:
+    """The columns in which a row has the mean of those above it; empty where that is chance."""
+    chance, places = 1.0, []
+    for place, column in enumerate(columns):
+        here, above = column[at], [one for one in column[:at] if one is not None]
+        if here is None or len(above) < _LAST_ROWS:
+            continue
+        decimals = here[1]
+        if decimals == 0 or not isinstance(row[place], str):
+            # A number has no trailing zeros: those of the column tell.
+            decimals = max(decimals, *(one[1] for one in above))
+        values, step = [one[0] for one in above], 10.0**-decimals
+        spread = stdev(values)
+        if spread > 0 and abs(fmean(values) - here[0]) <= 0.5001 * step:
+            places.append(place)
+            chance *= min(1.0, step / (2 * spread))
+    return places if len(places) > 1 and chance < _BY_CHANCE else []
+
+
+def _find_last_means(source: Source, known: set[int], faults: Faults) -> bool:
+    """Last rows that hold the means of the table and have no word that says so."""
+    count = len(source.rows)
+    if count > _MANY_ROWS:
+        return False
+    columns = [
+        [_printed(cell, source.signs) for cell in source.cells(place)]
+        for place in range(source.width)
+    ]
+    for at in range(max(_LAST_ROWS, count - _LAST_ROWS), count):
+        is_known = source.lines[at] in known
+        places = [] if is_known else _means_in(columns, source.rows[at], at)
+        if places:
+            names = listed((source.name_of(place) for place in places), " and ")
+            lines = [line for line in source.lines[at:] if line not in known]
+            expected = f"a stride; to leave it out: [[skip]] lines = {lines}"
+            found = f"the means of the rows above in {names}"
+            faults.add_cell(source.origin, lines[0], None, found, expected)
+            return True
+    return False
+
+
+def _find_rows_after_count(source: Source, known: set[int], faults: Faults) -> None:
+    """Last rows in which a running number has ended."""
+    for place in range(source.width):
+        at = _end_of_count(source, place)
+        if at < len(source.rows) and not known & set(source.lines[at:]):
+            lines = source.lines[at:]
+            text = text_of_cell(source.rows[at][place])
+            found = shown(text) if text else "an empty cell"
+            expected = "a number as in all rows above; if the row is no stride: [[skip]] lines = "
+            name = source.name_of(place)
+            faults.add_cell(source.origin, lines[0], name, found, f"{expected}{lines}")
+            return
+
+
+def _end_of_count(source: Source, place: int) -> int:
+    """Where a column that counts the rows ends, if a few rows follow; else the number of rows."""
+    cells = source.cells(place)
+    if not cells or (not is_empty(cells[-1]) and number_of(cells[-1], source.signs) is not None):
+        return len(cells)
+    values = [None if is_empty(cell) else number_of(cell, source.signs) for cell in cells]
+    end = len(values)
+    while end and values[end - 1] is None:
+        end -= 1
+    counts = [value[0] if value else None for value in values[:end]]
+    first = counts[0] if counts else None
+    is_count = first is not None and counts == [first + n for n in range(end)]
+    is_few = _LAST_ROWS <= end and len(values) - end <= _LAST_ROWS
+    return end if is_count and is_few else len(values)
+
+
 def _find_totals(source: Source, faults: Faults) -> None:
     """Rows that sum the table up would count as strides."""
-    for line, place, text in totals_of(source):
+    found = totals_of(source)
+    known = {line for line, _, _ in found}
+    if not _find_last_means(source, known, faults):
+        _find_rows_after_count(source, known, faults)
+    for line, place, text in found:
         name = source.name_of(place)
         expected = f'a stride; to leave rows of means out: [[skip]] column = "{name}", is = the '
         expected += "words in them"
