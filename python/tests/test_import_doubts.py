@@ -256,3 +256,106 @@ def test_a_zero_is_an_error_until_the_map_says_what_it_means(name: str) -> None:
         with warnings.catch_warnings():
             warnings.simplefilter("ignore", gs.WalkWarning)
             gs.import_tables(values, map_)
+
+
+def test_a_row_of_means_is_found_by_its_word_where_numbers_have_a_comma(tmp_path: Path) -> None:
+    (tmp_path / "t.csv").write_text("Nr;gct\n1;1,05\n2;1,06\n3;1,04\nMW;1,0500\n")
+    (error,) = errors_of(tmp_path / "t.csv", {**ALONE, "columns": {"gct": "gct"}})
+    assert "t.csv:5: column Nr: found " in error
+
+
+# ---- Cells
+
+
+@pytest.mark.parametrize(
+    ("cells", "expected"),
+    [
+        (["1 050", "1 060", "1 040"], 'expected a number: say [table] thousands = " " (and in 2'),
+        (["1'050", "1'060", "1'040"], 'say [table] thousands = "\'" (and in 2'),
+        (["1.05, 1.06, 1.07"] * 3, "expected one number in a cell, and so a row for each stride"),
+        (["n.d.", "bad", "n.d."], 'if it means missing: missing = ["n.d.", "bad"], if the row'),
+    ],
+)
+def test_cells_that_are_no_numbers_are_one_message_that_says_what_they_may_be(
+    cells: list[str], expected: str
+) -> None:
+    table = pd.DataFrame({"gct": cells})
+    (error,) = errors_of(table, {**ALONE, "columns": {"gct": {"column": "gct", "unit": "ms"}}})
+    assert expected in error
+
+
+def test_numbers_with_spaces_between_thousands_are_read_by_that_key() -> None:
+    table = pd.DataFrame({"gct": ["1 050", "1\u00a0060"]})
+    columns = {"gct": {"column": "gct", "unit": "ms"}}
+    (walk,) = gs.import_tables(table, {**ALONE, "columns": columns, "table": {"thousands": " "}})
+    assert values_of(walk.strides)["gct"] == [1.05, 1.06]
+
+
+def test_one_key_says_what_a_comma_is() -> None:
+    table = pd.DataFrame({"gct": ["1,050", "1,060"]})
+    for key, unit in (({"thousands": ","}, "ms"), ({"decimal": ","}, "s")):
+        columns = {"gct": {"column": "gct", "unit": unit}}
+        (walk,) = gs.import_tables(table, {**ALONE, "columns": columns, "table": key})
+        assert values_of(walk.strides)["gct"] == [1.05, 1.06]
+    (error,) = errors_of(table, {**ALONE, "columns": {"gct": "gct"}})
+    assert error.endswith('[table] decimal = "," or thousands = ","')
+
+
+def table_with_moments(texts: list[str]) -> pd.DataFrame:
+    return pd.DataFrame({"time": texts, "gct": [1.0, 1.5][: len(texts)]})
+
+
+MOMENTS = {"feet": {"only": "left"}, "columns": {"hs": "time", "gct": "gct"}}
+
+
+@pytest.mark.parametrize(
+    "texts",
+    [
+        ["24.12.2024 23:59:59,5", "25.12.2024 00:00:00,5"],
+        ["24/12/2024 23:59:59.5", "25/12/2024 00:00:00.5"],
+        ["12/24/2024 23:59:59,5", "12/25/2024 00:00:00,5"],
+        ["12/24/2024 11:59:59.5 PM", "12/25/2024 12:00:00.5 AM"],
+        ["2024-12-24 23:59:59,5", "2024-12-25T00:00:00.5"],
+        ["00:59.5", "01:00,5"],
+    ],
+)
+def test_dates_and_times_are_read_in_the_forms_that_people_have(texts: list[str]) -> None:
+    map_ = {**MOMENTS, "times": "from the first"}
+    (walk,) = gs.import_tables(table_with_moments(texts), map_)
+    assert values_of(walk.strides)["first_sample"] == [0, 100]
+
+
+def test_the_order_of_a_date_is_asked_for_where_no_number_tells_it() -> None:
+    table = table_with_moments(["03/04/2025 10:00:00", "03/04/2025 10:00:01"])
+    (error,) = errors_of(table, MOMENTS)
+    assert 'say [table] dates = "day first" or "month first"' in error
+    for order in ("day first", "month first"):
+        (walk,) = gs.import_tables(table, {**MOMENTS, "table": {"dates": order}})
+        assert values_of(walk.strides)["first_sample"] == [0, 100]
+
+
+def test_a_date_of_another_form_is_an_error_that_says_which_are_read() -> None:
+    table = table_with_moments(["24.12.24 10:00:00", "24.12.24 10:00:01"])
+    (error,) = errors_of(table, MOMENTS)
+    assert "24.12.2024 10:00:01.5 or 24/12/2024 10:00:01.5 (and in 1 more row" in error
+    (error,) = errors_of(table_with_moments(["10:00", "10:01"]), MOMENTS)
+    assert "expected a number or a time as h:mm:ss, h:mm:ss PM or mm:ss.s" in error
+
+
+# ---- What a column is
+
+
+def test_contacts_that_rise_are_suggested_as_strikes(tmp_path: Path) -> None:
+    for name in ("Contact (s)", "Contact time (s)"):
+        table = STRIDES[["foot", "gct"]].assign(**{name: STRIDES["hs"]})
+        assert f'hs = "{name}"' in suggestion_for(table, tmp_path)
+    table = STRIDES[["foot", "gct", "hs"]].assign(**{"Contact (s)": STRIDES["contact"] / 1000})
+    assert 'contact = "Contact (s)"' in suggestion_for(table, tmp_path)
+
+
+def test_a_suggested_map_remarks_constant_durations_and_passes_over_numbers_of_strides(
+    tmp_path: Path,
+) -> None:
+    table = STRIDES[["foot", "hs"]].assign(stride=range(1, len(STRIDES) + 1), cycle=1.05)
+    text = suggestion_for(table, tmp_path)
+    assert 'gct = "cycle"  # the same in all rows: is it measured?' in text

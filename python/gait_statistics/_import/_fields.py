@@ -405,6 +405,13 @@ KEYS = (
     ),
     Key("table", "decimal", ".|,", "the decimal sign; found from the cells otherwise", '","'),
     Key("table", "thousands", "text", "the sign between thousands", '"."'),
+    Key(
+        "table",
+        "dates",
+        "day first|month first",
+        "what 03/04/2025 is; found from the cells where a number above 12 tells",
+        '"day first"',
+    ),
     Key("table", "encoding", "text", "UTF-8, UTF-16 with a mark, else cp1252", '"latin-1"'),
     Key(
         "table",

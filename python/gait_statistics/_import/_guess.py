@@ -2,6 +2,7 @@
 
 from __future__ import annotations
 
+import itertools
 import re
 from collections.abc import Sequence
 from statistics import median
@@ -90,6 +91,9 @@ def placed_by_name(source: Source, names: Sequence[tuple[int, str]]) -> dict[str
     used: set[int] = set()
     for _, _, place, field_name in scores:
         if field_name not in result and place not in used and is_numeric(source, place):
+            if field_name == "gct" and _rises(numbers_of(source, place)):
+                # The number of the stride.
+                continue
             field_of_kind = _by_kind(field_name, source, place)
             if field_of_kind not in result:
                 result[field_of_kind] = place
@@ -101,6 +105,12 @@ def _can_be(field_name: str, source: Source, place: int) -> bool:
     """Whether the unit in a column's name is one that the field can have."""
     said = unit_in_name(source.names[place]) or source.units.get(place)
     return not said or fits(field_name, said)
+
+
+def _rises(values: Sequence[float]) -> bool:
+    """Whether values are places or numbers in order, and no durations."""
+    steps = [b - a for a, b in itertools.pairwise(values)]
+    return len(steps) > 3 and sum(step >= 0 for step in steps) >= 0.9 * len(steps) > 0 < max(steps)
 
 
 def _unit_word(name: str) -> str | None:
@@ -116,6 +126,9 @@ def _said_unit(source: Source, place: int) -> str | None:
 
 def _by_kind(field_name: str, source: Source, place: int) -> str:
     """A begin or an end as samples where the values are large whole numbers."""
+    if field_name == "contact" and _rises(numbers_of(source, place)):
+        # The moment of a contact, not how long it lasts.
+        return "hs"
     pairs = {"hs": "first_sample", "end": "last_sample"}
     back = {sample: moment for moment, sample in pairs.items()}
     if field_name not in pairs and field_name not in back:

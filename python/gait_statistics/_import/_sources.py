@@ -10,7 +10,7 @@ from statistics import fmean, stdev
 from typing import Any
 
 from .._errors import InputError
-from ._cells import Signs, is_empty, is_one_of, meets, number_of, signs_of, text_of_cell
+from ._cells import Signs, dates_of, is_empty, is_one_of, meets, number_of, signs_of, text_of_cell
 from ._grids import Grid, all_grids, plain
 from ._map import FEET, TableMap
 from ._places import Faults, Origin, counted, listed, nearest, shown
@@ -176,8 +176,9 @@ def units_beneath(row: Sequence[Any]) -> dict[int, str]:
     return units if units and len(others) <= len(units) and not _has_number(row) else {}
 
 
-def _has_number(row: Sequence[Any]) -> bool:
-    return any(not is_empty(cell) and number_of(cell, Signs()) is not None for cell in row)
+def _has_number(row: Sequence[Any], signs: Signs | None = None) -> bool:
+    signs = signs or Signs()
+    return any(not is_empty(cell) and number_of(cell, signs) is not None for cell in row)
 
 
 def foot_of_cell(cell: Any, signs: Signs, map_: TableMap) -> str | None:
@@ -277,7 +278,7 @@ def totals_of(source: Source) -> list[tuple[int, int, str]]:
             if isinstance(cell, str) and cell and not cell[0].isdigit()
         ]
         total = next((word for word in words[:3] if _TOTALS.fullmatch(word[1].strip())), None)
-        if total and _has_number(row):
+        if total and _has_number(row, source.signs):
             found.append((line, *total))
     # A column of units has "min" in every row.
     return found if len(found) <= max(4, len(source.rows) / 4) else []
@@ -396,8 +397,8 @@ def place_of(source: Source, name: str, faults: Faults) -> int | None:
 def _signs(source: Source, map_: TableMap, faults: Faults) -> Signs:
     """The signs of a table's numbers, those of the map first."""
     decimal, thousands = map_.get("table", "decimal"), map_.get("table", "thousands", "")
-    if decimal:
-        return Signs(decimal, thousands)
+    if thousands in (".", ",") and not decimal:
+        decimal = "," if thousands == "." else "."
     places = {
         place
         for column in map_.columns.values()
@@ -406,13 +407,18 @@ def _signs(source: Source, map_: TableMap, faults: Faults) -> Signs:
         for place in source.places(name)
     }
     cells = [cell for place in sorted(places) for cell in source.cells(place)]
+    dates = map_.get("table", "dates") or dates_of(cells)
+    if decimal:
+        return Signs(decimal, thousands, dates)
     found = signs_of(cells)
     if found is None:
         example = next(cell for cell in cells if isinstance(cell, str) and "," in cell)
         text = f'found numbers such as "{example}" alone, expected a word on what the comma is: '
-        faults.add(source.origin.error(None, None, text + '[table] decimal = "," or "."'))
+        faults.add(
+            source.origin.error(None, None, text + '[table] decimal = "," or thousands = ","')
+        )
     found = found or Signs(",")
-    return Signs(found.decimal, thousands or found.thousands)
+    return Signs(found.decimal, thousands or found.thousands, dates)
 
 
 def _form_in_words(grid: Grid, wanted: Sequence[str]) -> str:

@@ -6,14 +6,14 @@ import itertools
 import json
 import re
 from collections.abc import Sequence
-from dataclasses import dataclass, field
+from dataclasses import dataclass, field, replace
 from statistics import median
 from typing import Any
 
 import numpy as np
 
 from .._errors import InputError
-from ._cells import is_empty, moment_of, number_of, signs_of, text_of_cell
+from ._cells import dates_of, is_empty, moment_of, number_of, signs_of, text_of_cell
 from ._doubts import is_end_of_next
 from ._fields import FIELD, FOOT_WORDS, MORE_FOOT_WORDS, NEVER_ZERO, SIGNED
 from ._grids import Grid, all_grids, named_tables, turned
@@ -247,6 +247,9 @@ def _place_columns(source: Source, said: _Suggestion, pairs: dict[str, int]) -> 
         unit, remark = unit_for(field_name, source, place, bounds, durations)
         said_unit = unit_in_name(source.names[place]) or source.units.get(place)
         is_said = bool(said_unit) and said_unit == unit
+        numbers = numbers_of(source, place)
+        if field_name == "gct" and len(numbers) > 3 and len(set(numbers)) == 1:
+            remark = (f"{remark}; " if remark else "") + "the same in all rows: is it measured?"
         name = own.get(place) or _reference(source, place)
         said.columns[field_name] = _column_text(name, field_name, unit, is_said, remark)
         scale = factor_to(unit, "s") if field_name == "gct" else None
@@ -466,7 +469,8 @@ def _named_source(grid: Grid, said: _Suggestion, faults: Faults) -> Source | Non
     if set(source.headings.values()) == set(FEET):
         said.feet["by"] = _quoted("headings")
     found = signs_of(cell for row in source.rows for cell in row)
-    source.signs = found or source.signs
+    dates = dates_of(cell for row in source.rows for cell in row)
+    source.signs = replace(found or source.signs, dates=dates)
     if line and len(set(filter(None, source.names))) < len(list(filter(None, source.names))):
         # A column that is named by its place does not lead to the header.
         said.table["header"] = str(values["table", "header"])
