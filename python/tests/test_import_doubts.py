@@ -359,3 +359,47 @@ def test_a_suggested_map_remarks_constant_durations_and_passes_over_numbers_of_s
     table = STRIDES[["foot", "hs"]].assign(stride=range(1, len(STRIDES) + 1), cycle=1.05)
     text = suggestion_for(table, tmp_path)
     assert 'gct = "cycle"  # the same in all rows: is it measured?' in text
+
+
+# ---- Files and maps
+
+
+@pytest.mark.parametrize(
+    ("name", "content", "expected"),
+    [
+        ("t.csv", b"PK\x03\x04...", "found a workbook or another zip file, expected text"),
+        ("t.xlsx", b"<html><table>", "found a page of HTML, expected a workbook"),
+        ("t.xlsx", b"foot,hs\nleft,1\n", "found text, expected a workbook"),
+        ("t.csv", b"%PDF-1.4", "found a PDF, expected text"),
+        ("t.txt", b'[{"foot": "left"}]', "found JSON, expected text"),
+    ],
+)
+def test_a_file_that_is_not_what_its_ending_says_is_called_what_it_is(
+    name: str, content: bytes, expected: str, tmp_path: Path
+) -> None:
+    (tmp_path / name).write_bytes(content)
+    (error,) = errors_of(tmp_path / name, map_with(TIMES))
+    assert expected in error
+    assert f"as its ending {Path(name).suffix} says: " in error
+
+
+def test_a_map_with_sections_and_keys_in_the_wrong_place_says_where_they_belong(
+    tmp_path: Path,
+) -> None:
+    path = tmp_path / "m.toml"
+    path.write_text('[Feet]\nonly = "left"\n[columns]\ngct = "gct"\n[[skip]]\nfirst = 2\n')
+    errors = errors_of(STRIDES, path)
+    assert (
+        f"{path}:1: [Feet]: found an unknown section, expected [feet], in small letters" in errors
+    )
+    assert f"{path}:6: [skip] first: found it under [[skip]], which takes rows out" in errors[1]
+    assert errors[1].endswith("expected it under [[exclude]]")
+
+
+def test_a_column_that_cannot_be_derived_names_those_between() -> None:
+    map_ = map_with({**TIMES, "swing": "swing"}, derive=["ds"])
+    (error,) = errors_of(STRIDES, map_)
+    assert error.endswith('leads to it by "stance", "contact": name them in derive, too')
+    gs.import_tables(STRIDES, {**map_, "derive": ["stance", "contact", "ds"]})
+    (error,) = errors_of(STRIDES, map_with(TIMES, derive=["ds"]))
+    assert "name them in derive" not in error

@@ -265,30 +265,42 @@ class Derivation:
     Attributes:
         name: the column that it fills, where that has no value.
         ways: from what, and how; the first that is possible counts.
+        needs: the columns that it can be made from, any of these groups.
     """
 
     name: str
     ways: tuple[str, ...]
+    needs: tuple[tuple[str, ...], ...]
 
 
 DERIVATIONS = (
-    Derivation("gct", ("end - hs", "(last_sample - first_sample + 1) / sampling rate")),
-    Derivation("hs", ("end - gct", "first_sample / sampling rate")),
-    Derivation("contact", ("lift_off - hs", "stance x gct")),
-    Derivation("stance", ("100 x contact / gct", "100 - swing")),
-    Derivation("swing", ("100 - stance",)),
-    Derivation("cadence", ("120 / gct",)),
-    Derivation("slength", ("speed x gct",)),
-    Derivation("speed", ("slength / gct",)),
-    Derivation("step_time", ("this strike - the other foot's strike before it",)),
+    Derivation(
+        "gct",
+        ("end - hs", "(last_sample - first_sample + 1) / sampling rate"),
+        (("end", "hs"), ("first_sample", "last_sample")),
+    ),
+    Derivation(
+        "hs", ("end - gct", "first_sample / sampling rate"), (("end", "gct"), ("first_sample",))
+    ),
+    Derivation(
+        "contact", ("lift_off - hs", "stance x gct"), (("lift_off", "hs"), ("stance", "gct"))
+    ),
+    Derivation("stance", ("100 x contact / gct", "100 - swing"), (("contact", "gct"), ("swing",))),
+    Derivation("swing", ("100 - stance",), (("stance",),)),
+    Derivation("cadence", ("120 / gct",), (("gct",),)),
+    Derivation("slength", ("speed x gct",), (("speed", "gct"),)),
+    Derivation("speed", ("slength / gct",), (("slength", "gct"),)),
+    Derivation("step_time", ("this strike - the other foot's strike before it",), (("hs", "gct"),)),
     Derivation(
         "ds",
         (
             "both phases, (left lift-off - right strike) + (right lift-off - left strike), % of "
             "the right stride",
         ),
+        (("hs", "gct", "lift_off"), ("hs", "gct", "contact")),
     ),
 )
+DERIVATION = {derivation.name: derivation for derivation in DERIVATIONS}
 DERIVED_NAMES = tuple(derivation.name for derivation in DERIVATIONS)
 
 

@@ -12,9 +12,9 @@ from numpy.typing import NDArray
 
 from .._errors import InputError
 from ._doubts import check_ends, doubt_of_durations
-from ._fields import CONVERSIONS, DERIVATIONS, FIELD
+from ._fields import CONVERSIONS, DERIVATION, DERIVATIONS, FIELD
 from ._map import FEET, TableMap
-from ._places import Faults, Origin, counted
+from ._places import Faults, Origin, counted, listed
 from ._rows import OTHER, Rows
 
 Numbers = NDArray[np.float64]
@@ -307,6 +307,21 @@ def _fill(name: str, words: Sequence[str], strides: Strides) -> bool:
     return has_filled
 
 
+def _way_to(name: str, known: set[str], above: tuple[str, ...] = ()) -> list[str] | None:
+    """What to derive for a column, in order; None where what is known does not lead to it."""
+    if name in known:
+        return []
+    if name in above or name not in DERIVATION:
+        return None
+    ways = []
+    for needs in DERIVATION[name].needs:
+        parts = [_way_to(need, known, (*above, name)) for need in needs]
+        steps = [step for part in parts if part is not None for step in part]
+        if None not in parts:
+            ways.append([*dict.fromkeys(steps), name])
+    return min(ways, key=len, default=None)
+
+
 def _derive(map_: TableMap, strides: Strides, faults: Faults) -> None:
     """Fills what ``derive`` names; what is filled later may fill what comes before it."""
     wanted = [one for one in DERIVATIONS if one.name in map_.get("", "derive", ())]
@@ -315,7 +330,16 @@ def _derive(map_: TableMap, strides: Strides, faults: Faults) -> None:
     for one in wanted:
         if np.isnan(_column(strides.frame, one.name)).all() and not map_.get("", "optional"):
             text = f'derive: found "{one.name}", expected what it is made from: '
-            faults.add(map_.error("", "derive", text + "; or ".join(one.ways)))
+            text += "; or ".join(one.ways)
+            frame = strides.frame
+            known = {name for name in FIELD if not np.isnan(_column(frame, name)).all()}
+            way = _way_to(one.name, known)
+            missing = [name for name in way or () if name not in map_.get("", "derive")]
+            if missing:
+                names = listed(f'"{name}"' for name in missing)
+                which = "it" if len(missing) == 1 else "them"
+                text += f". The table leads to it by {names}: name {which} in derive, too"
+            faults.add(map_.error("", "derive", text))
 
 
 # ---- Order and what must be there

@@ -462,6 +462,8 @@ def counts_in_words(made: ImportedWalk) -> str:
     text = listed(f"{feet[foot]} {foot}" for foot in ("left", "right") if feet[foot]) + " strides"
     if made.pairs is not None:
         text += f"; {counted(len(made.pairs), 'cycle')} of both feet"
+        linked = int(made.pairs[["right_index", "left_index"]].notna().all(axis=1).sum())
+        text += f", {linked} of them linked" if linked < len(made.pairs) else ""
     reasons = Counter(row[3] or "no reason" for row in made.exclusions if row[0] != "feet")
     if reasons:
         text += f"; excluded: {listed(f'{n} {reason}' for reason, n in reasons.items())}"
