@@ -334,6 +334,15 @@ def test_the_order_of_a_date_is_asked_for_where_no_number_tells_it() -> None:
         assert values_of(walk.strides)["first_sample"] == [0, 100]
 
 
+def test_a_suggested_map_asks_for_the_order_of_dates(tmp_path: Path) -> None:
+    table = STRIDES[STRIDES["foot"] == "left"][["foot", "gct"]].assign(
+        time=[f"03/04/2025 10:00:{second:06.3f}" for second in STRIDES["hs"][::2]]
+    )
+    text = suggestion_for(table, tmp_path)
+    assert '# dates = "day first"   # or "month first": decide' in text
+    assert 'hs = "time"' in text
+
+
 def test_a_date_of_another_form_is_an_error_that_says_which_are_read() -> None:
     table = table_with_moments(["24.12.24 10:00:00", "24.12.24 10:00:01"])
     (error,) = errors_of(table, MOMENTS)

@@ -78,6 +78,12 @@ def dates_of(cells: Iterable[Any]) -> str:
     return "day first" * (True in days) or "month first" * (True in months)
 
 
+def has_open_date(cell: Any) -> bool:
+    """Whether a cell is a date with slashes, whose order the other cells must tell."""
+    found = _DAY_AND_MONTH.match(cell.strip()) if isinstance(cell, str) else None
+    return found is not None and found[2] == "/"
+
+
 def number_of(cell: Any, signs: Signs) -> tuple[float, str] | None:
     """The number in a cell, and the unit beside it, if there is one; None where it is no number."""
     if isinstance(cell, bool):

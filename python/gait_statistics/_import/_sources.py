@@ -6,8 +6,10 @@ import re
 from collections.abc import Sequence
 from dataclasses import dataclass, field
 from functools import cached_property
-from statistics import fmean, stdev
 from typing import Any
+
+import numpy as np
+from numpy.typing import NDArray
 
 from .._errors import InputError
 from ._cells import Signs, dates_of, is_empty, is_one_of, meets, number_of, signs_of, text_of_cell
@@ -35,7 +37,7 @@ _TOTALS = re.compile(
 _LAST_ROWS = 6
 _BY_CHANCE = 1e-4
 # Means of tables with more rows than these are not looked for without a word: it takes too long.
-_MANY_ROWS = 10_000
+_MANY_ROWS = 3_000
 
 # A number and how many decimals it has.
 _Printed = tuple[float, int] | None
@@ -293,20 +295,32 @@ def _printed(cell: Any, signs: Signs) -> _Printed:
     return (found[0], len(text.partition(".")[2])) if "e" not in text.casefold() else None
 
 
-def _means_in(columns: Sequence[Sequence[_Printed]], row: Sequence[Any], at: int) -> list[int]:
+def _numbers(source: Source, place: int) -> NDArray[np.float64]:
+    found = (
+        cell if type(cell) is float else None if is_empty(cell) else number_of(cell, source.signs)
+        for cell in source.cells(place)
+    )
+    return np.array([one[0] if isinstance(one, tuple) else one for one in found], dtype=float)
+
+
+def _means_in(source: Source, columns: Sequence[NDArray[np.float64]], at: int) -> list[int]:
     """The columns in which a row has the mean of those above it; empty where that is chance."""
     chance, places = 1.0, []
     for place, column in enumerate(columns):
-        here, above = column[at], [one for one in column[:at] if one is not None]
-        if here is None or len(above) < _LAST_ROWS:
+        cell = source.rows[at][place]
+        here, values = _printed(cell, source.signs), column[:at]
+        values = values[np.isfinite(values)]
+        if here is None or len(values) < _LAST_ROWS or abs(here[0] - values.mean()) > 0.5001:
             continue
         decimals = here[1]
-        if decimals == 0 or not isinstance(row[place], str):
-            # A number has no trailing zeros: those of the column tell.
-            decimals = max(decimals, *(one[1] for one in above))
-        values, step = [one[0] for one in above], 10.0**-decimals
-        spread = stdev(values)
-        if spread > 0 and abs(fmean(values) - here[0]) <= 0.5001 * step:
+        if decimals == 0 or not isinstance(cell, str):
+            # A number has no trailing zeros: those of the rows above tell.
+            above = [
+                _printed(row[place], source.signs) for row in source.rows[max(0, at - 20) : at]
+            ]
+            decimals = max(decimals, *(one[1] for one in above if one is not None), 0)
+        spread, step = float(values.std(ddof=1)), 10.0**-decimals
+        if spread > 0 and abs(values.mean() - here[0]) <= 0.5001 * step:
             places.append(place)
             chance *= min(1.0, step / (2 * spread))
     return places if len(places) > 1 and chance < _BY_CHANCE else []
@@ -317,13 +331,10 @@ def _find_last_means(source: Source, known: set[int], faults: Faults) -> bool:
     count = len(source.rows)
     if count > _MANY_ROWS:
         return False
-    columns = [
-        [_printed(cell, source.signs) for cell in source.cells(place)]
-        for place in range(source.width)
-    ]
+    columns = [_numbers(source, place) for place in range(source.width)]
     for at in range(max(_LAST_ROWS, count - _LAST_ROWS), count):
         is_known = source.lines[at] in known
-        places = [] if is_known else _means_in(columns, source.rows[at], at)
+        places = [] if is_known else _means_in(source, columns, at)
         if places:
             names = listed((source.name_of(place) for place in places), " and ")
             lines = [line for line in source.lines[at:] if line not in known]
