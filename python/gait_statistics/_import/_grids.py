@@ -164,7 +164,8 @@ def _workbook_grids(path: Path, map_: TableMap, faults: Faults) -> list[Grid]:
         wanted = list(filled)
         if len(wanted) > 1 and "{sheet}" not in map_.get("", "walk", ()):
             text = f"found {len(wanted)} sheets ({listed(map(shown, wanted))}), expected one: say "
-            text += '[table] sheet = "...", or walk = ["{sheet}"] if each is a walk, or '
+            text += '[table] sheet = "...", or walk = ["{sheet}"] if each is a walk (with [table] '
+            text += 'sheet = ["...", "..."] for some of them), or '
             text += '[feet] by = "sheets" if each is a foot'
             faults.add(book.error(None, None, text))
             return []
