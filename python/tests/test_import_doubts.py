@@ -63,7 +63,9 @@ def test_an_end_that_is_the_next_first_sample_is_an_error_that_says_add() -> Non
 
 def test_an_end_that_belongs_to_its_stride_is_taken_and_so_is_one_with_add() -> None:
     for late, add in ((0, None), (1, -1), (1, 0)):
-        column = {"column": "end"} if add is None else {"column": "end", "add": add}
+        column: dict[str, object] = {"column": "end"}
+        if add is not None:
+            column["add"] = add
         map_ = map_with({**SAMPLES, "last_sample": column}, sampling_rate=100)
         gs.import_tables(table_with_ends(late), map_)
 
