@@ -9,11 +9,16 @@
 38.55
 """
 
+from typing import TYPE_CHECKING, Any
+
 from ._core import version as __version__
 from ._errors import InputError, WalkError, WalkWarning
 from ._lists import checks, parameters, percentile
 from ._result import Finding, Info, Note, Page, Place, QualityFlag, Result, analyse
 from ._walk import Walk, pair_feet, read_walk, write_walk
+
+if TYPE_CHECKING:
+    from ._study import Study, study
 
 __all__ = [
     "Finding",
@@ -24,6 +29,7 @@ __all__ = [
     "Place",
     "QualityFlag",
     "Result",
+    "Study",
     "Walk",
     "WalkError",
     "WalkWarning",
@@ -34,6 +40,7 @@ __all__ = [
     "parameters",
     "percentile",
     "read_walk",
+    "study",
     "write_walk",
 ]
 
@@ -42,3 +49,12 @@ for _public in (Finding, Info, InputError, Note, Page, Place, QualityFlag, Resul
     _public.__module__ = __name__
 for _public_error in (WalkError, WalkWarning):
     _public_error.__module__ = __name__
+
+
+def __getattr__(name: str) -> Any:
+    """What needs more packages is imported when it is first used."""
+    if name in ("Study", "study"):
+        from . import _study
+
+        return getattr(_study, name)
+    raise AttributeError(f"module {__name__!r} has no attribute {name!r}")

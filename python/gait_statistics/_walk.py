@@ -18,7 +18,7 @@ from ._arguments import (
     checked_text,
 )
 from ._errors import InputError, WalkError, input_errors, warn_about
-from ._tables import ColumnOut, FrameKind, again_as_input, columns_of, frame_of
+from ._tables import ColumnIn, ColumnOut, FrameKind, again_as_input, columns_of, frame_of
 
 Foot = Literal["left", "right"]
 SampleCount = Union[float, tuple[Union[float, None], Union[float, None]], None]
@@ -303,6 +303,11 @@ def pair_feet(strides: Any) -> Any:
     [[0, 0], [1, 1]]
     """
     columns, kind = columns_of(strides, "strides")
+    return frame_of(pairs_of(columns), kind)
+
+
+def pairs_of(columns: list[ColumnIn]) -> list[ColumnOut]:
+    """The pairs of :func:`pair_feet` as columns."""
     # The rate has no part in the pairs.
     walk, errors, _ = _core.make_walk("", "1", [], columns, None, None, ["all"])
     if walk is None:
@@ -322,13 +327,10 @@ def pair_feet(strides: Any) -> Any:
     duration, is_measured = column["gct"]
     right = np.arange(is_right.sum(), dtype=np.int64)
     everywhere = np.ones(len(right), dtype=bool)
-    return frame_of(
-        [
-            ("index", "whole", right, everywhere),
-            ("gct", "number", duration[is_right], is_measured[is_right]),
-            ("ds", "number", np.zeros(len(right)), ~everywhere),
-            ("right_index", "whole", right, everywhere),
-            ("left_index", "whole", left.astype(np.int64), begins_within),
-        ],
-        kind,
-    )
+    return [
+        ("index", "whole", right, everywhere),
+        ("gct", "number", duration[is_right], is_measured[is_right]),
+        ("ds", "number", np.zeros(len(right)), ~everywhere),
+        ("right_index", "whole", right, everywhere),
+        ("left_index", "whole", left.astype(np.int64), begins_within),
+    ]

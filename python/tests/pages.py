@@ -14,10 +14,10 @@ from pathlib import Path
 PAGES = ("README.md", "docs/python.md")
 
 
-def failures_of(page: str) -> tuple[int, int]:
-    """How many examples of a page fail, and how many there are."""
+def failures_of(page: str, fence: str = "python") -> tuple[int, int]:
+    """How many examples of a page's blocks fail, and how many there are."""
     text = Path(page).read_text(encoding="utf-8")
-    blocks = re.findall(r"```python\n(.*?)```", text, flags=re.DOTALL)
+    blocks = re.findall(rf"```{fence}\n(.*?)```", text, flags=re.DOTALL)
     runner = doctest.DocTestRunner()
     with tempfile.TemporaryDirectory() as folder:
         names = {"folder": Path(folder)}
