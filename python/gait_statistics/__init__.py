@@ -9,6 +9,7 @@
 38.55
 """
 
+from importlib import import_module
 from typing import TYPE_CHECKING, Any
 
 from ._core import version as __version__
@@ -18,6 +19,7 @@ from ._result import Finding, Info, Note, Page, Place, QualityFlag, Result, anal
 from ._walk import Walk, pair_feet, read_walk, write_walk
 
 if TYPE_CHECKING:
+    from ._import._walks import import_tables
     from ._study import Study, study
 
 __all__ = [
@@ -36,6 +38,7 @@ __all__ = [
     "__version__",
     "analyse",
     "checks",
+    "import_tables",
     "pair_feet",
     "parameters",
     "percentile",
@@ -51,10 +54,16 @@ for _public_error in (WalkError, WalkWarning):
     _public_error.__module__ = __name__
 
 
-def __getattr__(name: str) -> Any:
-    """What needs more packages is imported when it is first used."""
-    if name in ("Study", "study"):
-        from . import _study
+# Where what takes an extra's packages lies.
+_MODULES = {
+    "Study": "_study",
+    "import_tables": "_import._walks",
+    "study": "_study",
+}
 
-        return getattr(_study, name)
+
+def __getattr__(name: str) -> Any:
+    """Imports what takes an extra's packages when it is first used."""
+    if name in _MODULES:
+        return getattr(import_module(f".{_MODULES[name]}", __name__), name)
     raise AttributeError(f"module {__name__!r} has no attribute {name!r}")

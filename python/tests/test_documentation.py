@@ -8,7 +8,10 @@ from importlib import import_module
 import pytest
 from pages import PAGES, failures_of
 
-MODULES = ("gait_statistics", *(f"gait_statistics._{name}" for name in ("lists", "result", "walk")))
+MODULES = (
+    "gait_statistics",
+    *(f"gait_statistics._{name}" for name in ("import._walks", "lists", "result", "walk")),
+)
 
 
 @pytest.mark.parametrize("name", MODULES)

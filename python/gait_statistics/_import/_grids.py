@@ -1,0 +1,250 @@
+"""Reading tables as cells: text of any separator, workbooks, Parquet and frames."""
+
+from __future__ import annotations
+
+import csv
+import itertools
+import os
+import re
+from collections import Counter
+from collections.abc import Iterator, Mapping, Sequence
+from dataclasses import dataclass, replace
+from pathlib import Path
+from typing import Any
+
+from ._cells import is_empty
+from ._map import FEET, TableMap
+from ._places import Faults, Origin, listed, shown
+
+_TEXT = (".csv", ".tsv", ".txt", ".ts", ".dat", ".asc", ".tab", ".text", "")
+_WORKBOOKS = (".xlsx", ".xlsm")
+_ARROW = (".parquet", ".pq", ".feather")
+_SEPARATORS = {"tab": "\t", "\\t": "\t", "space": " ", " ": " "}
+
+
+@dataclass
+class Grid:
+    """The cells of a table as they stand, before its names are known."""
+
+    origin: Origin
+    rows: list[list[Any]]
+    lines: list[int]
+    names: list[str] | None = None
+
+
+def plain(name: Any) -> str:
+    """A name without its case, and with single blanks."""
+    return " ".join(str(name).split()).casefold()
+
+
+def _decoded(path: Path, encoding: str | None, faults: Faults, origin: Origin) -> str | None:
+    data = path.read_bytes()
+    marks = {b"\xef\xbb\xbf": "utf-8-sig", b"\xff\xfe": "utf-16", b"\xfe\xff": "utf-16"}
+    marked = [name for mark, name in marks.items() if data.startswith(mark)]
+    try:
+        if encoding:
+            return data.decode(encoding)
+        if marked:
+            return data.decode(marked[0])
+        if b"\0" in data[:4096]:
+            text = 'found bytes of 0, expected text: is it UTF-16? [table] encoding = "utf-16-le"'
+            faults.add(origin.error(None, None, text))
+            return None
+        try:
+            return data.decode("utf-8")
+        except UnicodeDecodeError:
+            return data.decode("cp1252")
+    except LookupError:
+        text = f'found no encoding "{encoding}", expected one as [table] encoding = "utf-8"'
+    except UnicodeDecodeError as error:
+        text = f"found text that is not {encoding or 'UTF-8 or cp1252'} at byte {error.start}"
+        text += ', expected another [table] encoding, such as "utf-16"'
+    faults.add(origin.error(None, None, text))
+    return None
+
+
+def _separator_of(lines: Sequence[str]) -> str:
+    """The separator that most lines have equally often; a blank stands for any white space."""
+    best, most = " ", 0
+    for sign in ("\t", ";", "|", ","):
+        counts = Counter(len(row) for row in csv.reader(lines, delimiter=sign) if len(row) > 1)
+        if counts:
+            width, rows = counts.most_common(1)[0]
+            # Decimal commas make columns too, but fewer rows agree.
+            if rows * 2 > len(lines) * 0.5 and rows * width > most * 1.2:
+                best, most = sign, rows * width
+    return best
+
+
+def _text_grid(path: Path, origin: Origin, map_: TableMap, faults: Faults) -> list[Grid]:
+    text = _decoded(path, map_.get("table", "encoding"), faults, origin)
+    if text is None:
+        return []
+    lines = text.splitlines()
+    given = map_.get("table", "separator")
+    hint = re.fullmatch(r"sep=(.)", lines[0].strip()) if lines else None
+    separator = _SEPARATORS.get(given, given) if given else hint[1] if hint else None
+    if given and len(str(separator)) != 1:
+        what = f'[table] separator: found "{given}", expected one character, "tab" or "space"'
+        faults.add(map_.error("table", "separator", what))
+        return []
+    filled = [line for line in lines[:400] if line.strip()]
+    separator = separator or _separator_of(filled[-200:])
+    comment = map_.get("table", "comment")
+    rows: list[list[Any]] = []
+    numbers: list[int] = []
+    if separator == " ":
+        found: Iterator[tuple[list[str], int]] = (
+            (line.split(), number) for number, line in enumerate(lines, 1)
+        )
+    else:
+        found = _rows_of(text, separator)
+    for row, number in found:
+        is_comment = comment and row and row[0].lstrip().startswith(comment)
+        if not is_comment and not (hint and number == 1) and any(cell.strip() for cell in row):
+            rows.append([cell.strip() for cell in row])
+            numbers.append(number)
+    return [Grid(origin, rows, numbers)]
+
+
+def _rows_of(text: str, separator: str) -> Iterator[tuple[list[str], int]]:
+    """Rows, each with the line that it begins in."""
+    csv.field_size_limit(1 << 24)
+    reader = csv.reader(text.splitlines(keepends=True), delimiter=separator)
+    line = 1
+    for row in reader:
+        yield row, line
+        line = reader.line_num + 1
+
+
+def _workbook_grids(path: Path, map_: TableMap, faults: Faults) -> list[Grid]:
+    import pandas as pd
+
+    wanted = map_.get("table", "sheet")
+    sheets = pd.read_excel(path, sheet_name=None, header=None, dtype=object, keep_default_na=False)
+    filled = {str(name): sheet for name, sheet in sheets.items() if sheet.notna().to_numpy().any()}
+    by_name = {plain(name): name for name in filled}
+    book = Origin(path.name, False, path.stem)
+    if wanted is None and map_.feet_by == "sheets":
+        wanted = [
+            name
+            for foot in FEET
+            for word in map_.words_of(foot)
+            for name in filled
+            if plain(name) == plain(word)
+        ] or [str(map_.words_of(foot)[0]) for foot in FEET]
+    elif wanted is None:
+        wanted = list(filled)
+        if len(wanted) > 1 and "{sheet}" not in map_.get("", "walk", ()):
+            text = f"found {len(wanted)} sheets ({listed(map(shown, wanted))}), expected one: say "
+            text += '[table] sheet = "...", or walk = ["{sheet}"] if each is a walk, or '
+            text += '[feet] by = "sheets" if each is a foot'
+            faults.add(book.error(None, None, text))
+            return []
+    for name in wanted:
+        if plain(name) not in by_name:
+            have = f"expected one of: {listed(map(shown, filled))}" if filled else "expected one"
+            what = "[table] sheet" if map_.get("table", "sheet") else "[feet] left, right"
+            text = f'found no sheet "{name}" with cells in it, {have}; see {what} in the map'
+            faults.add(book.error(None, None, text))
+    grids = []
+    for name in (by_name[plain(name)] for name in wanted if plain(name) in by_name):
+        rows = [
+            [None if is_empty(cell) and not isinstance(cell, str) else cell for cell in row]
+            for row in filled[name].to_numpy().tolist()
+        ]
+        kept = [number for number, row in enumerate(rows) if not all(map(is_empty, row))]
+        origin = Origin(f"{path.name}, sheet {name}", False, path.stem, name)
+        grids.append(Grid(origin, [rows[n] for n in kept], [number + 1 for number in kept]))
+    return grids
+
+
+def _frame_grid(frame: Any, origin: Origin) -> Grid:
+    """A frame of pandas; names of its index become columns."""
+    if any(name is not None for name in frame.index.names):
+        frame = frame.reset_index()
+    columns = [
+        frame.iloc[:, place].astype(object).where(frame.iloc[:, place].notna(), None).tolist()
+        for place in range(frame.shape[1])
+    ]
+    rows = [list(row) for row in zip(*columns, strict=True)]
+    names = [
+        " ".join(" ".join(map(str, name)).split())
+        if isinstance(name, tuple)
+        else " ".join(str(name).split())
+        for name in frame.columns
+    ]
+    return Grid(origin, rows, list(range(len(rows))), names)
+
+
+def _grids_of_file(path: Path, map_: TableMap, faults: Faults) -> list[Grid]:
+    import pandas as pd
+
+    ending = path.suffix.casefold()
+    origin = Origin(path.name, ending not in (*_WORKBOOKS, *_ARROW), path.stem)
+    try:
+        if ending in _WORKBOOKS:
+            return _workbook_grids(path, map_, faults)
+        if ending in _ARROW:
+            read = pd.read_feather if ending == ".feather" else pd.read_parquet
+            return [_frame_grid(read(path), origin)]
+        if ending in _TEXT:
+            return _text_grid(path, origin, map_, faults)
+        text = f'found a file that ends in "{path.suffix}", expected one of: '
+        text += listed([*_TEXT[:4], *_WORKBOOKS, *_ARROW]) + ": save the table as one of these"
+    except ImportError:
+        reader = "openpyxl" if ending in _WORKBOOKS else "pyarrow"
+        text = f"cannot be read without {reader}: pip install 'gait-statistics[import]'"
+    except OSError as error:
+        text = f"cannot be read: {error.strerror or error}"
+    except Exception as error:
+        # A reader of pandas fails with errors of the libraries below it.
+        what = str(error).splitlines()[0] if str(error) else type(error).__name__
+        text = f"cannot be read as a {ending} file: {what} Save the table as CSV or .xlsx"
+    faults.add(origin.error(None, None, text))
+    return []
+
+
+def turned(grid: Grid) -> Grid:
+    """A table with a column for each stride, put upright; its rows are the columns' numbers."""
+    if grid.names is not None:
+        grid.rows.insert(0, list(grid.names))
+    rows = [list(row) for row in itertools.zip_longest(*grid.rows)]
+    origin = replace(grid.origin, name=f"{grid.origin.name}, turned", is_text=False)
+    kept = [number for number, row in enumerate(rows) if not all(map(is_empty, row))]
+    return Grid(origin, [rows[n] for n in kept], [number + 1 for number in kept])
+
+
+def all_grids(tables: Sequence[Any], map_: TableMap, faults: Faults) -> list[Grid]:
+    grids: list[Grid] = []
+    is_turned = map_.get("table", "turned")
+    for number, table in enumerate(tables):
+        if isinstance(table, tuple):
+            name, frame = table
+            origin = Origin(name or f"table {number + 1}", False, name)
+            grids.append(_frame_grid(frame, origin))
+        else:
+            grids += _grids_of_file(Path(table), map_, faults)
+    return [turned(grid) for grid in grids] if is_turned else grids
+
+
+def named_tables(tables: Any) -> list[Any]:
+    """The tables that an argument names: paths, and frames of pandas with a name each."""
+    import narwhals as nw
+
+    if isinstance(tables, (str, os.PathLike)):
+        return [os.fsdecode(tables)]
+    if isinstance(tables, Mapping):
+        named = list(tables.items())
+    elif isinstance(tables, Sequence):
+        return [one for table in tables for one in named_tables(table)]
+    else:
+        named = [("", tables)]
+    try:
+        return [
+            (str(name), nw.from_native(frame, eager_only=True).to_pandas()) for name, frame in named
+        ]
+    except TypeError as error:
+        kind = type(named[0][1]).__name__
+        expected = "expected paths of tables, or frames of pandas, polars or pyarrow"
+        raise TypeError(f"tables: found {kind}, {expected}") from error

@@ -1,0 +1,154 @@
+"""What a column may hold, by its name and its values."""
+
+from __future__ import annotations
+
+import re
+from collections.abc import Sequence
+from statistics import median
+
+from .. import _core
+from ._cells import is_empty, moment_of
+from ._fields import FIELD, FIELDS
+from ._places import listed
+from ._sources import Source
+from ._units import factor_to, fits, unit_in_name
+
+# Units that columns of a quantity come in, the likeliest first.
+_UNITS = {
+    "s": ("s", "ms"),
+    "ms": ("ms", "s"),
+    "m": ("m", "cm", "mm"),
+    "m/s": ("m/s", "cm/s", "km/h"),
+    "%": ("%", "1", "s", "ms"),
+    "deg": ("deg", "rad"),
+    "deg/s": ("deg/s", "rad/s"),
+    "g": ("g", "m/s^2"),
+    "steps/min": ("steps/min", "strides/min"),
+}
+# What is not measured, as numbers.
+CODES_FOR_MISSING = (0.0, -1.0, -999.0, 999.0, -9999.0, 9999.0)
+
+
+def median_bounds() -> dict[str, tuple[float, float]]:
+    """Within what the median of a column lies, from the table of data checks."""
+    columns = {name: values for name, _, values, _ in _core.checks()}
+    result = {}
+    for check, tolerance in zip(columns["check"], columns["tolerance"], strict=True):
+        if check.endswith("_median"):
+            low, high = re.findall(r"-?\d+(?:\.\d+)?", tolerance)[:2]
+            result[check.removesuffix("_median")] = (float(low), float(high))
+    return result
+
+
+def numbers_of(source: Source, place: int) -> list[float]:
+    """The numbers of a column; moments in seconds."""
+    found = (moment_of(cell, source.signs) for cell in source.cells(place) if not is_empty(cell))
+    return [moment.seconds for moment in found if moment is not None]
+
+
+def is_numeric(source: Source, place: int) -> bool:
+    filled = [cell for cell in source.cells(place) if not is_empty(cell)]
+    return bool(filled) and len(numbers_of(source, place)) >= 0.7 * len(filled)
+
+
+def plain_words(name: str) -> str:
+    spaced = re.sub(r"(?<=[a-zäöü])(?=[A-Z])", " ", name)
+    return " ".join(re.sub(r"[^a-z0-9äöüß]+", " ", spaced.casefold()).split())
+
+
+def _score(field_name: str, name: str) -> int:
+    """How well a column's name fits a field: the letters of the words that are in it."""
+    words = f" {plain_words(name)} "
+    compact = words.replace(" ", "")
+    best = 0
+    for group in (*FIELD[field_name].words, field_name.replace("_", " ")):
+        parts = group.split()
+        is_there = (
+            all(f" {part}" in words for part in parts)
+            if len(parts) > 1
+            else (f" {group} " in words if len(group) < 5 else group in compact)
+        )
+        if is_there:
+            best = max(best, sum(map(len, parts)))
+    return best
+
+
+def placed_by_name(source: Source, names: Sequence[tuple[int, str]]) -> dict[str, int]:
+    """The best column for each field, by names alone."""
+    scores = sorted(
+        (
+            (-_score(one.name, name), order, place, one.name)
+            for place, name in names
+            for order, one in enumerate(FIELDS)
+            if _score(one.name, name) and _can_be(one.name, source, place)
+        ),
+    )
+    result: dict[str, int] = {}
+    used: set[int] = set()
+    for _, _, place, field_name in scores:
+        if field_name not in result and place not in used and is_numeric(source, place):
+            field_of_kind = _by_kind(field_name, source, place)
+            if field_of_kind not in result:
+                result[field_of_kind] = place
+                used.add(place)
+    return result
+
+
+def _can_be(field_name: str, source: Source, place: int) -> bool:
+    """Whether the unit in a column's name is one that the field can have."""
+    said = unit_in_name(source.names[place]) or source.units.get(place)
+    return not said or fits(field_name, said)
+
+
+def _by_kind(field_name: str, source: Source, place: int) -> str:
+    """A begin or an end as samples where the values are large whole numbers."""
+    pairs = {"hs": "first_sample", "end": "last_sample"}
+    back = {sample: moment for moment, sample in pairs.items()}
+    if field_name not in pairs and field_name not in back:
+        return field_name
+    values = numbers_of(source, place)
+    said = unit_in_name(source.names[place]) or source.units.get(place) or ""
+    is_time = bool(said) and factor_to(said, "s") is not None
+    is_whole = all(value == int(value) for value in values) and max(values, default=0) > 300
+    if is_whole and not is_time and max(values) < 1e8:
+        return pairs.get(field_name, field_name)
+    return back.get(field_name, field_name)
+
+
+def unit_for(
+    field_name: str,
+    source: Source,
+    place: int,
+    bounds: dict[str, tuple[float, float]],
+    duration: float | None,
+) -> tuple[str, str]:
+    """The unit of a column, and a remark: from its name, from the row beneath, or its values."""
+    said = unit_in_name(source.names[place]) or source.units.get(place)
+    if said and fits(field_name, said):
+        return said, ""
+    values = [v for v in numbers_of(source, place) if v not in CODES_FOR_MISSING]
+    if field_name not in bounds or not values:
+        return FIELD[field_name].unit, ""
+    low, high = bounds[field_name]
+    middle = median(values)
+    possible = []
+    for unit in _UNITS.get(FIELD[field_name].unit, (FIELD[field_name].unit,)):
+        factor = factor_to(unit, FIELD[field_name].unit)
+        if factor is None:
+            seconds = factor_to(unit, "s")
+            factor = 100 * seconds / duration if seconds and duration else None
+        if factor is not None and low <= abs(middle) * factor <= high:
+            possible.append(unit)
+    if field_name in ("top", "hsp", "ta", "strike_eversion"):
+        # Both fit: an angle of 0.4 may be degrees. The largest one tells.
+        possible = ["rad"] if max(map(abs, values)) < 3.2 else ["deg"]
+    if not possible:
+        what = f"its median {middle:g} is no {FIELD[field_name].meaning} in any unit"
+        return FIELD[field_name].unit, what
+    names = plain_words(source.names[place]).split()
+    if "s" in possible and FIELD[field_name].unit == "%" and "time" in names:
+        return "s", ""
+    remark = f"unit by its values: median {middle:g}"
+    if len(possible) > 1:
+        remark += f"; {listed(possible[1:], ' or ')} is possible, too"
+    return possible[0], "" if possible[0] == FIELD[field_name].unit else remark

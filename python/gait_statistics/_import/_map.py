@@ -1,0 +1,456 @@
+"""Reading a map: what a user says about a table."""
+
+from __future__ import annotations
+
+import copy
+import os
+import re
+import sys
+from collections.abc import Callable, Iterable, Mapping, Sequence
+from dataclasses import dataclass, field
+from pathlib import Path
+from typing import Any, Literal
+
+from .. import _core
+from .._errors import InputError
+from ._fields import (
+    CHECKS_OF_TIMES,
+    COLUMN_KEYS,
+    CONDITION_KEYS,
+    DERIVED_NAMES,
+    EXCLUDE_KEYS,
+    FIELD,
+    FOOT_WORDS,
+    KEYS,
+    SECTIONS,
+    SYNONYMS,
+    Key,
+)
+from ._places import Faults, listed, nearest, shown
+from ._units import expected_units, fits
+
+if sys.version_info >= (3, 11):
+    import tomllib
+else:
+    import tomli as tomllib
+
+MAPS = Path(__file__).with_name("maps")
+FEET: tuple[Literal["left"], Literal["right"]] = ("left", "right")
+
+
+@dataclass(frozen=True)
+class ColumnMap:
+    """Where the values of one column come from.
+
+    Attributes:
+        names: names of the column in the table, for each foot; the first that is there counts.
+        unit: the unit that the map names, or None.
+        missing: what stands for missing; None: what the map says for all columns.
+        row: which row has the value.
+    """
+
+    names: Mapping[str, tuple[str, ...]]
+    unit: str | None = None
+    factor: float | None = None
+    add: float | None = None
+    missing: tuple[Any, ...] | None = None
+    valid: tuple[float, float] | None = None
+    row: str = "this"
+
+
+@dataclass
+class TableMap:
+    """A map whose keys and values have been checked. ``values`` holds those of ``KEYS``."""
+
+    name: str
+    values: dict[tuple[str, str], Any]
+    columns: dict[str, ColumnMap]
+    about: dict[str, str]
+    skip: list[dict[str, Any]]
+    exclude: list[dict[str, Any]]
+    lines: dict[tuple[str, str], int] = field(default_factory=dict)
+
+    def get(self, section: str, name: str, default: Any = None) -> Any:
+        """The value of a key."""
+        return self.values.get((section, name), default)
+
+    def error(self, section: str, name: str, text: str) -> InputError:
+        """Something that is wrong with a key, or for want of it."""
+        line = self.lines.get((section, name)) or self.lines.get((section, ""))
+        return InputError(self.name, None, line, None, text)
+
+    @property
+    def without_checks(self) -> tuple[str, ...]:
+        """Data checks that do not apply."""
+        given = tuple(self.get("", "without_checks", ()))
+        made_up = CHECKS_OF_TIMES if self.get("", "times") == "end to end" else ()
+        return tuple(dict.fromkeys((*given, *made_up)))
+
+    @property
+    def feet_by(self) -> str:
+        """How feet are told."""
+        if ("feet", "by") in self.values:
+            return str(self.values["feet", "by"])
+        for key, by in (("only", "only"), ("first", "rows"), ("column", "column")):
+            if ("feet", key) in self.values:
+                return by
+        if any(column.names["left"] != column.names["right"] for column in self.columns.values()):
+            return "columns"
+        return ""
+
+    def words_of(self, foot: str) -> tuple[Any, ...]:
+        """The words for a foot."""
+        return tuple(self.get("feet", foot) or FOOT_WORDS[foot])
+
+    @property
+    def has_foot_words(self) -> bool:
+        """Whether the map has words for the feet."""
+        return ("feet", "left") in self.values or ("feet", "right") in self.values
+
+
+def _is_number(value: Any) -> bool:
+    return isinstance(value, (int, float)) and not isinstance(value, bool)
+
+
+def _is_text(value: Any) -> bool:
+    return isinstance(value, str) and bool(value)
+
+
+def _is_cell(value: Any) -> bool:
+    return isinstance(value, (str, int, float))
+
+
+def _all(is_one: Callable[[Any], bool]) -> Callable[[Any], bool]:
+    return lambda value: isinstance(value, list) and all(map(is_one, value))
+
+
+def _one_or_all(is_one: Callable[[Any], bool]) -> Callable[[Any], bool]:
+    return lambda value: is_one(value) or _all(is_one)(value)
+
+
+def _is_whole(value: Any) -> bool:
+    return isinstance(value, int) and not isinstance(value, bool) and value >= 0
+
+
+def _is_span(value: Any) -> bool:
+    return _all(_is_number)(value) and len(value) == 2 and value[0] <= value[1]
+
+
+def _is_text_or_none(value: Any) -> bool:
+    return isinstance(value, str)
+
+
+# What a key takes: the words for it, whether a value is that, and whether it becomes a tuple.
+KINDS: dict[str, tuple[str, Callable[[Any], bool], bool]] = {
+    "text": ("a text in quotation marks", _is_text_or_none, False),
+    "texts": ("a text or a list of them", _one_or_all(_is_text), True),
+    "number": ("a number", _is_number, False),
+    "whole": ("a whole number from 0", _is_whole, False),
+    "wholes": ("a list of whole numbers", _one_or_all(_is_whole), True),
+    "truth": ("true or false", lambda value: isinstance(value, bool), False),
+    "cells": ("a number, a text or a list of them", _one_or_all(_is_cell), True),
+    "span": ("two numbers, the smaller first: [0, 100]", _is_span, False),
+    "spans": ("a list of pairs: [[12.0, 15.5]]", _all(_is_span), False),
+}
+
+
+def expected_by(key: Key) -> str:
+    """What a key takes, in words."""
+    if "|" in key.kind:
+        return "one of: " + listed(f'"{word}"' for word in key.kind.split("|"))
+    return KINDS[key.kind][0]
+
+
+class _Reader:
+    """Checks a map, and collects everything that is wrong with it."""
+
+    def __init__(self, name: str, lines: dict[tuple[str, str], int]) -> None:
+        self.name = name
+        self.lines = lines
+        self.faults = Faults()
+
+    def fault(self, section: str, name: str, text: str) -> None:
+        line = self.lines.get((section, name)) or self.lines.get((section, ""))
+        place = " ".join(filter(None, [section and f"[{section}]", name])) + ": "
+        self.faults.add(InputError(self.name, None, line, None, place + text))
+
+    def value_of(self, key: Key, value: Any, section: str, of: str = "") -> Any:
+        """The value of a key; None where it is wrong."""
+        if "|" in key.kind:
+            if value in key.kind.split("|"):
+                return value
+        else:
+            _, is_right, becomes_tuple = KINDS[key.kind]
+            if is_right(value):
+                if not becomes_tuple:
+                    return value
+                return tuple(value) if isinstance(value, list) else (value,)
+        text = f"found {value!r}, expected {expected_by(key)}"
+        self.fault(section, of or key.name, f"{key.name}: {text}" if of else text)
+        return None
+
+    def unknown(
+        self, section: str, name: str, known: Iterable[str], what: str, of: str = ""
+    ) -> None:
+        """Says where an unknown key belongs, or which one it is like."""
+        elsewhere = [key for key in KEYS if key.name == name and key.section != section]
+        known = list(known)
+        near = SYNONYMS.get(name, "") if what == "column" else ""
+        near = near or nearest(name, known)
+        text = f"found an unknown {what}, expected one of those of docs/import.md"
+        if elsewhere and not elsewhere[0].section:
+            text = "found it in a section, expected it above the first [section] of the map"
+        elif elsewhere:
+            text = f"found it here, expected it in the section [{elsewhere[0].section}]"
+        elif near:
+            text = f'found an unknown {what}, expected a known one: is it "{near}"?'
+        self.fault(section, of or name, f"{name}: {text}" if of else text)
+
+    def keys_of(
+        self, table: dict[str, Any], keys: Sequence[Key], section: str, of: str = ""
+    ) -> dict[str, Any]:
+        """The values of a table's keys; what is unknown or wrong is left out."""
+        known = {key.name: key for key in keys}
+        result = {}
+        for name, value in table.items():
+            if name not in known:
+                self.unknown(section, name, known, "key", of)
+            else:
+                checked = self.value_of(known[name], value, section, of)
+                if checked is not None:
+                    result[name] = checked
+        return result
+
+    def column(self, name: str, value: Any, feet: dict[str, Any]) -> ColumnMap | None:
+        """What a map says about one column."""
+        if isinstance(value, (str, list)):
+            value = {"column": value}
+        if not isinstance(value, dict):
+            text = f"found {value!r}, expected a column's name, or {{column = ..., unit = ...}}"
+            self.fault("columns", name, text)
+            return None
+        keys = self.keys_of(value, COLUMN_KEYS, "columns", name)
+        names = self.names_of(name, keys, feet)
+        unit = keys.get("unit")
+        if unit is not None and not fits(name, unit):
+            expected = listed(expected_units(name), " or ")
+            self.fault("columns", name, f'found the unit "{unit}", expected {expected}')
+        if names is None:
+            return None
+        return ColumnMap(
+            names,
+            unit,
+            keys.get("factor"),
+            keys.get("add"),
+            keys.get("missing"),
+            tuple(keys["valid"]) if "valid" in keys else None,
+            keys.get("row", "this"),
+        )
+
+    def names_of(
+        self, name: str, keys: dict[str, Any], feet: dict[str, Any]
+    ) -> dict[str, tuple[str, ...]] | None:
+        """The names of a column for each foot."""
+        if bool(keys.get("column")) == ("left" in keys or "right" in keys):
+            text = (
+                "found no column or too many, expected column = ..., or left = ... and right = ..."
+            )
+            self.fault("columns", name, text)
+            return None
+        if "column" not in keys:
+            return {foot: (keys[foot],) if foot in keys else () for foot in FEET}
+
+        def filled(foot: str) -> tuple[str, ...]:
+            words = [str(word) for word in feet.get(foot) or (foot,)]
+            return tuple(
+                text.replace("{foot}", word)
+                for text in keys["column"]
+                for word in (words if "{foot}" in text else words[:1])
+            )
+
+        return {foot: filled(foot) for foot in FEET}
+
+    def conditions(self, found: Any, keys: Sequence[Key], section: str) -> list[dict[str, Any]]:
+        """The tables of [[skip]] or [[exclude]]."""
+        if not _all(lambda table: isinstance(table, dict))(found):
+            text = f"found one table, expected [[{section}]] in two pairs of brackets"
+            self.fault(section, "", text)
+            return []
+        result = []
+        for table in found:
+            condition = self.keys_of(table, keys, section)
+            tests = condition.keys() & {"is", "is_not", "above", "below", "empty", "number"}
+            others = condition.keys() & {"lines", "times", "first", "last"}
+            if bool(tests) != ("column" in condition) or not (tests or others):
+                text = "found no condition, expected column = ... with is, is_not, above, below, "
+                text += "empty or number; or lines"
+                text += ", times, first or last" if section == "exclude" else ""
+                self.fault(section, "", text)
+            else:
+                result.append(condition)
+        return result
+
+    def names_are_known(self, name: str, found: Sequence[str], known: Sequence[str]) -> None:
+        """Says which names in a list nobody knows."""
+        for word in found:
+            if word not in known:
+                near = nearest(word, known)
+                expected = f'a known one: is it "{near}"?' if near else f"one of: {listed(known)}"
+                self.fault("", name, f"found {shown(word)}, expected {expected}")
+
+    def read(self, found: dict[str, Any]) -> TableMap:
+        """The map of a file's tables."""
+        values: dict[tuple[str, str], Any] = {}
+        sections = {name: found[name] for name in SECTIONS if name in found}
+        for section in ("table", "feet", "columns", "about"):
+            if section == "about" and isinstance(found.get("about"), str):
+                continue
+            if section in sections and not isinstance(sections[section], dict):
+                self.fault("", section, f"found a value, expected a section [{section}]")
+                sections[section] = {}
+        top = {name: value for name, value in found.items() if name not in SECTIONS}
+        if isinstance(found.get("about"), str):
+            top["about"] = sections.pop("about")
+        for section, tables in (("", top), *((s, sections.get(s, {})) for s in ("table", "feet"))):
+            keys = [key for key in KEYS if key.section == section]
+            for name, value in self.keys_of(tables, keys, section).items():
+                values[section, name] = value
+        columns = self.columns(sections.get("columns", {}), values)
+        about = sections.get("about", {})
+        for name, text in about.items():
+            if not isinstance(text, str):
+                self.fault("about", name, f"found {text!r}, expected a text in quotation marks")
+        skip = self.conditions(sections.get("skip", []), CONDITION_KEYS, "skip")
+        exclude = self.conditions(sections.get("exclude", []), EXCLUDE_KEYS, "exclude")
+        self.names_are_known("derive", values.get(("", "derive"), ()), DERIVED_NAMES)
+        checks = [check for check in _check_names()]
+        self.names_are_known("without_checks", values.get(("", "without_checks"), ()), checks)
+        try:
+            re.compile(values.get(("feet", "pattern"), ""))
+        except re.error as error:
+            text = f"found {error}, expected a regular expression"
+            self.fault("feet", "pattern", text)
+        rate = values.get(("", "sampling_rate"))
+        if rate is not None and not 1 <= rate <= 1e6:
+            self.fault("", "sampling_rate", f"found {rate}, expected samples per second, 1 or more")
+        self.faults.raise_any()
+        return TableMap(self.name, values, columns, about, skip, exclude, self.lines)
+
+    def columns(
+        self, found: dict[str, Any], values: dict[tuple[str, str], Any]
+    ) -> dict[str, ColumnMap]:
+        """The section [columns]."""
+        if not found:
+            self.fault("columns", "", "found none, expected at least one column: gct = ...")
+        feet: dict[str, Any] = {foot: values.get(("feet", foot), (foot,)) for foot in FEET}
+        result = {}
+        for name, value in found.items():
+            if name not in FIELD:
+                self.unknown("columns", name, FIELD, "column")
+                continue
+            column = self.column(name, value, feet)
+            if column is not None:
+                result[name] = column
+        return result
+
+
+def _check_names() -> list[str]:
+    return next(values for name, _, values, _ in _core.checks() if name == "check")
+
+
+def lines_of_keys(text: str) -> dict[tuple[str, str], int]:
+    """The line of each key and section of a map."""
+    lines: dict[tuple[str, str], int] = {}
+    section = ""
+    for number, line in enumerate(text.splitlines(), 1):
+        header = re.match(r"\s*\[\[?\s*([\w-]+)\s*\]", line)
+        key = re.match(r"\s*[\"']?([\w-]+)[\"']?\s*=", line)
+        if header:
+            section = header[1]
+            lines.setdefault((section, ""), number)
+        elif key:
+            lines.setdefault((section, key[1]), number)
+    return lines
+
+
+def shipped_maps() -> dict[str, Path]:
+    """The maps that come along, by name."""
+    return {path.stem: path for path in sorted(MAPS.glob("*.toml"), key=lambda path: path.stem)}
+
+
+def _text_of_map(given: str | os.PathLike[str]) -> tuple[str, str]:
+    """The name and the text of a map's file."""
+    name = os.fsdecode(given)
+    path = Path(name)
+    if not path.is_file() and name in shipped_maps():
+        path = shipped_maps()[name]
+    try:
+        return name, path.read_text(encoding="utf-8-sig")
+    except UnicodeDecodeError:
+        text = "found text that is not UTF-8, expected a map in UTF-8"
+    except OSError as error:
+        near = nearest(name, shipped_maps())
+        hint = f'; is it "{near}"?' if near else ""
+        text = (
+            f"cannot be read: {error.strerror}. --list-maps prints the maps that come along{hint}"
+        )
+    faults = Faults()
+    faults.add(InputError(name, None, None, None, text))
+    faults.raise_any()
+    raise AssertionError
+
+
+def _raise(name: str, line: int | None, text: str) -> None:
+    faults = Faults()
+    faults.add(InputError(name, None, line, None, text))
+    faults.raise_any()
+
+
+def _tables_of(name: str, text: str) -> dict[str, Any]:
+    """The tables of a map's text."""
+    try:
+        return tomllib.loads(text)
+    except tomllib.TOMLDecodeError as error:
+        line = re.search(r"line (\d+)", str(error))
+        message = f"found {error}, expected TOML: name = value, texts in quotation marks"
+        _raise(name, int(line[1]) if line else None, message)
+        raise AssertionError from error
+
+
+def _set(tables: dict[str, Any], setting: str) -> None:
+    """Puts one value into a map: "feet.first=left"."""
+    path, sign, value = setting.partition("=")
+    names = path.strip().split(".")
+    if not sign or not all(names):
+        _raise("--set", None, f'found "{setting}", expected KEY=VALUE: sampling_rate=128')
+    try:
+        parsed: Any = tomllib.loads(f"v = {value}")["v"]
+    except tomllib.TOMLDecodeError:
+        parsed = value.strip()
+    for name in names[:-1]:
+        tables = tables.setdefault(name, {})
+        if not isinstance(tables, dict):
+            _raise("--set", None, f'found "{setting}", expected a key of a section')
+    tables[names[-1]] = parsed
+
+
+def read_map(
+    given: str | os.PathLike[str] | Mapping[str, Any], settings: Sequence[str] = ()
+) -> TableMap:
+    """Reads and checks a map.
+
+    Args:
+        given: the path of a map, the name of one that comes along, or its tables.
+        settings: keys to set in it, as "feet.first=left".
+
+    Raises:
+        WalkError: with everything that is wrong, each with its line.
+    """
+    if isinstance(given, Mapping):
+        name, lines, tables = "map", {}, copy.deepcopy(dict(given))
+    else:
+        name, text = _text_of_map(given)
+        tables, lines = _tables_of(name, text), lines_of_keys(text)
+    for setting in settings:
+        _set(tables, setting)
+    return _Reader(name, lines).read(tables)

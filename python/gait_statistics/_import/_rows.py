@@ -1,0 +1,436 @@
+"""The rows of tables as strides in our columns and units, each with its place in the table."""
+
+from __future__ import annotations
+
+import re
+from collections import Counter
+from collections.abc import Sequence
+from dataclasses import dataclass, field
+from typing import Any
+
+import numpy as np
+import pandas as pd
+
+from ._cells import (
+    Moment,
+    duration_of,
+    is_empty,
+    is_one_of,
+    meets,
+    moment_of,
+    over_midnight,
+    text_of_cell,
+)
+from ._fields import FIELD, MORE_FOOT_WORDS, NEVER_ZERO, SIGNED
+from ._map import FEET, ColumnMap, TableMap
+from ._places import Faults, listed, shown
+from ._sources import Source, place_of
+from ._units import conversion_of, expected_units, factor_to, fits, times, unit_in_name
+
+OTHER = {"left": "right", "right": "left"}
+
+
+@dataclass
+class Rows:
+    """Rows of tables.
+
+    Attributes:
+        frame: a row each, in the order of the tables: a column for each of the map's, in the unit
+            that ``units`` has for it; "foot", "walk", "breaks"; and its place: "source", "line".
+        columns: the user's column for each of ours and each foot, by source.
+        units: the unit that each of our columns stands in, before what needs other columns.
+        notes: what was done.
+    """
+
+    frame: pd.DataFrame
+    sources: list[Source]
+    columns: dict[tuple[int, str, str], str] = field(default_factory=dict)
+    units: dict[str, str] = field(default_factory=dict)
+    notes: list[str] = field(default_factory=list)
+
+
+# ---- Feet and walks
+
+
+def _word_of(cell: Any, pattern: str | None) -> Any:
+    if pattern is None or is_empty(cell):
+        return cell
+    found = re.search(pattern, text_of_cell(cell))
+    return (found[found.lastindex or 0] if found else None) or None
+
+
+def _foot_of_cell(cell: Any, source: Source, map_: TableMap) -> str | None:
+    """The foot that a cell names: one of the map's words, or "left" as in "Left foot"."""
+    words = {foot: map_.words_of(foot) for foot in FEET}
+    feet = [foot for foot in FEET if is_one_of(cell, words[foot], source.signs)]
+    if not feet and not map_.has_foot_words and isinstance(cell, str):
+        feet = [foot for foot in FEET if re.search(rf"\b{foot}\b", cell, re.IGNORECASE)]
+    return feet[0] if len(feet) == 1 else None
+
+
+def _words_to_say(words: Sequence[str]) -> str:
+    """What to say about two words that are not known."""
+    known = {word: foot for foot in FEET for word in MORE_FOOT_WORDS[foot]}
+    feet = {known.get(word.casefold(), ""): word for word in words}
+    if set(feet) == set(FEET):
+        return f'say [feet] left = "{feet["left"]}", right = "{feet["right"]}"'
+    left, right = sorted(words)
+    return f'say [feet] left = "{left}", right = "{right}", or the other way round'
+
+
+def _feet_by_column(source: Source, map_: TableMap, faults: Faults) -> list[str | None]:
+    """The foot of each row, by its cell."""
+    name = map_.get("feet", "column")
+    if not name:
+        text = '[feet] column: found none, expected the column that says which foot: column = "..."'
+        faults.add(map_.error("feet", "", text))
+        return [None] * len(source.rows)
+    place = place_of(source, name, faults)
+    if place is None:
+        return [None] * len(source.rows)
+    cells = [_word_of(cell, map_.get("feet", "pattern")) for cell in source.cells(place)]
+    known = {repr(cell): cell for cell in cells}
+    feet_of = {key: _foot_of_cell(cell, source, map_) for key, cell in known.items()}
+    feet = [feet_of[repr(cell)] for cell in cells]
+    others = Counter(
+        text_of_cell(cell) for cell, foot in zip(cells, feet, strict=True) if foot is None
+    )
+    words = [word for word, _ in others.most_common(2) if word]
+    used = [str(map_.words_of(foot)[0]) for foot in FEET]
+    expected = f'"{used[0]}" or "{used[1]}": '
+    expected += (
+        _words_to_say(words)
+        if len(words) == 2 and not map_.has_foot_words
+        else "say [feet] left = ..., right = ..."
+    )
+    blank = f'a foot; [[skip]] column = "{name}", empty = true leaves such rows out'
+    for cell, foot, line in zip(cells, feet, source.lines, strict=True):
+        if foot is None:
+            text = text_of_cell(cell)
+            found = shown(text) if text else "an empty cell"
+            faults.add_cell(source.origin, line, name, found, expected if text else blank)
+    return feet
+
+
+def _foot_of_name(source: Source, map_: TableMap, faults: Faults) -> str | None:
+    """The foot that a sheet or a file is for."""
+    by = map_.feet_by
+    name = source.origin.sheet if by == "sheets" else source.origin.file
+    words = [(foot, str(word)) for foot in FEET for word in map_.words_of(foot)]
+    found = {foot for foot, word in words if name.casefold() == word.casefold()}
+    if not found:
+        # The longest word that stands in the name: "right" in "walk1_right", not the r of "trial".
+        inside = [
+            (len(word), foot)
+            for foot, word in words
+            if re.search(rf"(?<![^\W\d_]){re.escape(word)}(?![^\W\d_])", name, re.IGNORECASE)
+        ]
+        found = {foot for length, foot in inside if length == max(inside)[0]}
+    if len(found) != 1:
+        what = "sheet" if by == "sheets" else "file"
+        used = listed((shown(word) for _, word in words), " or ")
+        text = f'found the {what} name "{name}", expected one that holds one of {used}: say '
+        text += "[feet] left = ..., right = ..."
+        faults.add(source.origin.error(None, None, text))
+        return None
+    return found.pop()
+
+
+def _without_foot(name: str, map_: TableMap) -> str:
+    """A file's name without the word for the foot, so that both feet's files make one walk."""
+    for foot in FEET:
+        for word in sorted(map(str, map_.words_of(foot)), key=len, reverse=True):
+            pattern = rf"[_\-. ]*(?<![^\W\d_]){re.escape(word)}(?![^\W\d_])"
+            name = re.sub(pattern, "", name, flags=re.IGNORECASE)
+    return name.strip("_-. ")
+
+
+def _key_texts(
+    source: Source, names: Sequence[str], map_: TableMap, faults: Faults, is_walk: bool
+) -> list[tuple[str, ...]]:
+    """What some columns say in each row; {file} and {sheet} are the table's own name."""
+    columns: list[list[str]] = []
+    for name in names:
+        if name == "{file}":
+            by_file = map_.feet_by == "files"
+            file = source.origin.file
+            text = _without_foot(file, map_) if by_file else file
+            columns.append([text] * len(source.rows))
+        elif name == "{sheet}":
+            columns.append([source.origin.sheet] * len(source.rows))
+        else:
+            place = place_of(source, name, faults)
+            if place is None:
+                continue
+            texts = [text_of_cell(cell) for cell in source.cells(place)]
+            columns.append(texts)
+            if is_walk:
+                expected = f'a value that tells walks apart; fill_down = ["{name}"] repeats the '
+                expected += "cell above, [[skip]] leaves such rows out"
+                for text, line in zip(texts, source.lines, strict=True):
+                    if not text:
+                        faults.add_cell(source.origin, line, name, "an empty cell", expected)
+    if len(columns) < len(names) or not names:
+        return [()] * len(source.rows)
+    return list(zip(*columns, strict=True))
+
+
+# ---- Values
+
+
+def _unit_of(
+    name: str, column: ColumnMap, source: Source, place: int, map_: TableMap, faults: Faults
+) -> str:
+    """The unit of a column: that of the map, of its name, or of the row beneath the names."""
+    if column.unit is not None:
+        return column.unit
+    said = unit_in_name(source.names[place]) or source.units.get(place)
+    if said is None:
+        return FIELD[name].unit
+    if not fits(name, said):
+        expected = listed(expected_units(name), " or ")
+        text = f'found the unit "{said}", expected {expected} for {name}: say it in the map, '
+        text += f'{name} = {{column = ..., unit = "..."}}'
+        faults.add(source.origin.error(None, source.name_of(place), text))
+    return said
+
+
+@dataclass(frozen=True)
+class _Reader:
+    """Reads the cells of a column for one of ours, in one unit."""
+
+    name: str
+    column: ColumnMap
+    unit: str
+    source: Source
+    place: int
+    faults: Faults
+
+    def fault(self, line: int, found: str, expected: str) -> None:
+        name = self.source.name_of(self.place)
+        self.faults.add_cell(self.source.origin, line, name, found, expected)
+
+    def moment(self, cell: Any, line: int) -> Moment:
+        """What a cell holds; NaN where that is no number."""
+        read = moment_of if FIELD[self.name].kind == "moment" else duration_of
+        found = read(cell, self.source.signs)
+        if found is None:
+            text = shown(text_of_cell(cell))
+            expected = f"a number; if it means missing: missing = [{text}], if the row is no "
+            self.fault(line, text, expected + "stride: [[skip]]")
+            return Moment(np.nan, "")
+        if _stands_for_missing(self.name, found.seconds, self.column):
+            value = f"{found.seconds:g}"
+            expected = f"a measurement; if it means missing: missing = [{value}]"
+            self.fault(line, value, expected)
+        return found
+
+    def in_unit(self, found: Moment, line: int) -> float:
+        """The number in the column's unit, if another stands beside it."""
+        beside = "s" if found.since else found.unit
+        factor = factor_to(beside, self.unit) if beside else 1.0
+        if factor is None:
+            expected = f"one that can be {self.unit}, or {self.name} = {{unit = ...}} in the map"
+            self.fault(line, f'the unit "{beside}"', expected)
+        return times(found.seconds, factor or 1.0)
+
+    def numbers(self, missing: Sequence[Any]) -> tuple[list[float], str]:
+        """All of them, NaN for what is missing, and since when moments count."""
+        result: list[float] = []
+        since: set[str] = set()
+        is_moment = FIELD[self.name].kind == "moment"
+        for row, line in zip(self.source.rows, self.source.lines, strict=True):
+            cell = row[self.place]
+            if type(cell) is float and not missing and cell > 0 and not is_moment:
+                result.append(cell)
+            elif is_empty(cell) or (missing and is_one_of(cell, missing, self.source.signs)):
+                result.append(np.nan)
+            else:
+                found = self.moment(cell, line)
+                since.add(found.since)
+                result.append(self.in_unit(found, line))
+        if len(since) > 1 and is_moment:
+            text = "found numbers, times of day and dates together, expected one of them"
+            name = self.source.name_of(self.place)
+            self.faults.add(self.source.origin.error(None, name, text))
+        return result, max(since, default="")
+
+
+def _stands_for_missing(name: str, value: float, column: ColumnMap) -> bool:
+    """Whether a number can only be a code for what was not measured."""
+    if column.valid is not None or column.missing is not None:
+        return False
+    return value == -1 and name not in SIGNED or value == 0 and name in NEVER_ZERO
+
+
+def _values(
+    name: str, column: ColumnMap, source: Source, place: int, map_: TableMap, faults: Faults
+) -> tuple[list[float], str, str]:
+    """The values of a column, the unit they are in, and since when moments count."""
+    said = _unit_of(name, column, source, place, map_, faults)
+    conversion = None if factor_to(said, FIELD[name].unit) else conversion_of(name, said)
+    target = FIELD[name].unit if conversion is None else conversion.given
+    missing = map_.get("", "missing", ()) if column.missing is None else column.missing
+    reader = _Reader(name, column, said, source, place, faults)
+    values, since = reader.numbers(missing)
+    scale = factor_to(said, target) or 1.0
+    array = np.array(over_midnight(values) if since == "clock" and scale == 1.0 else values)
+    if column.factor is not None:
+        array = array * column.factor
+    if column.add is not None:
+        array = array + column.add
+    if column.valid is not None:
+        with np.errstate(invalid="ignore"):
+            array[(array < column.valid[0]) | (array > column.valid[1])] = np.nan
+    result: list[float] = array.tolist()
+    return [times(value, scale) for value in result] if scale != 1.0 else result, target, since
+
+
+def _place_for(
+    name: str, column: ColumnMap, foot: str, source: Source, map_: TableMap, faults: Faults
+) -> int | None:
+    """Where the column is; the first of several names that is there."""
+    names = column.names[foot]
+    there = [candidate for candidate in names if source.places(candidate)]
+    if not there and (map_.get("", "optional") or not names):
+        return None
+    if not there and len(names) > 1:
+        text = f"found none of {listed(map(shown, names))}, expected one of them for {name}"
+        faults.add(source.origin.error(None, None, text))
+        return None
+    return place_of(source, (there or list(names))[0], faults)
+
+
+def _parsed(
+    number: int, source: Source, foot: str, map_: TableMap, rows: Rows, faults: Faults
+) -> tuple[dict[str, list[float]], dict[str, str]]:
+    """The values of one table, for the columns of one foot."""
+    values: dict[str, list[float]] = {}
+    since: dict[str, str] = {}
+    for name, column in map_.columns.items():
+        place = _place_for(name, column, foot, source, map_, faults)
+        if place is None:
+            continue
+        values[name], unit, since[name] = _values(name, column, source, place, map_, faults)
+        rows.columns[number, name, foot] = source.name_of(place)
+        before = rows.units.setdefault(name, unit)
+        if before != unit:
+            text = f"found {unit} for {name}, expected {before}, as in the table before it"
+            faults.add(source.origin.error(None, source.name_of(place), text))
+    return values, since
+
+
+def _frame_of_source(
+    number: int, source: Source, map_: TableMap, rows: Rows, faults: Faults
+) -> pd.DataFrame:
+    count = len(source.rows)
+    by = map_.feet_by
+    common = {
+        "walk": _key_texts(source, map_.get("", "walk", ()), map_, faults, is_walk=True),
+        "breaks": _key_texts(source, map_.get("", "breaks", ()), map_, faults, is_walk=False),
+        "source": [number] * count,
+        "line": source.lines,
+        "place": list(range(count)),
+    }
+    feet: list[str | None] = [None] * count
+    if by == "column":
+        feet = _feet_by_column(source, map_, faults)
+    elif by in ("sheets", "files"):
+        feet = [_foot_of_name(source, map_, faults)] * count
+    elif by == "only":
+        feet = [map_.get("feet", "only")] * count
+    frames = []
+    for foot in FEET if by == "columns" else ("",):
+        names_of = foot or "left"
+        values, since = _parsed(number, source, names_of, map_, rows, faults)
+        frame = pd.DataFrame({**common, **values}, index=range(count))
+        frame["foot"] = foot or pd.Series(feet, dtype=object, index=range(count))
+        frame.attrs = {}
+        rows.frame.attrs.setdefault("since", {}).update({n: s for n, s in since.items() if s})
+        frames.append(frame)
+        if not foot:
+            for name in values:
+                rows.columns[number, name, "right"] = rows.columns[number, name, "left"]
+    return pd.concat(frames, ignore_index=True)
+
+
+def _not_read(rows: Rows, map_: TableMap) -> None:
+    """Notes which columns no part of the map names."""
+    special = {*map_.get("", "walk", ()), *map_.get("", "breaks", ()), map_.get("feet", "column")}
+    special |= {condition.get("column") for condition in (*map_.skip, *map_.exclude)}
+    seen = set()
+    for number, source in enumerate(rows.sources):
+        used = {name for (n, _, _), name in rows.columns.items() if n == number}
+        places = {place for name in special if name for place in source.places(name)}
+        others = tuple(
+            source.name_of(place)
+            for place in range(source.width)
+            if source.name_of(place) not in used
+            and place not in places
+            and not all(is_empty(row[place]) for row in source.rows)
+        )
+        if others and others not in seen:
+            seen.add(others)
+            more = f", and {len(others) - 12} more" if len(others) > 12 else ""
+            rows.notes.append(
+                f"{source.origin.name}: columns that the map does not name: "
+                f"{listed(others[:12])}{more}"
+            )
+
+
+def _check_feet(map_: TableMap, sources: Sequence[Source], faults: Faults) -> None:
+    by = map_.feet_by
+    text = ""
+    if not by:
+        text = "found no word on feet, expected a section [feet] with column = ..., by = "
+        text += '"columns", "sheets" or "files", first = ... for alternating rows, or only = ...'
+    elif by == "rows" and not map_.get("feet", "first"):
+        text = 'first: found none, expected the foot of each walk\'s first row: first = "left" or '
+        text += '"right" (--set feet.first=left)'
+    elif by == "columns" and all(
+        column.names["left"] == column.names["right"] for column in map_.columns.values()
+    ):
+        text = "by: found no column with {foot} in its name, expected one, such as gct = "
+        text += '"{foot} stride time", or gct = {left = ..., right = ...}'
+    if text:
+        faults.add(map_.error("feet", "", f"[feet] {text}"))
+    if len(sources) > 1 and not map_.get("", "walk"):
+        is_one = by == "sheets" or (by == "files" and len(sources) == 2)
+        if not is_one:
+            text = f"walk: found {len(sources)} tables, expected a word on which walk each is: "
+            text += 'walk = ["{file}"] for a walk each, or the columns that tell walks apart'
+            faults.add(map_.error("", "walk", text))
+
+
+def read_rows(sources: list[Source], map_: TableMap, faults: Faults) -> Rows:
+    """The rows of all tables."""
+    _check_feet(map_, sources, faults)
+    rows = Rows(pd.DataFrame(), sources)
+    frames = [
+        _frame_of_source(number, source, map_, rows, faults)
+        for number, source in enumerate(sources)
+        if source.rows
+    ]
+    since = rows.frame.attrs.get("since", {})
+    if frames:
+        rows.frame = pd.concat(frames, ignore_index=True)
+        rows.frame.attrs = {"since": since}
+    _not_read(rows, map_)
+    return rows
+
+
+def excluded_by(condition: dict[str, Any], rows: Rows, faults: Faults) -> set[tuple[int, int]]:
+    """The rows (source, line) that a condition of [[exclude]] names by a cell or a line."""
+    found: set[tuple[int, int]] = set()
+    if "column" not in condition and "lines" not in condition:
+        return found
+    lines = set(condition.get("lines", ()))
+    for number, source in enumerate(rows.sources):
+        place = place_of(source, condition["column"], faults) if "column" in condition else None
+        if "column" in condition and place is None:
+            continue
+        for row, line in zip(source.rows, source.lines, strict=True):
+            is_met = place is None or meets(condition, row[place], source.signs)
+            if is_met and (not lines or line in lines):
+                found.add((number, line))
+    return found

@@ -1,0 +1,317 @@
+"""Tables with the names of their columns, each cell with its place."""
+
+from __future__ import annotations
+
+import re
+from collections.abc import Sequence
+from dataclasses import dataclass, field
+from functools import cached_property
+from typing import Any
+
+from .._errors import InputError
+from ._cells import Signs, is_empty, meets, number_of, signs_of, text_of_cell
+from ._grids import Grid, all_grids, plain
+from ._map import FEET, TableMap
+from ._places import Faults, Origin, counted, listed, nearest, shown
+from ._units import unit_of
+
+# What a header may stand below, in rows.
+_PREAMBLE = 200
+# Words of rows that sum a table up, in the first cells of a row.
+_TOTALS = re.compile(
+    r"(mean|average|avg|mittel|mittelwert|sd|stdev|std|std\.? ?dev\.?|standard deviation|"
+    r"standardabweichung|stabw|cv|%cv|cv ?%|median|min|max|minimum|maximum|total|totals|sum|summe|"
+    r"gesamt|count|anzahl)\.?:?",
+    re.IGNORECASE,
+)
+
+
+@dataclass
+class Source:
+    """A table: names, and rows of cells, each with its line or row.
+
+    Attributes:
+        names: the columns' names; empty ones have none.
+        units: the units of a row beneath the names, by column.
+    """
+
+    origin: Origin
+    names: list[str]
+    units: dict[int, str]
+    rows: list[list[Any]]
+    lines: list[int]
+    signs: Signs = field(default_factory=Signs)
+
+    @cached_property
+    def _places(self) -> dict[str, list[int]]:
+        places: dict[str, list[int]] = {}
+        for place, name in enumerate(self.names):
+            places.setdefault(plain(name), []).append(place)
+        return places
+
+    def places(self, name: str) -> list[int]:
+        """Where a column of this name is; "#3" is the third one."""
+        if re.fullmatch(r"#[1-9]\d*", name):
+            place = int(name[1:]) - 1
+            return [place] if place < self.width else []
+        found = self._places.get(plain(name), [])
+        exact = [place for place in found if self.names[place] == " ".join(name.split())]
+        return exact or found
+
+    @property
+    def width(self) -> int:
+        """How many columns there are."""
+        return len(self.names)
+
+    def cells(self, place: int) -> list[Any]:
+        """The cells of a column."""
+        return [row[place] for row in self.rows]
+
+    def name_of(self, place: int) -> str:
+        """A column's name for messages."""
+        return self.names[place] or f"#{place + 1}"
+
+
+# ---- Names
+
+
+def _wanted_names(map_: TableMap) -> list[str]:
+    names = [
+        name for column in map_.columns.values() for foot in FEET for name in column.names[foot]
+    ]
+    names += map_.get("", "walk", ()) + map_.get("", "breaks", ()) + map_.get("", "fill_down", ())
+    names += [map_.get("feet", "column")] if map_.get("feet", "column") else []
+    names += [c["column"] for c in (*map_.skip, *map_.exclude) if "column" in c]
+    return [name for name in dict.fromkeys(names) if not re.fullmatch(r"#\d+|\{\w+\}", name)]
+
+
+def _joined(rows: Sequence[Sequence[Any]]) -> list[str]:
+    """Names over several rows; in all but the last, an empty cell repeats the one to its left."""
+    width = max(map(len, rows))
+    parts: list[list[str]] = []
+    for number, row in enumerate(rows):
+        texts = [text_of_cell(cell) for cell in row] + [""] * (width - len(row))
+        if number < len(rows) - 1:
+            for place in range(1, width):
+                texts[place] = texts[place] or texts[place - 1]
+        parts.append(texts)
+    return [" ".join(" ".join(column).split()) for column in zip(*parts, strict=True)]
+
+
+def _header_at(grid: Grid, wanted: Sequence[str], depth: int) -> tuple[int, int]:
+    """The row with most of the names, and how many there are."""
+    names = {plain(name) for name in wanted}
+    best, most = 0, 0
+    for number in range(min(len(grid.rows) - depth + 1, _PREAMBLE)):
+        found = names.intersection(map(plain, _joined(grid.rows[number : number + depth])))
+        if len(found) > most:
+            best, most = number, len(found)
+    return best, most
+
+
+def _named(grid: Grid, map_: TableMap, faults: Faults) -> tuple[list[str], int] | None:
+    """The names of a grid's columns, and the number of rows above the first of the table."""
+    wanted = _wanted_names(map_)
+    given = map_.get("table", "header")
+    depth = max(1, map_.get("table", "header_rows", 1))
+    width = max(map(len, grid.rows), default=0)
+    if given == 0 or (given is None and not wanted):
+        return [""] * width, 0
+    if given is not None:
+        if given not in grid.lines:
+            text = f"[table] header: found {given}, expected a line of {grid.origin.name} "
+            faults.add(map_.error("table", "header", text + "that is not empty"))
+            return None
+        start = grid.lines.index(given)
+        return _joined(grid.rows[start : start + depth]), start + depth
+    start, found = _header_at(grid, wanted, depth)
+    form = _form_in_words(grid, wanted) if found < min(2, len(wanted)) else ""
+    if form:
+        text = f"found {found} of the map's columns in a line, expected {len(wanted)}: {form}"
+        faults.add(grid.origin.error(None, None, text))
+        return None
+    deeper = _header_at(grid, wanted, depth + 1)[1] if len(grid.rows) > depth else 0
+    if deeper > found:
+        text = f"found {found} of the map's columns, expected {len(set(map(plain, wanted)))}; "
+        text += f"{deeper} are there when names stand in {depth + 1} lines: say [table] "
+        faults.add(grid.origin.error(None, None, text + f"header_rows = {depth + 1}"))
+        return None
+    if not found:
+        first = listed(shown(cell) for cell in grid.rows[0] if not is_empty(cell))
+        where = grid.origin.rows_in_words(grid.lines[:1])
+        text = f"found none of the columns that the map names; {where} holds {first or 'nothing'}. "
+        text += "Expected their names as the table has them, or #1, #2, ... by place"
+        faults.add(grid.origin.error(None, None, text))
+        return None
+    return _joined(grid.rows[start : start + depth]), start + depth
+
+
+def units_beneath(row: Sequence[Any]) -> dict[int, str]:
+    """The units of a row that has nothing else in it."""
+    texts = {place: str(cell).strip() for place, cell in enumerate(row) if not is_empty(cell)}
+    units = {
+        place: text
+        for place, text in texts.items()
+        if not re.fullmatch(r"[\d.,+-]+", text.strip("[]()")) and unit_of(text) is not None
+    }
+    words = [text for place, text in texts.items() if place not in units]
+    others = [text for text in words if text.strip("[]()-/ .#")]
+    return units if units and len(others) <= len(units) and not _has_number(row) else {}
+
+
+def _has_number(row: Sequence[Any]) -> bool:
+    return any(not is_empty(cell) and number_of(cell, Signs()) is not None for cell in row)
+
+
+def source_of(grid: Grid, map_: TableMap, faults: Faults) -> Source | None:
+    if grid.names is not None:
+        return Source(grid.origin, grid.names, {}, grid.rows, grid.lines)
+    if not grid.rows:
+        faults.add(grid.origin.error(None, None, "found no row, expected a table"))
+        return None
+    named = _named(grid, map_, faults)
+    if named is None:
+        return None
+    names, start = named
+    width = max(len(names), *(len(row) for row in grid.rows[start:]), 1)
+    names = names + [""] * (width - len(names))
+    has_names = any(names)
+    units = units_beneath(grid.rows[start]) if has_names and start < len(grid.rows) else {}
+    start += bool(units)
+    rows, lines = [], []
+    header = [plain(name) for name in names]
+    for row, line in zip(grid.rows[start:], grid.lines[start:], strict=True):
+        cells = list(row) + [None] * (width - len(row))
+        # A table that was put together from several repeats its names.
+        if not has_names or [plain("" if c is None else c) for c in cells] != header:
+            rows.append(cells)
+            lines.append(line)
+    return Source(grid.origin, names, units, rows, lines)
+
+
+def _fill_down(source: Source, map_: TableMap) -> None:
+    for name in map_.get("", "fill_down", ()):
+        for place in source.places(name):
+            above = None
+            for row in source.rows:
+                row[place] = above if is_empty(row[place]) else row[place]
+                above = row[place]
+
+
+def _without_skipped(source: Source, map_: TableMap, faults: Faults) -> int:
+    """Takes rows out that [[skip]] names, and says how many."""
+    dropped: set[int] = set()
+    for condition in map_.skip:
+        lines = set(condition.get("lines", ()))
+        place = place_of(source, condition["column"], faults) if "column" in condition else None
+        if "column" in condition and place is None:
+            continue
+        for number, row in enumerate(source.rows):
+            is_met = place is None or meets(condition, row[place], source.signs)
+            if is_met and (not lines or source.lines[number] in lines):
+                dropped.add(number)
+    source.rows = [row for number, row in enumerate(source.rows) if number not in dropped]
+    source.lines = [line for number, line in enumerate(source.lines) if number not in dropped]
+    return len(dropped)
+
+
+def totals_of(source: Source) -> list[tuple[int, int, str]]:
+    """Rows that sum the table up: line, and the place and the text of the cell that says so."""
+    found = []
+    for row, line in zip(source.rows, source.lines, strict=True):
+        words = [
+            (place, cell)
+            for place, cell in enumerate(row)
+            if isinstance(cell, str) and cell and not cell[0].isdigit()
+        ]
+        total = next((word for word in words[:3] if _TOTALS.fullmatch(word[1].strip())), None)
+        if total and _has_number(row):
+            found.append((line, *total))
+    # A column of units has "min" in every row.
+    return found if len(found) <= max(4, len(source.rows) / 4) else []
+
+
+def _find_totals(source: Source, faults: Faults) -> None:
+    """Rows that sum the table up would count as strides."""
+    for line, place, text in totals_of(source):
+        name = source.name_of(place)
+        expected = f'a stride; to leave rows of means out: [[skip]] column = "{name}", is = the '
+        expected += "words in them"
+        faults.add_cell(source.origin, line, name, shown(text), expected)
+
+
+def place_of(source: Source, name: str, faults: Faults) -> int | None:
+    """Where a column is; a fault where it is not there, or more than once."""
+    found = source.places(name)
+    if len(found) == 1:
+        return found[0]
+    if found:
+        numbers = listed((f'"#{place + 1}"' for place in found), " or ")
+        text = f"found it {len(found)} times, expected once: name it by its place, {numbers}"
+    else:
+        names = list(dict.fromkeys(filter(None, source.names)))
+        near = nearest(name, names)
+        have = f'is it "{near}"?' if near else f"expected one of: {listed(names[:12])}"
+        text = f"found no such column; {have}"
+    faults.add(source.origin.error(None, name, text))
+    return None
+
+
+def _signs(source: Source, map_: TableMap, faults: Faults) -> Signs:
+    """The signs of a table's numbers, those of the map first."""
+    decimal, thousands = map_.get("table", "decimal"), map_.get("table", "thousands", "")
+    if decimal:
+        return Signs(decimal, thousands)
+    places = {
+        place
+        for column in map_.columns.values()
+        for foot in FEET
+        for name in column.names[foot]
+        for place in source.places(name)
+    }
+    cells = [cell for place in sorted(places) for cell in source.cells(place)]
+    found = signs_of(cells)
+    if found is None:
+        example = next(cell for cell in cells if isinstance(cell, str) and "," in cell)
+        text = f'found numbers such as "{example}" alone, expected a word on what the comma is: '
+        faults.add(source.origin.error(None, None, text + '[table] decimal = "," or "."'))
+    found = found or Signs(",")
+    return Signs(found.decimal, thousands or found.thousands)
+
+
+def _form_in_words(grid: Grid, wanted: Sequence[str]) -> str:
+    """What form a table has whose names are not in its header; empty where that is not known."""
+    names = {plain(name) for name in wanted}
+    for place in range(max(map(len, grid.rows))):
+        cells = [plain(row[place]) for row in grid.rows if place < len(row)]
+        found = names.intersection(cells)
+        if len(found) > 1:
+            if len(cells) > 2 * len(found) + 20 or max(map(cells.count, found)) > 1:
+                return "they stand in the cells of a column, one value a row: pivot the table first"
+            return "they stand one below the other: say [table] turned = true"
+    return ""
+
+
+def read_sources(
+    tables: Sequence[Any], map_: TableMap, faults: Faults
+) -> tuple[list[Source], list[str]]:
+    """Reads tables, and returns them with notes on what was left out."""
+    sources = []
+    notes = []
+    for grid in all_grids(tables, map_, faults):
+        source = source_of(grid, map_, faults)
+        if source is None:
+            continue
+        _fill_down(source, map_)
+        source.signs = _signs(source, map_, faults)
+        skipped = _without_skipped(source, map_, faults)
+        if skipped:
+            notes.append(f"{grid.origin.name}: {counted(skipped, 'row')} left out by [[skip]]")
+        _find_totals(source, faults)
+        if not source.rows:
+            text = "found no row below the names, expected a row for each stride"
+            faults.add(source.origin.error(None, None, text))
+        sources.append(source)
+    if not sources and not faults:
+        faults.add(InputError("tables", None, None, None, "found none, expected at least one"))
+    return sources, notes

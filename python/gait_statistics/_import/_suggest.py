@@ -1,0 +1,479 @@
+"""A map for a table that nobody has described yet, from its names and values."""
+
+from __future__ import annotations
+
+import itertools
+import json
+import re
+from collections.abc import Sequence
+from dataclasses import dataclass, field
+from statistics import median
+from typing import Any
+
+import numpy as np
+
+from .._errors import InputError
+from ._cells import is_empty, moment_of, number_of, signs_of, text_of_cell
+from ._fields import FIELD, FOOT_WORDS, MORE_FOOT_WORDS, NEVER_ZERO, SIGNED
+from ._grids import Grid, all_grids, named_tables, turned
+from ._guess import (
+    CODES_FOR_MISSING,
+    is_numeric,
+    median_bounds,
+    numbers_of,
+    placed_by_name,
+    unit_for,
+)
+from ._map import FEET, TableMap
+from ._places import Faults, counted, listed
+from ._sources import Source, source_of, totals_of
+from ._units import factor_to, unit_in_name
+
+_FOOT_NAME = re.compile(r"foot|feet|side|leg|limb|seite|fu(ß|ss)|bein|label", re.IGNORECASE)
+_FOOT_WORDS = {foot: (*FOOT_WORDS[foot], *MORE_FOOT_WORDS[foot]) for foot in FEET}
+_WALK_NAME = re.compile(
+    r"subject|patient|participant|proband|person|trial|visit|session|walk|bout|recording|"
+    r"condition|versuch|durchgang|\bid\b|wb_id",
+    re.IGNORECASE,
+)
+_EXCLUDE_NAME = re.compile(r"turn|wende|exclu|valid|outlier|artefact|artifact|ausschluss", re.I)
+# No recording lasts so long (s): its times count from elsewhere.
+_LONG_AGO = 1e6
+
+
+@dataclass
+class _Suggestion:
+    """What was found out about a table.
+
+    Attributes:
+        columns: the text of each column's value in the map.
+        remarks: what the user is to look at.
+    """
+
+    top: dict[str, str] = field(default_factory=dict)
+    table: dict[str, str] = field(default_factory=dict)
+    feet: dict[str, str] = field(default_factory=dict)
+    columns: dict[str, str] = field(default_factory=dict)
+    remarks: list[str] = field(default_factory=list)
+    skip: list[str] = field(default_factory=list)
+    used: set[int] = field(default_factory=set)
+    missing: list[Any] = field(default_factory=list)
+    numbers: dict[str, list[float]] = field(default_factory=dict)
+
+
+def _quoted(value: Any) -> str:
+    return json.dumps(value, ensure_ascii=False)
+
+
+# ---- The header, without any name that is known
+
+
+def _is_number(cell: Any) -> bool:
+    if is_empty(cell):
+        return False
+    signs = signs_of([cell])
+    return (signs is None) or number_of(cell, signs) is not None
+
+
+def _header_line(grid: Grid) -> int:
+    """The line of the names; 0 where there are none."""
+    widths = [sum(not is_empty(cell) for cell in row) for row in grid.rows]
+    typical = median(widths)
+    for number, row in enumerate(grid.rows[:50]):
+        filled = [cell for cell in row if not is_empty(cell)]
+        if len(filled) < max(2, typical / 2) or any(map(_is_number, filled)):
+            if (
+                number == 0
+                and len(filled) >= typical / 2
+                and sum(map(_is_number, filled)) > len(filled) / 2
+            ):
+                return 0
+            continue
+        below = grid.rows[number + 1 : number + 4]
+        if any(sum(map(_is_number, later)) >= 0.4 * len(filled) for later in below):
+            return grid.lines[number]
+    return 0
+
+
+# ---- Columns
+
+
+def _reference(source: Source, place: int) -> str:
+    """How a map names a column."""
+    name = source.names[place]
+    return name if name and len(source.places(name)) == 1 else f"#{place + 1}"
+
+
+def _column_text(name: str, field_name: str, unit: str, is_said: bool, remark: str) -> str:
+    value = _quoted(name)
+    if unit != FIELD[field_name].unit and not is_said:
+        value = f'{{column = {value}, unit = "{unit}"}}'
+    return value + (f"  # {remark}" if remark else "")
+
+
+# ---- Feet
+
+
+def _foot_of_word(cell: Any) -> str | None:
+    word = text_of_cell(cell).casefold()
+    for foot in FEET:
+        if word in _FOOT_WORDS[foot] or re.search(rf"\b{foot}\b", word):
+            return foot
+    return None
+
+
+def _foot_column(source: Source, said: _Suggestion) -> bool:
+    for place, name in enumerate(source.names):
+        texts = [text_of_cell(cell) for cell in source.cells(place) if not is_empty(cell)]
+        words = list(dict.fromkeys(texts))
+        if not 1 <= len(words) <= 2 or len(texts) < len(source.rows):
+            continue
+        feet = [_foot_of_word(word) for word in words]
+        is_named = bool(_FOOT_NAME.search(name))
+        if all(feet) and len(set(feet)) == len(words):
+            pairs = {foot: word for foot, word in zip(feet, words, strict=True) if foot}
+            remark = ""
+        elif is_named and len(words) == 2:
+            pairs = dict(zip(FEET, sorted(words), strict=True))
+            remark = "  # which word is which foot is not known: look"
+        else:
+            continue
+        said.feet["column"] = _quoted(_reference(source, place))
+        is_plain = all(
+            word.casefold() in FOOT_WORDS[foot] or re.search(rf"\b{foot}\b", word.casefold())
+            for foot, word in pairs.items()
+        )
+        if not is_plain:
+            for foot, word in pairs.items():
+                is_code = re.fullmatch(r"-?\d+", word)
+                said.feet[foot] = (word if is_code else _quoted(word)) + remark
+        said.used.add(place)
+        return True
+    return False
+
+
+def _foot_token(name: str) -> tuple[str, str, str] | None:
+    """The foot that a name says, its word, and the name with {foot} in place of it."""
+    for foot in FEET:
+        for word in sorted(_FOOT_WORDS[foot], key=len, reverse=True):
+            found = re.search(rf"(?<![A-Za-z]){word}(?![a-z])", name, re.IGNORECASE)
+            if found:
+                return foot, found[0], name[: found.start()] + "{foot}" + name[found.end() :]
+    return None
+
+
+def _foot_columns(source: Source, said: _Suggestion) -> dict[str, int]:
+    """Names with {foot} for columns that are there for each foot, by the left one's place."""
+    found: dict[str, dict[str, tuple[int, str]]] = {}
+    for place, name in enumerate(source.names):
+        token = _foot_token(name) if name else None
+        if token:
+            found.setdefault(token[2], {})[token[0]] = (place, token[1])
+    both = {name: feet for name, feet in found.items() if len(feet) == 2}
+    if not both:
+        return {}
+    for foot in FEET:
+        said.feet[foot] = _quoted(next(iter(both.values()))[foot][1])
+    return {name: feet["left"][0] for name, feet in both.items()}
+
+
+def _feet_elsewhere(sources: Sequence[Source], said: _Suggestion) -> None:
+    for by in ("sheet", "file"):
+        names = [getattr(source.origin, by) for source in sources]
+        tokens = [_foot_token(name) for name in names]
+        if any(tokens):
+            said.feet["by"] = _quoted(by + "s")
+            for name, token in zip(names, tokens, strict=True):
+                if token:
+                    said.feet[token[0]] = _quoted(name if by == "sheet" else token[1])
+            return
+    said.remarks.append("feet: no column says which foot. Choose one of these")
+    said.feet["# first"] = '"left"   # rows alternate, and this is the first of each walk'
+    said.feet["# only"] = '"left"   # all rows are of this foot'
+
+
+# ---- The map
+
+
+def _place_columns(source: Source, said: _Suggestion, pairs: dict[str, int]) -> None:
+    bounds = median_bounds()
+    own = {place: name for name, place in pairs.items()}
+    tokens = {place for place, name in enumerate(source.names) if name and _foot_token(name)}
+    names = [
+        (place, name)
+        for place, name in enumerate(source.names)
+        if name and place not in said.used and (place in own or not pairs or place not in tokens)
+    ]
+    placed = placed_by_name(source, names)
+    durations = None
+    if "gct" in placed:
+        unit, _ = unit_for("gct", source, placed["gct"], bounds, None)
+        values = [v for v in numbers_of(source, placed["gct"]) if v not in CODES_FOR_MISSING]
+        durations = median(values) * (factor_to(unit, "s") or 1.0) if values else None
+    for field_name in FIELD:
+        if field_name not in placed:
+            continue
+        place = placed[field_name]
+        unit, remark = unit_for(field_name, source, place, bounds, durations)
+        said_unit = unit_in_name(source.names[place]) or source.units.get(place)
+        is_said = bool(said_unit) and said_unit == unit
+        name = own.get(place) or _reference(source, place)
+        said.columns[field_name] = _column_text(name, field_name, unit, is_said, remark)
+        scale = factor_to(unit, "s") if field_name == "gct" else None
+        said.numbers[field_name] = [v * (scale or 1.0) for v in numbers_of(source, place)]
+        said.used.add(place)
+        if pairs and place in own:
+            said.used |= {
+                p for p in tokens if (t := _foot_token(source.names[p])) and t[2] == own[place]
+            }
+        _look_for_missing(field_name, source, place, said)
+    _times_by_value(source, said, durations)
+
+
+def _times_by_value(source: Source, said: _Suggestion, stride: float | None) -> None:
+    """Finds moments of strikes by their distance, which is that of the strides."""
+    if stride is None or {"hs", "end", "first_sample"} & said.columns.keys():
+        return
+    feet = [""] * len(source.rows)
+    if "column" in said.feet:
+        place = source.places(json.loads(said.feet["column"]))[0]
+        feet = [text_of_cell(cell) for cell in source.cells(place)]
+    for place in range(source.width):
+        if place in said.used or not is_numeric(source, place):
+            continue
+        cells = [moment_of(cell, source.signs) for cell in source.cells(place)]
+        moments = [
+            [one.seconds for one, foot in zip(cells, feet, strict=True) if one and foot == this]
+            for this in dict.fromkeys(feet)
+        ]
+        gaps = [b - a for values in moments for a, b in itertools.pairwise(values)]
+        for unit in ("s", "ms"):
+            scale = factor_to(unit, "s") or 1.0
+            if len(set(gaps)) > 2 and abs(median(gaps) * scale / stride - 1) < 0.1:
+                column = _column_text(_reference(source, place), "hs", unit, False, "by its values")
+                said.columns = {"hs": column, **said.columns}
+                said.used.add(place)
+                if moments[0][0] * scale > _LONG_AGO and not cells[0].since:  # type: ignore[union-attr]
+                    said.top["times"] = '"from the first"'
+                return
+
+
+def _look_for_missing(field_name: str, source: Source, place: int, said: _Suggestion) -> None:
+    """Values and words that can only stand for what was not measured."""
+    if FIELD[field_name].kind != "measured":
+        return
+    for cell in source.cells(place):
+        if is_empty(cell):
+            continue
+        number = number_of(cell, source.signs)
+        value: Any = text_of_cell(cell) if number is None else number[0]
+        is_code = value in CODES_FOR_MISSING and field_name not in SIGNED
+        is_code &= value != 0 or field_name in NEVER_ZERO
+        if (number is None or is_code) and value not in said.missing:
+            said.missing.append(int(value) if isinstance(value, float) else value)
+
+
+def _say_walks(sources: Sequence[Source], said: _Suggestion) -> None:
+    source = sources[0]
+    names = []
+    for place, name in enumerate(source.names):
+        texts = [text_of_cell(cell) for cell in source.cells(place)]
+        is_repeated = 1 < len(set(texts)) <= len(texts) / 4
+        if name and place not in said.used and _WALK_NAME.search(name) and is_repeated:
+            names.append(name)
+            said.used.add(place)
+    if names:
+        said.top["walk"] = _quoted(names)
+    elif len(sources) > 1 and said.feet.get("by") not in ('"sheets"', '"files"'):
+        said.top["walk"] = '["{sheet}"]' if sources[0].origin.sheet else '["{file}"]'
+
+
+def _say_rate(said: _Suggestion) -> None:
+    if "first_sample" not in said.columns:
+        if "hs" not in said.columns and "end" not in said.columns:
+            said.top["# times"] = (
+                '"end to end"   # no column says when strides begin: name it as hs, or say this'
+            )
+        return
+    numbers = said.numbers
+    first, last, gct = (numbers.get(name, []) for name in ("first_sample", "last_sample", "gct"))
+    known = sum(gct)
+    if not (first and len(first) == len(last) == len(gct) and known):
+        said.top["# sampling_rate"] = "100   # fill in: the table counts samples"
+        return
+    # Whichever way of counting leads to a rate that is nearer to a whole number.
+    length = sum(last) - sum(first)
+    rates = {0: (length + len(gct)) / known, -1: length / known}
+    add = min(rates, key=lambda way: abs(rates[way] - round(rates[way])))
+    said.top["sampling_rate"] = f"{round(rates[add])}  # by samples and durations"
+    if add:
+        name = said.columns["last_sample"]
+        said.columns["last_sample"] = f"{{column = {name}, add = -1}}  # the end is not counted"
+
+
+def _say_others(source: Source, said: _Suggestion) -> list[str]:
+    lines = []
+    for place, name in enumerate(source.names):
+        if place in said.used or not name:
+            continue
+        filled = [cell for cell in source.cells(place) if not is_empty(cell)]
+        if not filled:
+            continue
+        if is_numeric(source, place):
+            values = numbers_of(source, place)
+            what = f"numbers, {min(values):g} to {max(values):g}"
+        else:
+            words = list(dict.fromkeys(text_of_cell(cell) for cell in filled))
+            what = listed(_quoted(word[:20]) for word in words[:3])
+            what += ", ..." if len(words) > 3 else ""
+        lines.append(f"#   {_quoted(name)}: {what}")
+        if _EXCLUDE_NAME.search(name):
+            lines.append(f"#     [[exclude]] column = {_quoted(name)}, is = ..., reason = ...")
+            lines.append("#     would leave strides out of the statistics")
+    return lines
+
+
+def _relations(source: Source) -> list[str]:
+    """What columns without a known name have to do with each other."""
+    columns: dict[int, Any] = {}
+    for place in range(source.width):
+        cells = [number_of(cell, source.signs) for cell in source.cells(place)]
+        values = np.array([np.nan if cell is None else cell[0] for cell in cells])
+        if np.isfinite(values).mean() > 0.8 and len(columns) < 40:
+            columns[place] = values
+    lines = []
+
+    def hold(difference: Any, tolerance: float) -> bool:
+        there = np.abs(difference[np.isfinite(difference)])
+        return len(there) > 4 and bool(np.mean(there <= tolerance) > 0.95)
+
+    for one, two in itertools.combinations(columns, 2):
+        both = columns[one] + columns[two]
+        names = f"{source.name_of(one)} + {source.name_of(two)}"
+        if hold(both - 100, 1.5):
+            lines.append(f"#   {names} = 100: swing and stance, in %?")
+        for three, total in columns.items():
+            if three not in (one, two) and np.nanmedian(total) < 10 and hold(both - total, 0.005):
+                lines.append(f"#   {names} = {source.name_of(three)}: swing, stance and stride?")
+    return lines
+
+
+def _derivable(said: _Suggestion) -> list[str]:
+    there = set(said.columns)
+    wanted = []
+    if "gct" not in there and ({"first_sample", "last_sample"} <= there or "hs" in there):
+        wanted.append("gct")
+    for name, needs in (
+        ("swing", {"stance"}),
+        ("stance", {"swing"}),
+        ("cadence", {"gct"}),
+        ("speed", {"slength"}),
+        ("slength", {"speed"}),
+    ):
+        if name not in there and needs & (there | set(wanted)):
+            wanted.append(name)
+    if "contact" not in there and {"stance", "swing", "lift_off"} & there:
+        wanted.append("contact")
+    return wanted
+
+
+def _section(title: str, values: dict[str, str]) -> list[str]:
+    if not values:
+        return []
+    head = ["", f"[{title}]"] if title else []
+    return head + [f"{name} = {value}" for name, value in values.items()]
+
+
+def _named_source(grid: Grid, said: _Suggestion, faults: Faults) -> Source | None:
+    """A table with its names, without knowing any; what the map must say of it is noted."""
+    if grid.names is None and len(grid.rows) < 15 and len(grid.rows[0]) > 2 * len(grid.rows):
+        grid = turned(grid)
+        said.table["turned"] = "true"
+    line = 0 if grid.names else _header_line(grid)
+    values = {("table", "header"): line}
+    at = grid.lines.index(line) if line else 0
+    if at:
+        names = [text_of_cell(cell) for cell in grid.rows[at] if not is_empty(cell)]
+        above = [cell for cell in grid.rows[at - 1] if not is_empty(cell)]
+        if len(set(names)) < len(names) and len(above) > 1:
+            values = {("table", "header"): grid.lines[at - 1], ("table", "header_rows"): 2}
+            said.table["header_rows"] = "2"
+    source = source_of(grid, TableMap("", values, {}, {}, [], []), faults)
+    if source is None or not source.rows:
+        return None
+    found = signs_of(cell for row in source.rows for cell in row)
+    source.signs = found or source.signs
+    if line and len(set(filter(None, source.names))) < len(list(filter(None, source.names))):
+        # A column that is named by its place does not lead to the header.
+        said.table["header"] = str(values["table", "header"])
+    return source
+
+
+def _say_totals(source: Source, said: _Suggestion) -> None:
+    """Takes rows of means out of the table, and says so."""
+    found = totals_of(source)
+    if not found:
+        return
+    lines = {line for line, _, _ in found}
+    name = _reference(source, found[0][1])
+    words = list(dict.fromkeys(text for _, _, text in found))
+    said.skip = [f"column = {_quoted(name)}", f"is = {_quoted(words)}"]
+    kept = [number for number, line in enumerate(source.lines) if line not in lines]
+    source.rows = [source.rows[number] for number in kept]
+    source.lines = [source.lines[number] for number in kept]
+
+
+def suggested_map(tables: Sequence[str]) -> str:
+    """A map for tables, with remarks on what it could not place.
+
+    Raises:
+        WalkError: where a table cannot be read.
+    """
+    faults = Faults()
+    said = _Suggestion()
+    bare = TableMap("", {("", "walk"): ("{sheet}",)}, {}, {}, [], [])
+    grids = [grid for grid in all_grids(named_tables(tables), bare, faults) if grid.rows]
+    sources = [one for one in (_named_source(grid, said, faults) for grid in grids) if one]
+    if not sources:
+        faults.add(InputError("tables", None, None, None, "found no row, expected a table"))
+    faults.raise_any()
+    source = sources[0]
+    if not any(source.names):
+        said.table["header"] = "0"
+        said.remarks.append("the table has no names: columns are #1, #2, ... below")
+        source.names = [f"#{place + 1}" for place in range(source.width)]
+    _say_totals(source, said)
+    pairs: dict[str, int] = {}
+    if not _foot_column(source, said):
+        pairs = _foot_columns(source, said)
+        if not pairs:
+            _feet_elsewhere(sources, said)
+    _place_columns(source, said, pairs)
+    _say_walks(sources, said)
+    _say_rate(said)
+    if said.missing:
+        said.top["missing"] = _quoted(said.missing)
+    if "hs" in said.columns and not {"gct", "end"} & said.columns.keys():
+        said.top["rows"] = '"footfalls"  # strides go from one contact to the next of the foot'
+    derived = _derivable(said)
+    if derived:
+        said.top["derive"] = _quoted(derived)
+    return _as_text(source, sources, said)
+
+
+def _as_text(source: Source, sources: Sequence[Source], said: _Suggestion) -> str:
+    names = listed(dict.fromkeys(one.origin.name for one in sources))
+    lines = [f"# A map for {names}, suggested by its names and values. Look at each line."]
+    lines += [f"# {remark}" for remark in said.remarks]
+    lines += _section("", said.top) + _section("table", said.table)
+    if not said.columns:
+        said.columns["# gct"] = '"..."   # no column was recognised: docs/import.md lists them all'
+    if said.skip:
+        lines += ["", "[[skip]]", *said.skip]
+    lines += _section("feet", said.feet) + _section("columns", said.columns)
+    others = _say_others(source, said)
+    if said.table.get("header") == "0":
+        others += _relations(source)
+    if others:
+        lines += ["", f"# Not placed, of {counted(source.width, 'column')}:", *others]
+    return "\n".join(lines) + "\n"
