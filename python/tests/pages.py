@@ -1,6 +1,6 @@
 """Runs the examples of the pages, and compares what comes out. It needs nothing but the package.
 
-`folder` stands for a folder that is empty.
+`folder` stands for a folder that is empty, and "tables" for one in it.
 """
 
 from __future__ import annotations
@@ -21,7 +21,8 @@ def failures_of(page: str, fence: str = "python") -> tuple[int, int]:
     runner = doctest.DocTestRunner()
     with tempfile.TemporaryDirectory() as folder:
         names = {"folder": Path(folder)}
-        runner.run(doctest.DocTestParser().get_doctest("\n".join(blocks), names, page, page, None))
+        examples = "\n".join(blocks).replace('"tables")', 'folder / "tables")')
+        runner.run(doctest.DocTestParser().get_doctest(examples, names, page, page, None))
     return runner.failures, runner.tries
 
 
