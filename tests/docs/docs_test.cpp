@@ -153,6 +153,13 @@ TEST(Checks, ArePrintedFromTheirTable) {
       << "run scripts/update-docs";
 }
 
+TEST(ManualPages, ArePrintedFromTheOptions) {
+  for (const std::string name : {"gait-statistics", "gait-make-walk"}) {
+    EXPECT_EQ(page("docs/man/" + name + ".1"), output_of(quoted(GAIT_PRINT_MANUAL) + " " + name))
+        << "run scripts/update-docs";
+  }
+}
+
 TEST(Definitions, HoldTheCatalogue) {
   const std::string table = output_of(quoted(GAIT_PRINT_CATALOGUE) + " table");
   EXPECT_NE(page("docs/definitions.md").find("-->\n" + table + "<!--"), std::string::npos)
