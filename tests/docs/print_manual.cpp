@@ -178,7 +178,8 @@ private:
       for (std::string line; std::getline(lines, line);) {
         const std::string text = line.substr(2);
         if (text.front() >= '0' && text.front() <= '9') {
-          std::cout << ".TP\n" << bold(text.substr(0, 1)) << "\n" << marked(text.substr(3)) << "\n";
+          std::cout << ".TP\n" << bold(text.substr(0, 1)) << "\n";
+          std::cout << marked(text.substr(3)) << "\n";
         } else {
           std::cout << (is_verbatim ? "" : ".nf\n") << escaped(text) << "\n";
           is_verbatim = true;

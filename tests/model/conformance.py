@@ -259,7 +259,9 @@ def walks_of_set(make_walk):
     yield (
         "fallback_lists",
         "Fallback lists take nothing out, and enter the accounting where their kind is empty.",
-        with_lists(one_foot(rng, 12), excluded_1_fallback=[4, 5, 6], excluded_2_fallback=[0, 1, 11]),
+        with_lists(
+            one_foot(rng, 12), excluded_1_fallback=[4, 5, 6], excluded_2_fallback=[0, 1, 11]
+        ),
     )
     yield (
         "lists_in_any_order",
