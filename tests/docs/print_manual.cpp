@@ -165,8 +165,8 @@ private:
     return paragraphs;
   }
 
-  /// A paragraph of indented lines under a heading. Lines that begin with a digit are a list, others
-  /// are commands.
+  /// A paragraph of indented lines under a heading. Lines that begin with a digit are a list,
+  /// others are commands.
   void print_section_of_footer(const std::string& heading, const char* title) const {
     for (const std::string& paragraph : footer()) {
       if (paragraph.rfind(heading, 0) != 0) {
