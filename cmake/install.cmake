@@ -15,7 +15,7 @@ install(FILES README.md CHANGELOG.md CONTRIBUTING.md LICENSE
   DESTINATION ${doc_dir} COMPONENT documentation)
 install(FILES fuzz/README.md DESTINATION ${doc_dir}/fuzz COMPONENT documentation)
 install(DIRECTORY docs examples conformance DESTINATION ${doc_dir} COMPONENT documentation
-  PATTERN man EXCLUDE)
+  PATTERN man EXCLUDE PATTERN site EXCLUDE PATTERN __pycache__ EXCLUDE)
 if(GAIT_BUILD_TOOLS)
   install(DIRECTORY docs/man/ DESTINATION ${CMAKE_INSTALL_MANDIR}/man1 COMPONENT program)
 endif()
