@@ -32,7 +32,6 @@ autoapi_root = "reference/python"
 autoapi_add_toctree_entry = False
 autoapi_options = ["members", "imported-members", "show-inheritance"]
 autoapi_member_order = "groupwise"
-autoapi_python_class_content = "both"
 
 html_theme = "furo"
 html_title = f"gait_statistics {version}"
