@@ -1,4 +1,4 @@
-"""How Sphinx makes the site: see scripts/docs, which lays out the pages as they lie in the sources."""
+"""How Sphinx makes the site of the pages that scripts/docs lays out."""
 
 import os
 import re

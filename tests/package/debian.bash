@@ -106,8 +106,8 @@ apt purge "${packages[@]}"
 for package in "${packages[@]}"; do
   ! is_known "$package" || fail "$package is still known to dpkg"
   while read -r path; do
-    # Folders that other packages share stay.
-    if [[ -e $path ]] && ! dpkg --search "$path" >/dev/null 2>&1; then
+    # Folders that other packages share stay, and dpkg knows the root by no name.
+    if [[ $path != /. && -e $path ]] && ! dpkg --search "$path" >/dev/null 2>&1; then
       fail "$package left $path behind"
     fi
   done <"$work/$package.files"
