@@ -19,9 +19,11 @@ from ._result import Finding, Info, Note, Page, Place, QualityFlag, Result, anal
 from ._walk import Walk, pair_feet, read_walk, write_walk
 
 if TYPE_CHECKING:
-    from ._import._walks import import_tables
-    from ._study import Study, study
+    from ._import._walks import import_tables as import_tables
+    from ._study import Study as Study
+    from ._study import study as study
 
+# Without what takes an extra's packages: "import *" must work without them.
 __all__ = [
     "Finding",
     "Info",
@@ -31,19 +33,16 @@ __all__ = [
     "Place",
     "QualityFlag",
     "Result",
-    "Study",
     "Walk",
     "WalkError",
     "WalkWarning",
     "__version__",
     "analyse",
     "checks",
-    "import_tables",
     "pair_feet",
     "parameters",
     "percentile",
     "read_walk",
-    "study",
     "write_walk",
 ]
 
@@ -55,11 +54,7 @@ for _public_error in (WalkError, WalkWarning):
 
 
 # Where what takes an extra's packages lies.
-_MODULES = {
-    "Study": "_study",
-    "import_tables": "_import._walks",
-    "study": "_study",
-}
+_MODULES = {"Study": "_study", "import_tables": "_import._walks", "study": "_study"}
 
 
 def __getattr__(name: str) -> Any:

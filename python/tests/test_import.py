@@ -52,14 +52,16 @@ def test_every_mistake_of_a_map_is_said_at_once_with_its_line(tmp_path: Path) ->
         'swing = {column = "Swing", row = "last"}\n'
     )
     assert errors_of(TABLE, path) == [
-        f'{path}:1: sampling_rat: found an unknown key, expected a known one: is it "sampling_rate"?',
+        f"{path}:1: sampling_rat: found an unknown key, expected a known one: is it "
+        '"sampling_rate"?',
         f'{path}:4: [feet] colum: found an unknown key, expected a known one: is it "column"?',
         f"{path}:6: [columns] stride_time: found an unknown column, expected a known one: is it "
         '"gct"?',
         f'{path}:7: [columns] gct: found the unit "m", expected s, ms, min or samples',
         f"{path}:8: [columns] missing: found it in a section, expected it above the first "
         "[section] of the map",
-        f'{path}:9: [columns] swing: row: found \'last\', expected one of: "this", "next", "previous", '
+        f"{path}:9: [columns] swing: row: found 'last', expected one of: "
+        '"this", "next", "previous", '
         '"next of foot", "previous of foot"',
         f'{path}:2: derive: found "cadense", expected a known one: is it "cadence"?',
     ]
@@ -150,6 +152,15 @@ def test_units_are_converted(name: str, unit: str, factor: float) -> None:
     (walk,) = gs.import_tables(table, {**MAP, "columns": columns, "sampling_rate": 100})
     known = TABLE.sort_values(["foot", "hs"])[name].tolist()
     assert values_of(walk.strides)[name] == pytest.approx(known, rel=1e-12)
+
+
+@pytest.mark.parametrize(
+    ("name", "unit"), [("stance", "deg"), ("hsp", "%"), ("gct", "m"), ("speed", "s")]
+)
+def test_a_unit_of_another_quantity_is_an_error(name: str, unit: str) -> None:
+    columns = {**MAP["columns"], name: {"column": "gct", "unit": unit}}
+    (error,) = errors_of(TABLE, {**MAP, "columns": columns})
+    assert error.startswith(f'map: [columns] {name}: found the unit "{unit}", expected ')
 
 
 def test_shares_that_are_given_as_times_are_divided_by_the_stride() -> None:
@@ -584,9 +595,10 @@ def test_a_gaitndd_table_equals_the_walk_folder_that_was_made_of_it(
     name: str, tmp_path: Path
 ) -> None:
     real = os.environ.get("GAIT_REAL_WALKS")
-    if not real:
-        pytest.skip("GAIT_REAL_WALKS does not name a folder of measured walks")
-    known = gs.read_walk(Path(real) / name)
+    folders = [path for path in Path(real).rglob(name) if path.is_dir()] if real else []
+    if not folders:
+        pytest.skip("GAIT_REAL_WALKS does not name a folder with this measured walk")
+    known = gs.read_walk(folders[0])
     path = tmp_path / f"{name}.ts"
     rows_like_gaitndd(known.strides, known.feet).to_csv(path, sep="\t", header=False, index=False)
     (walk,) = gs.import_tables(path, "gaitndd")

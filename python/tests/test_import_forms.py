@@ -304,3 +304,14 @@ def test_frames_of_any_kind_and_a_frame_for_each_foot(kind: str) -> None:
     }
     (walk,) = gs.import_tables(both, {**map_, "feet": {"by": "files"}})
     assert_same(walk)
+
+
+def test_a_line_with_the_word_for_a_foot_above_its_rows(csv: Path) -> None:
+    parts = []
+    for foot in ("left", "right"):
+        rows = [row[1:] for row in rows_of() if row[0] == foot]
+        parts.append(f"{foot.title()} foot\n" + text_of(rows, header="Strike,Stride"))
+    text = "\n".join(parts)
+    assert_same(imported(csv, text, feet={"by": "headings"}))
+    errors = errors_of(csv, text, feet={"only": "left"})
+    assert any('[feet] by = "headings"' in error for error in errors)

@@ -14,6 +14,7 @@ from ._units import unit_of
 # The words that the tables of a walk folder have for it, and pandas'.
 _MISSING = {"", "na", "n/a", "#n/a", "nan", "null", "none", "<na>", "nat"}
 _NUMBER = re.compile(r"([-+]?(?:\d+\.?\d*|\.\d+)(?:[eE][-+]?\d+)?)\s*(.*)", re.DOTALL)
+_PLAIN = re.compile(r"-?[0-9]{1,15}(?:\.[0-9]{0,20})?")
 _CLOCK = re.compile(r"(?:(\d{1,3}):)?(\d{1,2}):(\d{1,2}(?:[.,]\d+)?)\s*([ap]m)?", re.IGNORECASE)
 _DATE = re.compile(r"\d{4}-\d\d?-\d\d?[ T]\d|\d\d?[./]\d\d?[./]\d{4},? \d")
 _COMMA = re.compile(r"[-+]?\d+,\d+(?:[eE][-+]?\d+)?")
@@ -46,9 +47,14 @@ class Signs:
         return text.replace(",", ".") if self.decimal == "," else text
 
 
+_POINT = Signs()
+
+
 def signs_of(cells: Iterable[Any]) -> Signs | None:
     """The signs that texts of numbers show; None where they could be read in two ways."""
     texts = [cell.strip() for cell in cells if isinstance(cell, str)]
+    if not any("," in text for text in texts):
+        return Signs()
     both = [text for text in texts if "," in text and "." in text and _NUMBER.match(text)]
     if both:
         last = max("." in text and text.rindex(".") > text.rindex(",") for text in both)
@@ -81,6 +87,9 @@ def number_of(cell: Any, signs: Signs) -> tuple[float, str] | None:
         except (TypeError, ValueError):
             return None
         return (number, "") if math.isfinite(number) else None
+    if _PLAIN.fullmatch(cell) and signs == _POINT:
+        # Most cells are this, and it is much faster.
+        return float(cell), ""
     found = _NUMBER.fullmatch(signs.plain(cell))
     if found and (not found[2] or unit_of(found[2]) is not None):
         value = float(found[1])

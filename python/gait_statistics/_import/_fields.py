@@ -233,7 +233,12 @@ class Conversion:
 SHARES = ("swing", "stance", "ds")
 PHASES = ("ldr", "ffr", "pur")
 CONVERSIONS = (
-    Conversion(("first_sample", "last_sample"), "s", "rate", "its time x sampling rate, rounded"),
+    Conversion(
+        ("first_sample", "last_sample"),
+        "s",
+        "rate",
+        "its time x sampling rate, rounded; last_sample - 1",
+    ),
     Conversion(
         ("hs", "end", "lift_off", "gct", "step_time"), "samples", "rate", "samples / sampling rate"
     ),
@@ -413,9 +418,10 @@ KEYS = (
     Key(
         "feet",
         "by",
-        "column|columns|sheets|files|rows",
+        "column|columns|sheets|files|headings|rows",
         "how feet are told, where not by `column`: columns for each foot (`{foot}` in their "
-        "names), a sheet or a file for each, or alternating rows",
+        "names), a sheet or a file for each, a line with the foot's word alone above its rows, or "
+        "alternating rows",
         '"sheets"',
     ),
     Key(

@@ -24,7 +24,7 @@ from ._cells import (
 from ._fields import FIELD, MORE_FOOT_WORDS, NEVER_ZERO, SIGNED
 from ._map import FEET, ColumnMap, TableMap
 from ._places import Faults, listed, shown
-from ._sources import Source, place_of
+from ._sources import Source, foot_of_cell, place_of
 from ._units import conversion_of, expected_units, factor_to, fits, times, unit_in_name
 
 OTHER = {"left": "right", "right": "left"}
@@ -59,15 +59,6 @@ def _word_of(cell: Any, pattern: str | None) -> Any:
     return (found[found.lastindex or 0] if found else None) or None
 
 
-def _foot_of_cell(cell: Any, source: Source, map_: TableMap) -> str | None:
-    """The foot that a cell names: one of the map's words, or "left" as in "Left foot"."""
-    words = {foot: map_.words_of(foot) for foot in FEET}
-    feet = [foot for foot in FEET if is_one_of(cell, words[foot], source.signs)]
-    if not feet and not map_.has_foot_words and isinstance(cell, str):
-        feet = [foot for foot in FEET if re.search(rf"\b{foot}\b", cell, re.IGNORECASE)]
-    return feet[0] if len(feet) == 1 else None
-
-
 def _words_to_say(words: Sequence[str]) -> str:
     """What to say about two words that are not known."""
     known = {word: foot for foot in FEET for word in MORE_FOOT_WORDS[foot]}
@@ -90,7 +81,7 @@ def _feet_by_column(source: Source, map_: TableMap, faults: Faults) -> list[str 
         return [None] * len(source.rows)
     cells = [_word_of(cell, map_.get("feet", "pattern")) for cell in source.cells(place)]
     known = {repr(cell): cell for cell in cells}
-    feet_of = {key: _foot_of_cell(cell, source, map_) for key, cell in known.items()}
+    feet_of = {key: foot_of_cell(cell, source.signs, map_) for key, cell in known.items()}
     feet = [feet_of[repr(cell)] for cell in cells]
     others = Counter(
         text_of_cell(cell) for cell, foot in zip(cells, feet, strict=True) if foot is None
@@ -110,6 +101,15 @@ def _feet_by_column(source: Source, map_: TableMap, faults: Faults) -> list[str 
             found = shown(text) if text else "an empty cell"
             faults.add_cell(source.origin, line, name, found, expected if text else blank)
     return feet
+
+
+def _feet_by_heading(source: Source, faults: Faults) -> list[str | None]:
+    """The foot of the heading above each row."""
+    for line in source.lines:
+        if line not in source.headings:
+            expected = "a line with the word for a foot alone above it"
+            faults.add_cell(source.origin, line, None, "a row without a foot", expected)
+    return [source.headings.get(line) for line in source.lines]
 
 
 def _foot_of_name(source: Source, map_: TableMap, faults: Faults) -> str | None:
@@ -335,6 +335,8 @@ def _frame_of_source(
     feet: list[str | None] = [None] * count
     if by == "column":
         feet = _feet_by_column(source, map_, faults)
+    elif by == "headings":
+        feet = _feet_by_heading(source, faults)
     elif by in ("sheets", "files"):
         feet = [_foot_of_name(source, map_, faults)] * count
     elif by == "only":

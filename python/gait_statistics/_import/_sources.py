@@ -9,7 +9,7 @@ from functools import cached_property
 from typing import Any
 
 from .._errors import InputError
-from ._cells import Signs, is_empty, meets, number_of, signs_of, text_of_cell
+from ._cells import Signs, is_empty, is_one_of, meets, number_of, signs_of, text_of_cell
 from ._grids import Grid, all_grids, plain
 from ._map import FEET, TableMap
 from ._places import Faults, Origin, counted, listed, nearest, shown
@@ -33,6 +33,7 @@ class Source:
     Attributes:
         names: the columns' names; empty ones have none.
         units: the units of a row beneath the names, by column.
+        headings: the foot of each line, where a line above it names one.
     """
 
     origin: Origin
@@ -41,6 +42,7 @@ class Source:
     rows: list[list[Any]]
     lines: list[int]
     signs: Signs = field(default_factory=Signs)
+    headings: dict[int, str] = field(default_factory=dict)
 
     @cached_property
     def _places(self) -> dict[str, list[int]]:
@@ -163,12 +165,45 @@ def _has_number(row: Sequence[Any]) -> bool:
     return any(not is_empty(cell) and number_of(cell, Signs()) is not None for cell in row)
 
 
+def foot_of_cell(cell: Any, signs: Signs, map_: TableMap) -> str | None:
+    """The foot that a cell names: one of the map's words, or "left" as in "Left foot"."""
+    feet = [foot for foot in FEET if is_one_of(cell, map_.words_of(foot), signs)]
+    if not feet and not map_.has_foot_words and isinstance(cell, str):
+        feet = [foot for foot in FEET if re.search(rf"\b{foot}\b", cell, re.IGNORECASE)]
+    return feet[0] if len(feet) == 1 else None
+
+
+def _without_headings(grid: Grid, map_: TableMap, faults: Faults) -> tuple[Grid, dict[int, str]]:
+    """Takes out the lines that hold the word for a foot alone, and says whose they are."""
+    kept: list[int] = []
+    feet: dict[int, str] = {}
+    headings: list[tuple[int, str]] = []
+    for number, (row, line) in enumerate(zip(grid.rows, grid.lines, strict=True)):
+        filled = [cell for cell in row if not is_empty(cell)]
+        foot = foot_of_cell(filled[0], Signs(), map_) if len(filled) == 1 else None
+        if foot:
+            headings.append((line, foot))
+        else:
+            kept.append(number)
+            if headings:
+                feet[line] = headings[-1][1]
+    if map_.feet_by == "headings":
+        rows, lines = [grid.rows[n] for n in kept], [grid.lines[n] for n in kept]
+        return Grid(grid.origin, rows, lines), feet
+    if map_.feet_by != "column" and {foot for _, foot in headings} == set(FEET):
+        found = "the word for a foot alone in a line"
+        for line, _ in headings:
+            faults.add_cell(grid.origin, line, None, found, 'the map to say [feet] by = "headings"')
+    return grid, {}
+
+
 def source_of(grid: Grid, map_: TableMap, faults: Faults) -> Source | None:
     if grid.names is not None:
         return Source(grid.origin, grid.names, {}, grid.rows, grid.lines)
     if not grid.rows:
         faults.add(grid.origin.error(None, None, "found no row, expected a table"))
         return None
+    grid, headings = _without_headings(grid, map_, faults)
     named = _named(grid, map_, faults)
     if named is None:
         return None
@@ -180,13 +215,15 @@ def source_of(grid: Grid, map_: TableMap, faults: Faults) -> Source | None:
     start += bool(units)
     rows, lines = [], []
     header = [plain(name) for name in names]
+    first = next((place for place, name in enumerate(header) if name), 0)
     for row, line in zip(grid.rows[start:], grid.lines[start:], strict=True):
         cells = list(row) + [None] * (width - len(row))
         # A table that was put together from several repeats its names.
-        if not has_names or [plain("" if c is None else c) for c in cells] != header:
+        may_be = has_names and cells[first] is not None and plain(cells[first]) == header[first]
+        if not may_be or [plain("" if cell is None else cell) for cell in cells] != header:
             rows.append(cells)
             lines.append(line)
-    return Source(grid.origin, names, units, rows, lines)
+    return Source(grid.origin, names, units, rows, lines, headings=headings)
 
 
 def _fill_down(source: Source, map_: TableMap) -> None:

@@ -76,7 +76,8 @@ def _alternate(frame: pd.DataFrame, first: str, strides: Strides) -> pd.DataFram
     lost = len(frame) - sum(is_sure)
     if lost:
         strides.notes.append(
-            f"{counted(lost, 'row')} left out: after a row without a stride time their foot is not known"
+            f"{counted(lost, 'row')} left out: after a row without a stride time their foot is not "
+            "known"
         )
     return frame.assign(foot=feet)[is_sure].reset_index(drop=True)
 

@@ -253,7 +253,8 @@ def _times_by_value(source: Source, said: _Suggestion, stride: float | None) -> 
                 column = _column_text(_reference(source, place), "hs", unit, False, "by its values")
                 said.columns = {"hs": column, **said.columns}
                 said.used.add(place)
-                if moments[0][0] * scale > _LONG_AGO and not cells[0].since:  # type: ignore[union-attr]
+                first = next(one for one in cells if one)
+                if first.seconds * scale > _LONG_AGO and not first.since:
                     said.top["times"] = '"from the first"'
                 return
 
@@ -390,7 +391,7 @@ def _named_source(grid: Grid, said: _Suggestion, faults: Faults) -> Source | Non
         grid = turned(grid)
         said.table["turned"] = "true"
     line = 0 if grid.names else _header_line(grid)
-    values = {("table", "header"): line}
+    values: dict[tuple[str, str], Any] = {("table", "header"): line}
     at = grid.lines.index(line) if line else 0
     if at:
         names = [text_of_cell(cell) for cell in grid.rows[at] if not is_empty(cell)]
@@ -398,9 +399,12 @@ def _named_source(grid: Grid, said: _Suggestion, faults: Faults) -> Source | Non
         if len(set(names)) < len(names) and len(above) > 1:
             values = {("table", "header"): grid.lines[at - 1], ("table", "header_rows"): 2}
             said.table["header_rows"] = "2"
+    values["feet", "by"] = "headings"
     source = source_of(grid, TableMap("", values, {}, {}, [], []), faults)
     if source is None or not source.rows:
         return None
+    if set(source.headings.values()) == set(FEET):
+        said.feet["by"] = _quoted("headings")
     found = signs_of(cell for row in source.rows for cell in row)
     source.signs = found or source.signs
     if line and len(set(filter(None, source.names))) < len(list(filter(None, source.names))):
@@ -444,7 +448,7 @@ def suggested_map(tables: Sequence[str]) -> str:
         source.names = [f"#{place + 1}" for place in range(source.width)]
     _say_totals(source, said)
     pairs: dict[str, int] = {}
-    if not _foot_column(source, said):
+    if not said.feet and not _foot_column(source, said):
         pairs = _foot_columns(source, said)
         if not pairs:
             _feet_elsewhere(sources, said)

@@ -94,11 +94,18 @@ def unit_in_name(name: str) -> str | None:
     return found[1].strip()
 
 
+def _is_of_angle(unit: Any) -> bool:
+    """Whether a unit has an angle in it, which pint takes for a plain number."""
+    return any(word in str(unit) for word in ("degree", "radian", "turn", "arcminute"))
+
+
 @functools.cache
 def factor_to(text: str, target: str) -> float | None:
     """What a value in one unit is multiplied by to be in another; None where it cannot be."""
     unit, aim = unit_of(text), unit_of(target)
     if unit is None or aim is None or unit.dimensionality != aim.dimensionality:
+        return None
+    if _is_of_angle(unit) != _is_of_angle(aim):
         return None
     try:
         return float((1 * unit).to(aim).magnitude)

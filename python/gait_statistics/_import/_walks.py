@@ -99,10 +99,14 @@ class _Words:
 
     def columns(self, name: str, places: Sequence[int]) -> list[str]:
         """The user's columns that one of ours is made from."""
-        frame = self.strides.frame
-        at = list(places) or list(range(len(frame)))
-        keys = {(int(frame["source"].iloc[i]), name, frame["foot"].iloc[i]) for i in at}
-        names = [self.rows.columns[key] for key in sorted(keys) if key in self.rows.columns]
+        frame = self.strides.frame[["source", "foot"]]
+        frame = frame.iloc[list(places)] if places else frame
+        keys = set(zip(frame["source"].tolist(), frame["foot"].tolist(), strict=True))
+        names = [
+            self.rows.columns[source, name, foot]
+            for source, foot in sorted(keys)
+            if (source, name, foot) in self.rows.columns
+        ]
         return list(dict.fromkeys(names))
 
     def table(self, name: str, places: Sequence[int]) -> tuple[Origin, str | None]:
