@@ -1,7 +1,8 @@
 """Measures studies: in one thread, in two, on a cluster of two workers, and beside pandas.
 
 Every round runs everything once in turn. What is printed is the median of the rounds, with the
-smallest and the largest in brackets; a ratio is that of two times of the same round.
+smallest and the largest in brackets; a ratio is that of two times of the same round. Processor time
+is that of this process, and hardly depends on what else the machine does.
 """
 
 from __future__ import annotations
@@ -75,7 +76,7 @@ def grouped(table: pd.DataFrame, wanted: list[Any]) -> pd.DataFrame:
 
 @dataclass
 class Shares:
-    """What the process that writes the tables does for itself, in seconds of a round."""
+    """What the process that writes the tables does itself, in processor seconds of a round."""
 
     storing: float = 0.0
     tables: float = 0.0
@@ -88,15 +89,15 @@ class Shares:
         store, finish = Work.store, _study._finish
 
         def timed_store(work: Work, first: int, stop: int, part: bytes) -> None:
-            start = time.perf_counter()
+            start = time.process_time()
             store(work, first, stop, part)
-            self.storing += time.perf_counter() - start
+            self.storing += time.process_time() - start
             self.bytes_of_parts += len(part)
 
         def timed_finish(*arguments: Any) -> None:
-            start = time.perf_counter()
+            start = time.process_time()
             finish(*arguments)
-            self.tables += time.perf_counter() - start
+            self.tables += time.process_time() - start
 
         self.storing = self.tables = 0.0
         self.bytes_of_parts = 0
@@ -112,7 +113,22 @@ def shown(values: list[float], form: str) -> str:
     return f"{middle:{form}} ({low:{form}} to {high:{form}})"
 
 
-def measure(walks: Path, out: Path, client: Any, rounds: int) -> tuple[dict[str, Any], Shares]:
+@dataclass
+class Times:
+    """What a way took in each round: seconds, and processor seconds."""
+
+    wall: list[float] = field(default_factory=list)
+    processor: list[float] = field(default_factory=list)
+
+    def add(self, run: Callable[[], object]) -> None:
+        """Runs it once."""
+        wall, processor = time.perf_counter(), time.process_time()
+        run()
+        self.wall.append(time.perf_counter() - wall)
+        self.processor.append(time.process_time() - processor)
+
+
+def measure(walks: Path, out: Path, client: Any, rounds: int) -> tuple[dict[str, Times], Shares]:
     """The times of every way, and what one process alone does."""
     table = table_of(walks)
     shares = Shares()
@@ -139,49 +155,49 @@ def measure(walks: Path, out: Path, client: Any, rounds: int) -> tuple[dict[str,
         ),
         "frame, pandas, built-in statistics alone": lambda: grouped(table, PLAIN),
     }
-    times: dict[str, list[float]] = {name: [] for name in ways}
+    times = {name: Times() for name in ways}
     ways["folders, one thread"]()
     ways["folders, cluster of two workers"]()
     shares.of_rounds.clear()
     for _ in range(rounds):
         for name, run in ways.items():
-            start = time.perf_counter()
-            run()
-            times[name].append(time.perf_counter() - start)
+            times[name].add(run)
     return times, shares
 
 
-def print_rates(times: dict[str, list[float]], walks: int) -> None:
+def print_rates(times: dict[str, Times], walks: int) -> None:
     """A row for each way."""
-    print("| | walks a second | time, by that of one thread |\n|---|---:|---:|")
-    for name, seconds in times.items():
+    print("| | walks a second | time, by that of one thread | processor time of a walk (ms) |")
+    print("|---|---:|---:|---:|")
+    for name, own in times.items():
         base = times[name.split(",")[0] + ", one thread"]
-        ratios = [own / one for own, one in zip(seconds, base, strict=True)]
-        rates = [walks / own for own in seconds]
-        print(f"| {name} | {shown(rates, '.0f')} | {shown(ratios, '.2f')} |")
+        ratios = [mine / one for mine, one in zip(own.wall, base.wall, strict=True)]
+        rates = shown([walks / seconds for seconds in own.wall], ".0f")
+        processor = shown([1e3 * seconds / walks for seconds in own.processor], ".2f")
+        # Workers are other processes.
+        cost = "" if "cluster" in name else processor
+        print(f"| {name} | {rates} | {shown(ratios, '.2f')} | {cost} |")
 
 
-def print_hundred_cores(times: dict[str, list[float]], shares: Shares, walks: int) -> None:
+def print_hundred_cores(times: dict[str, Times], shares: Shares, walks: int) -> None:
     """What a hundred cores would do, by calculation."""
     storing, tables, size = (
-        statistics.median(s) / walks for s in zip(*shares.of_rounds, strict=True)
+        statistics.median(share) / walks for share in zip(*shares.of_rounds, strict=True)
     )
-    one = statistics.median(times["folders, one thread"]) / walks
+    one = statistics.median(times["folders, one thread"].processor) / walks
     computing = one - storing - tables
     hour = 3600.0
-    cores = 100 * hour / computing
-    # The one process writes parts while others compute, and the tables when all are there.
-    alone = hour / (storing + tables)
-    both = hour / (max(computing / 100, storing) + tables)
+    # The one process stores parts while the others compute, and writes the tables afterwards.
+    together = hour / (max(computing / 100, storing) + tables)
     print(
-        f"\nOf a walk: computing {computing * 1e3:.2f} ms, storing its part {storing * 1e3:.3f} ms, "
-    )
-    print(f"writing its rows {tables * 1e3:.3f} ms; a part has {size / 1e3:.1f} kB a walk.")
-    print(
-        f"An hour: a hundred cores compute {cores / 1e6:.1f} million walks; the one process that "
+        f"\nOf the {one * 1e3:.2f} ms of a walk: computing {computing * 1e3:.2f} ms, storing its part "
+        f"{storing * 1e3:.3f} ms, writing its rows {tables * 1e3:.3f} ms. Its part has "
+        f"{size / 1e3:.1f} kB."
     )
     print(
-        f"writes has time for {alone / 1e6:.1f} million; one after the other {both / 1e6:.1f} million."
+        f"In an hour a hundred cores compute {100 * hour / computing / 1e6:.1f} million walks; the "
+        f"one process that stores and writes has time for {hour / (storing + tables) / 1e6:.1f} "
+        f"million; computing first and writing then, it is {together / 1e6:.1f} million."
     )
 
 

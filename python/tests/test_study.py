@@ -3,6 +3,7 @@
 from __future__ import annotations
 
 import doctest
+import shutil
 import subprocess
 import sys
 import warnings
@@ -23,6 +24,7 @@ import pyarrow.parquet as pq
 
 import gait_statistics as gs
 from gait_statistics._study import _assembly, _study
+from gait_statistics._study._folders import walk_folders_in
 
 TABLES = ("parameters", "parameters_wide", "walks", "errors")
 EXAMPLES = ROOT / "examples/walks"
@@ -238,6 +240,16 @@ def test_walks_are_found_by_pattern_in_folders_and_once(tmp_path: Path) -> None:
     names = [*found.walks["walk"], *found.errors["walk"]]
     # Two folders are called walk_00000: the path tells which.
     assert {f"{tmp_path}/study/{s}/walk_00000" for s in ("s1", "s2")} <= set(names)
+
+
+def test_walks_are_sorted_by_path_part_by_part(tmp_path: Path) -> None:
+    folders = ["a", "a/b", "a/c", "a b", "a-b/c", "b"]
+    for name in folders:
+        shutil.copytree(EXAMPLES / "one_foot_short", tmp_path / "walks" / name, dirs_exist_ok=True)
+    (tmp_path / "walks/a/bad").symlink_to(tmp_path / "walks/b")
+    found = [str(path) for path in walk_folders_in(str(tmp_path / "walks"))]
+    expected = sorted(tmp_path / "walks" / name for name in folders)
+    assert found == [str(path) for path in expected]
 
 
 def test_the_columns_of_a_manifest_go_into_every_row(tmp_path: Path) -> None:

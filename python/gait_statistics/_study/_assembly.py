@@ -35,16 +35,19 @@ def _split(tables: Tables, position: int) -> tuple[Tables, Tables]:
     return head, rest
 
 
+def _joined(pending: list[Tables]) -> Tables:
+    """The tables of all, which are given up: one group of walks is held at a time."""
+    joined = {
+        name: pa.concat_tables([tables[name] for tables in pending]).combine_chunks()
+        for name in TABLES
+    }
+    pending.clear()
+    return joined
+
+
 def _groups(work: Work, read: Callable[[int], object]) -> Iterator[Tables]:
     """The rows of a thousand walks at a time, however the work was cut."""
     pending: list[Tables] = []
-
-    def joined() -> Tables:
-        return {
-            name: pa.concat_tables([tables[name] for tables in pending]).combine_chunks()
-            for name in TABLES
-        }
-
     end = WALKS_OF_A_GROUP
     for first, stop, path in work.parts():
         with pa.OSFile(os.fspath(path)) as file:
@@ -53,12 +56,11 @@ def _groups(work: Work, read: Callable[[int], object]) -> Iterator[Tables]:
         while stop >= end:
             head, tables = _split(tables, end)
             pending.append(head)
-            yield joined()
-            pending.clear()
+            yield _joined(pending)
             end += WALKS_OF_A_GROUP
         pending.append(tables)
     if pending:
-        yield joined()
+        yield _joined(pending)
 
 
 class _Parquet:
@@ -157,4 +159,6 @@ def _written(
         for tables in _groups(work, read):
             list(pool.map(write, tables.keys(), tables.values()))
             left_out.add(tables["errors"])
+            tables.clear()
+            pa.default_memory_pool().release_unused()
     return left_out

@@ -33,14 +33,18 @@ def _is_walk(files: Iterable[str]) -> bool:
     )
 
 
-def walk_folders_in(folder: str) -> list[str]:
+def walk_folders_in(folder: str) -> Iterator[str]:
     """Every walk folder in a folder and below, sorted by path; the folder if there is none."""
-    found: list[str] = []
+    found = False
     # A folder that cannot be looked into counts, so that no walk is passed over without a word.
-    for path, _, files in os.walk(folder, onerror=lambda error: found.append(error.filename)):
-        if _is_walk(files):
-            found.append(path)
-    return sorted(found, key=lambda path: path.split(os.sep)) or [folder]
+    unreadable: list[str] = []
+    for path, below, files in os.walk(folder, onerror=lambda e: unreadable.append(e.filename)):
+        below.sort()
+        for walk in [*unreadable, *([path] if _is_walk(files) else [])]:
+            found = True
+            yield walk
+        unreadable.clear()
+    yield from unreadable or ([] if found else [folder])
 
 
 def _expanded(given: str) -> list[str]:
@@ -133,11 +137,8 @@ def folders(given: Sequence[str], options: Options) -> FolderWalks:
 
     A walk is called by its folder's name, and by its path where another one has that name.
     """
-    paths: list[str] = []
-    for one in given:
-        for folder in _expanded(one):
-            paths += walk_folders_in(folder)
-    paths = list(_each_once(paths))
+    meant = (folder for one in given for folder in _expanded(one))
+    paths = list(_each_once(path for folder in meant for path in walk_folders_in(folder)))
     names = [os.path.basename(_absolute(path)) for path in paths]
     counts = Counter(names)
     names = [
