@@ -190,8 +190,8 @@ def print_hundred_cores(times: dict[str, Times], shares: Shares, walks: int) -> 
     # The one process stores parts while the others compute, and writes the tables afterwards.
     together = hour / (max(computing / 100, storing) + tables)
     print(
-        f"\nOf the {one * 1e3:.2f} ms of a walk: computing {computing * 1e3:.2f} ms, storing its part "
-        f"{storing * 1e3:.3f} ms, writing its rows {tables * 1e3:.3f} ms. Its part has "
+        f"\nOf the {one * 1e3:.2f} ms of a walk: computing {computing * 1e3:.2f} ms, storing its "
+        f"part {storing * 1e3:.3f} ms, writing its rows {tables * 1e3:.3f} ms. Its part has "
         f"{size / 1e3:.1f} kB."
     )
     print(

@@ -29,7 +29,7 @@ Examples:
 Exit codes:
   0  every walk was computed, and its statistics are in the tables
   1  a walk was left out (the table errors says why), or the study could not be computed
-  2  the command line is wrong, a manifest or table of strides too, or the folder holds another study
+  2  the command line, a manifest or a table of strides is wrong, or the folder holds another study
 """
 
 

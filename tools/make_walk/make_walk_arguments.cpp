@@ -9,8 +9,8 @@ namespace gait_make_walk {
 namespace {
 
 constexpr const char* footer =
-    R"(The walk is like a measured one in form and size, for trying things out; draw no conclusion about
-people from it. docs/walk-folder.md describes the tables that are written.
+    R"(The walk is like a measured one in form and size, for trying things out; draw no conclusion
+about people from it. docs/walk-folder.md describes the tables that are written.
 
 Examples:
   gait-make-walk monday/

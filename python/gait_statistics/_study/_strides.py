@@ -337,7 +337,7 @@ def _check_length(strides: Counter[str], most: int | None) -> None:
 
 
 def _pairs(columns: list[ColumnIn]) -> list[ColumnIn] | None:
-    """The cycles of both feet; None where they cannot be had, for which the strides are to blame."""
+    """The cycles of both feet; None where they cannot be had, and the strides are to blame."""
     try:
         return again_as_input(pairs_of([c for c in columns if c[0].lower() in _COLUMNS_OF_PAIRS]))
     except WalkError:

@@ -176,7 +176,7 @@ class Work:
             )
 
     def clear(self) -> None:
-        """Takes everything away but the lock; the plan first, so that no part is taken for whole."""
+        """Takes everything away but the lock; the plan first, so no part is taken for whole."""
         (self.folder / "plan.json").unlink(missing_ok=True)
         for path in self.folder.iterdir():
             if path.name != "lock":
