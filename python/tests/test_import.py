@@ -3,6 +3,8 @@
 from __future__ import annotations
 
 import os
+import subprocess
+import sys
 from pathlib import Path
 from typing import Any
 
@@ -360,6 +362,22 @@ def test_the_list_of_maps(capsys: pytest.CaptureFixture[str]) -> None:
     code, out, _ = run(capsys, "--list-maps")
     assert code == 0
     assert [line for line in out.splitlines() if not line.startswith(" ")] == list(shipped_maps())
+
+
+def test_a_reader_that_has_enough_ends_the_list_of_maps_without_a_word() -> None:
+    program = "import sys; from gait_statistics._import._program import main; sys.exit(main())"
+    reader, writer = os.pipe()
+    os.close(reader)
+    ended = subprocess.run(
+        [sys.executable, "-c", program, "--list-maps"],
+        stdout=writer,
+        stderr=subprocess.PIPE,
+        text=True,
+        check=False,
+    )
+    os.close(writer)
+    assert (ended.returncode, ended.stderr) == (0, "")
+
 
 
 def test_a_suggested_map_works_where_names_and_values_are_telling(

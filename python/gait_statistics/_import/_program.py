@@ -134,6 +134,7 @@ def main(given: Sequence[str] | None = None) -> int:
     arguments = parser.parse_args(given)
     try:
         _run(arguments, parser)
+        sys.stdout.flush()
     except WalkError as error:
         print(f"error: {error}".replace("\n", "\nerror: "), file=sys.stderr)
         print("Nothing was written.", file=sys.stderr)
@@ -141,8 +142,12 @@ def main(given: Sequence[str] | None = None) -> int:
     except ImportError as error:
         print(f"error: {error}", file=sys.stderr)
         return 1
+    except BrokenPipeError:
+        # The reader, such as head, has enough; what Python still holds goes nowhere.
+        os.dup2(os.open(os.devnull, os.O_WRONLY), sys.stdout.fileno())
     except OSError as error:
-        print(f"error: {error.filename or ''}: {error.strerror or error}", file=sys.stderr)
+        place = f"{error.filename}: " if error.filename else ""
+        print(f"error: {place}{error.strerror or error}", file=sys.stderr)
         return 1
     except KeyboardInterrupt:
         # What was begun has been removed on the way here. The shell's code for it.
