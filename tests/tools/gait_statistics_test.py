@@ -10,6 +10,7 @@ import csv
 import fcntl
 import functools
 import io
+import itertools
 import json
 import os
 import pathlib
@@ -494,7 +495,7 @@ class Formats(ProgramTest):
         text = self.output("--format", "csv", BOTH_FEET, LEFT_FOOT)
         self.assertEqual(text.count("walk,parameter,side"), 1)
         walks = [row["walk"] for row in csv.DictReader(io.StringIO(text))]
-        self.assertEqual(walks, ["both_feet"] * 58 + ["left_foot"] * 27)
+        self.assertEqual([walk for walk, _ in itertools.groupby(walks)], ["both_feet", "left_foot"])
 
     def test_csv_quotes_a_name_with_commas_and_quotation_marks(self):
         walk = self.walk('a "b", c', left=strides())
@@ -545,7 +546,7 @@ class Formats(ProgramTest):
         self.assertEqual(as_csv, [{key: yes_or_no[cell] if isinstance(cell, bool) else str(cell)
                                    for key, cell in row.items()} for row in as_json])
         table = self.output("--list-parameters", "--width", 200).splitlines()
-        self.assertEqual(len(table), 30)
+        self.assertEqual(len(table), 1 + len(as_json))
         for line, row in zip(table[1:], as_json):
             self.assertEqual(line.split(),
                              (f"{row['description']} {row['key']} {row['unit']} {row['decimals']} "

@@ -5,6 +5,7 @@ gtest_discover_tests(walk_measures_test)
 
 # The same of a walk's records.
 add_executable(parameter_measures_test parameter_measures_test.cpp)
+target_include_directories(parameter_measures_test PRIVATE ${PROJECT_SOURCE_DIR}/tests/library)
 target_link_libraries(parameter_measures_test PRIVATE
   gait_report gait_walk_model GTest::gmock_main gait_warnings)
 gtest_discover_tests(parameter_measures_test)
