@@ -7,7 +7,7 @@ import html
 import math
 from collections.abc import Callable, Sequence
 from dataclasses import dataclass
-from functools import partial
+from functools import cache, partial
 from os import PathLike
 from pathlib import Path
 from typing import Any, overload
@@ -402,11 +402,17 @@ class Result:
         self._warnings = state["warnings"]
 
 
+@cache
+def _names_of_checks() -> frozenset[str]:
+    return frozenset(
+        name for column in _core.checks() if column[0] == "check" for name in column[2]
+    )
+
+
 def _known_checks(without_checks: Sequence[str]) -> list[str]:
     names = checked_names(without_checks, "without_checks")
-    known = {name for column in _core.checks() if column[0] == "check" for name in column[2]}
     for name in names:
-        if name not in known:
+        if name not in _names_of_checks():
             nearest = _core.nearest_check(name)
             hint = f": did you mean {nearest!r}?" if nearest else ": checks() lists them all"
             raise ValueError(f"without_checks: found {name!r}, expected the name of a check{hint}")

@@ -3,6 +3,7 @@
 from __future__ import annotations
 
 import importlib
+from collections.abc import Callable, Iterable
 from typing import Any, Literal, Union
 
 import narwhals as nw
@@ -84,6 +85,14 @@ def _values_of(native: Any, kind: FrameKind) -> NDArray[np.float64] | NDArray[np
     return _texts_of(series.to_list())
 
 
+# All columns at once: asking pandas for each by its name takes four times as long.
+_NATIVE_COLUMNS: dict[FrameKind, Callable[[Any], Iterable[Any]]] = {
+    "pandas": lambda frame: (column for _, column in frame.items()),
+    "polars": lambda frame: frame.iter_columns(),
+    "pyarrow": lambda frame: frame.itercolumns(),
+}
+
+
 def columns_of(frame: Any, argument: str) -> tuple[list[ColumnIn], FrameKind]:
     """The columns of a frame, and the library that it belongs to.
 
@@ -100,7 +109,8 @@ def columns_of(frame: Any, argument: str) -> tuple[list[ColumnIn], FrameKind]:
     kind = table.implementation.value
     if kind not in _KINDS:
         raise TypeError(f"{argument}: found a table of {kind}, {_EXPECTED}")
-    return [(text_of(str(name)), _values_of(frame[name], kind)) for name in table.columns], kind
+    natives = zip(table.columns, _NATIVE_COLUMNS[kind](frame), strict=True)
+    return [(text_of(str(name)), _values_of(native, kind)) for name, native in natives], kind
 
 
 def again_as_input(columns: list[ColumnOut]) -> list[ColumnIn]:

@@ -379,7 +379,6 @@ def test_a_reader_that_has_enough_ends_the_list_of_maps_without_a_word() -> None
     assert (ended.returncode, ended.stderr) == (0, "")
 
 
-
 def test_a_suggested_map_works_where_names_and_values_are_telling(
     tmp_path: Path, capsys: pytest.CaptureFixture[str]
 ) -> None:

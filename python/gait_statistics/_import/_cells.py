@@ -16,7 +16,8 @@ _MISSING = {"", "na", "n/a", "#n/a", "nan", "null", "none", "<na>", "nat"}
 _NUMBER = re.compile(r"([-+]?(?:\d+\.?\d*|\.\d+)(?:[eE][-+]?\d+)?)\s*(.*)", re.DOTALL)
 _PLAIN = re.compile(r"-?[0-9]{1,15}(?:\.[0-9]{0,20})?")
 _CLOCK = re.compile(r"(?:(\d{1,3}):)?(\d{1,2}):(\d{1,2}(?:[.,]\d+)?)\s*([ap]m)?", re.IGNORECASE)
-_DATE = re.compile(r"\d{4}-\d\d?-\d\d?[ T]\d|\d\d?[./]\d\d?[./]\d{4},? \d")
+_DATE = re.compile(r"\d{4}-\d\d?-\d\d?[ T]\d|\d\d?[./]\d\d?[./]\d{4}[, T]+\d")
+_DAY_AND_MONTH = re.compile(r"(\d\d?)([./])(\d\d?)[./](\d{4})[, T]+(.*)")
 _COMMA = re.compile(r"[-+]?\d+,\d+(?:[eE][-+]?\d+)?")
 _GROUPED_COMMA = re.compile(r"[-+]?\d{1,3}(?:,\d{3})+")
 _GROUPED_POINT = re.compile(r"[-+]?\d{1,3}(?:\.\d{3})+")
@@ -34,10 +35,11 @@ def is_empty(cell: Any) -> bool:
 
 @dataclass(frozen=True)
 class Signs:
-    """The decimal sign of a table, and the one between thousands."""
+    """The decimal sign of a table, the one between thousands, and the order of its dates."""
 
     decimal: str = "."
     thousands: str = ""
+    dates: str = ""
 
     def plain(self, text: str) -> str:
         """A number's text with a decimal point alone."""
@@ -45,9 +47,6 @@ class Signs:
         if self.thousands:
             text = text.replace(self.thousands, "")
         return text.replace(",", ".") if self.decimal == "," else text
-
-
-_POINT = Signs()
 
 
 def signs_of(cells: Iterable[Any]) -> Signs | None:
@@ -71,6 +70,20 @@ def signs_of(cells: Iterable[Any]) -> Signs | None:
     return Signs(",", "") if not points else Signs()
 
 
+def dates_of(cells: Iterable[Any]) -> str:
+    """What the first number of dates such as 03/24/2025 is; empty where none is above 12."""
+    found = [_DAY_AND_MONTH.match(cell.strip()) for cell in cells if isinstance(cell, str)]
+    days = {int(date[1]) > 12 for date in found if date and date[2] == "/"}
+    months = {int(date[3]) > 12 for date in found if date and date[2] == "/"}
+    return "day first" * (True in days) or "month first" * (True in months)
+
+
+def has_open_date(cell: Any) -> bool:
+    """Whether a cell is a date with slashes, whose order the other cells must tell."""
+    found = _DAY_AND_MONTH.match(cell.strip()) if isinstance(cell, str) else None
+    return found is not None and found[2] == "/"
+
+
 def number_of(cell: Any, signs: Signs) -> tuple[float, str] | None:
     """The number in a cell, and the unit beside it, if there is one; None where it is no number."""
     if isinstance(cell, bool):
@@ -87,7 +100,7 @@ def number_of(cell: Any, signs: Signs) -> tuple[float, str] | None:
         except (TypeError, ValueError):
             return None
         return (number, "") if math.isfinite(number) else None
-    if _PLAIN.fullmatch(cell) and signs == _POINT:
+    if signs.decimal == "." and not signs.thousands and _PLAIN.fullmatch(cell):
         # Most cells are this, and it is much faster.
         return float(cell), ""
     found = _NUMBER.fullmatch(signs.plain(cell))
@@ -95,11 +108,16 @@ def number_of(cell: Any, signs: Signs) -> tuple[float, str] | None:
         value = float(found[1])
         return (value, found[2]) if math.isfinite(value) else None
     clock = _CLOCK.fullmatch(cell.strip())
-    return (_clock_seconds(clock), "s") if clock and clock[1] is not None else None
+    return (_clock_seconds(clock), "s") if clock and _is_whole_clock(clock) else None
 
 
 def _seconds_of(time: datetime.time | datetime.datetime) -> float:
     return time.hour * 3600 + time.minute * 60 + time.second + time.microsecond / 1e6
+
+
+def _is_whole_clock(found: re.Match[str]) -> bool:
+    """Whether it is h:mm:ss, or mm:ss.s, which its decimals tell from h:mm."""
+    return found[1] is not None or (not found[4] and re.search("[.,]", found[3]) is not None)
 
 
 def _clock_seconds(found: re.Match[str]) -> float:
@@ -130,7 +148,7 @@ def moment_of(cell: Any, signs: Signs) -> Moment | None:
         if clock and clock[1] is not None:
             return Moment(_clock_seconds(clock), "clock")
         if _DATE.match(cell.strip()):
-            return _date_of(cell.strip())
+            return _date_of(cell.strip(), signs.dates)
     return duration_of(cell, signs)
 
 
@@ -140,24 +158,53 @@ def duration_of(cell: Any, signs: Signs) -> Moment | None:
     return None if number is None else Moment(number[0], "", number[1])
 
 
-def _date_of(text: str) -> Moment | None:
+def _date_of(text: str, order: str) -> Moment | None:
     import pandas as pd
 
+    by_day = _DAY_AND_MONTH.fullmatch(text)
     try:
-        stamp = pd.Timestamp(text) if text[:4].isdigit() else _german(text)
+        if by_day:
+            return _by_day(by_day, order)
+        stamp = pd.Timestamp(text.replace(",", "."))
     except (ValueError, OverflowError):
         return None
     plain = stamp.tz_convert(None) if stamp.tzinfo else stamp
     return Moment(plain.value / 1e9, "date")
 
 
-def _german(text: str) -> Any:
-    """A date that begins with its day, as "24.12.2024 10:00:01". With slashes it is not known."""
-    import pandas as pd
+def _by_day(found: re.Match[str], order: str) -> Moment | None:
+    """A date such as "24.12.2024 10:00:01"; with slashes its order must be known."""
+    clock = _CLOCK.fullmatch(found[5])
+    if clock is None or clock[1] is None or (found[2] == "/" and not order):
+        return None
+    is_month_first = found[2] == "/" and order == "month first"
+    day, month = (int(found[place]) for place in ((3, 1) if is_month_first else (1, 3)))
+    days = (datetime.date(int(found[4]), month, day) - datetime.date(1970, 1, 1)).days
+    return Moment(days * _DAY + _clock_seconds(clock), "date")
 
-    if "/" in text:
-        raise ValueError(text)
-    return pd.to_datetime(text.replace(",", ""), dayfirst=True)
+
+_SEVERAL = re.compile(r"[\[({]?\s*[-+\d.]+(?:\s*[,;|\s]\s*[-+\d.]+){2,}\s*[\])}]?")
+
+
+def why_no_number(text: str) -> str:
+    """What a text may be that is no number, and the key that reads it; empty where unknown."""
+    plain = text.replace("\u00a0", " ").replace("\u202f", " ").strip()
+    between = re.fullmatch(r"[-+]?\d{1,3}([ '\u2019])\d{3}(?:\1\d{3})*(?:[.,]\d+)?", plain)
+    if between:
+        return f'a number: say [table] thousands = "{between[1]}"'
+    date = _DAY_AND_MONTH.match(plain)
+    if date and date[2] == "/":
+        return 'a date whose order is known: say [table] dates = "day first" or "month first"'
+    if re.match(r"\d{1,4}[-./]\d\d?[-./]\d{1,4}\b", plain):
+        return (
+            "a number or a date with a time: 2024-12-24 10:00:01.5, 24.12.2024 10:00:01.5 or "
+            "24/12/2024 10:00:01.5"
+        )
+    if re.fullmatch(r"\d\d?:\d\d(:\d\d.*)?(\s*[ap]\.?m\.?)?", plain, re.IGNORECASE):
+        return "a number or a time as h:mm:ss, h:mm:ss PM or mm:ss.s"
+    if _SEVERAL.fullmatch(plain):
+        return "one number in a cell, and so a row for each stride: there are several in it"
+    return ""
 
 
 def over_midnight(seconds: Sequence[float]) -> list[float]:

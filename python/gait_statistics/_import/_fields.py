@@ -179,14 +179,23 @@ SIGNED = (
     *("hs", "end", "lift_off", "first_sample", "last_sample"),
 )
 # What no stride has a 0 of.
-NEVER_ZERO = ("gct", "contact", "cadence", "stance")
+NEVER_ZERO = (
+    *("gct", "contact", "cadence", "stance", "swing"),
+    *("speed", "slength", "step_length", "step_time"),
+)
 
 # Words for the feet. Those of a map come first; without any, these alone are taken for granted.
 FOOT_WORDS = {"left": ("left", "l"), "right": ("right", "r")}
 # Words that --suggest and messages know besides.
 MORE_FOOT_WORDS = {
-    "left": ("links", "li", "lt", "gauche", "izquierda"),
-    "right": ("rechts", "re", "rt", "droite", "derecha"),
+    "left": (
+        *("links", "linker", "linke", "linkes", "li", "lt", "lf"),
+        *("gauche", "g", "izquierda", "izquierdo", "izq", "sinistra", "sinistro"),
+    ),
+    "right": (
+        *("rechts", "rechter", "rechte", "rechtes", "re", "rt", "rf"),
+        *("droite", "droit", "d", "derecha", "derecho", "dcha", "destra", "destro"),
+    ),
 }
 
 # What people call a column, and what it is called here.
@@ -256,30 +265,42 @@ class Derivation:
     Attributes:
         name: the column that it fills, where that has no value.
         ways: from what, and how; the first that is possible counts.
+        needs: the columns that it can be made from, any of these groups.
     """
 
     name: str
     ways: tuple[str, ...]
+    needs: tuple[tuple[str, ...], ...]
 
 
 DERIVATIONS = (
-    Derivation("gct", ("end - hs", "(last_sample - first_sample + 1) / sampling rate")),
-    Derivation("hs", ("end - gct", "first_sample / sampling rate")),
-    Derivation("contact", ("lift_off - hs", "stance x gct")),
-    Derivation("stance", ("100 x contact / gct", "100 - swing")),
-    Derivation("swing", ("100 - stance",)),
-    Derivation("cadence", ("120 / gct",)),
-    Derivation("slength", ("speed x gct",)),
-    Derivation("speed", ("slength / gct",)),
-    Derivation("step_time", ("this strike - the other foot's strike before it",)),
+    Derivation(
+        "gct",
+        ("end - hs", "(last_sample - first_sample + 1) / sampling rate"),
+        (("end", "hs"), ("first_sample", "last_sample")),
+    ),
+    Derivation(
+        "hs", ("end - gct", "first_sample / sampling rate"), (("end", "gct"), ("first_sample",))
+    ),
+    Derivation(
+        "contact", ("lift_off - hs", "stance x gct"), (("lift_off", "hs"), ("stance", "gct"))
+    ),
+    Derivation("stance", ("100 x contact / gct", "100 - swing"), (("contact", "gct"), ("swing",))),
+    Derivation("swing", ("100 - stance",), (("stance",),)),
+    Derivation("cadence", ("120 / gct",), (("gct",),)),
+    Derivation("slength", ("speed x gct",), (("speed", "gct"),)),
+    Derivation("speed", ("slength / gct",), (("slength", "gct"),)),
+    Derivation("step_time", ("this strike - the other foot's strike before it",), (("hs", "gct"),)),
     Derivation(
         "ds",
         (
             "both phases, (left lift-off - right strike) + (right lift-off - left strike), % of "
             "the right stride",
         ),
+        (("hs", "gct", "lift_off"), ("hs", "gct", "contact")),
     ),
 )
+DERIVATION = {derivation.name: derivation for derivation in DERIVATIONS}
 DERIVED_NAMES = tuple(derivation.name for derivation in DERIVATIONS)
 
 
@@ -396,6 +417,13 @@ KEYS = (
     ),
     Key("table", "decimal", ".|,", "the decimal sign; found from the cells otherwise", '","'),
     Key("table", "thousands", "text", "the sign between thousands", '"."'),
+    Key(
+        "table",
+        "dates",
+        "day first|month first",
+        "what 03/04/2025 is; found from the cells where a number above 12 tells",
+        '"day first"',
+    ),
     Key("table", "encoding", "text", "UTF-8, UTF-16 with a mark, else cp1252", '"latin-1"'),
     Key(
         "table",

@@ -19,6 +19,20 @@ from ._places import Faults, Origin, listed, shown
 _TEXT = (".csv", ".tsv", ".txt", ".ts", ".dat", ".asc", ".tab", ".text", "")
 _WORKBOOKS = (".xlsx", ".xlsm")
 _ARROW = (".parquet", ".pq", ".feather")
+# What files begin with that are no text: what to call it, and what to do.
+_BEGINNINGS = (
+    (b"PK\x03\x04", "a workbook or another zip file", "if it is a workbook, name it .xlsx"),
+    (b"\xd0\xcf\x11\xe0", "an old workbook (.xls)", "save it as .xlsx or CSV"),
+    (b"PAR1", "a Parquet file", "name it .parquet"),
+    (b"%PDF", "a PDF", "save the table itself as CSV or .xlsx"),
+    (b"\x89PNG", "a picture", "save the table itself as CSV or .xlsx"),
+    (b"\xff\xd8\xff", "a picture", "save the table itself as CSV or .xlsx"),
+    (b"<table", "a page of HTML", "open it in a spreadsheet and save it as CSV or .xlsx"),
+    (b"<html", "a page of HTML", "open it in a spreadsheet and save it as CSV or .xlsx"),
+    (b"<!doctype html", "a page of HTML", "open it in a spreadsheet and save it as CSV or .xlsx"),
+    (b"[{", "JSON", "turn it into a table first, with pandas.read_json"),
+    (b'{"', "JSON", "turn it into a table first, with pandas.read_json"),
+)
 _SEPARATORS = {"tab": "\t", "\\t": "\t", "space": " ", " ": " "}
 
 
@@ -61,6 +75,19 @@ def _decoded(path: Path, encoding: str | None, faults: Faults, origin: Origin) -
         text += ', expected another [table] encoding, such as "utf-16"'
     faults.add(origin.error(None, None, text))
     return None
+
+
+def _other_content(path: Path, ending: str) -> str:
+    """What a file holds in place of what its ending says; empty where it is that."""
+    with path.open("rb") as file:
+        data = file.read(512).lstrip(b"\xef\xbb\xbf \t\r\n").lower()
+    found = next((one for one in _BEGINNINGS if data.startswith(one[0].lower())), None)
+    if ending in _WORKBOOKS and (found is None or not found[1].startswith("a workbook")):
+        what, todo = found[1:] if found else ("text", "if it is a table, name it .csv")
+        return f"found {what}, expected a workbook, as its ending {ending} says: {todo}"
+    if ending in _TEXT and found:
+        return f"found {found[1]}, expected text, as its ending {ending} says: {found[2]}"
+    return ""
 
 
 def _separator_of(lines: Sequence[str]) -> str:
@@ -137,7 +164,8 @@ def _workbook_grids(path: Path, map_: TableMap, faults: Faults) -> list[Grid]:
         wanted = list(filled)
         if len(wanted) > 1 and "{sheet}" not in map_.get("", "walk", ()):
             text = f"found {len(wanted)} sheets ({listed(map(shown, wanted))}), expected one: say "
-            text += '[table] sheet = "...", or walk = ["{sheet}"] if each is a walk, or '
+            text += '[table] sheet = "...", or walk = ["{sheet}"] if each is a walk (with [table] '
+            text += 'sheet = ["...", "..."] for some of them), or '
             text += '[feet] by = "sheets" if each is a foot'
             faults.add(book.error(None, None, text))
             return []
@@ -183,6 +211,10 @@ def _grids_of_file(path: Path, map_: TableMap, faults: Faults) -> list[Grid]:
     ending = path.suffix.casefold()
     origin = Origin(path.name, ending not in (*_WORKBOOKS, *_ARROW), path.stem)
     try:
+        other = _other_content(path, ending) if path.is_file() else ""
+        if other:
+            faults.add(origin.error(None, None, other))
+            return []
         if ending in _WORKBOOKS:
             return _workbook_grids(path, map_, faults)
         if ending in _ARROW:

@@ -2,6 +2,7 @@
 
 from __future__ import annotations
 
+import itertools
 import re
 from collections.abc import Sequence
 from statistics import median
@@ -25,6 +26,9 @@ _UNITS = {
     "g": ("g", "m/s^2"),
     "steps/min": ("steps/min", "strides/min"),
 }
+# Words at the end of a name that are its unit, and words that say a column holds times.
+_UNIT_WORDS = {"ms": "ms", "msec": "ms", "s": "s", "sec": "s", "cm": "cm", "mm": "mm"}
+_TIME_WORDS = ("time", "timestamp", "zeit", "uhrzeit", "clock", "seconds", "milliseconds")
 # What is not measured, as numbers.
 CODES_FOR_MISSING = (0.0, -1.0, -999.0, 999.0, -9999.0, 9999.0)
 
@@ -87,6 +91,9 @@ def placed_by_name(source: Source, names: Sequence[tuple[int, str]]) -> dict[str
     used: set[int] = set()
     for _, _, place, field_name in scores:
         if field_name not in result and place not in used and is_numeric(source, place):
+            if field_name == "gct" and _rises(numbers_of(source, place)):
+                # The number of the stride.
+                continue
             field_of_kind = _by_kind(field_name, source, place)
             if field_of_kind not in result:
                 result[field_of_kind] = place
@@ -100,15 +107,37 @@ def _can_be(field_name: str, source: Source, place: int) -> bool:
     return not said or fits(field_name, said)
 
 
+def _rises(values: Sequence[float]) -> bool:
+    """Whether values are places or numbers in order, and no durations."""
+    steps = [b - a for a, b in itertools.pairwise(values)]
+    return len(steps) > 3 and sum(step >= 0 for step in steps) >= 0.9 * len(steps) > 0 < max(steps)
+
+
+def _unit_word(name: str) -> str | None:
+    """The unit that a name ends in without brackets, as "time_ms" does."""
+    words = plain_words(name).split()
+    return _UNIT_WORDS.get(words[-1]) if len(words) > 1 else None
+
+
+def _said_unit(source: Source, place: int) -> str | None:
+    name = source.names[place]
+    return unit_in_name(name) or source.units.get(place) or _unit_word(name)
+
+
 def _by_kind(field_name: str, source: Source, place: int) -> str:
     """A begin or an end as samples where the values are large whole numbers."""
+    if field_name == "contact" and _rises(numbers_of(source, place)):
+        # The moment of a contact, not how long it lasts.
+        return "hs"
     pairs = {"hs": "first_sample", "end": "last_sample"}
     back = {sample: moment for moment, sample in pairs.items()}
     if field_name not in pairs and field_name not in back:
         return field_name
     values = numbers_of(source, place)
-    said = unit_in_name(source.names[place]) or source.units.get(place) or ""
+    said = _said_unit(source, place) or ""
     is_time = bool(said) and factor_to(said, "s") is not None
+    words = plain_words(source.names[place]).split()
+    is_time |= bool({*words} & {*_TIME_WORDS}) and not {*words} & {"sample", "samples", "index"}
     is_whole = all(value == int(value) for value in values) and max(values, default=0) > 300
     if is_whole and not is_time and max(values) < 1e8:
         return pairs.get(field_name, field_name)
@@ -126,7 +155,13 @@ def unit_for(
     said = unit_in_name(source.names[place]) or source.units.get(place)
     if said and fits(field_name, said):
         return said, ""
+    word = _unit_word(source.names[place])
+    if word and fits(field_name, word):
+        return word, f"unit by its name: {word}"
     values = [v for v in numbers_of(source, place) if v not in CODES_FOR_MISSING]
+    if FIELD[field_name].kind == "moment" and values and max(values) > 300:
+        if all(value == int(value) for value in values):
+            return "ms", "whole numbers: milliseconds?"
     if field_name not in bounds or not values:
         return FIELD[field_name].unit, ""
     low, high = bounds[field_name]

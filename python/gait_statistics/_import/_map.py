@@ -193,6 +193,14 @@ class _Reader:
         self, section: str, name: str, known: Iterable[str], what: str, of: str = ""
     ) -> None:
         """Says where an unknown key belongs, or which one it is like."""
+        if not section and name.casefold() in SECTIONS:
+            expected = f"[{name.casefold()}], in small letters"
+            self.fault(name, "", f"found an unknown section, expected {expected}")
+            return
+        if section == "skip" and name in {key.name for key in EXCLUDE_KEYS}:
+            text = "found it under [[skip]], which takes rows out that are no strides, expected it "
+            self.fault(section, name, text + "under [[exclude]]")
+            return
         elsewhere = [key for key in KEYS if key.name == name and key.section != section]
         known = list(known)
         near = SYNONYMS.get(name, "") if what == "column" else ""
@@ -387,7 +395,7 @@ def _text_of_map(given: str | os.PathLike[str]) -> tuple[str, str]:
     try:
         return name, path.read_text(encoding="utf-8-sig")
     except UnicodeDecodeError:
-        text = "found text that is not UTF-8, expected a map in UTF-8"
+        text = "found text that is not UTF-8, expected a map in UTF-8: save it with this encoding"
     except OSError as error:
         near = nearest(name, shipped_maps())
         hint = f'; is it "{near}"?' if near else ""

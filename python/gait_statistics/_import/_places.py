@@ -10,6 +10,8 @@ from .._errors import InputError, WalkError
 
 _LINES_NAMED = 5
 _SHOWN = 60
+# Stands for the cells that were found, in what is expected in their place.
+FOUND = "\0"
 
 
 def shown(value: object) -> str:
@@ -93,7 +95,9 @@ class Faults:
         result = list(self._errors)
         for (origin, column, expected), found in self._of_cells.items():
             (line, first), others = found[0], [other for other, _ in found[1:]]
-            text = f"found {first}, expected {expected}"
+            kinds = list(dict.fromkeys(other for _, other in found))
+            some = kinds[:_LINES_NAMED] + ["..."] * (len(kinds) > _LINES_NAMED)
+            text = f"found {first}, expected {expected.replace(FOUND, listed(some))}"
             if others:
                 rows = counted(len(others), "more row")
                 text += f" (and in {rows}: {origin.rows_in_words(others)})"

@@ -20,10 +20,11 @@ from ._cells import (
     moment_of,
     over_midnight,
     text_of_cell,
+    why_no_number,
 )
 from ._fields import FIELD, MORE_FOOT_WORDS, NEVER_ZERO, SIGNED
 from ._map import FEET, ColumnMap, TableMap
-from ._places import Faults, listed, shown
+from ._places import FOUND, Faults, listed, shown
 from ._sources import Source, foot_of_cell, place_of
 from ._units import conversion_of, expected_units, factor_to, fits, times, unit_in_name
 
@@ -215,13 +216,14 @@ class _Reader:
         read = moment_of if FIELD[self.name].kind == "moment" else duration_of
         found = read(cell, self.source.signs)
         if found is None:
-            text = shown(text_of_cell(cell))
-            expected = f"a number; if it means missing: missing = [{text}], if the row is no "
-            self.fault(line, text, expected + "stride: [[skip]]")
+            text = text_of_cell(cell)
+            expected = f"a number; if it means missing: missing = [{FOUND}], if the row is no "
+            self.fault(line, shown(text), why_no_number(text) or expected + "stride: [[skip]]")
             return Moment(np.nan, "")
         if _stands_for_missing(self.name, found.seconds, self.column):
             value = f"{found.seconds:g}"
-            expected = f"a measurement; if it means missing: missing = [{value}]"
+            expected = f"a measurement; if it means missing: missing = [{value}]; if it was "
+            expected += f"measured: {self.name} = {{column = ..., missing = []}}"
             self.fault(line, value, expected)
         return found
 

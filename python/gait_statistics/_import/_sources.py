@@ -8,8 +8,11 @@ from dataclasses import dataclass, field
 from functools import cached_property
 from typing import Any
 
+import numpy as np
+from numpy.typing import NDArray
+
 from .._errors import InputError
-from ._cells import Signs, is_empty, is_one_of, meets, number_of, signs_of, text_of_cell
+from ._cells import Signs, dates_of, is_empty, is_one_of, meets, number_of, signs_of, text_of_cell
 from ._grids import Grid, all_grids, plain
 from ._map import FEET, TableMap
 from ._places import Faults, Origin, counted, listed, nearest, shown
@@ -18,12 +21,26 @@ from ._units import unit_of
 # What a header may stand below, in rows.
 _PREAMBLE = 200
 # Words of rows that sum a table up, in the first cells of a row.
+_TOTAL = (
+    r"(mean|average|avg|mittel|mittelwert|mw|ø|⌀|x̄|moyenne|media|promedio|sd|stdev|std|"
+    r"std\.? ?(dev|abw)\.?|standard ?(deviation|error|abweichung)|stabw|stdabw|sem|cv|%cv|cv ?%|"
+    r"[eé]cart[- ]?type|desviaci[oó]n( est[aá]ndar)?|median|m[eé]diane?|mediana|min|max|minimum|"
+    r"maximum|totals?|sum|summe|gesamt|count|anzahl|n)"
+)
+_OF_FOOT = r"(left|right|links|rechts|gauche|droite|l|r|both|all|alle)"
 _TOTALS = re.compile(
-    r"(mean|average|avg|mittel|mittelwert|sd|stdev|std|std\.? ?dev\.?|standard deviation|"
-    r"standardabweichung|stabw|cv|%cv|cv ?%|median|min|max|minimum|maximum|total|totals|sum|summe|"
-    r"gesamt|count|anzahl)\.?:?",
+    rf"({_OF_FOOT}[ _]+)?{_TOTAL}(\s*(±|\+/-|\+-|/|\()\s*{_TOTAL}\)?)?([ _]+{_OF_FOOT})?\.?:?",
     re.IGNORECASE,
 )
+# The last rows of a table that are looked at for means, and how likely it may be by chance that
+# a stride has the mean's values.
+_LAST_ROWS = 6
+_BY_CHANCE = 1e-4
+# Means of tables with more rows than these are not looked for without a word: it takes too long.
+_MANY_ROWS = 3_000
+
+# A number and how many decimals it has.
+_Printed = tuple[float, int] | None
 
 
 @dataclass
@@ -161,8 +178,9 @@ def units_beneath(row: Sequence[Any]) -> dict[int, str]:
     return units if units and len(others) <= len(units) and not _has_number(row) else {}
 
 
-def _has_number(row: Sequence[Any]) -> bool:
-    return any(not is_empty(cell) and number_of(cell, Signs()) is not None for cell in row)
+def _has_number(row: Sequence[Any], signs: Signs | None = None) -> bool:
+    signs = signs or Signs()
+    return any(not is_empty(cell) and number_of(cell, signs) is not None for cell in row)
 
 
 def foot_of_cell(cell: Any, signs: Signs, map_: TableMap) -> str | None:
@@ -262,15 +280,108 @@ def totals_of(source: Source) -> list[tuple[int, int, str]]:
             if isinstance(cell, str) and cell and not cell[0].isdigit()
         ]
         total = next((word for word in words[:3] if _TOTALS.fullmatch(word[1].strip())), None)
-        if total and _has_number(row):
+        if total and _has_number(row, source.signs):
             found.append((line, *total))
     # A column of units has "min" in every row.
     return found if len(found) <= max(4, len(source.rows) / 4) else []
 
 
+def _printed(cell: Any, signs: Signs) -> _Printed:
+    """The number in a cell, and how many decimals it has."""
+    found = None if is_empty(cell) or isinstance(cell, bool) else number_of(cell, signs)
+    if found is None or found[1]:
+        return None
+    text = signs.plain(cell) if isinstance(cell, str) else repr(float(cell)).removesuffix(".0")
+    return (found[0], len(text.partition(".")[2])) if "e" not in text.casefold() else None
+
+
+def _numbers(source: Source, place: int) -> NDArray[np.float64]:
+    found = (
+        cell if type(cell) is float else None if is_empty(cell) else number_of(cell, source.signs)
+        for cell in source.cells(place)
+    )
+    return np.array([one[0] if isinstance(one, tuple) else one for one in found], dtype=float)
+
+
+def _means_in(source: Source, columns: Sequence[NDArray[np.float64]], at: int) -> list[int]:
+    """The columns in which a row has the mean of those above it; empty where that is chance."""
+    chance, places = 1.0, []
+    for place, column in enumerate(columns):
+        cell = source.rows[at][place]
+        here, values = _printed(cell, source.signs), column[:at]
+        values = values[np.isfinite(values)]
+        if here is None or len(values) < _LAST_ROWS or abs(here[0] - values.mean()) > 0.5001:
+            continue
+        decimals = here[1]
+        if decimals == 0 or not isinstance(cell, str):
+            # A number has no trailing zeros: those of the rows above tell.
+            above = [
+                _printed(row[place], source.signs) for row in source.rows[max(0, at - 20) : at]
+            ]
+            decimals = max(decimals, *(one[1] for one in above if one is not None), 0)
+        spread, step = float(values.std(ddof=1)), 10.0**-decimals
+        if spread > 0 and abs(values.mean() - here[0]) <= 0.5001 * step:
+            places.append(place)
+            chance *= min(1.0, step / (2 * spread))
+    return places if len(places) > 1 and chance < _BY_CHANCE else []
+
+
+def _find_last_means(source: Source, known: set[int], faults: Faults) -> bool:
+    """Last rows that hold the means of the table and have no word that says so."""
+    count = len(source.rows)
+    if count > _MANY_ROWS:
+        return False
+    columns = [_numbers(source, place) for place in range(source.width)]
+    for at in range(max(_LAST_ROWS, count - _LAST_ROWS), count):
+        is_known = source.lines[at] in known
+        places = [] if is_known else _means_in(source, columns, at)
+        if places:
+            names = listed((source.name_of(place) for place in places), " and ")
+            lines = [line for line in source.lines[at:] if line not in known]
+            expected = f"a stride; to leave it out: [[skip]] lines = {lines}"
+            found = f"the means of the rows above in {names}"
+            faults.add_cell(source.origin, lines[0], None, found, expected)
+            return True
+    return False
+
+
+def _find_rows_after_count(source: Source, known: set[int], faults: Faults) -> None:
+    """Last rows in which a running number has ended."""
+    for place in range(source.width):
+        at = _end_of_count(source, place)
+        if at < len(source.rows) and not known & set(source.lines[at:]):
+            lines = source.lines[at:]
+            text = text_of_cell(source.rows[at][place])
+            found = shown(text) if text else "an empty cell"
+            expected = "a number as in all rows above; if the row is no stride: [[skip]] lines = "
+            name = source.name_of(place)
+            faults.add_cell(source.origin, lines[0], name, found, f"{expected}{lines}")
+            return
+
+
+def _end_of_count(source: Source, place: int) -> int:
+    """Where a column that counts the rows ends, if a few rows follow; else the number of rows."""
+    cells = source.cells(place)
+    if not cells or (not is_empty(cells[-1]) and number_of(cells[-1], source.signs) is not None):
+        return len(cells)
+    values = [None if is_empty(cell) else number_of(cell, source.signs) for cell in cells]
+    end = len(values)
+    while end and values[end - 1] is None:
+        end -= 1
+    counts = [value[0] if value else None for value in values[:end]]
+    first = counts[0] if counts else None
+    is_count = first is not None and counts == [first + n for n in range(end)]
+    is_few = _LAST_ROWS <= end and len(values) - end <= _LAST_ROWS
+    return end if is_count and is_few else len(values)
+
+
 def _find_totals(source: Source, faults: Faults) -> None:
     """Rows that sum the table up would count as strides."""
-    for line, place, text in totals_of(source):
+    found = totals_of(source)
+    known = {line for line, _, _ in found}
+    if not _find_last_means(source, known, faults):
+        _find_rows_after_count(source, known, faults)
+    for line, place, text in found:
         name = source.name_of(place)
         expected = f'a stride; to leave rows of means out: [[skip]] column = "{name}", is = the '
         expected += "words in them"
@@ -297,8 +408,8 @@ def place_of(source: Source, name: str, faults: Faults) -> int | None:
 def _signs(source: Source, map_: TableMap, faults: Faults) -> Signs:
     """The signs of a table's numbers, those of the map first."""
     decimal, thousands = map_.get("table", "decimal"), map_.get("table", "thousands", "")
-    if decimal:
-        return Signs(decimal, thousands)
+    if thousands in (".", ",") and not decimal:
+        decimal = "," if thousands == "." else "."
     places = {
         place
         for column in map_.columns.values()
@@ -307,13 +418,18 @@ def _signs(source: Source, map_: TableMap, faults: Faults) -> Signs:
         for place in source.places(name)
     }
     cells = [cell for place in sorted(places) for cell in source.cells(place)]
+    dates = map_.get("table", "dates") or dates_of(cells)
+    if decimal:
+        return Signs(decimal, thousands, dates)
     found = signs_of(cells)
     if found is None:
         example = next(cell for cell in cells if isinstance(cell, str) and "," in cell)
         text = f'found numbers such as "{example}" alone, expected a word on what the comma is: '
-        faults.add(source.origin.error(None, None, text + '[table] decimal = "," or "."'))
+        faults.add(
+            source.origin.error(None, None, text + '[table] decimal = "," or thousands = ","')
+        )
     found = found or Signs(",")
-    return Signs(found.decimal, thousands or found.thousands)
+    return Signs(found.decimal, thousands or found.thousands, dates)
 
 
 def _form_in_words(grid: Grid, wanted: Sequence[str]) -> str:

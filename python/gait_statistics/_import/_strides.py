@@ -10,9 +10,11 @@ import numpy as np
 import pandas as pd
 from numpy.typing import NDArray
 
-from ._fields import CONVERSIONS, DERIVATIONS, FIELD
+from .._errors import InputError
+from ._doubts import check_ends, doubt_of_durations
+from ._fields import CONVERSIONS, DERIVATION, DERIVATIONS, FIELD
 from ._map import FEET, TableMap
-from ._places import Faults, Origin, counted
+from ._places import Faults, Origin, counted, listed
 from ._rows import OTHER, Rows
 
 Numbers = NDArray[np.float64]
@@ -38,6 +40,7 @@ class Strides:
         given_rate: samples per second as the table counts them.
         derived: what was computed, and from what.
         notes: what was left out.
+        doubts: what is worth a look.
     """
 
     name: str
@@ -47,6 +50,7 @@ class Strides:
     given_rate: float = DEFAULT_RATE
     derived: list[str] = field(default_factory=list)
     notes: list[str] = field(default_factory=list)
+    doubts: list[InputError] = field(default_factory=list)
 
 
 def _column(frame: pd.DataFrame, name: str) -> Numbers:
@@ -303,6 +307,21 @@ def _fill(name: str, words: Sequence[str], strides: Strides) -> bool:
     return has_filled
 
 
+def _way_to(name: str, known: set[str], above: tuple[str, ...] = ()) -> list[str] | None:
+    """What to derive for a column, in order; None where what is known does not lead to it."""
+    if name in known:
+        return []
+    if name in above or name not in DERIVATION:
+        return None
+    ways = []
+    for needs in DERIVATION[name].needs:
+        parts = [_way_to(need, known, (*above, name)) for need in needs]
+        steps = [step for part in parts if part is not None for step in part]
+        if None not in parts:
+            ways.append([*dict.fromkeys(steps), name])
+    return min(ways, key=len, default=None)
+
+
 def _derive(map_: TableMap, strides: Strides, faults: Faults) -> None:
     """Fills what ``derive`` names; what is filled later may fill what comes before it."""
     wanted = [one for one in DERIVATIONS if one.name in map_.get("", "derive", ())]
@@ -311,7 +330,16 @@ def _derive(map_: TableMap, strides: Strides, faults: Faults) -> None:
     for one in wanted:
         if np.isnan(_column(strides.frame, one.name)).all() and not map_.get("", "optional"):
             text = f'derive: found "{one.name}", expected what it is made from: '
-            faults.add(map_.error("", "derive", text + "; or ".join(one.ways)))
+            text += "; or ".join(one.ways)
+            frame = strides.frame
+            known = {name for name in FIELD if not np.isnan(_column(frame, name)).all()}
+            way = _way_to(one.name, known)
+            missing = [name for name in way or () if name not in map_.get("", "derive")]
+            if missing:
+                names = listed(f'"{name}"' for name in missing)
+                which = "it" if len(missing) == 1 else "them"
+                text += f". The table leads to it by {names}: name {which} in derive, too"
+            faults.add(map_.error("", "derive", text))
 
 
 # ---- Order and what must be there
@@ -406,7 +434,11 @@ def _with_events(
         frame["gct"] = frame["gct"] / strides.given_rate
     if map_.get("", "times") == "end to end" and "gct" in frame:
         _end_to_end(frame, strides)
+    check_ends(frame, rows, map_, faults)
     _samples(frame, rows, strides)
+    doubt = doubt_of_durations(frame, rows, map_, strides.rate)
+    if doubt is not None:
+        strides.doubts.append(doubt)
     if not len(frame):
         text = f"walk {strides.name}: found no stride in it, expected at least one"
         faults.add(map_.error("", "", text))

@@ -6,14 +6,15 @@ import itertools
 import json
 import re
 from collections.abc import Sequence
-from dataclasses import dataclass, field
+from dataclasses import dataclass, field, replace
 from statistics import median
 from typing import Any
 
 import numpy as np
 
 from .._errors import InputError
-from ._cells import is_empty, moment_of, number_of, signs_of, text_of_cell
+from ._cells import dates_of, has_open_date, is_empty, moment_of, number_of, signs_of, text_of_cell
+from ._doubts import is_end_of_next
 from ._fields import FIELD, FOOT_WORDS, MORE_FOOT_WORDS, NEVER_ZERO, SIGNED
 from ._grids import Grid, all_grids, named_tables, turned
 from ._guess import (
@@ -26,10 +27,14 @@ from ._guess import (
 )
 from ._map import FEET, TableMap
 from ._places import Faults, counted, listed
+from ._rows import OTHER
 from ._sources import Source, source_of, totals_of
 from ._units import factor_to, unit_in_name
 
-_FOOT_NAME = re.compile(r"foot|feet|side|leg|limb|seite|fu(ß|ss)|bein|label", re.IGNORECASE)
+_FOOT_NAME = re.compile(
+    r"foot|feet|side|leg|limb|seite|fu(ß|ss)|bein|label|pied|\bpie\b|lado|c[oô]té|jambe|piede|lato",
+    re.IGNORECASE,
+)
 _FOOT_WORDS = {foot: (*FOOT_WORDS[foot], *MORE_FOOT_WORDS[foot]) for foot in FEET}
 _WALK_NAME = re.compile(
     r"subject|patient|participant|proband|person|trial|visit|session|walk|bout|recording|"
@@ -48,6 +53,7 @@ class _Suggestion:
     Attributes:
         columns: the text of each column's value in the map.
         remarks: what the user is to look at.
+        places: the table's column for each of ours.
     """
 
     top: dict[str, str] = field(default_factory=dict)
@@ -59,6 +65,7 @@ class _Suggestion:
     used: set[int] = field(default_factory=set)
     missing: list[Any] = field(default_factory=list)
     numbers: dict[str, list[float]] = field(default_factory=dict)
+    places: dict[str, int] = field(default_factory=dict)
 
 
 def _quoted(value: Any) -> str:
@@ -72,7 +79,7 @@ def _is_number(cell: Any) -> bool:
     if is_empty(cell):
         return False
     signs = signs_of([cell])
-    return (signs is None) or number_of(cell, signs) is not None
+    return signs is None or moment_of(cell, replace(signs, dates="day first")) is not None
 
 
 def _header_line(grid: Grid) -> int:
@@ -117,9 +124,21 @@ def _column_text(name: str, field_name: str, unit: str, is_said: bool, remark: s
 def _foot_of_word(cell: Any) -> str | None:
     word = text_of_cell(cell).casefold()
     for foot in FEET:
-        if word in _FOOT_WORDS[foot] or re.search(rf"\b{foot}\b", word):
+        long = "|".join(one for one in _FOOT_WORDS[foot] if len(one) > 3)
+        if word in _FOOT_WORDS[foot] or re.search(rf"\b({long})\b", word):
             return foot
     return None
+
+
+def _feet_in_name(name: str, words: Sequence[str]) -> dict[str, str]:
+    """The word for each foot as a name says it: "Foot (1 = left)"."""
+    for code, text in re.findall(r"([^\W_]+)\s*[=:]\s*([^\W_]+)", name):
+        for word, said in ((code, text), (text, code)):
+            foot = _foot_of_word(said)
+            if word in words and foot:
+                other = next(one for one in words if one != word)
+                return {foot: word, OTHER[foot]: other}
+    return {}
 
 
 def _foot_column(source: Source, said: _Suggestion) -> bool:
@@ -134,13 +153,17 @@ def _foot_column(source: Source, said: _Suggestion) -> bool:
             pairs = {foot: word for foot, word in zip(feet, words, strict=True) if foot}
             remark = ""
         elif is_named and len(words) == 2:
-            pairs = dict(zip(FEET, sorted(words), strict=True))
-            remark = "  # which word is which foot is not known: look"
+            pairs = _feet_in_name(name, words)
+            remark = "  # by the column's name"
+            if not pairs:
+                pairs = dict(zip(("# left", "# right"), sorted(words), strict=True))
+                remark = "  # or the other way round: decide, and take the first # away"
         else:
             continue
         said.feet["column"] = _quoted(_reference(source, place))
         is_plain = all(
-            word.casefold() in FOOT_WORDS[foot] or re.search(rf"\b{foot}\b", word.casefold())
+            word.casefold() in FOOT_WORDS.get(foot, ())
+            or re.search(rf"\b{foot}\b", word.casefold())
             for foot, word in pairs.items()
         )
         if not is_plain:
@@ -156,7 +179,14 @@ def _foot_token(name: str) -> tuple[str, str, str] | None:
     """The foot that a name says, its word, and the name with {foot} in place of it."""
     for foot in FEET:
         for word in sorted(_FOOT_WORDS[foot], key=len, reverse=True):
-            found = re.search(rf"(?<![A-Za-z]){word}(?![a-z])", name, re.IGNORECASE)
+            if word in ("g", "d"):
+                # These stand for much else in names.
+                continue
+            # Alone, or with a capital amid others: "Swing left", "SwingLeft", "LeftSwing".
+            capital = word.capitalize()
+            found = re.search(rf"(?<![A-Za-z]){word}(?![a-z])", name, re.IGNORECASE) or re.search(
+                rf"(?<=[a-z0-9]){capital}(?![a-z])|(?<![A-Za-z]){capital}(?=[A-Z][a-z])", name
+            )
             if found:
                 return foot, found[0], name[: found.start()] + "{foot}" + name[found.end() :]
     return None
@@ -217,10 +247,14 @@ def _place_columns(source: Source, said: _Suggestion, pairs: dict[str, int]) -> 
         unit, remark = unit_for(field_name, source, place, bounds, durations)
         said_unit = unit_in_name(source.names[place]) or source.units.get(place)
         is_said = bool(said_unit) and said_unit == unit
+        numbers = numbers_of(source, place)
+        if field_name == "gct" and len(numbers) > 3 and len(set(numbers)) == 1:
+            remark = (f"{remark}; " if remark else "") + "the same in all rows: is it measured?"
         name = own.get(place) or _reference(source, place)
         said.columns[field_name] = _column_text(name, field_name, unit, is_said, remark)
         scale = factor_to(unit, "s") if field_name == "gct" else None
         said.numbers[field_name] = [v * (scale or 1.0) for v in numbers_of(source, place)]
+        said.places[field_name] = place
         said.used.add(place)
         if pairs and place in own:
             said.used |= {
@@ -234,10 +268,7 @@ def _times_by_value(source: Source, said: _Suggestion, stride: float | None) -> 
     """Finds moments of strikes by their distance, which is that of the strides."""
     if stride is None or {"hs", "end", "first_sample"} & said.columns.keys():
         return
-    feet = [""] * len(source.rows)
-    if "column" in said.feet:
-        place = source.places(json.loads(said.feet["column"]))[0]
-        feet = [text_of_cell(cell) for cell in source.cells(place)]
+    feet = _feet_of_rows(source, said)
     for place in range(source.width):
         if place in said.used or not is_numeric(source, place):
             continue
@@ -285,11 +316,38 @@ def _say_walks(sources: Sequence[Source], said: _Suggestion) -> None:
             said.used.add(place)
     if names:
         said.top["walk"] = _quoted(names)
+    elif len(sources) > 2 and said.feet.get("by") == '"files"':
+        said.top["walk"] = '["{file}"]'
     elif len(sources) > 1 and said.feet.get("by") not in ('"sheets"', '"files"'):
         said.top["walk"] = '["{sheet}"]' if sources[0].origin.sheet else '["{file}"]'
 
 
-def _say_rate(said: _Suggestion) -> None:
+def _feet_of_rows(source: Source, said: _Suggestion) -> list[str]:
+    """The word for the foot of each row; empty where no column has one."""
+    if "column" not in said.feet:
+        return [""] * len(source.rows)
+    place = source.places(json.loads(said.feet["column"]))[0]
+    return [text_of_cell(cell) for cell in source.cells(place)]
+
+
+def _is_end_exclusive(source: Source, said: _Suggestion) -> bool:
+    """Whether a stride's end is the first sample of the foot's next one."""
+    if not {"first_sample", "last_sample"} <= said.places.keys():
+        return False
+    feet = np.array(_feet_of_rows(source, said))
+    first, last = (
+        np.array([_number(cell, source) for cell in source.cells(said.places[name])])
+        for name in ("first_sample", "last_sample")
+    )
+    return any(is_end_of_next(first[feet == foot], last[feet == foot]) for foot in set(feet))
+
+
+def _number(cell: Any, source: Source) -> float:
+    found = None if is_empty(cell) else number_of(cell, source.signs)
+    return float("nan") if found is None else found[0]
+
+
+def _say_rate(source: Source, said: _Suggestion) -> None:
     if "first_sample" not in said.columns:
         if "hs" not in said.columns and "end" not in said.columns:
             said.top["# times"] = (
@@ -299,15 +357,20 @@ def _say_rate(said: _Suggestion) -> None:
     numbers = said.numbers
     first, last, gct = (numbers.get(name, []) for name in ("first_sample", "last_sample", "gct"))
     known = sum(gct)
+    is_exclusive = _is_end_exclusive(source, said)
+    if is_exclusive:
+        name = said.columns["last_sample"]
+        remark = "  # it is the foot's next first_sample"
+        said.columns["last_sample"] = f"{{column = {name}, add = -1}}{remark}"
     if not (first and len(first) == len(last) == len(gct) and known):
-        said.top["# sampling_rate"] = "100   # fill in: the table counts samples"
+        said.top["# sampling_rate"] = "???   # fill in: the table counts samples"
         return
     # Whichever way of counting leads to a rate that is nearer to a whole number.
     length = sum(last) - sum(first)
     rates = {0: (length + len(gct)) / known, -1: length / known}
     add = min(rates, key=lambda way: abs(rates[way] - round(rates[way])))
     said.top["sampling_rate"] = f"{round(rates[add])}  # by samples and durations"
-    if add:
+    if add and not is_exclusive:
         name = said.columns["last_sample"]
         said.columns["last_sample"] = f"{{column = {name}, add = -1}}  # the end is not counted"
 
@@ -406,7 +469,10 @@ def _named_source(grid: Grid, said: _Suggestion, faults: Faults) -> Source | Non
     if set(source.headings.values()) == set(FEET):
         said.feet["by"] = _quoted("headings")
     found = signs_of(cell for row in source.rows for cell in row)
-    source.signs = found or source.signs
+    dates = dates_of(cell for row in source.rows for cell in row)
+    source.signs = replace(found or source.signs, dates=dates or "day first")
+    if not dates and any(has_open_date(cell) for row in source.rows[:1] for cell in row):
+        said.table["# dates"] = '"day first"   # or "month first": decide'
     if line and len(set(filter(None, source.names))) < len(list(filter(None, source.names))):
         # A column that is named by its place does not lead to the header.
         said.table["header"] = str(values["table", "header"])
@@ -454,7 +520,7 @@ def suggested_map(tables: Sequence[str]) -> str:
             _feet_elsewhere(sources, said)
     _place_columns(source, said, pairs)
     _say_walks(sources, said)
-    _say_rate(said)
+    _say_rate(source, said)
     if said.missing:
         said.top["missing"] = _quoted(said.missing)
     if "hs" in said.columns and not {"gct", "end"} & said.columns.keys():

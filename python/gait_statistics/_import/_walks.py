@@ -257,7 +257,8 @@ def _read_back(made: ImportedWalk, folder: Path, rows: Rows, faults: Faults) -> 
             for one in error.errors:
                 faults.add(_error_in_words(one, words))
             return
-    made.warnings = [_error_in_words(one, words) for one in made.walk.warnings]
+    said = [_error_in_words(one, words) for one in made.walk.warnings]
+    made.warnings = [*made.strides.doubts, *said]
 
 
 def _check(made: ImportedWalk, rows: Rows, map_: TableMap, faults: Faults) -> None:
@@ -461,6 +462,8 @@ def counts_in_words(made: ImportedWalk) -> str:
     text = listed(f"{feet[foot]} {foot}" for foot in ("left", "right") if feet[foot]) + " strides"
     if made.pairs is not None:
         text += f"; {counted(len(made.pairs), 'cycle')} of both feet"
+        linked = int(made.pairs[["right_index", "left_index"]].notna().all(axis=1).sum())
+        text += f", {linked} of them linked" if linked < len(made.pairs) else ""
     reasons = Counter(row[3] or "no reason" for row in made.exclusions if row[0] != "feet")
     if reasons:
         text += f"; excluded: {listed(f'{n} {reason}' for reason, n in reasons.items())}"

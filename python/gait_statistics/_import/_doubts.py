@@ -1,0 +1,114 @@
+"""What does not fit together in the strides of a walk, and which line of the map may be why."""
+
+from __future__ import annotations
+
+import numpy as np
+import pandas as pd
+from numpy.typing import NDArray
+
+from .._errors import InputError
+from ._map import FEET, TableMap
+from ._places import Faults, Origin
+from ._rows import Rows
+
+Numbers = NDArray[np.float64]
+
+# So many strides that follow each other tell how a table counts.
+_ENOUGH = 4
+# Durations and the distances of strikes may differ by so much.
+_TOLERANCE = 0.05
+# Ends that equal the next begin in so many of the joined strides are not counted.
+_NEARLY_ALL = 0.9
+
+
+def is_end_of_next(first: Numbers, last: Numbers) -> bool:
+    """Whether the end of a foot's stride is the first sample of its next one."""
+    gaps = first[1:] - last[:-1]
+    joined = gaps[np.abs(gaps) <= 1]
+    return len(joined) >= _ENOUGH and bool(np.mean(joined == 0) >= _NEARLY_ALL)
+
+
+def _stretches(frame: pd.DataFrame) -> list[pd.DataFrame]:
+    """The strides of each foot, between breaks, in order of time."""
+    groups = frame.groupby(["foot", "source", "breaks"], sort=False, dropna=False)
+    return [part for _, part in groups]
+
+
+def check_ends(frame: pd.DataFrame, rows: Rows, map_: TableMap, faults: Faults) -> None:
+    """Finds ends that do not belong to their stride; ``add`` says that they were looked at."""
+    column = map_.columns.get("last_sample")
+    counts = [rows.units.get(name) == "samples" for name in ("first_sample", "last_sample")]
+    if column is None or column.add is not None or not all(counts):
+        return
+    for foot in FEET:
+        part = frame[frame["foot"] == foot].sort_values("first_sample", kind="stable")
+        first, last = (part[name].to_numpy(dtype=float) for name in ("first_sample", "last_sample"))
+        if not is_end_of_next(first, last):
+            continue
+        number = int(part["source"].iloc[0])
+        name = rows.columns[number, "last_sample", foot]
+        text = f"found the {foot} foot's next first_sample in it, expected the last sample that "
+        text += "belongs to the stride, which is one less. In the map: "
+        text += f'last_sample = {{column = "{name}", add = -1}}'
+        faults.add(rows.sources[number].origin.error(None, name, text))
+        return
+
+
+def _reason(ratio: float, rows: Rows, rate: float) -> str:
+    """What may be wrong where durations are so many times the distance of strikes."""
+
+    def is_about(value: float) -> bool:
+        return abs(ratio / value - 1) <= _TOLERANCE
+
+    is_in_samples = "samples" in (rows.units.get("first_sample"), rows.units.get("hs"))
+    if is_in_samples and rows.units.get("gct") == "s":
+        if is_about(rate / 1000):
+            return (
+                "do strides begin in milliseconds, not in samples? In the map: hs = {column = "
+                '..., unit = "ms"} in place of first_sample'
+            )
+        return (
+            f"is the sampling rate {rate / ratio:.4g} Hz? Or do strides begin in another unit than "
+            "samples?"
+        )
+    if 0.4 < ratio < 0.6:
+        return (
+            "are they step times, from one foot's strike to the other's? In the map: no gct, but "
+            'rows = "footfalls" and derive = ["gct"], which take stride times from the strikes'
+        )
+    if 1.8 < ratio < 2.2:
+        return "are strikes of both feet taken for strides of one? Look at [feet]"
+    for unit, factor in (("ms", 1000.0), ("min", 1 / 60)):
+        if is_about(factor):
+            return f'are they in {unit}? In the map: gct = {{column = ..., unit = "{unit}"}}'
+        if is_about(1 / factor):
+            return f'are the strikes in {unit}? In the map: hs = {{column = ..., unit = "{unit}"}}'
+    return "is one of them in another unit, or not what the map says?"
+
+
+def doubt_of_durations(
+    frame: pd.DataFrame, rows: Rows, map_: TableMap, rate: float
+) -> InputError | None:
+    """A warning where durations are not the distances between the strikes of a foot."""
+    begins = [name for name in ("hs", "first_sample") if name in map_.columns]
+    is_known = "gct" in map_.columns and begins and map_.get("", "times") != "end to end"
+    if not is_known or not {"first_sample", "gct"} <= set(frame) or "last_sample" in map_.columns:
+        return None
+    found = []
+    for part in _stretches(frame):
+        part = part.sort_values("first_sample", kind="stable")
+        distance = np.diff(part["first_sample"].to_numpy(dtype=float)) / rate
+        gct = part["gct"].to_numpy(dtype=float)[:-1]
+        there = np.isfinite(gct) & (distance > 0) & (gct > 0)
+        found.append(gct[there] / distance[there])
+    ratios = np.concatenate(found) if found else np.array([])
+    if len(ratios) < _ENOUGH or abs(np.median(ratios) - 1) <= _TOLERANCE:
+        return None
+    ratio = float(np.median(ratios))
+    number, foot = int(frame["source"].iloc[0]), str(frame["foot"].iloc[0])
+    origin: Origin = rows.sources[number].origin
+    name = rows.columns.get((number, "gct", foot))
+    begin = rows.columns.get((number, begins[0], foot), begins[0])
+    text = f"durations do not fit the begins of strides: found {ratio:.3g} times the distance to "
+    text += f"the foot's next one ({begin}), expected the same (median of {len(ratios)} strides): "
+    return origin.error(None, name, text + _reason(ratio, rows, rate))
