@@ -5,6 +5,8 @@ from __future__ import annotations
 import os
 import subprocess
 import sys
+import time
+from collections.abc import Callable
 from pathlib import Path
 from typing import Any
 
@@ -46,6 +48,15 @@ def parts_in(out: Path) -> list[str]:
     """The parts that a study under way has."""
     folder = out / ".study"
     return sorted(n for n in os.listdir(folder) if n.endswith(".part")) if folder.exists() else []
+
+
+def wait_for_parts(out: Path, parts: int, is_over: Callable[[], object]) -> None:
+    """Returns when a study under way has so many parts."""
+    end = time.monotonic() + 60
+    while len(parts_in(out)) < parts:
+        assert not is_over(), "the study is over before it could be disturbed"
+        assert time.monotonic() < end, "no parts appear"
+        time.sleep(0.002)
 
 
 def strides_of_bouts(bouts: int, strides: int = 12) -> pd.DataFrame:

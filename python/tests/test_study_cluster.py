@@ -6,13 +6,13 @@ import contextlib
 import os
 import subprocess
 import time
-from collections.abc import Callable, Iterator
+from collections.abc import Iterator
 from concurrent.futures import Future, ThreadPoolExecutor
 from pathlib import Path
 
 import pytest
 from dask_processes import Processes
-from studies import COMMAND, contents_of, parts_in, strides_of_bouts, write_walks
+from studies import COMMAND, contents_of, strides_of_bouts, wait_for_parts, write_walks
 
 pytest.importorskip("pyarrow")
 pytest.importorskip("tqdm")
@@ -40,14 +40,6 @@ def walks(tmp_path_factory: pytest.TempPathFactory) -> Path:
 def whole(walks: Path, tmp_path_factory: pytest.TempPathFactory) -> dict[str, bytes]:
     """The files of their study on this machine."""
     return contents_of(gs.study(walks, tmp_path_factory.mktemp("study") / "out").out)
-
-
-def wait_for_parts(out: Path, parts: int, is_over: Callable[[], object]) -> None:
-    end = time.monotonic() + 60
-    while len(parts_in(out)) < parts:
-        assert not is_over(), "the study is over before it could be disturbed"
-        assert time.monotonic() < end, "no parts appear"
-        time.sleep(0.002)
 
 
 @contextlib.contextmanager

@@ -6,12 +6,11 @@ import os
 import signal
 import subprocess
 import sys
-import time
 from pathlib import Path
 from typing import Any
 
 import pytest
-from studies import COMMAND, contents_of, gait_study, parts_in, write_walks
+from studies import COMMAND, contents_of, gait_study, parts_in, wait_for_parts, write_walks
 
 pytest.importorskip("pyarrow")
 pytest.importorskip("tqdm")
@@ -35,13 +34,6 @@ def whole(walks: Path, tmp_path_factory: pytest.TempPathFactory) -> dict[str, by
     return contents_of(gs.study(walks, tmp_path_factory.mktemp("study") / "out").out)
 
 
-def wait_for_parts(out: Path, parts: int) -> None:
-    end = time.monotonic() + 30
-    while len(parts_in(out)) < parts:
-        assert time.monotonic() < end, "no parts appear"
-        time.sleep(0.002)
-
-
 @pytest.mark.parametrize("number", [signal.SIGKILL, signal.SIGINT])
 def test_a_study_that_is_killed_goes_on_where_it_was(
     number: signal.Signals,
@@ -53,7 +45,7 @@ def test_a_study_that_is_killed_goes_on_where_it_was(
     out = tmp_path / "out"
     command = [*COMMAND, "--batch", "1", "--jobs", "2", "-o", str(out), str(walks)]
     with subprocess.Popen(command, stderr=subprocess.PIPE, encoding="utf-8") as process:
-        wait_for_parts(out, 5)
+        wait_for_parts(out, 5, lambda: process.poll() is not None)
         process.send_signal(number)
         said = process.communicate()[1]
     assert process.returncode == (-number if number == signal.SIGKILL else 128 + number)
@@ -143,7 +135,7 @@ def test_two_processes_are_not_at_one_study(walks: Path, tmp_path: Path) -> None
     out = tmp_path / "out"
     command = [*COMMAND, "--batch", "1", "--jobs", "1", "-o", str(out), str(walks)]
     with subprocess.Popen(command, stderr=subprocess.DEVNULL) as process:
-        wait_for_parts(out, 1)
+        wait_for_parts(out, 1, lambda: process.poll() is not None)
         process.send_signal(signal.SIGSTOP)
         code, said = gait_study(walks, "-o", out, "--restart")
         process.send_signal(signal.SIGCONT)

@@ -12,7 +12,7 @@ from pathlib import Path
 from typing import Any, Literal
 
 from .. import _core
-from .._errors import InputError
+from .._errors import InputError, WalkError
 from ._fields import (
     CHECKS_OF_TIMES,
     COLUMN_KEYS,
@@ -136,13 +136,13 @@ def _is_span(value: Any) -> bool:
     return _all(_is_number)(value) and len(value) == 2 and value[0] <= value[1]
 
 
-def _is_text_or_none(value: Any) -> bool:
+def _is_any_text(value: Any) -> bool:
     return isinstance(value, str)
 
 
 # What a key takes: the words for it, whether a value is that, and whether it becomes a tuple.
 KINDS: dict[str, tuple[str, Callable[[Any], bool], bool]] = {
-    "text": ("a text in quotation marks", _is_text_or_none, False),
+    "text": ("a text in quotation marks", _is_any_text, False),
     "texts": ("a text or a list of them", _one_or_all(_is_text), True),
     "number": ("a number", _is_number, False),
     "whole": ("a whole number from 0", _is_whole, False),
@@ -331,8 +331,8 @@ class _Reader:
         skip = self.conditions(sections.get("skip", []), CONDITION_KEYS, "skip")
         exclude = self.conditions(sections.get("exclude", []), EXCLUDE_KEYS, "exclude")
         self.names_are_known("derive", values.get(("", "derive"), ()), DERIVED_NAMES)
-        checks = [check for check in _check_names()]
-        self.names_are_known("without_checks", values.get(("", "without_checks"), ()), checks)
+        checks = values.get(("", "without_checks"), ())
+        self.names_are_known("without_checks", checks, _check_names())
         try:
             re.compile(values.get(("feet", "pattern"), ""))
         except re.error as error:
@@ -402,16 +402,11 @@ def _text_of_map(given: str | os.PathLike[str]) -> tuple[str, str]:
         text = (
             f"cannot be read: {error.strerror}. --list-maps prints the maps that come along{hint}"
         )
-    faults = Faults()
-    faults.add(InputError(name, None, None, None, text))
-    faults.raise_any()
-    raise AssertionError
+    raise _error(name, None, text)
 
 
-def _raise(name: str, line: int | None, text: str) -> None:
-    faults = Faults()
-    faults.add(InputError(name, None, line, None, text))
-    faults.raise_any()
+def _error(name: str, line: int | None, text: str) -> WalkError:
+    return WalkError([InputError(name, None, line, None, text)])
 
 
 def _tables_of(name: str, text: str) -> dict[str, Any]:
@@ -421,8 +416,7 @@ def _tables_of(name: str, text: str) -> dict[str, Any]:
     except tomllib.TOMLDecodeError as error:
         line = re.search(r"line (\d+)", str(error))
         message = f"found {error}, expected TOML: name = value, texts in quotation marks"
-        _raise(name, int(line[1]) if line else None, message)
-        raise AssertionError from error
+        raise _error(name, int(line[1]) if line else None, message) from error
 
 
 def _set(tables: dict[str, Any], setting: str) -> None:
@@ -430,7 +424,7 @@ def _set(tables: dict[str, Any], setting: str) -> None:
     path, sign, value = setting.partition("=")
     names = path.strip().split(".")
     if not sign or not all(names):
-        _raise("--set", None, f'found "{setting}", expected KEY=VALUE: sampling_rate=128')
+        raise _error("--set", None, f'found "{setting}", expected KEY=VALUE: sampling_rate=128')
     try:
         parsed: Any = tomllib.loads(f"v = {value}")["v"]
     except tomllib.TOMLDecodeError:
@@ -438,7 +432,7 @@ def _set(tables: dict[str, Any], setting: str) -> None:
     for name in names[:-1]:
         tables = tables.setdefault(name, {})
         if not isinstance(tables, dict):
-            _raise("--set", None, f'found "{setting}", expected a key of a section')
+            raise _error("--set", None, f'found "{setting}", expected a key of a section')
     tables[names[-1]] = parsed
 
 
