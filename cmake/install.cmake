@@ -9,13 +9,15 @@ install(TARGETS gait_statistics EXPORT gait_statistics
 install(DIRECTORY include/ DESTINATION ${CMAKE_INSTALL_INCLUDEDIR} COMPONENT development
   FILES_MATCHING PATTERN "*.h")
 
-set(doc_dir ${CMAKE_INSTALL_DATADIR}/doc)
-install(DIRECTORY docs/ DESTINATION ${doc_dir}/gait_statistics COMPONENT development)
+# The documentation lies as it does in the sources, so that the links between pages hold.
+set(doc_dir ${CMAKE_INSTALL_DATADIR}/doc/gait-statistics)
+install(FILES README.md CHANGELOG.md CONTRIBUTING.md LICENSE
+  DESTINATION ${doc_dir} COMPONENT documentation)
+install(FILES fuzz/README.md DESTINATION ${doc_dir}/fuzz COMPONENT documentation)
+install(DIRECTORY docs examples conformance DESTINATION ${doc_dir} COMPONENT documentation
+  PATTERN man EXCLUDE PATTERN site EXCLUDE PATTERN __pycache__ EXCLUDE)
 if(GAIT_BUILD_TOOLS)
-  install(FILES docs/definitions.md docs/exclusions.md docs/glossary.md docs/measures.md
-    docs/output.md docs/output.schema.json docs/parameters.md docs/quality-flags.md
-    docs/walk-folder.md
-    DESTINATION ${doc_dir}/gait-statistics COMPONENT program)
+  install(DIRECTORY docs/man/ DESTINATION ${CMAKE_INSTALL_MANDIR}/man1 COMPONENT program)
 endif()
 
 install(EXPORT gait_statistics NAMESPACE gait:: FILE gait_statistics-targets.cmake

@@ -19,7 +19,7 @@
 ///
 /// \param feet      the two-feet result
 /// \param selected  indices of two-feet cycles; one that is out of range adds no entry
-/// \param side      the link to follow: `&gait_feet_cycle::right_cycle` or `::left_cycle`
+/// \param side      the link to follow: `&gait_feet_cycle::right_cycle` or `left_cycle`
 ///
 /// Throws std::bad_alloc when memory runs out. O(n * k) for k indices over n two-feet cycles.
 inline std::list<int> gait_matching_cycles(const gait_feet_result& feet,

@@ -1,5 +1,7 @@
 // What the pages say is what the programs print.
 
+#include <gait/version.h>
+
 #include <gtest/gtest.h>
 
 #include <cstdio>
@@ -151,6 +153,19 @@ TEST(Parameters, ArePrintedFromTheCatalogue) {
 TEST(Checks, ArePrintedFromTheirTable) {
   EXPECT_EQ(page("docs/checks.md"), output_of(quoted(GAIT_PRINT_CHECKS)))
       << "run scripts/update-docs";
+}
+
+TEST(ManualPages, ArePrintedFromTheOptions) {
+  for (const std::string name : {"gait-statistics", "gait-make-walk"}) {
+    EXPECT_EQ(page("docs/man/" + name + ".1"), output_of(quoted(GAIT_PRINT_MANUAL) + " " + name))
+        << "run scripts/update-docs";
+  }
+}
+
+TEST(Versions, AreThatOfTheHeadersInWhatIsHandedOn) {
+  const std::string version = GAIT_STATISTICS_VERSION;
+  EXPECT_NE(page("CITATION.cff").find("\nversion: " + version + "\n"), std::string::npos);
+  EXPECT_EQ(page("debian/changelog").rfind("gait-statistics (" + version + "-", 0), 0U);
 }
 
 TEST(Definitions, HoldTheCatalogue) {

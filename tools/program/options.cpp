@@ -1,6 +1,7 @@
 #include "options.h"
 
 #include "cell.h"
+#include "command_line.h"
 #include "names.h"
 #include "nearest_name.h"
 #include "number.h"
@@ -169,7 +170,68 @@ CLI::Option* add_repeatable(CLI::App& app, const std::string& name,
       ->type_name("NAME");
 }
 
+reply usage_error(const std::string& what) {
+  return {exit_bad_usage, "gait-statistics: " + what + "\nTry gait-statistics --help.\n"};
+}
+
+/// What is wrong with walks and lists, if anything.
+std::optional<std::string> error_in_what_is_asked_for(const options& options) {
+  const bool is_list = options.list_parameters || options.list_checks;
+  if (options.walks.empty() && !is_list) {
+    return "no WALK given";
+  }
+  if (is_list && !options.walks.empty()) {
+    return (options.list_checks ? "--list-checks" : "--list-parameters") +
+           std::string(" takes no WALK");
+  }
+  if (options.list_parameters && options.list_checks) {
+    return "--list-parameters and --list-checks cannot be given together";
+  }
+  return std::nullopt;
+}
+
+/// Takes the format from the output's name where none is given; what is wrong with it, if anything.
+std::optional<std::string> settle_output(options& options, bool has_format) {
+  if (options.output == "-") {
+    options.output.reset();
+  }
+  if (options.output && !has_format) {
+    const auto format = format_of(*options.output);
+    if (!format) {
+      return "--output: no format has the ending \"" + options.output->extension().string() +
+             "\": use " + known_endings() + ", or add --format";
+    }
+    options.format = *format;
+  }
+  options.output_is_a_folder = options.output && is_a_folder(*options.output);
+  const bool is_html = options.format == gait_report::output_format::html;
+  if (is_html && (options.list_parameters || options.list_checks)) {
+    return "a list has no page, expected the format table, csv or json";
+  }
+  if (options.output_is_a_folder && !is_html) {
+    return "--output: \"" + options.output->string() +
+           "\" is a folder, which takes pages, expected --format html or a file";
+  }
+  return std::nullopt;
+}
+
+/// --table alone means CSV; what is wrong with another format, if anything.
+std::optional<std::string> settle_table(options& options, bool has_format) {
+  if (!has_format && options.format == gait_report::output_format::table) {
+    options.format = gait_report::output_format::csv;
+  }
+  if (options.format != gait_report::output_format::csv) {
+    return "--table names a table of CSV, and the format is " +
+           std::string(gait_walk::name_of(options.format));
+  }
+  return std::nullopt;
+}
+
+}  // namespace
+
 void add_options(CLI::App& app, options& options) {
+  app.name("gait-statistics");
+  app.description(description);
   app.footer(footer);
   app.set_help_flag("-h,--help", "Print this help");
   app.set_version_flag("--version", "gait-statistics " GAIT_STATISTICS_VERSION,
@@ -237,67 +299,8 @@ void add_options(CLI::App& app, options& options) {
                "Print the table of data checks, and read no walks");
 }
 
-reply usage_error(const std::string& what) {
-  return {exit_bad_usage, "gait-statistics: " + what + "\nTry gait-statistics --help.\n"};
-}
-
-/// What is wrong with walks and lists, if anything.
-std::optional<std::string> error_in_what_is_asked_for(const options& options) {
-  const bool is_list = options.list_parameters || options.list_checks;
-  if (options.walks.empty() && !is_list) {
-    return "no WALK given";
-  }
-  if (is_list && !options.walks.empty()) {
-    return (options.list_checks ? "--list-checks" : "--list-parameters") +
-           std::string(" takes no WALK");
-  }
-  if (options.list_parameters && options.list_checks) {
-    return "--list-parameters and --list-checks cannot be given together";
-  }
-  return std::nullopt;
-}
-
-/// Takes the format from the output's name where none is given; what is wrong with it, if anything.
-std::optional<std::string> settle_output(options& options, bool has_format) {
-  if (options.output == "-") {
-    options.output.reset();
-  }
-  if (options.output && !has_format) {
-    const auto format = format_of(*options.output);
-    if (!format) {
-      return "--output: no format has the ending \"" + options.output->extension().string() +
-             "\": use " + known_endings() + ", or add --format";
-    }
-    options.format = *format;
-  }
-  options.output_is_a_folder = options.output && is_a_folder(*options.output);
-  const bool is_html = options.format == gait_report::output_format::html;
-  if (is_html && (options.list_parameters || options.list_checks)) {
-    return "a list has no page, expected the format table, csv or json";
-  }
-  if (options.output_is_a_folder && !is_html) {
-    return "--output: \"" + options.output->string() +
-           "\" is a folder, which takes pages, expected --format html or a file";
-  }
-  return std::nullopt;
-}
-
-/// --table alone means CSV; what is wrong with another format, if anything.
-std::optional<std::string> settle_table(options& options, bool has_format) {
-  if (!has_format && options.format == gait_report::output_format::table) {
-    options.format = gait_report::output_format::csv;
-  }
-  if (options.format != gait_report::output_format::csv) {
-    return "--table names a table of CSV, and the format is " +
-           std::string(gait_walk::name_of(options.format));
-  }
-  return std::nullopt;
-}
-
-}  // namespace
-
 std::variant<options, reply> parse_command_line(int argc, const char* const* argv) {
-  CLI::App app(description, "gait-statistics");
+  CLI::App app;
   options options;
   add_options(app, options);
   try {
