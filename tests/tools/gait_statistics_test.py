@@ -150,9 +150,10 @@ class Report(ProgramTest):
     def test_of_the_parameters(self):
         self.check_golden("list_parameters", "--list-parameters")
 
-    def test_puts_several_walks_one_after_the_other(self):
-        self.assertEqual(self.output(BOTH_FEET, LEFT_FOOT),
-                         self.output(BOTH_FEET) + "\n" + self.output(LEFT_FOOT))
+    def test_puts_several_walks_one_after_the_other_and_says_once_how_to_cite_it(self):
+        first, citation = self.output(BOTH_FEET).split("\nMade by ")
+        self.assertIn("To cite it: ", citation)
+        self.assertEqual(self.output(BOTH_FEET, LEFT_FOOT), first + "\n" + self.output(LEFT_FOOT))
 
     def test_keeps_within_its_width(self):
         for width in (45, 60, 80, 100, 132, 200):

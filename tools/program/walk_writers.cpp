@@ -40,6 +40,7 @@ text_writer::text_writer(const options& options, output& out)
     case output_format::table:
     case output_format::html:
       between_ = "\n";
+      end_ = gait_report::end_of_text_reports(style_);
       break;
   }
 }

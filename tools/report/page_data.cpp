@@ -1,5 +1,6 @@
 #include "page_data.h"
 
+#include "citation.h"
 #include "finding_text.h"
 #include "names.h"
 #include "number.h"
@@ -609,11 +610,6 @@ std::string policy(bool has_script) {
   return "default-src 'none'; style-src '" + std::string(page_css_hash) + "'" +
          (has_script ? "; script-src '" + std::string(page_js_hash) + "'" : "") +
          "; base-uri 'none'; form-action 'none'";
-}
-
-std::string citation() {
-  return "gait_statistics developers. gait_statistics, version " GAIT_STATISTICS_VERSION
-         " [computer software].";
 }
 
 object every_document(bool has_script) {

@@ -1,5 +1,6 @@
 #include "text_report.h"
 
+#include "citation.h"
 #include "finding_text.h"
 #include "names.h"
 #include "number.h"
@@ -9,6 +10,7 @@
 #include "walk_summary.h"
 
 #include <gait/catalogue.h>
+#include <gait/version.h>
 
 #include <algorithm>
 #include <cstddef>
@@ -546,6 +548,13 @@ std::string text_report(const walk_statistics& walk, const text_style& style) {
          report_accounting(walk, summary, style) + "\n" + report_parameters(walk, style) +
          report_swing_asymmetry(walk, style) + report_quality_flags(walk, style) +
          report_data_checks(walk, style);
+}
+
+std::string end_of_text_reports(const text_style& style) {
+  return "\n" +
+         wrapped("",
+                 "Made by gait-statistics " GAIT_STATISTICS_VERSION ". To cite it: " + citation(),
+                 0, style);
 }
 
 }  // namespace gait_report

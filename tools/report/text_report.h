@@ -15,6 +15,9 @@ namespace gait_report {
 /// and the data checks.
 std::string text_report(const walk_statistics& walk, const text_style& style);
 
+/// What follows the last report: the version, and how to cite it.
+std::string end_of_text_reports(const text_style& style);
+
 }  // namespace gait_report
 
 #endif
