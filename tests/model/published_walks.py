@@ -11,7 +11,7 @@ import subprocess
 import tempfile
 
 import walks
-from model import MISSING
+from model import DOUBLE_EPSILON, MISSING
 
 PROJECT = pathlib.Path(__file__).resolve().parents[2]
 EXCLUSIONS = ("excluded_1", "excluded_1_fallback", "excluded_2", "excluded_2_fallback")
@@ -106,10 +106,36 @@ def with_lists(walk, **lists):
     return walk
 
 
+def with_setting(walk, value):
+    walk["settings_value"] = value
+    return walk
+
+
+def swings(*asymmetries):
+    """Columns of both feet with these asymmetries at 128 Hz; the swings of a stride add to 100."""
+    shares = [asymmetry * 50.0 / 128.0 for asymmetry in asymmetries]
+    return {
+        "left": {"swing": [50.0 + share for share in shares]},
+        "right": {"swing": [50.0 - share for share in shares]},
+    }
+
+
 def walks_of_set(make_walk):
-    """Name, what it is about, and the walk."""
+    """Name, what it is about, and the walk.
+
+    Each group has a random generator of its own, so that a walk at the end of one changes no other.
+    """
+    yield from example_walks(make_walk)
+    yield from walks_of_the_definitions(random.Random(1))
+    yield from walks_of_flags(random.Random(2))
+    yield from walks_of_swing_asymmetry(random.Random(3))
+    yield from walks_of_recordings(random.Random(4))
+    yield from walks_of_lists(random.Random(5))
+    yield from walks_of_numbers(random.Random(6))
+
+
+def example_walks(make_walk):
     examples = PROJECT / "examples" / "walks"
-    rng = random.Random(1)
     yield (
         "two_feet_turn",
         "The example walk: both feet, a turn, a stumble, a pause, two strides not found.",
@@ -126,6 +152,9 @@ def walks_of_set(make_walk):
         made_walk(make_walk, "feet", "--strides=60", "--seed=31", "--turns=2", "--outliers=2",
                   "--lost=4", "--missing=0.25", "--rate=200"),
     )  # fmt: skip
+
+
+def walks_of_the_definitions(rng):
     yield ("one_stride", "One foot, one stride: no spread.", one_foot(rng, 1))
     yield ("four_strides", "One foot, four strides, none excluded.", one_foot(rng, 4))
     yield (
@@ -191,12 +220,219 @@ def walks_of_set(make_walk):
         "Only -1 is missing: values beside it, and other negative ones, are measurements.",
         one_foot(rng, 12, ta=[-1.0, -0.999, math.nextafter(-1.0, 0.0), -2.0, -0.0, 5.0] * 2),
     )
-    flagged = two_feet(rng, 6, left={"swing": [45.0] * 6, "speed": [0.25] * 6})
-    flagged["settings_value"] = 40.0
-    yield ("quality_flags", "Few strides, slow, uneven, and a setting out of its range.", flagged)
+    flagged = two_feet(rng, 6, left={"swing": [55.0] * 6, "speed": [0.25] * 6})
+    for column in flagged["feet_cycles"].values():
+        del column[4:]
+    yield (
+        "quality_flags",
+        "Few cycles, although the feet have six strides; slow, uneven, a setting out of its range.",
+        with_setting(flagged, 40.0),
+    )
     apart = [1e16, 1.0, -1e16, 1e-8, 3.0, 1e16, -1e16, 0.1, 0.2, 0.3, 0.7]
     yield (
         "order_of_sums",
         "Sums whose last bits depend on the order of what is added.",
         one_foot(rng, 11, peakswing=apart, impact_vert=[abs(value) for value in apart]),
+    )
+
+
+def walks_of_flags(rng):
+    """At a limit and beyond it; `settings_value` is a float, and so are these values."""
+    yield (
+        "fast_and_setting_too_small",
+        "One foot faster than 1.8 m/s, and a setting below 10: flags 4 and 1.",
+        with_setting(one_foot(rng, 5, speed=[2.0] * 5), 9.75),
+    )
+    yield (
+        "slow_and_setting_too_large",
+        "One foot slower than 0.31 m/s, and a setting above 34: flags 4 and 1.",
+        with_setting(one_foot(rng, 5, speed=[0.25] * 5), 34.25),
+    )
+    yield (
+        "least_speed_and_setting",
+        "One foot at 0.31 m/s, and a setting of 10: no flag.",
+        with_setting(one_foot(rng, 5, speed=[0.31] * 5), 10.0),
+    )
+    yield (
+        "greatest_speed_and_setting",
+        "One foot at 1.8 m/s, and a setting of 34: no flag.",
+        with_setting(one_foot(rng, 5, speed=[1.8] * 5), 34.0),
+    )
+    yield (
+        "negative_setting",
+        "A setting below 0 raises no flag.",
+        with_setting(one_foot(rng, 5), -5.0),
+    )
+    yield (
+        "speed_not_measured",
+        "One foot whose speed was never measured: the missing value raises flag 4.",
+        one_foot(rng, 5, speed=[MISSING] * 5),
+    )
+    yield (
+        "fast_right_foot",
+        "The right foot faster than 1.8 m/s, the left one not: flag 8.",
+        two_feet(rng, 5, right={"speed": [2.0] * 5}),
+    )
+    yield (
+        "slow_right_fast_left",
+        "The right foot slower than 0.31 m/s, the left one faster than 1.8: flags 8 and 16.",
+        two_feet(rng, 5, left={"speed": [2.0] * 5}, right={"speed": [0.25] * 5}),
+    )
+    yield (
+        "feet_at_the_limits",
+        "The right foot at 0.31 m/s, the left one at 1.8: no flag.",
+        two_feet(rng, 5, left={"speed": [1.8] * 5}, right={"speed": [0.31] * 5}),
+    )
+    yield (
+        "feet_at_the_other_limits",
+        "The right foot at 1.8 m/s, the left one at 0.31: no flag.",
+        two_feet(rng, 5, left={"speed": [0.31] * 5}, right={"speed": [1.8] * 5}),
+    )
+
+
+def walks_of_swing_asymmetry(rng):
+    """The rate of two_feet is 128 Hz, at which swings() gives the asymmetries exactly."""
+    yield (
+        "asymmetry_of_20",
+        "A mean swing asymmetry of exactly 20: flag 128.",
+        two_feet(rng, 5, **swings(10.0, 30.0, 10.0, 30.0, 20.0)),
+    )
+    yield (
+        "asymmetry_of_minus_20",
+        "A mean swing asymmetry of exactly -20: flag 128.",
+        two_feet(rng, 5, **swings(-10.0, -30.0, -10.0, -30.0, -20.0)),
+    )
+    yield (
+        "asymmetry_below_20",
+        "A mean swing asymmetry of 19.9: no flag.",
+        two_feet(rng, 5, **swings(10.0, 30.0, 10.0, 30.0, 19.5)),
+    )
+    yield (
+        "equal_asymmetries",
+        "A swing asymmetry of 24 in every stride, without a deviation: no flag.",
+        two_feet(rng, 5, **swings(24.0, 24.0, 24.0, 24.0, 24.0)),
+    )
+    missing = [MISSING] * 4
+    yield (
+        "one_asymmetry_of_24",
+        "A single stride has the swings of both feet, and its deviation is NaN: flag 128.",
+        two_feet(rng, 5, left={"swing": [*missing, 59.375]}, right={"swing": [*missing, 40.625]}),
+    )
+    left = [38.5, 0.0, 39.0, -38.0, 38.0, -0.0, 0.0, 40.0]
+    right = [38.0, 38.0, 0.0, 38.5, -37.0, 39.0, 0.0, 38.5]
+    yield (
+        "swings_of_zero",
+        "A swing that is zero or negative on either side has no asymmetry.",
+        two_feet(rng, 8, left={"swing": left}, right={"swing": right}),
+    )
+
+
+def walks_of_recordings(rng):
+    walk = one_foot(rng, 5)
+    walk["feet"][0]["signal_2_samples"] = 800
+    yield ("shorter_second_signal", "One foot: the second signal is the shorter one.", walk)
+    walk = two_feet(rng, 5)
+    walk["feet"][0]["signal_2_samples"] = 800
+    yield ("shorter_left_signal", "Two feet: the left foot's second signal is the shortest.", walk)
+    walk = two_feet(rng, 5)
+    walk["feet"].reverse()
+    walk["feet"][0]["sampling_rate"] = 100
+    walk["feet"][1]["signal_2_samples"] = 800
+    yield (
+        "right_foot_first",
+        "The rate is feet[0]'s, the right foot's; the left foot's second signal is the shortest.",
+        walk,
+    )
+    walk = two_feet(rng, 5)
+    walk["feet"][0]["sampling_rate"] = 200
+    walk["feet"][1]["signal_1_samples"] = 800
+    yield (
+        "left_foot_first",
+        "The rate is feet[0]'s, the left foot's; the right foot's first signal is the shortest.",
+        walk,
+    )
+
+
+def walks_of_lists(rng):
+    yield (
+        "listed_by_both_kinds",
+        "Kind 2 lists what kind 1 has taken out: its fallback list enters `excluded_2_gct_sum`.",
+        with_lists(one_foot(rng, 6), excluded_1=[4], excluded_2=[4], excluded_2_fallback=[0]),
+    )
+    yield (
+        "second_kind_takes_nothing",
+        "Two feet: kind 2 lists what kind 1 has taken out, and what is not there.",
+        with_lists(
+            two_feet(rng, 6), excluded_1=[4, 2], excluded_2=[2, 6, -1], excluded_2_fallback=[0, 5]
+        ),
+    )
+    # 1e16 + 1.0 + 1.0 is 1e16, and 1.0 + 1.0 + 1e16 is not: the doubles around are 2.0 apart.
+    durations = [1e16, 1.0, 1.0] * 4
+    yield (
+        "sums_in_list_order",
+        "The sums over the lists depend on the order of their entries.",
+        with_lists(
+            one_foot(rng, 12, gct=durations),
+            excluded_1=[1, 2, 0],
+            excluded_1_fallback=[7, 8, 6],
+            excluded_2=[4, 5, 3],
+        ),
+    )
+    yield (
+        "fallback_sums_in_list_order",
+        "The sums over the fallback lists depend on the order of their entries.",
+        with_lists(
+            one_foot(rng, 12, gct=durations),
+            excluded_1_fallback=[1, 2, 0],
+            excluded_2_fallback=[4, 5, 3],
+        ),
+    )
+    walk = two_feet(rng, 6, right={"slength": [1e16, 1.0, 1.0, 1.25, 6.0, 1.5]})
+    walk["feet_cycles"]["right_index"] = [2, 1, 0, 4, 4, 3]
+    walk["feet_cycles"]["left_index"] = [5, 4, 3, 2, 1, 1]
+    yield (
+        "links_in_any_order",
+        "The distances are sums in the order of the cycles of both feet, whose links are unsorted.",
+        walk,
+    )
+
+
+def walks_of_numbers(rng):
+    yield (
+        "negative_zero",
+        "One stride: a single -0.0 has the mean 0.0.",
+        one_foot(rng, 1, top=[-0.0], peakswing=[-0.0]),
+    )
+    yield (
+        "zeros_of_both_signs",
+        "Medians and quartiles whose sign depends on the steps of the sort; sums of -0.0 alone.",
+        one_foot(
+            rng,
+            7,
+            ta=[0.0, 2.0, -0.0, -2.0, -0.0, -0.0, 0.0],
+            top=[0.0, 0.0, -2.0, 2.0, 0.0, 0.0, -0.0],
+            hsp=[0.0, -0.0, 0.0, 2.0, 0.0, -2.0, MISSING],
+            peakswing=[-2.0, -0.0, 2.0, 0.0, 0.0, 0.0, MISSING],
+            strike_eversion=[-0.0] * 7,
+        ),
+    )
+    at_limit = [0.5 * DOUBLE_EPSILON, 1.5 * DOUBLE_EPSILON] * 5
+    above = [1.0 * DOUBLE_EPSILON, 1.5 * DOUBLE_EPSILON] * 5
+    yield (
+        "means_near_zero",
+        "No coefficient of variation for a mean of 2^-52 or -2^-52; one for 1.25 times as much.",
+        one_foot(
+            rng,
+            10,
+            top=at_limit,
+            hsp=above,
+            impact_vert=[-value for value in at_limit],
+            impact_hor=[-value for value in above],
+        ),
+    )
+    finite = [38.0, 39.5, 37.0, 40.0, 38.5]
+    yield (
+        "infinite_values",
+        "One infinite value: the mean is infinite, the deviation NaN, the quartiles are finite.",
+        one_foot(rng, 6, swing=[*finite, math.inf], stance=[-math.inf, *finite]),
     )
