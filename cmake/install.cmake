@@ -11,7 +11,7 @@ install(DIRECTORY include/ DESTINATION ${CMAKE_INSTALL_INCLUDEDIR} COMPONENT dev
 
 # The documentation lies as it does in the sources, so that the links between pages hold.
 set(doc_dir ${CMAKE_INSTALL_DATADIR}/doc/gait-statistics)
-install(FILES README.md CHANGELOG.md CONTRIBUTING.md LICENSE
+install(FILES README.md CHANGELOG.md CONTRIBUTING.md SECURITY.md LICENSE
   DESTINATION ${doc_dir} COMPONENT documentation)
 install(FILES fuzz/README.md DESTINATION ${doc_dir}/fuzz COMPONENT documentation)
 install(DIRECTORY docs examples conformance DESTINATION ${doc_dir} COMPONENT documentation

@@ -34,7 +34,8 @@ def distance(a, b):
     for number in (a, b):
         place = struct.unpack(">q", bits(number))[0]
         places.append(place if place >= 0 else -(2**63) - place)
-    return f" ({abs(places[0] - places[1])} units in the last place)"
+    units = abs(places[0] - places[1])
+    return f" ({units} unit{'' if units == 1 else 's'} in the last place)"
 
 
 def is_number(value):
@@ -97,7 +98,8 @@ def check(folder):
             print(f"{computed}: {line}")
         if len(found) > MOST_SHOWN:
             print(f"{computed}: and {len(found) - MOST_SHOWN} more")
-    print(f"{len(walks)} walks, {numbers} figures: {wrong or 'no'} walks differ")
+    differ = "walk differs" if wrong == 1 else "walks differ"
+    print(f"{len(walks)} walks, {numbers} figures: {wrong or 'no'} {differ}")
     return wrong > 0
 
 

@@ -16,9 +16,9 @@ constexpr auto introduction = R"(# Data checks
 <!-- Printed by tests/docs/print_checks.cpp: run scripts/update-docs after a change of the checks.
      -->
 
-Wrong data can make a report that looks right. So the program compares what the tables of a walk say
-with themselves and with what a person can do, after it has computed the statistics. What breaks a
-check is a *finding*. It is printed on the standard error and stands in every output
+Wrong data can make a report that looks right. After the program has computed the statistics, it
+therefore compares the tables of a walk with one another and with what a person can do. What breaks
+a check is a *finding*. It is printed on the standard error and stands in every output
 ([output.md](output.md)), for example:
 
 ```text
@@ -42,11 +42,11 @@ five lines the first five are named. Where a factor gives a mistake away, a ques
   check.
 - The checks are not norms: no patient walks too slowly for them. Their tolerances and bounds are
   wide, and were tried on 170 walks of healthy people and of patients (32,197 included strides)
-  unless their source names fewer.
-  They hold for rounded values too: times to 10 ms, percentages to 0.1, lengths to 1 cm.
-- One stride is a finding, unless the tolerance asks for more of them, because real walks have
-  single ones.
-- Included strides alone are compared, except where the order or the links of all strides are
+  unless their source names fewer. They hold for rounded values too: times to 10 ms, percentages to
+  0.1, lengths to 1 cm.
+- One stride that breaks a check is a finding, unless the tolerance asks for more of them, because
+  real walks have single ones.
+- Only included strides are compared, except where the order or the links of all strides are
   checked. A value that was not measured takes part in no check. A value that breaks its own bounds
   takes part in no other check, so that one mistake is one finding.
 )";
@@ -58,8 +58,9 @@ std::string notes() {
   return R"(
 ## Notes
 
-A note is no finding: nothing is wrong. It stands in the table and in JSON, and is never an error.
-Most say how far the figures of few included strides can be trusted.
+A note is not a finding: nothing is wrong. It stands in the text report, in the table of walks, in
+JSON and in the page, and is never an error. Most say how far the figures of few included strides
+can be trusted.
 
 )" + below(gait_checks::strides_for_means) +
          R"( strides, read means with care. König et al., Gait & Posture 2014;39:615, PMID

@@ -194,7 +194,7 @@ def check(driver):
     expected = json.loads(paths[0].read_text(encoding="utf-8"))["expected"]
     changed = last_bit_off(json.loads(json.dumps(expected)))
     found = list(comparison.differences(expected, changed))
-    if len(found) != 1 or "(1 units in the last place)" not in found[0]:
+    if len(found) != 1 or "(1 unit in the last place)" not in found[0]:
         print(f"one last bit is wrong, and check.py says: {found}")
         failed = True
     size = size_of_set()

@@ -59,15 +59,15 @@ inline constexpr auto parameter_meanings = std::make_tuple(
         "How far the foot swings out to the side on its way forward."},
     meaning<PATHLENGTH>{
         "PATHLENGTH",
-        "Length of the foot's way through the air compared with the stride length: the nearer to "
-        "100 %, the straighter the way."},
+        "Length of the foot's path through the air compared with the stride length: the nearer to "
+        "100 %, the straighter the path."},
     meaning<SPEED>{
         "SPEED",
         "Walking speed of the stride: its length divided by its duration."},
     meaning<TA>{
         "TA",
-        "How much the foot changes its direction in one stride: near 0 on a straight way, large in "
-        "a turn."},
+        "How much the foot changes its direction in one stride: near 0 on a straight path, large "
+        "in a turn."},
     meaning<PEAKSWING>{
         "PEAKSWING",
         "Fastest rotation of the foot while it swings forward."},
