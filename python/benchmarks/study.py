@@ -1,6 +1,7 @@
 """Measures studies: in one thread, in two, on a cluster of two workers, and beside pandas.
 
-Every round runs everything once in turn. What is printed is the median of the rounds, with the
+Two processes that do half of the walks each show what the machine has to give at that time. Every
+round runs everything once in turn. What is printed is the median of the rounds, with the
 smallest and the largest in brackets; a ratio is that of two times of the same round. Processor time
 is that of this process, and hardly depends on what else the machine does.
 """
@@ -9,12 +10,14 @@ from __future__ import annotations
 
 import argparse
 import contextlib
+import multiprocessing
 import statistics
 import subprocess
 import tempfile
 import time
 import warnings
 from collections.abc import Callable, Iterator
+from concurrent.futures import ProcessPoolExecutor
 from dataclasses import dataclass, field
 from pathlib import Path
 from typing import Any
@@ -128,7 +131,14 @@ class Times:
         self.processor.append(time.process_time() - processor)
 
 
-def measure(walks: Path, out: Path, client: Any, rounds: int) -> tuple[dict[str, Times], Shares]:
+def study_in_one_thread(walks: list[Path], out: Path) -> None:
+    """A study, for a process of its own."""
+    gs.study(walks, out, jobs=1, restart=True, progress=False)
+
+
+def measure(
+    walks: Path, out: Path, client: Any, pool: ProcessPoolExecutor, rounds: int
+) -> tuple[dict[str, Times], Shares]:
     """The times of every way, and what one process alone does."""
     table = table_of(walks)
     shares = Shares()
@@ -140,10 +150,16 @@ def measure(walks: Path, out: Path, client: Any, rounds: int) -> tuple[dict[str,
         with shares.measured():
             study(walks, jobs=1)()
 
+    def two_studies() -> None:
+        each = sorted(walks.iterdir())
+        halves = [each[: len(each) // 2], each[len(each) // 2 :]]
+        list(pool.map(study_in_one_thread, halves, [out / "first", out / "second"]))
+
     frame: dict[str, Any] = {"by": "walk", "sampling_rate": 100}
     ways: dict[str, Callable[[], object]] = {
         "folders, one thread": one_thread,
         "folders, two threads": study(walks, jobs=2),
+        "folders, half of them in each of two processes": two_studies,
         "folders, cluster of two workers": study(walks, client=client),
         "folders, pandas, same statistics": lambda: grouped(
             table_of(walks), [*PLAIN, first_quartile, third_quartile, cv]
@@ -156,8 +172,8 @@ def measure(walks: Path, out: Path, client: Any, rounds: int) -> tuple[dict[str,
         "frame, pandas, built-in statistics alone": lambda: grouped(table, PLAIN),
     }
     times = {name: Times() for name in ways}
-    ways["folders, one thread"]()
-    ways["folders, cluster of two workers"]()
+    for name in list(ways)[:4]:
+        ways[name]()
     shares.of_rounds.clear()
     for _ in range(rounds):
         for name, run in ways.items():
@@ -174,8 +190,8 @@ def print_rates(times: dict[str, Times], walks: int) -> None:
         ratios = [mine / one for mine, one in zip(own.wall, base.wall, strict=True)]
         rates = shown([walks / seconds for seconds in own.wall], ".0f")
         processor = shown([1e3 * seconds / walks for seconds in own.processor], ".2f")
-        # Workers are other processes.
-        cost = "" if "cluster" in name else processor
+        # Other processes are not measured.
+        cost = "" if "two processes" in name or "cluster" in name else processor
         print(f"| {name} | {rates} | {shown(ratios, '.2f')} | {cost} |")
 
 
@@ -219,7 +235,8 @@ def main() -> None:
         )
         workers = {"n_workers": 2, "threads_per_worker": 1, "dashboard_address": None}
         client = stack.enter_context(connect(stack.enter_context(cluster(**workers))))
-        times, shares = measure(walks, folder / "out", client, arguments.rounds)
+        pool = stack.enter_context(ProcessPoolExecutor(2, multiprocessing.get_context("spawn")))
+        times, shares = measure(walks, folder / "out", client, pool, arguments.rounds)
     print(f"{arguments.walks} walks of {arguments.strides} strides a foot\n")
     print_rates(times, arguments.walks)
     print_hundred_cores(times, shares, arguments.walks)
