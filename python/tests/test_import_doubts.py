@@ -272,8 +272,6 @@ def test_a_row_of_means_is_found_by_its_word_where_numbers_have_a_comma(tmp_path
 @pytest.mark.parametrize(
     ("cells", "expected"),
     [
-        (["1 050", "1 060", "1 040"], 'expected a number: say [table] thousands = " " (and in 2'),
-        (["1'050", "1'060", "1'040"], 'say [table] thousands = "\'" (and in 2'),
         (["1.05, 1.06, 1.07"] * 3, "expected one number in a cell, and so a row for each stride"),
         (["n.d.", "bad", "n.d."], 'if it means missing: missing = ["n.d.", "bad"], if the row'),
     ],
@@ -284,13 +282,6 @@ def test_cells_that_are_no_numbers_are_one_message_that_says_what_they_may_be(
     table = pd.DataFrame({"gct": cells})
     (error,) = errors_of(table, {**ALONE, "columns": {"gct": {"column": "gct", "unit": "ms"}}})
     assert expected in error
-
-
-def test_numbers_with_spaces_between_thousands_are_read_by_that_key() -> None:
-    table = pd.DataFrame({"gct": ["1 050", "1\u00a0060"]})
-    columns = {"gct": {"column": "gct", "unit": "ms"}}
-    (walk,) = gs.import_tables(table, {**ALONE, "columns": columns, "table": {"thousands": " "}})
-    assert values_of(walk.strides)["gct"] == [1.05, 1.06]
 
 
 def test_one_key_says_what_a_comma_is() -> None:

@@ -8,7 +8,7 @@ from collections.abc import Sequence
 from statistics import median
 
 from .. import _core
-from ._cells import is_empty, moment_of
+from ._cells import is_empty, moment_of, units_beside
 from ._fields import FIELD, FIELDS
 from ._places import listed
 from ._sources import Source
@@ -26,8 +26,15 @@ _UNITS = {
     "g": ("g", "m/s^2"),
     "steps/min": ("steps/min", "strides/min"),
 }
-# Words at the end of a name that are its unit, and words that say a column holds times.
-_UNIT_WORDS = {"ms": "ms", "msec": "ms", "s": "s", "sec": "s", "cm": "cm", "mm": "mm"}
+# Words at the end of a name that are its unit without brackets, as in "time_ms".
+_UNIT_WORDS = (
+    *("s", "sec", "secs", "seconds", "ms", "msec", "milliseconds", "sek", "sekunden"),
+    *("m", "cm", "mm", "metres", "meters", "centimetres", "centimeters"),
+    *("m/s", "cm/s", "km/h", "mps", "kmh", "deg/s", "rad/s", "dps", "m/s^2", "m/s²", "m/s2"),
+    *("deg", "degrees", "rad", "radians", "%", "pct", "percent", "spm", "steps/min", "strides/min"),
+    *("samples", "frames"),
+)
+# Words that say that a column holds times.
 _TIME_WORDS = ("time", "timestamp", "zeit", "uhrzeit", "clock", "seconds", "milliseconds")
 # What is not measured, as numbers.
 CODES_FOR_MISSING = (0.0, -1.0, -999.0, 999.0, -9999.0, 9999.0)
@@ -115,13 +122,18 @@ def _rises(values: Sequence[float]) -> bool:
 
 def _unit_word(name: str) -> str | None:
     """The unit that a name ends in without brackets, as "time_ms" does."""
-    words = plain_words(name).split()
-    return _UNIT_WORDS.get(words[-1]) if len(words) > 1 else None
+    share = re.search(r"%\s*(of\s+|des\s+|du\s+)?[^\W\d_]+(\s+[^\W\d_]+)?\s*$", name)
+    if share:
+        return "%"
+    words = [word for word in re.split(r"[\s_,;:(\[]+", name.casefold()) if word]
+    last = words[-1].strip("])").rstrip(".") if len(words) > 1 else ""
+    return last if last in _UNIT_WORDS else None
 
 
 def _said_unit(source: Source, place: int) -> str | None:
     name = source.names[place]
-    return unit_in_name(name) or source.units.get(place) or _unit_word(name)
+    said = unit_in_name(name) or source.units.get(place) or _unit_word(name)
+    return said or next(filter(None, units_beside(source.cells(place), source.signs)), None)
 
 
 def _by_kind(field_name: str, source: Source, place: int) -> str:
@@ -156,8 +168,12 @@ def unit_for(
     if said and fits(field_name, said):
         return said, ""
     word = _unit_word(source.names[place])
+    own = FIELD[field_name].unit
     if word and fits(field_name, word):
-        return word, f"unit by its name: {word}"
+        return (own, "") if factor_to(word, own) == 1.0 else (word, f"unit by its name: {word}")
+    beside = next(filter(None, units_beside(source.cells(place), source.signs)), None)
+    if beside and fits(field_name, beside):
+        return (own, "") if factor_to(beside, own) == 1.0 else (beside, "unit beside the numbers")
     values = [v for v in numbers_of(source, place) if v not in CODES_FOR_MISSING]
     if FIELD[field_name].kind == "moment" and values and max(values) > 300:
         if all(value == int(value) for value in values):

@@ -20,6 +20,7 @@ from ._cells import (
     moment_of,
     over_midnight,
     text_of_cell,
+    units_beside,
     why_no_number,
 )
 from ._fields import FIELD, MORE_FOOT_WORDS, NEVER_ZERO, SIGNED
@@ -180,29 +181,38 @@ def _key_texts(
 
 
 def _unit_of(
-    name: str, column: ColumnMap, source: Source, place: int, map_: TableMap, faults: Faults
-) -> str:
-    """The unit of a column: that of the map, of its name, or of the row beneath the names."""
+    name: str, column: ColumnMap, source: Source, place: int, faults: Faults
+) -> tuple[str, bool]:
+    """The unit of a column, and whether more than its cells says it.
+
+    The map's counts first, then that of the column's name, of the row beneath, and of the cells.
+    """
     if column.unit is not None:
-        return column.unit
+        return column.unit, True
     said = unit_in_name(source.names[place]) or source.units.get(place)
-    if said is None:
-        return FIELD[name].unit
-    if not fits(name, said):
+    beside = said or next(filter(None, units_beside(source.cells(place), source.signs)), None)
+    if beside is None:
+        return FIELD[name].unit, True
+    if not fits(name, beside):
         expected = listed(expected_units(name), " or ")
-        text = f'found the unit "{said}", expected {expected} for {name}: say it in the map, '
+        text = f'found the unit "{beside}", expected {expected} for {name}: say it in the map, '
         text += f'{name} = {{column = ..., unit = "..."}}'
         faults.add(source.origin.error(None, source.name_of(place), text))
-    return said
+    return beside, said is not None
 
 
 @dataclass(frozen=True)
 class _Reader:
-    """Reads the cells of a column for one of ours, in one unit."""
+    """Reads the cells of a column for one of ours, in one unit.
+
+    Attributes:
+        is_said: whether the map or the table's names have the unit, and not the cells alone.
+    """
 
     name: str
     column: ColumnMap
     unit: str
+    is_said: bool
     source: Source
     place: int
     faults: Faults
@@ -228,7 +238,7 @@ class _Reader:
         return found
 
     def in_unit(self, found: Moment, line: int) -> float:
-        """The number in the column's unit, if another stands beside it."""
+        """The number in the column's unit; clocks and spans of time count seconds."""
         beside = "s" if found.since else found.unit
         factor = factor_to(beside, self.unit) if beside else 1.0
         if factor is None:
@@ -236,21 +246,47 @@ class _Reader:
             self.fault(line, f'the unit "{beside}"', expected)
         return times(found.seconds, factor or 1.0)
 
+    def has_right_unit(self, cell: Any, beside: str, line: int) -> bool:
+        """Whether a cell has the column's unit beside it, or none where more than cells say it."""
+        if beside and factor_to(beside, self.unit) != 1.0:
+            expected = f'"{self.unit}", as '
+            expected += (
+                f"the column has it; if the cells are right: {self.name} = {{column = ..., unit = "
+                f'"{beside}"}}'
+                if self.is_said
+                else "beside the first number: give all cells the same unit"
+            )
+        elif not beside and not self.is_said:
+            expected = f'"{self.unit}" beside it, as beside others; if that is its unit: '
+            expected += f'{self.name} = {{column = ..., unit = "{self.unit}"}}'
+        else:
+            return True
+        self.fault(line, shown(cell), expected)
+        return False
+
     def numbers(self, missing: Sequence[Any]) -> tuple[list[float], str]:
         """All of them, NaN for what is missing, and since when moments count."""
         result: list[float] = []
         since: set[str] = set()
         is_moment = FIELD[self.name].kind == "moment"
-        for row, line in zip(self.source.rows, self.source.lines, strict=True):
-            cell = row[self.place]
-            if type(cell) is float and not missing and cell > 0 and not is_moment:
+        cells = self.source.cells(self.place)
+        units = units_beside(cells, self.source.signs)
+        has_units = any(units)
+        for cell, beside, line in zip(cells, units, self.source.lines, strict=True):
+            is_plain = type(cell) is float and cell > 0 and not is_moment
+            if is_plain and not missing and not has_units:
                 result.append(cell)
             elif is_empty(cell) or (missing and is_one_of(cell, missing, self.source.signs)):
                 result.append(np.nan)
             else:
                 found = self.moment(cell, line)
                 since.add(found.since)
-                result.append(self.in_unit(found, line))
+                if has_units and not (
+                    np.isnan(found.seconds) or self.has_right_unit(cell, beside, line)
+                ):
+                    result.append(np.nan)
+                else:
+                    result.append(self.in_unit(found, line))
         if len(since) > 1 and is_moment:
             text = "found numbers, times of day and dates together, expected one of them"
             name = self.source.name_of(self.place)
@@ -269,11 +305,11 @@ def _values(
     name: str, column: ColumnMap, source: Source, place: int, map_: TableMap, faults: Faults
 ) -> tuple[list[float], str, str]:
     """The values of a column, the unit they are in, and since when moments count."""
-    said = _unit_of(name, column, source, place, map_, faults)
+    said, is_said = _unit_of(name, column, source, place, faults)
     conversion = None if factor_to(said, FIELD[name].unit) else conversion_of(name, said)
     target = FIELD[name].unit if conversion is None else conversion.given
     missing = map_.get("", "missing", ()) if column.missing is None else column.missing
-    reader = _Reader(name, column, said, source, place, faults)
+    reader = _Reader(name, column, said, is_said, source, place, faults)
     values, since = reader.numbers(missing)
     scale = factor_to(said, target) or 1.0
     array = np.array(over_midnight(values) if since == "clock" and scale == 1.0 else values)

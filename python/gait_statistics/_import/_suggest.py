@@ -13,7 +13,16 @@ from typing import Any
 import numpy as np
 
 from .._errors import InputError
-from ._cells import dates_of, has_open_date, is_empty, moment_of, number_of, signs_of, text_of_cell
+from ._cells import (
+    Signs,
+    dates_of,
+    has_open_date,
+    is_empty,
+    moment_of,
+    number_of,
+    signs_of,
+    text_of_cell,
+)
 from ._doubts import is_end_of_next
 from ._fields import FIELD, FOOT_WORDS, MORE_FOOT_WORDS, NEVER_ZERO, SIGNED
 from ._grids import Grid, all_grids, named_tables, turned
@@ -470,7 +479,9 @@ def _named_source(grid: Grid, said: _Suggestion, faults: Faults) -> Source | Non
         said.feet["by"] = _quoted("headings")
     found = signs_of(cell for row in source.rows for cell in row)
     dates = dates_of(cell for row in source.rows for cell in row)
-    source.signs = replace(found or source.signs, dates=dates or "day first")
+    if found is None:
+        said.table["decimal"] = '","   # a guess; or thousands = ",": confirm'
+    source.signs = replace(found or Signs(","), dates=dates or "day first")
     if not dates and any(has_open_date(cell) for row in source.rows[:1] for cell in row):
         said.table["# dates"] = '"day first"   # or "month first": decide'
     if line and len(set(filter(None, source.names))) < len(list(filter(None, source.names))):
