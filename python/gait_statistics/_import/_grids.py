@@ -153,22 +153,12 @@ def _workbook_grids(path: Path, map_: TableMap, faults: Faults) -> list[Grid]:
     by_name = {plain(name): name for name in filled}
     book = Origin(path.name, False, path.stem)
     if wanted is None and map_.feet_by == "sheets":
-        wanted = [
-            name
-            for foot in FEET
-            for word in map_.words_of(foot)
-            for name in filled
-            if plain(name) == plain(word)
-        ] or [str(map_.words_of(foot)[0]) for foot in FEET]
+        words = [str(word) for foot in FEET for word in map_.words_of(foot)]
+        wanted = [name for word in words for name in filled if plain(name) == plain(word)]
+        wanted = wanted or [name for name in filled if map_.foot_in(name)]
+        wanted = wanted or [str(map_.words_of(foot)[0]) for foot in FEET]
     elif wanted is None:
         wanted = list(filled)
-        if len(wanted) > 1 and "{sheet}" not in map_.get("", "walk", ()):
-            text = f"found {len(wanted)} sheets ({listed(map(shown, wanted))}), expected one: say "
-            text += '[table] sheet = "...", or walk = ["{sheet}"] if each is a walk (with [table] '
-            text += 'sheet = ["...", "..."] for some of them), or '
-            text += '[feet] by = "sheets" if each is a foot'
-            faults.add(book.error(None, None, text))
-            return []
     for name in wanted:
         if plain(name) not in by_name:
             have = f"expected one of: {listed(map(shown, filled))}" if filled else "expected one"

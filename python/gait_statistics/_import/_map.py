@@ -98,9 +98,35 @@ class TableMap:
             return "columns"
         return ""
 
+    @property
+    def names(self) -> list[str]:
+        """The names of columns that it has, without places ("#3") and what stands for others."""
+        names = [
+            name for column in self.columns.values() for foot in FEET for name in column.names[foot]
+        ]
+        for key in ("walk", "breaks", "fill_down"):
+            names += self.get("", key, ())
+        names += [self.get("feet", "column")] if self.get("feet", "column") else []
+        names += [c["column"] for c in (*self.skip, *self.exclude) if "column" in c]
+        return [name for name in dict.fromkeys(names) if not re.fullmatch(r"#\d+|\{.*\}", name)]
+
     def words_of(self, foot: str) -> tuple[Any, ...]:
         """The words for a foot."""
         return tuple(self.get("feet", foot) or FOOT_WORDS[foot])
+
+    def foot_in(self, name: str) -> str | None:
+        """The foot whose word a sheet or a file has for its name, or in it."""
+        words = [(foot, str(word)) for foot in FEET for word in self.words_of(foot)]
+        found = {foot for foot, word in words if name.casefold() == word.casefold()}
+        if not found:
+            # The longest word in the name: "right" in "walk1_right", not the r of "trial".
+            inside = [
+                (len(word), foot)
+                for foot, word in words
+                if re.search(rf"(?<![^\W\d_]){re.escape(word)}(?![^\W\d_])", name, re.IGNORECASE)
+            ]
+            found = {foot for length, foot in inside if length == max(inside)[0]}
+        return found.pop() if len(found) == 1 else None
 
     @property
     def has_foot_words(self) -> bool:

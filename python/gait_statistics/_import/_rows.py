@@ -118,28 +118,18 @@ def _foot_of_name(source: Source, map_: TableMap, faults: Faults) -> str | None:
     """The foot that a sheet or a file is for."""
     by = map_.feet_by
     name = source.origin.sheet if by == "sheets" else source.origin.file
-    words = [(foot, str(word)) for foot in FEET for word in map_.words_of(foot)]
-    found = {foot for foot, word in words if name.casefold() == word.casefold()}
-    if not found:
-        # The longest word that stands in the name: "right" in "walk1_right", not the r of "trial".
-        inside = [
-            (len(word), foot)
-            for foot, word in words
-            if re.search(rf"(?<![^\W\d_]){re.escape(word)}(?![^\W\d_])", name, re.IGNORECASE)
-        ]
-        found = {foot for length, foot in inside if length == max(inside)[0]}
-    if len(found) != 1:
+    foot = map_.foot_in(name)
+    if foot is None:
         what = "sheet" if by == "sheets" else "file"
-        used = listed((shown(word) for _, word in words), " or ")
+        used = listed((shown(word) for one in FEET for word in map_.words_of(one)), " or ")
         text = f'found the {what} name "{name}", expected one that holds one of {used}: say '
         text += "[feet] left = ..., right = ..."
         faults.add(source.origin.error(None, None, text))
-        return None
-    return found.pop()
+    return foot
 
 
 def _without_foot(name: str, map_: TableMap) -> str:
-    """A file's name without the word for the foot, so that both feet's files make one walk."""
+    """A name without the word for the foot, so that both feet's files or sheets make one walk."""
     for foot in FEET:
         for word in sorted(map(str, map_.words_of(foot)), key=len, reverse=True):
             pattern = rf"[_\-. ]*(?<![^\W\d_]){re.escape(word)}(?![^\W\d_])"
@@ -153,13 +143,10 @@ def _key_texts(
     """What some columns say in each row; {file} and {sheet} are the table's own name."""
     columns: list[list[str]] = []
     for name in names:
-        if name == "{file}":
-            by_file = map_.feet_by == "files"
-            file = source.origin.file
-            text = _without_foot(file, map_) if by_file else file
-            columns.append([text] * len(source.rows))
-        elif name == "{sheet}":
-            columns.append([source.origin.sheet] * len(source.rows))
+        if name in ("{file}", "{sheet}"):
+            text = source.origin.file if name == "{file}" else source.origin.sheet
+            is_of_foot = map_.feet_by == f"{name[1:-1]}s"
+            columns.append([_without_foot(text, map_) if is_of_foot else text] * len(source.rows))
         else:
             place = place_of(source, name, faults)
             if place is None:
@@ -435,10 +422,13 @@ def _check_feet(map_: TableMap, sources: Sequence[Source], faults: Faults) -> No
     if text:
         faults.add(map_.error("feet", "", f"[feet] {text}"))
     if len(sources) > 1 and not map_.get("", "walk"):
-        is_one = by == "sheets" or (by == "files" and len(sources) == 2)
+        words = {str(word).casefold() for foot in FEET for word in map_.words_of(foot)}
+        is_said = by == "sheets" and words >= {one.origin.sheet.casefold() for one in sources}
+        is_one = is_said or (by in ("sheets", "files") and len(sources) == 2)
         if not is_one:
             text = f"walk: found {len(sources)} tables, expected a word on which walk each is: "
-            text += 'walk = ["{file}"] for a walk each, or the columns that tell walks apart'
+            each = "{sheet}" if sources[0].origin.sheet else "{file}"
+            text += f'walk = ["{each}"] for a walk each, or the columns that tell walks apart'
             faults.add(map_.error("", "walk", text))
 
 

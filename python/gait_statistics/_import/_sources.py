@@ -6,6 +6,7 @@ import re
 from collections.abc import Sequence
 from dataclasses import dataclass, field
 from functools import cached_property
+from itertools import groupby
 from typing import Any
 
 import numpy as np
@@ -94,16 +95,6 @@ class Source:
 # ---- Names
 
 
-def _wanted_names(map_: TableMap) -> list[str]:
-    names = [
-        name for column in map_.columns.values() for foot in FEET for name in column.names[foot]
-    ]
-    names += map_.get("", "walk", ()) + map_.get("", "breaks", ()) + map_.get("", "fill_down", ())
-    names += [map_.get("feet", "column")] if map_.get("feet", "column") else []
-    names += [c["column"] for c in (*map_.skip, *map_.exclude) if "column" in c]
-    return [name for name in dict.fromkeys(names) if not re.fullmatch(r"#\d+|\{\w+\}", name)]
-
-
 def _joined(rows: Sequence[Sequence[Any]]) -> list[str]:
     """Names over several rows; in all but the last, an empty cell repeats the one to its left."""
     width = max(map(len, rows))
@@ -130,7 +121,7 @@ def _header_at(grid: Grid, wanted: Sequence[str], depth: int) -> tuple[int, int]
 
 def _named(grid: Grid, map_: TableMap, faults: Faults) -> tuple[list[str], int] | None:
     """The names of a grid's columns, and the number of rows above the first of the table."""
-    wanted = _wanted_names(map_)
+    wanted = map_.names
     given = map_.get("table", "header")
     depth = max(1, map_.get("table", "header_rows", 1))
     width = max(map(len, grid.rows), default=0)
@@ -160,6 +151,7 @@ def _named(grid: Grid, map_: TableMap, faults: Faults) -> tuple[list[str], int] 
         where = grid.origin.rows_in_words(grid.lines[:1])
         text = f"found none of the columns that the map names; {where} holds {first or 'nothing'}. "
         text += "Expected their names as the table has them, or #1, #2, ... by place"
+        text += "; [table] sheet names the sheets to read" if grid.origin.sheet else ""
         faults.add(grid.origin.error(None, None, text))
         return None
     return _joined(grid.rows[start : start + depth]), start + depth
@@ -445,13 +437,45 @@ def _form_in_words(grid: Grid, wanted: Sequence[str]) -> str:
     return ""
 
 
+def _with_word_on_sheets(grids: list[Grid], map_: TableMap, faults: Faults) -> list[Grid]:
+    """Leaves out the sheets of a workbook that has several, where the map does not say which."""
+    is_said = map_.get("table", "sheet") or map_.feet_by == "sheets"
+    if is_said or "{sheet}" in map_.get("", "walk", ()):
+        return grids
+    kept = []
+    for file, found in groupby(grids, key=lambda grid: grid.origin.file):
+        book = list(found)
+        if len(book) == 1:
+            kept += book
+            continue
+        most = [_header_at(grid, map_.names, 1)[1] for grid in book]
+        names = [
+            shown(grid.origin.sheet)
+            for grid, count in zip(book, most, strict=True)
+            if count and count == max(most)
+        ] or [shown(grid.origin.sheet) for grid in book]
+        text = f"found {len(book)} sheets ({listed(shown(grid.origin.sheet) for grid in book)}), "
+        text += "expected a word on which to read: "
+        if len(names) == 1:
+            text += f"{names[0]} alone has the map's columns: [table] sheet = {names[0]}"
+        else:
+            text += f"[table] sheet = {names[0]} for one; where each is a walk, [table] sheet = "
+            text += f'[{listed(names)}] with walk = ["{{sheet}}"]'
+            if not map_.feet_by:
+                text += '; where each is a foot, [feet] by = "sheets" with left = '
+                text += f"{names[0]}, right = {names[1]}"
+        name = book[0].origin.name.removesuffix(f", sheet {book[0].origin.sheet}")
+        faults.add(Origin(name, False, file).error(None, None, text))
+    return kept
+
+
 def read_sources(
     tables: Sequence[Any], map_: TableMap, faults: Faults
 ) -> tuple[list[Source], list[str]]:
     """Reads tables, and returns them with notes on what was left out."""
     sources = []
     notes = []
-    for grid in all_grids(tables, map_, faults):
+    for grid in _with_word_on_sheets(all_grids(tables, map_, faults), map_, faults):
         source = source_of(grid, map_, faults)
         if source is None:
             continue

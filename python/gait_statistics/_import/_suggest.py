@@ -222,9 +222,10 @@ def _feet_elsewhere(sources: Sequence[Source], said: _Suggestion) -> None:
         tokens = [_foot_token(name) for name in names]
         if any(tokens):
             said.feet["by"] = _quoted(by + "s")
+            is_sheet_each = by == "sheet" and len(sources) == len(FEET)
             for name, token in zip(names, tokens, strict=True):
                 if token:
-                    said.feet[token[0]] = _quoted(name if by == "sheet" else token[1])
+                    said.feet[token[0]] = _quoted(name if is_sheet_each else token[1])
             return
     said.remarks.append("feet: no column says which foot. Choose one of these")
     said.feet["# first"] = '"left"   # rows alternate, and this is the first of each walk'
@@ -325,8 +326,8 @@ def _say_walks(sources: Sequence[Source], said: _Suggestion) -> None:
             said.used.add(place)
     if names:
         said.top["walk"] = _quoted(names)
-    elif len(sources) > 2 and said.feet.get("by") == '"files"':
-        said.top["walk"] = '["{file}"]'
+    elif len(sources) > 2 and said.feet.get("by") in ('"files"', '"sheets"'):
+        said.top["walk"] = _quoted([f"{{{said.feet['by'][1:-2]}}}"])
     elif len(sources) > 1 and said.feet.get("by") not in ('"sheets"', '"files"'):
         said.top["walk"] = '["{sheet}"]' if sources[0].origin.sheet else '["{file}"]'
 
@@ -490,6 +491,33 @@ def _named_source(grid: Grid, said: _Suggestion, faults: Faults) -> Source | Non
     return source
 
 
+# What a table of strides has, and a summary has not.
+_STRIDES = {"gct", "hs", "end", "first_sample", "last_sample"}
+
+
+def _with_strides(found: list[tuple[Source, _Suggestion]]) -> list[tuple[Source, _Suggestion]]:
+    """The sheets that hold strides, the best one first; the map says which they are."""
+    if len(found) < 2 or not all(source.origin.sheet for source, _ in found):
+        return found
+
+    def fields(source: Source) -> int:
+        names = [(place, name) for place, name in enumerate(source.names) if name]
+        placed = placed_by_name(source, names).keys()
+        return len(placed) if _STRIDES & placed and len(source.rows) > len(FEET) else 0
+
+    best = max(found, key=lambda one: (fields(one[0]), len(one[0].rows)))[0]
+    if not fields(best):
+        return found
+    kept = [one for one in found if one[0].names == best.names and fields(one[0])]
+    sheets = [source.origin.sheet for source, _ in kept]
+    others = [one.origin.sheet for one, _ in found if one.origin.sheet not in sheets]
+    if others:
+        said = kept[0][1]
+        said.remarks.append(f"sheets that are passed over: {listed(map(_quoted, others))}")
+        said.table["sheet"] = _quoted(sheets if len(sheets) > 1 else sheets[0])
+    return kept
+
+
 def _say_totals(source: Source, said: _Suggestion) -> None:
     """Takes rows of means out of the table, and says so."""
     found = totals_of(source)
@@ -511,14 +539,18 @@ def suggested_map(tables: Sequence[str]) -> str:
         WalkError: where a table cannot be read.
     """
     faults = Faults()
-    said = _Suggestion()
-    bare = TableMap("", {("", "walk"): ("{sheet}",)}, {}, {}, [], [])
-    grids = [grid for grid in all_grids(named_tables(tables), bare, faults) if grid.rows]
-    sources = [one for one in (_named_source(grid, said, faults) for grid in grids) if one]
-    if not sources:
+    bare = TableMap("", {}, {}, {}, [], [])
+    found = []
+    for grid in all_grids(named_tables(tables), bare, faults):
+        own = _Suggestion()
+        named = _named_source(grid, own, faults) if grid.rows else None
+        found += [(named, own)] if named else []
+    if not found:
         faults.add(InputError("tables", None, None, None, "found no row, expected a table"))
     faults.raise_any()
-    source = sources[0]
+    found = _with_strides(found)
+    sources = [source for source, _ in found]
+    source, said = found[0]
     if not any(source.names):
         said.table["header"] = "0"
         said.remarks.append("the table has no names: columns are #1, #2, ... below")
