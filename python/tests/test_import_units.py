@@ -8,11 +8,13 @@ from typing import Any
 import pandas as pd
 import pytest
 from conftest import values_of
+from tables_to_import import in_time_order, strides_of_both_feet
 
 import gait_statistics as gs
 from gait_statistics._import._suggest import suggested_map
 from gait_statistics._import._units import factor_to, unit_in_name
 
+STRIDES = in_time_order(strides_of_both_feet())
 ALONE: dict[str, Any] = {"feet": {"only": "left"}, "times": "end to end"}
 
 # Each spelling is one of the unit on its left.
@@ -135,3 +137,50 @@ def test_a_suggested_map_says_that_it_guesses_what_a_comma_is(tmp_path: Path) ->
     (tmp_path / "t.csv").write_text("foot;Strike;Stride time\n" + rows)
     text = suggested_map([str(tmp_path / "t.csv")])
     assert 'decimal = ","   # a guess; or thousands = ",": confirm' in text
+
+
+# ---- Units that nobody says, guessed by values
+
+
+def suggestion_for(folder: Path, **columns: pd.Series[float]) -> str:
+    """The suggested map for a walk with more columns."""
+    table = STRIDES[["foot", "hs"]].assign(**columns)
+    table.to_csv(folder / "t.csv", index=False)
+    return suggested_map([str(folder / "t.csv")])
+
+
+@pytest.mark.parametrize(
+    ("scale", "expected"),
+    [
+        (0.001, '{column = "Contact time", unit = "s"}  # a guess by the median 0.65: confirm'),
+        (1.0, '"Contact time"'),
+        (0.1 / 1.05, '{column = "Contact time", unit = "%"}  # a guess by the median 61.9'),
+    ],
+)
+def test_the_unit_of_a_contact_is_guessed_by_its_values(
+    scale: float, expected: str, tmp_path: Path
+) -> None:
+    columns = {"Stride": STRIDES["gct"], "Contact time": STRIDES["contact"] * scale}
+    assert f"contact = {expected}" in suggestion_for(tmp_path, **columns)
+
+
+def test_swing_and_stance_are_shares_or_times_by_their_sum(tmp_path: Path) -> None:
+    stance, swing, gct = STRIDES["stance"], STRIDES["swing"], STRIDES["gct"]
+    shares = {"Stride": gct, "Stance": stance / 100, "Swing": swing / 100}
+    text = suggestion_for(tmp_path, **shares)
+    assert 'stance = {column = "Stance", unit = "1"}  # a guess by the median' in text
+    times = {"Stride": gct, "Stance": stance / 100 * gct, "Swing": swing / 100 * gct}
+    text = suggestion_for(tmp_path, **times)
+    assert 'stance = {column = "Stance", unit = "s"}  # a guess by the median 0.65: confirm' in text
+    alone = suggestion_for(tmp_path, **{"Stride": gct, "Stance": stance / 100})
+    assert 'unit = "1"}  # a guess by the median 0.619048, or "s": confirm' in alone
+    mixed = suggestion_for(tmp_path, **{**shares, "Swing": swing})
+    assert 'stance = {column = "Stance", unit = "1"}' in mixed
+    assert 'swing = "Swing"' in mixed
+
+
+def test_the_unit_of_strikes_is_guessed_by_their_distances(tmp_path: Path) -> None:
+    since_1970 = (STRIDES["hs"] + 1.7e9) * 1000 + 0.5
+    text = suggestion_for(tmp_path, hs=since_1970, gct=STRIDES["gct"])
+    assert 'hs = {column = "hs", unit = "ms"}  # a guess by its distances: confirm' in text
+    assert 'times = "from the first"' in text

@@ -5,19 +5,19 @@ from __future__ import annotations
 import itertools
 import re
 from collections.abc import Sequence
+from dataclasses import dataclass
 from statistics import median
 
 from .. import _core
 from ._cells import is_empty, moment_of, units_beside
 from ._fields import FIELD, FIELDS
-from ._places import listed
 from ._sources import Source
 from ._units import factor_to, fits, unit_in_name
 
 # Units that columns of a quantity come in, the likeliest first.
 _UNITS = {
     "s": ("s", "ms"),
-    "ms": ("ms", "s"),
+    "ms": ("ms", "s", "%"),
     "m": ("m", "cm", "mm"),
     "m/s": ("m/s", "cm/s", "km/h"),
     "%": ("%", "1", "s", "ms"),
@@ -36,6 +36,8 @@ _UNIT_WORDS = (
 )
 # Words that say that a column holds times.
 _TIME_WORDS = ("time", "timestamp", "zeit", "uhrzeit", "clock", "seconds", "milliseconds")
+# How near to 100 % the medians of swing and stance are together.
+_WHOLE = 3.0
 # What is not measured, as numbers.
 CODES_FOR_MISSING = (0.0, -1.0, -999.0, 999.0, -9999.0, 9999.0)
 
@@ -130,7 +132,8 @@ def _unit_word(name: str) -> str | None:
     return last if last in _UNIT_WORDS else None
 
 
-def _said_unit(source: Source, place: int) -> str | None:
+def said_unit(source: Source, place: int) -> str | None:
+    """The unit that a column's name, the row beneath it or its cells say."""
     name = source.names[place]
     said = unit_in_name(name) or source.units.get(place) or _unit_word(name)
     return said or next(filter(None, units_beside(source.cells(place), source.signs)), None)
@@ -146,7 +149,7 @@ def _by_kind(field_name: str, source: Source, place: int) -> str:
     if field_name not in pairs and field_name not in back:
         return field_name
     values = numbers_of(source, place)
-    said = _said_unit(source, place) or ""
+    said = said_unit(source, place) or ""
     is_time = bool(said) and factor_to(said, "s") is not None
     words = plain_words(source.names[place]).split()
     is_time |= bool({*words} & {*_TIME_WORDS}) and not {*words} & {"sample", "samples", "index"}
@@ -156,50 +159,91 @@ def _by_kind(field_name: str, source: Source, place: int) -> str:
     return back.get(field_name, field_name)
 
 
-def unit_for(
-    field_name: str,
-    source: Source,
-    place: int,
-    bounds: dict[str, tuple[float, float]],
-    duration: float | None,
-) -> tuple[str, str]:
-    """The unit of a column, and a remark: from its name, from the row beneath, or its values."""
+@dataclass(frozen=True)
+class Known:
+    """What is known of a table when the unit of a column is guessed.
+
+    Attributes:
+        bounds: within what the median of each of our columns lies.
+        stride: the median duration of strides (s).
+        shares: the medians of swing and stance together, as they stand.
+    """
+
+    bounds: dict[str, tuple[float, float]]
+    stride: float | None = None
+    shares: float | None = None
+
+
+def _said_for(field_name: str, source: Source, place: int) -> tuple[str, str] | None:
+    """The unit that a name, the row beneath it or the cells say, and a remark; else None."""
     said = unit_in_name(source.names[place]) or source.units.get(place)
     if said and fits(field_name, said):
         return said, ""
-    word = _unit_word(source.names[place])
     own = FIELD[field_name].unit
-    if word and fits(field_name, word):
-        return (own, "") if factor_to(word, own) == 1.0 else (word, f"unit by its name: {word}")
+    word = _unit_word(source.names[place])
     beside = next(filter(None, units_beside(source.cells(place), source.signs)), None)
-    if beside and fits(field_name, beside):
-        return (own, "") if factor_to(beside, own) == 1.0 else (beside, "unit beside the numbers")
+    for unit, remark in ((word, f"unit by its name: {word}"), (beside, "unit beside the numbers")):
+        if unit and fits(field_name, unit):
+            return (own, "") if factor_to(unit, own) == 1.0 else (unit, remark)
+    return None
+
+
+def _to_own(field_name: str, unit: str, stride: float | None) -> float | None:
+    """What a value in a unit is multiplied by to be in the field's; shares are of the stride."""
+    own = FIELD[field_name].unit
+    factor = factor_to(unit, own)
+    if factor is not None or stride is None:
+        return factor
+    if own == "%":
+        seconds = factor_to(unit, "s")
+        return 100 * seconds / stride if seconds else None
+    return 10 * stride if (field_name, unit) == ("contact", "%") else None
+
+
+def unit_for(field_name: str, source: Source, place: int, known: Known) -> tuple[str, str]:
+    """The unit of a column, and a remark: said by the table, or else guessed by its values."""
+    own = FIELD[field_name].unit
+    said = _said_for(field_name, source, place)
+    if said:
+        return said
     values = [v for v in numbers_of(source, place) if v not in CODES_FOR_MISSING]
     if FIELD[field_name].kind == "moment" and values and max(values) > 300:
         if all(value == int(value) for value in values):
-            return "ms", "whole numbers: milliseconds?"
-    if field_name not in bounds or not values:
-        return FIELD[field_name].unit, ""
-    low, high = bounds[field_name]
+            return "ms", "a guess by its whole numbers: confirm"
+    if field_name not in known.bounds or not values:
+        return own, ""
     middle = median(values)
-    possible = []
-    for unit in _UNITS.get(FIELD[field_name].unit, (FIELD[field_name].unit,)):
-        factor = factor_to(unit, FIELD[field_name].unit)
-        if factor is None:
-            seconds = factor_to(unit, "s")
-            factor = 100 * seconds / duration if seconds and duration else None
-        if factor is not None and low <= abs(middle) * factor <= high:
-            possible.append(unit)
     if field_name in ("top", "hsp", "ta", "strike_eversion"):
         # Both fit: an angle of 0.4 may be degrees. The largest one tells.
         possible = ["rad"] if max(map(abs, values)) < 3.2 else ["deg"]
+    else:
+        possible = _possible(field_name, middle, known)
     if not possible:
         what = f"its median {middle:g} is no {FIELD[field_name].meaning} in any unit"
-        return FIELD[field_name].unit, what
-    names = plain_words(source.names[place]).split()
-    if "s" in possible and FIELD[field_name].unit == "%" and "time" in names:
+        return own, what
+    words = plain_words(source.names[place]).split()
+    if "s" in possible and own == "%" and {*words} & {"time", "duration", "dauer", "zeit", "temps"}:
         return "s", ""
-    remark = f"unit by its values: median {middle:g}"
-    if len(possible) > 1:
-        remark += f"; {listed(possible[1:], ' or ')} is possible, too"
-    return possible[0], "" if possible[0] == FIELD[field_name].unit else remark
+    others = "".join(f', or "{unit}"' for unit in possible[1:])
+    is_sure = possible[0] == own and not others
+    return possible[0], "" if is_sure else f"a guess by the median {middle:g}{others}: confirm"
+
+
+def _possible(field_name: str, middle: float, known: Known) -> list[str]:
+    """The units in which a median is one of the field, the likeliest first."""
+    low, high = known.bounds[field_name]
+    factors = {
+        unit: _to_own(field_name, unit, known.stride)
+        for unit in _UNITS.get(FIELD[field_name].unit, (FIELD[field_name].unit,))
+    }
+    fitting = {
+        unit: factor
+        for unit, factor in factors.items()
+        if factor is not None and low <= abs(middle) * factor <= high
+    }
+    # Swing and stance together are the stride, unless each has a unit of its own.
+    shares = known.shares if known.shares and field_name in ("swing", "stance") else None
+    whole = [
+        unit for unit, factor in fitting.items() if shares and abs(shares * factor - 100) < _WHOLE
+    ]
+    return whole or list(fitting)

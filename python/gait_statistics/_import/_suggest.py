@@ -28,10 +28,12 @@ from ._fields import FIELD, FOOT_WORDS, MORE_FOOT_WORDS, NEVER_ZERO, SIGNED
 from ._grids import Grid, all_grids, named_tables, turned
 from ._guess import (
     CODES_FOR_MISSING,
+    Known,
     is_numeric,
     median_bounds,
     numbers_of,
     placed_by_name,
+    said_unit,
     unit_for,
 )
 from ._map import FEET, TableMap
@@ -235,8 +237,27 @@ def _feet_elsewhere(sources: Sequence[Source], said: _Suggestion) -> None:
 # ---- The map
 
 
+def _median_at(source: Source, place: int | None) -> float | None:
+    """The median of a column, without codes for missing values."""
+    numbers = [] if place is None else numbers_of(source, place)
+    values = [value for value in numbers if value not in CODES_FOR_MISSING]
+    return median(values) if values else None
+
+
+def _known(source: Source, placed: dict[str, int]) -> Known:
+    """What the columns that were placed tell of the others' units."""
+    known = Known(median_bounds())
+    gct, swing, stance = (
+        _median_at(source, placed.get(name)) for name in ("gct", "swing", "stance")
+    )
+    if gct is not None:
+        unit, _ = unit_for("gct", source, placed["gct"], known)
+        known = replace(known, stride=gct * (factor_to(unit, "s") or 1.0))
+    both = swing + stance if swing is not None and stance is not None else None
+    return replace(known, shares=both)
+
+
 def _place_columns(source: Source, said: _Suggestion, pairs: dict[str, int]) -> None:
-    bounds = median_bounds()
     own = {place: name for name, place in pairs.items()}
     tokens = {place for place, name in enumerate(source.names) if name and _foot_token(name)}
     names = [
@@ -245,18 +266,17 @@ def _place_columns(source: Source, said: _Suggestion, pairs: dict[str, int]) -> 
         if name and place not in said.used and (place in own or not pairs or place not in tokens)
     ]
     placed = placed_by_name(source, names)
-    durations = None
-    if "gct" in placed:
-        unit, _ = unit_for("gct", source, placed["gct"], bounds, None)
-        values = [v for v in numbers_of(source, placed["gct"]) if v not in CODES_FOR_MISSING]
-        durations = median(values) * (factor_to(unit, "s") or 1.0) if values else None
+    known = _known(source, placed)
     for field_name in FIELD:
         if field_name not in placed:
             continue
         place = placed[field_name]
-        unit, remark = unit_for(field_name, source, place, bounds, durations)
-        said_unit = unit_in_name(source.names[place]) or source.units.get(place)
-        is_said = bool(said_unit) and said_unit == unit
+        unit, remark = unit_for(field_name, source, place, known)
+        by_gaps = _unit_by_gaps(source, place, said, known.stride)
+        if field_name in ("hs", "end") and not said_unit(source, place) and by_gaps:
+            unit, remark = by_gaps, "" if by_gaps == "s" else "a guess by its distances: confirm"
+        above = unit_in_name(source.names[place]) or source.units.get(place)
+        is_said = bool(above) and above == unit
         numbers = numbers_of(source, place)
         if field_name == "gct" and len(numbers) > 3 and len(set(numbers)) == 1:
             remark = (f"{remark}; " if remark else "") + "the same in all rows: is it measured?"
@@ -265,39 +285,58 @@ def _place_columns(source: Source, said: _Suggestion, pairs: dict[str, int]) -> 
         scale = factor_to(unit, "s") if field_name == "gct" else None
         said.numbers[field_name] = [v * (scale or 1.0) for v in numbers_of(source, place)]
         said.places[field_name] = place
+        if field_name in ("hs", "end"):
+            _say_from_the_first(source, place, unit, said)
         said.used.add(place)
         if pairs and place in own:
             said.used |= {
                 p for p in tokens if (t := _foot_token(source.names[p])) and t[2] == own[place]
             }
         _look_for_missing(field_name, source, place, said)
-    _times_by_value(source, said, durations)
+    _times_by_value(source, said, known.stride)
+
+
+def _unit_by_gaps(
+    source: Source, place: int, said: _Suggestion, stride: float | None
+) -> str | None:
+    """The unit in which the distances of a foot's moments are its strides; None: they are none."""
+    feet = _feet_of_rows(source, said)
+    cells = [moment_of(cell, source.signs) for cell in source.cells(place)]
+    moments = [
+        [one.seconds for one, foot in zip(cells, feet, strict=True) if one and foot == this]
+        for this in dict.fromkeys(feet)
+    ]
+    gaps = [b - a for values in moments for a, b in itertools.pairwise(values)]
+    if stride is None or len(set(gaps)) < 3:
+        return None
+    for unit in ("s", "ms"):
+        if abs(median(gaps) * (factor_to(unit, "s") or 1.0) / stride - 1) < 0.1:
+            return unit
+    return None
 
 
 def _times_by_value(source: Source, said: _Suggestion, stride: float | None) -> None:
     """Finds moments of strikes by their distance, which is that of the strides."""
     if stride is None or {"hs", "end", "first_sample"} & said.columns.keys():
         return
-    feet = _feet_of_rows(source, said)
     for place in range(source.width):
-        if place in said.used or not is_numeric(source, place):
-            continue
-        cells = [moment_of(cell, source.signs) for cell in source.cells(place)]
-        moments = [
-            [one.seconds for one, foot in zip(cells, feet, strict=True) if one and foot == this]
-            for this in dict.fromkeys(feet)
-        ]
-        gaps = [b - a for values in moments for a, b in itertools.pairwise(values)]
-        for unit in ("s", "ms"):
-            scale = factor_to(unit, "s") or 1.0
-            if len(set(gaps)) > 2 and abs(median(gaps) * scale / stride - 1) < 0.1:
-                column = _column_text(_reference(source, place), "hs", unit, False, "by its values")
-                said.columns = {"hs": column, **said.columns}
-                said.used.add(place)
-                first = next(one for one in cells if one)
-                if first.seconds * scale > _LONG_AGO and not first.since:
-                    said.top["times"] = '"from the first"'
-                return
+        unit = None
+        if place not in said.used and is_numeric(source, place):
+            unit = _unit_by_gaps(source, place, said, stride)
+        if unit:
+            column = _column_text(_reference(source, place), "hs", unit, False, "by its values")
+            said.columns = {"hs": column, **said.columns}
+            said.used.add(place)
+            _say_from_the_first(source, place, unit, said)
+            return
+
+
+def _say_from_the_first(source: Source, place: int, unit: str, said: _Suggestion) -> None:
+    """Says that times count from the first one, where they count from long ago."""
+    cells = (moment_of(cell, source.signs) for cell in source.cells(place))
+    first = next((one for one in cells if one), None)
+    if first and not first.since and first.seconds * (factor_to(unit, "s") or 1.0) > _LONG_AGO:
+        said.top["times"] = '"from the first"'
 
 
 def _look_for_missing(field_name: str, source: Source, place: int, said: _Suggestion) -> None:
