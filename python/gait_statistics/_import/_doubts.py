@@ -8,7 +8,7 @@ from numpy.typing import NDArray
 
 from .._errors import InputError
 from ._map import FEET, TableMap
-from ._places import Faults, Origin
+from ._places import Faults, Origin, counted
 from ._rows import Rows
 
 Numbers = NDArray[np.float64]
@@ -19,6 +19,9 @@ _ENOUGH = 4
 _TOLERANCE = 0.05
 # Ends that equal the next begin in so many of the joined strides are not counted.
 _NEARLY_ALL = 0.9
+
+# A stride that is so many times as long as the median has a contact that was not found in it.
+_LONG = 1.8
 
 
 def is_end_of_next(first: Numbers, last: Numbers) -> bool:
@@ -112,3 +115,22 @@ def doubt_of_durations(
     text = f"durations do not fit the begins of strides: found {ratio:.3g} times the distance to "
     text += f"the foot's next one ({begin}), expected the same (median of {len(ratios)} strides): "
     return origin.error(None, name, text + _reason(ratio, rows, rate))
+
+
+def doubt_of_long_strides(frame: pd.DataFrame, rows: Rows) -> InputError | None:
+    """A warning where contacts of a foot are too far apart for one stride."""
+    hs, end = (frame[name].to_numpy(dtype=float) for name in ("hs", "end"))
+    if not len(frame):
+        return None
+    usual = float(np.median(end - hs))
+    long = np.flatnonzero(end - hs > _LONG * usual)
+    if not len(long):
+        return None
+    at = int(long[0])
+    origin: Origin = rows.sources[int(frame["source"].iloc[at])].origin
+    text = f"found a stride from {hs[at]:.4g} to {end[at]:.4g} s, expected about {usual:.3g} s, "
+    text += f"the median ({counted(len(long), 'stride')} of {len(frame)}): is a contact missing, "
+    text += "or is there a pause? In the map: [[exclude]] times = "
+    text += f"[[{hs[at]:.4g}, {end[at]:.4g}]] leaves it out; breaks = [...] names columns over "
+    text += "whose change no stride goes"
+    return origin.error(int(frame["line"].iloc[at]), None, text)

@@ -198,6 +198,23 @@ MORE_FOOT_WORDS = {
     ),
 }
 
+# Words for the events of a foot, in small letters and without the foot's own.
+EVENT_WORDS = {
+    "strike": (
+        *("heel strike", "heel contact", "foot strike", "foot contact", "foot down", "touch down"),
+        *("initial contact", "first contact", "contact", "strike", "hs", "ic", "fs", "td", "on"),
+        *("fersenkontakt", "fersenauftritt", "auftritt", "initialkontakt", "erstkontakt"),
+        *("contact initial", "contact talon", "attaque du talon", "pose du talon"),
+        *("contacto inicial", "apoyo de talón", "contatto iniziale"),
+    ),
+    "lift_off": (
+        *("toe off", "foot off", "lift off", "final contact", "last contact", "end contact"),
+        *("to", "fo", "fc", "lc", "off"),
+        *("zehenablösung", "zehenabstoß", "abheben", "ablösung", "letzter kontakt"),
+        *("décollement des orteils", "décollement", "despegue de dedos", "despegue", "stacco"),
+    ),
+}
+
 # What people call a column, and what it is called here.
 SYNONYMS = {
     "start": "hs",
@@ -472,6 +489,27 @@ KEYS = (
         "which part of the cell is the word: a regular expression with a group",
         "'\\d: (\\w+)'",
     ),
+    Key(
+        "events",
+        "column",
+        "text",
+        "the column that says which event of a foot a row is; `hs` names that of their times",
+        '"Event"',
+    ),
+    Key(
+        "events",
+        "strike",
+        "cells",
+        "words for a strike; `heel strike`, `initial contact`, `HS`, `IC` and the like otherwise",
+        '["LHS", "RHS"]',
+    ),
+    Key(
+        "events",
+        "lift_off",
+        "cells",
+        "words for a lift-off; `toe off`, `final contact`, `TO`, `FC` and the like otherwise",
+        '["LTO", "RTO"]',
+    ),
 )
 
 CONDITION_KEYS = (
@@ -515,4 +553,4 @@ COLUMN_KEYS = (
         '"next of foot"',
     ),
 )
-SECTIONS = ("table", "feet", "columns", "about", "skip", "exclude")
+SECTIONS = ("table", "feet", "events", "columns", "about", "skip", "exclude")

@@ -100,7 +100,7 @@ def placed_by_name(source: Source, names: Sequence[tuple[int, str]]) -> dict[str
     used: set[int] = set()
     for _, _, place, field_name in scores:
         if field_name not in result and place not in used and is_numeric(source, place):
-            if field_name == "gct" and _rises(numbers_of(source, place)):
+            if field_name == "gct" and rises(source, place):
                 # The number of the stride.
                 continue
             field_of_kind = _by_kind(field_name, source, place)
@@ -116,10 +116,17 @@ def _can_be(field_name: str, source: Source, place: int) -> bool:
     return not said or fits(field_name, said)
 
 
-def _rises(values: Sequence[float]) -> bool:
-    """Whether values are places or numbers in order, and no durations."""
+def rises(source: Source, place: int) -> bool:
+    """Whether a column has places or numbers in order, and no durations."""
+    values = numbers_of(source, place)
     steps = [b - a for a, b in itertools.pairwise(values)]
     return len(steps) > 3 and sum(step >= 0 for step in steps) >= 0.9 * len(steps) > 0 < max(steps)
+
+
+def is_of_samples(source: Source, place: int) -> bool:
+    """Whether a column's name says that it counts samples."""
+    words = {*plain_words(source.names[place]).split()}
+    return bool(words & {"sample", "samples", "index", "frame", "frames"})
 
 
 def _unit_word(name: str) -> str | None:
@@ -141,7 +148,7 @@ def said_unit(source: Source, place: int) -> str | None:
 
 def _by_kind(field_name: str, source: Source, place: int) -> str:
     """A begin or an end as samples where the values are large whole numbers."""
-    if field_name == "contact" and _rises(numbers_of(source, place)):
+    if field_name == "contact" and rises(source, place):
         # The moment of a contact, not how long it lasts.
         return "hs"
     pairs = {"hs": "first_sample", "end": "last_sample"}
@@ -152,7 +159,7 @@ def _by_kind(field_name: str, source: Source, place: int) -> str:
     said = said_unit(source, place) or ""
     is_time = bool(said) and factor_to(said, "s") is not None
     words = plain_words(source.names[place]).split()
-    is_time |= bool({*words} & {*_TIME_WORDS}) and not {*words} & {"sample", "samples", "index"}
+    is_time |= bool({*words} & {*_TIME_WORDS}) and not is_of_samples(source, place)
     is_whole = all(value == int(value) for value in values) and max(values, default=0) > 300
     if is_whole and not is_time and max(values) < 1e8:
         return pairs.get(field_name, field_name)

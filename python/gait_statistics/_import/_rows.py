@@ -23,6 +23,7 @@ from ._cells import (
     units_beside,
     why_no_number,
 )
+from ._events import events_of
 from ._fields import FIELD, MORE_FOOT_WORDS, NEVER_ZERO, SIGNED
 from ._map import FEET, ColumnMap, TableMap
 from ._places import FOUND, Faults, listed, shown
@@ -356,6 +357,7 @@ def _frame_of_source(
         "source": [number] * count,
         "line": source.lines,
         "place": list(range(count)),
+        "event": events_of(source, map_, faults),
     }
     feet: list[str | None] = [None] * count
     if by == "column":
@@ -384,6 +386,7 @@ def _frame_of_source(
 def _not_read(rows: Rows, map_: TableMap) -> None:
     """Notes which columns no part of the map names."""
     special = {*map_.get("", "walk", ()), *map_.get("", "breaks", ()), map_.get("feet", "column")}
+    special.add(map_.get("events", "column"))
     special |= {condition.get("column") for condition in (*map_.skip, *map_.exclude)}
     seen = set()
     for number, source in enumerate(rows.sources):

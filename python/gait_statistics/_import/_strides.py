@@ -11,7 +11,8 @@ import pandas as pd
 from numpy.typing import NDArray
 
 from .._errors import InputError
-from ._doubts import check_ends, doubt_of_durations
+from ._doubts import check_ends, doubt_of_durations, doubt_of_long_strides
+from ._events import contacts_of, has_order
 from ._fields import CONVERSIONS, DERIVATION, DERIVATIONS, FIELD
 from ._map import FEET, TableMap
 from ._places import Faults, Origin, counted, listed
@@ -420,7 +421,16 @@ def _with_events(
         faults.add(map_.error("", "sampling_rate", text))
         return None
     _moments(frame, rows, map_, strides)
-    is_footfalls = map_.get("", "rows") == "footfalls"
+    is_of_events = map_.get("events", "column") is not None
+    is_footfalls = is_of_events or map_.get("", "rows") == "footfalls"
+    if is_of_events:
+        if map_.get("", "sort"):
+            frame = frame.sort_values("hs", kind="stable").reset_index(drop=True)
+        if not has_order(frame, rows.sources, faults):
+            return None
+        frame, notes = contacts_of(frame)
+        strides.derived.append("lift_off: the event between two strikes of a foot")
+        strides.notes += notes
     for name, column in map_.columns.items():
         if column.row != "this" and name in frame and (is_footfalls or name in _EVENTS):
             frame[name] = _shifted(frame, name, column.row)
@@ -436,9 +446,10 @@ def _with_events(
         _end_to_end(frame, strides)
     check_ends(frame, rows, map_, faults)
     _samples(frame, rows, strides)
-    doubt = doubt_of_durations(frame, rows, map_, strides.rate)
-    if doubt is not None:
-        strides.doubts.append(doubt)
+    doubts = [doubt_of_durations(frame, rows, map_, strides.rate)]
+    if is_footfalls and "gct" not in map_.columns:
+        doubts.append(doubt_of_long_strides(frame, rows))
+    strides.doubts += [doubt for doubt in doubts if doubt is not None]
     if not len(frame):
         text = f"walk {strides.name}: found no stride in it, expected at least one"
         faults.add(map_.error("", "", text))

@@ -24,15 +24,18 @@ from ._cells import (
     text_of_cell,
 )
 from ._doubts import is_end_of_next
+from ._events import known_event
 from ._fields import FIELD, FOOT_WORDS, MORE_FOOT_WORDS, NEVER_ZERO, SIGNED
 from ._grids import Grid, all_grids, named_tables, turned
 from ._guess import (
     CODES_FOR_MISSING,
     Known,
     is_numeric,
+    is_of_samples,
     median_bounds,
     numbers_of,
     placed_by_name,
+    rises,
     said_unit,
     unit_for,
 )
@@ -70,6 +73,8 @@ class _Suggestion:
     top: dict[str, str] = field(default_factory=dict)
     table: dict[str, str] = field(default_factory=dict)
     feet: dict[str, str] = field(default_factory=dict)
+    events: dict[str, str] = field(default_factory=dict)
+    has_lift_offs: bool = False
     columns: dict[str, str] = field(default_factory=dict)
     remarks: list[str] = field(default_factory=list)
     skip: list[str] = field(default_factory=list)
@@ -108,7 +113,7 @@ def _header_line(grid: Grid) -> int:
                 return 0
             continue
         below = grid.rows[number + 1 : number + 4]
-        if any(sum(map(_is_number, later)) >= 0.4 * len(filled) for later in below):
+        if any(sum(map(_is_number, later)) >= 0.3 * len(filled) for later in below):
             return grid.lines[number]
     return 0
 
@@ -184,6 +189,54 @@ def _foot_column(source: Source, said: _Suggestion) -> bool:
         said.used.add(place)
         return True
     return False
+
+
+def _event_column(source: Source, said: _Suggestion) -> None:
+    """Finds the column that says which event a row is, and what it says of feet."""
+    for place in range(source.width):
+        texts = [text_of_cell(cell) for cell in source.cells(place) if not is_empty(cell)]
+        kinds = {word: known_event(word) for word in dict.fromkeys(texts)}
+        known = [word for word, kind in kinds.items() if kind]
+        if len(kinds) > 12 or sum(text in known for text in texts) < 0.5 * len(source.rows):
+            continue
+        if "strike" not in kinds.values() or len(known) < 2:
+            continue
+        name = _reference(source, place)
+        said.events["column"] = _quoted(name)
+        said.has_lift_offs = "lift_off" in kinds.values()
+        said.used.add(place)
+        others = [word for word in kinds if word not in known]
+        if others:
+            said.skip = [f"column = {_quoted(name)}", f"is = {_quoted(others)}  # other events"]
+        if not said.feet:
+            _feet_of_events(name, known, said)
+        return
+
+
+def _feet_of_events(name: str, words: Sequence[str], said: _Suggestion) -> None:
+    """The words for each foot where an event's name says it: "LHS"."""
+    letters = {"l": "left", "r": "right"}
+    feet = {word: _foot_of_word(word) or letters.get(word[0].casefold()) for word in words}
+    if set(feet.values()) == set(FEET):
+        said.feet["column"] = _quoted(name)
+        for foot in FEET:
+            own = [word for word in words if feet[word] == foot]
+            if not all(re.search(rf"\b{foot}\b", word, re.IGNORECASE) for word in own):
+                said.feet[foot] = _quoted(own)
+
+
+def _times_of_events(source: Source, said: _Suggestion) -> None:
+    """The column with the times of events, which may be samples."""
+    rising = [p for p in range(source.width) if p not in said.used and rises(source, p)]
+    if not {"hs", "first_sample"} & said.columns.keys() and rising:
+        said.columns["hs"] = _quoted(_reference(source, rising[0])) + "  # by its values: confirm"
+        said.places["hs"] = rising[0]
+        said.used.add(rising[0])
+    counted_as_samples = said.columns.pop("first_sample", None)
+    name = counted_as_samples or said.columns.get("hs", "")
+    if counted_as_samples or ("hs" in said.places and is_of_samples(source, said.places["hs"])):
+        said.columns["hs"] = f'{{column = {name.partition("  #")[0]}, unit = "samples"}}'
+        said.top["# sampling_rate"] = "???   # fill in: the table counts samples"
 
 
 def _foot_token(name: str) -> tuple[str, str, str] | None:
@@ -473,6 +526,9 @@ def _relations(source: Source) -> list[str]:
 
 def _derivable(said: _Suggestion) -> list[str]:
     there = set(said.columns)
+    if said.events:
+        of_lift_offs = ["contact", "stance", "swing"] if said.has_lift_offs else []
+        return ["gct", *of_lift_offs, "cadence", "step_time", *["ds"] * said.has_lift_offs]
     wanted = []
     if "gct" not in there and ({"first_sample", "last_sample"} <= there or "hs" in there):
         wanted.append("gct")
@@ -596,16 +652,22 @@ def suggested_map(tables: Sequence[str]) -> str:
         source.names = [f"#{place + 1}" for place in range(source.width)]
     _say_totals(source, said)
     pairs: dict[str, int] = {}
-    if not said.feet and not _foot_column(source, said):
+    has_feet = bool(said.feet) or _foot_column(source, said)
+    _event_column(source, said)
+    if not has_feet and not said.feet:
         pairs = _foot_columns(source, said)
         if not pairs:
             _feet_elsewhere(sources, said)
     _place_columns(source, said, pairs)
     _say_walks(sources, said)
-    _say_rate(source, said)
+    if said.events:
+        _times_of_events(source, said)
+    else:
+        _say_rate(source, said)
     if said.missing:
         said.top["missing"] = _quoted(said.missing)
-    if "hs" in said.columns and not {"gct", "end"} & said.columns.keys():
+    is_open = "hs" in said.columns and not {"gct", "end"} & said.columns.keys()
+    if is_open and not said.events:
         said.top["rows"] = '"footfalls"  # strides go from one contact to the next of the foot'
     derived = _derivable(said)
     if derived:
@@ -622,7 +684,8 @@ def _as_text(source: Source, sources: Sequence[Source], said: _Suggestion) -> st
         said.columns["# gct"] = '"..."   # no column was recognised: docs/import.md lists them all'
     if said.skip:
         lines += ["", "[[skip]]", *said.skip]
-    lines += _section("feet", said.feet) + _section("columns", said.columns)
+    lines += _section("feet", said.feet) + _section("events", said.events)
+    lines += _section("columns", said.columns)
     others = _say_others(source, said)
     if said.table.get("header") == "0":
         others += _relations(source)
