@@ -67,7 +67,9 @@ def test_strides_go_from_strike_to_strike_with_the_lift_off_between() -> None:
 
 
 def test_events_may_stand_in_any_order_of_feet_and_kinds() -> None:
-    assert_known(walk_of(events_of().sort_values(["event", "foot", "time"], ascending=[False, True, True])))
+    assert_known(
+        walk_of(events_of().sort_values(["event", "foot", "time"], ascending=[False, True, True]))
+    )
     shuffled = events_of().sample(frac=1.0, random_state=1)
     assert any("is not after the one above it" in error for error in errors_of(shuffled))
     assert_known(walk_of(shuffled, sort=True))

@@ -367,8 +367,9 @@ KEYS = (
         "",
         "walk",
         "texts",
-        "columns that tell walks apart; `{file}` and `{sheet}` stand for the table's name. Each "
-        "walk becomes a folder of its own",
+        "columns that tell walks apart; `{file}` and `{sheet}` stand for the table's name, "
+        "`{blank row}` for its parts between blank rows, `{restart of Stride}` for those in which "
+        "a column begins anew. Each walk becomes a folder of its own",
         '["subject", "trial"]',
     ),
     Key(

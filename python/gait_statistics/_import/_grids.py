@@ -8,7 +8,7 @@ import os
 import re
 from collections import Counter
 from collections.abc import Iterator, Mapping, Sequence
-from dataclasses import dataclass, replace
+from dataclasses import dataclass, field, replace
 from pathlib import Path
 from typing import Any
 
@@ -38,12 +38,17 @@ _SEPARATORS = {"tab": "\t", "\\t": "\t", "space": " ", " ": " "}
 
 @dataclass
 class Grid:
-    """The cells of a table as they stand, before its names are known."""
+    """The cells of a table as they stand, before its names are known.
+
+    Attributes:
+        blanks: the lines that hold nothing.
+    """
 
     origin: Origin
     rows: list[list[Any]]
     lines: list[int]
     names: list[str] | None = None
+    blanks: list[int] = field(default_factory=list)
 
 
 def plain(name: Any) -> str:
@@ -120,6 +125,7 @@ def _text_grid(path: Path, origin: Origin, map_: TableMap, faults: Faults) -> li
     comment = map_.get("table", "comment")
     rows: list[list[Any]] = []
     numbers: list[int] = []
+    blanks: list[int] = []
     if separator == " ":
         found: Iterator[tuple[list[str], int]] = (
             (line.split(), number) for number, line in enumerate(lines, 1)
@@ -128,10 +134,14 @@ def _text_grid(path: Path, origin: Origin, map_: TableMap, faults: Faults) -> li
         found = _rows_of(text, separator)
     for row, number in found:
         is_comment = comment and row and row[0].lstrip().startswith(comment)
-        if not is_comment and not (hint and number == 1) and any(cell.strip() for cell in row):
+        if is_comment or (hint and number == 1):
+            continue
+        if any(cell.strip() for cell in row):
             rows.append([cell.strip() for cell in row])
             numbers.append(number)
-    return [Grid(origin, rows, numbers)]
+        else:
+            blanks.append(number)
+    return [Grid(origin, rows, numbers, blanks=blanks)]
 
 
 def _rows_of(text: str, separator: str) -> Iterator[tuple[list[str], int]]:
@@ -173,7 +183,9 @@ def _workbook_grids(path: Path, map_: TableMap, faults: Faults) -> list[Grid]:
         ]
         kept = [number for number, row in enumerate(rows) if not all(map(is_empty, row))]
         origin = Origin(f"{path.name}, sheet {name}", False, path.stem, name)
-        grids.append(Grid(origin, [rows[n] for n in kept], [number + 1 for number in kept]))
+        lines = [number + 1 for number in kept]
+        blanks = sorted({*range(1, len(rows) + 1)} - {*lines})
+        grids.append(Grid(origin, [rows[n] for n in kept], lines, blanks=blanks))
     return grids
 
 

@@ -26,6 +26,7 @@ from ._cells import (
 from ._events import events_of
 from ._fields import FIELD, MORE_FOOT_WORDS, NEVER_ZERO, SIGNED
 from ._map import FEET, ColumnMap, TableMap
+from ._parts import column_of, is_part, parts_of
 from ._places import FOUND, Faults, listed, shown
 from ._sources import Source, foot_of_cell, place_of
 from ._units import conversion_of, expected_units, factor_to, fits, times, unit_in_name
@@ -139,12 +140,19 @@ def _without_foot(name: str, map_: TableMap) -> str:
 
 
 def _key_texts(
-    source: Source, names: Sequence[str], map_: TableMap, faults: Faults, is_walk: bool
+    source: Source, section: str, feet: Sequence[str | None], map_: TableMap, faults: Faults
 ) -> list[tuple[str, ...]]:
-    """What some columns say in each row; {file} and {sheet} are the table's own name."""
+    """What the columns of ``walk`` or ``breaks`` say in each row.
+
+    {file} and {sheet} are the table's own name; {blank row} and {restart of ...} count its parts.
+    """
+    names = map_.get("", section, ())
     columns: list[list[str]] = []
     for name in names:
-        if name in ("{file}", "{sheet}"):
+        if is_part(name):
+            parts = parts_of(source, name, list(zip(feet, *columns, strict=True)), faults)
+            columns += [] if parts is None else [parts]
+        elif name in ("{file}", "{sheet}"):
             text = source.origin.file if name == "{file}" else source.origin.sheet
             is_of_foot = map_.feet_by == f"{name[1:-1]}s"
             columns.append([_without_foot(text, map_) if is_of_foot else text] * len(source.rows))
@@ -154,7 +162,7 @@ def _key_texts(
                 continue
             texts = [text_of_cell(cell) for cell in source.cells(place)]
             columns.append(texts)
-            if is_walk:
+            if section == "walk":
                 expected = f'a value that tells walks apart; fill_down = ["{name}"] repeats the '
                 expected += "cell above, [[skip]] leaves such rows out"
                 for text, line in zip(texts, source.lines, strict=True):
@@ -351,14 +359,6 @@ def _frame_of_source(
 ) -> pd.DataFrame:
     count = len(source.rows)
     by = map_.feet_by
-    common = {
-        "walk": _key_texts(source, map_.get("", "walk", ()), map_, faults, is_walk=True),
-        "breaks": _key_texts(source, map_.get("", "breaks", ()), map_, faults, is_walk=False),
-        "source": [number] * count,
-        "line": source.lines,
-        "place": list(range(count)),
-        "event": events_of(source, map_, faults),
-    }
     feet: list[str | None] = [None] * count
     if by == "column":
         feet = _feet_by_column(source, map_, faults)
@@ -368,6 +368,14 @@ def _frame_of_source(
         feet = [_foot_of_name(source, map_, faults)] * count
     elif by == "only":
         feet = [map_.get("feet", "only")] * count
+    common = {
+        "walk": _key_texts(source, "walk", feet, map_, faults),
+        "breaks": _key_texts(source, "breaks", feet, map_, faults),
+        "source": [number] * count,
+        "line": source.lines,
+        "place": list(range(count)),
+        "event": events_of(source, map_, faults),
+    }
     frames = []
     for foot in FEET if by == "columns" else ("",):
         names_of = foot or "left"
@@ -385,8 +393,8 @@ def _frame_of_source(
 
 def _not_read(rows: Rows, map_: TableMap) -> None:
     """Notes which columns no part of the map names."""
-    special = {*map_.get("", "walk", ()), *map_.get("", "breaks", ()), map_.get("feet", "column")}
-    special.add(map_.get("events", "column"))
+    special = {map_.get("feet", "column"), map_.get("events", "column")}
+    special |= {column_of(name) for key in ("walk", "breaks") for name in map_.get("", key, ())}
     special |= {condition.get("column") for condition in (*map_.skip, *map_.exclude)}
     seen = set()
     for number, source in enumerate(rows.sources):
@@ -424,7 +432,7 @@ def _check_feet(map_: TableMap, sources: Sequence[Source], faults: Faults) -> No
         text += '"{foot} stride time", or gct = {left = ..., right = ...}'
     if text:
         faults.add(map_.error("feet", "", f"[feet] {text}"))
-    if len(sources) > 1 and not map_.get("", "walk"):
+    if len(sources) > 1 and all(is_part(name) for name in map_.get("", "walk", ())):
         words = {str(word).casefold() for foot in FEET for word in map_.words_of(foot)}
         is_said = by == "sheets" and words >= {one.origin.sheet.casefold() for one in sources}
         is_one = is_said or (by in ("sheets", "files") and len(sources) == 2)

@@ -52,6 +52,7 @@ class Source:
         names: the columns' names; empty ones have none.
         units: the units of a row beneath the names, by column.
         headings: the foot of each line, where a line above it names one.
+        blanks: the lines that hold nothing.
     """
 
     origin: Origin
@@ -61,6 +62,7 @@ class Source:
     lines: list[int]
     signs: Signs = field(default_factory=Signs)
     headings: dict[int, str] = field(default_factory=dict)
+    blanks: list[int] = field(default_factory=list)
 
     @cached_property
     def _places(self) -> dict[str, list[int]]:
@@ -199,7 +201,7 @@ def _without_headings(grid: Grid, map_: TableMap, faults: Faults) -> tuple[Grid,
                 feet[line] = headings[-1][1]
     if map_.feet_by == "headings":
         rows, lines = [grid.rows[n] for n in kept], [grid.lines[n] for n in kept]
-        return Grid(grid.origin, rows, lines), feet
+        return Grid(grid.origin, rows, lines, blanks=grid.blanks), feet
     if map_.feet_by != "column" and {foot for _, foot in headings} == set(FEET):
         found = "the word for a foot alone in a line"
         for line, _ in headings:
@@ -233,7 +235,7 @@ def source_of(grid: Grid, map_: TableMap, faults: Faults) -> Source | None:
         if not may_be or [plain("" if cell is None else cell) for cell in cells] != header:
             rows.append(cells)
             lines.append(line)
-    return Source(grid.origin, names, units, rows, lines, headings=headings)
+    return Source(grid.origin, names, units, rows, lines, headings=headings, blanks=grid.blanks)
 
 
 def _fill_down(source: Source, map_: TableMap) -> None:

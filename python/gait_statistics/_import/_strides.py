@@ -15,6 +15,7 @@ from ._doubts import check_ends, doubt_of_durations, doubt_of_long_strides
 from ._events import contacts_of, has_order
 from ._fields import CONVERSIONS, DERIVATION, DERIVATIONS, FIELD
 from ._map import FEET, TableMap
+from ._parts import BLANK_ROW, changes_at, column_of, has_blank_above, is_part, restart_of, walks_in
 from ._places import Faults, Origin, counted, listed
 from ._rows import OTHER, Rows
 
@@ -147,6 +148,25 @@ def _end_to_end(frame: pd.DataFrame, strides: Strides) -> None:
     end = frame.groupby("foot")["gct"].cumsum()
     frame["hs"], frame["end"] = end - frame["gct"], end
     strides.derived.append("first_sample, last_sample: durations of the foot, end to end from 0")
+
+
+def _doubt_of_one_walk(frame: pd.DataFrame, rows: Rows, map_: TableMap, strides: Strides) -> None:
+    """Warns where a number begins anew in a table whose times cannot tell walks apart."""
+    keys = (*map_.get("", "walk", ()), *map_.get("", "breaks", ()))
+    if any(map(is_part, keys)):
+        return
+    for _, part in frame.groupby(["source", "foot"], sort=False):
+        source = rows.sources[int(part["source"].iloc[0])]
+        used = {name for (one, _, _), name in rows.columns.items() if source is rows.sources[one]}
+        found = walks_in(part, source, [*used, *keys])
+        if found:
+            text = "found a number that begins anew, expected one walk: in the map, walk = "
+            text += (
+                f'["{found}"] makes walks of the parts; breaks = ["{found}"] says that they are '
+            )
+            text += "one"
+            strides.doubts.append(source.origin.error(None, column_of(found), text))
+            return
 
 
 def _in_samples(frame: pd.DataFrame, name: str, rows: Rows, strides: Strides) -> Numbers:
@@ -385,6 +405,22 @@ def _check_places(
     return not len(lost) and not len(before_zero) and not len(too_late)
 
 
+def _what_parts(foot: pd.DataFrame, line: int, rows: Rows, map_: TableMap) -> str:
+    """What a map says to begin a walk at a line: a column, or what begins anew there."""
+    number = int(foot.loc[foot["line"] == line, "source"].iloc[0])
+    source = rows.sources[number]
+    foot = foot[foot["source"] == number]
+    lines = foot["line"].tolist()
+    used = [name for (one, _, _), name in rows.columns.items() if one == number]
+    column = changes_at(source, line, lines, used)
+    if column is None and has_blank_above(source, line, lines):
+        return BLANK_ROW
+    counted_by = column or walks_in(foot, source, used)
+    times = ("hs", "first_sample", "end", "last_sample")
+    name = next((name for name in times if name in map_.columns), "hs")
+    return counted_by or restart_of(rows.columns.get((number, name, foot["foot"].iloc[0]), name))
+
+
 def _in_order(frame: pd.DataFrame, rows: Rows, map_: TableMap, faults: Faults) -> pd.DataFrame:
     """Left before right; in order of time where the map says so."""
     is_right = frame["foot"] == "right"
@@ -400,9 +436,10 @@ def _in_order(frame: pd.DataFrame, rows: Rows, map_: TableMap, faults: Faults) -
         for at in np.flatnonzero(np.diff(first) < -_FALL * duration):
             origin, line = _origin(rows, frame, int(part[at + 1]))
             found = f"a {foot} stride that begins before the one above it"
-            expected = "strides in order of time: does the table hold several walks? walk = [...] "
-            expected += "names the columns that tell them apart; or times begin anew: walk, or "
-            expected += "breaks; sort = true puts strides of one walk in order"
+            how = _what_parts(frame.iloc[part], line, rows, map_)
+            expected = f'strides in order of time: where another walk begins, walk = ["{how}"] '
+            expected += "parts walks, or the columns that tell them apart; where times begin anew "
+            expected += "within a walk, breaks; sort = true puts strides of one walk in order"
             faults.add_cell(origin, line, None, found, expected)
     return frame
 
@@ -443,6 +480,7 @@ def _with_events(
     if rows.units.get("gct") == "samples":
         frame["gct"] = frame["gct"] / strides.given_rate
     if map_.get("", "times") == "end to end" and "gct" in frame:
+        _doubt_of_one_walk(frame, rows, map_, strides)
         _end_to_end(frame, strides)
     check_ends(frame, rows, map_, faults)
     _samples(frame, rows, strides)

@@ -11,6 +11,7 @@ from statistics import median
 from typing import Any
 
 import numpy as np
+import pandas as pd
 
 from .._errors import InputError
 from ._cells import (
@@ -40,6 +41,7 @@ from ._guess import (
     unit_for,
 )
 from ._map import FEET, TableMap
+from ._parts import BLANK_ROW, falls_in, has_blank_above, restart_of, walks_in
 from ._places import Faults, counted, listed
 from ._rows import OTHER
 from ._sources import Source, source_of, totals_of
@@ -424,6 +426,26 @@ def _say_walks(sources: Sequence[Source], said: _Suggestion) -> None:
         said.top["walk"] = '["{sheet}"]' if sources[0].origin.sheet else '["{file}"]'
 
 
+def _say_parts(source: Source, said: _Suggestion) -> None:
+    """Walks that only a number tells apart which begins anew, or times that do."""
+    if "walk" in said.top or not said.places:
+        return
+    feet = _feet_of_rows(source, said)
+    rows = [row for row, foot in enumerate(feet) if foot == feet[0]]
+    used = [source.name_of(place) for place in said.places.values()]
+    lines = [source.lines[row] for row in rows]
+    found = walks_in(pd.DataFrame({"line": lines}), source, used)
+    for name in ("hs", "first_sample", "end"):
+        if not found and name in said.places:
+            falls = falls_in(source, said.places[name], rows)
+            if falls and has_blank_above(source, source.lines[falls[0]], lines):
+                found = BLANK_ROW
+            elif 0 < len(falls) < len(rows) / 4:
+                found = restart_of(_reference(source, said.places[name]))
+    if found:
+        said.top["walk"] = _quoted([found]) + "  # is each part a walk?"
+
+
 def _feet_of_rows(source: Source, said: _Suggestion) -> list[str]:
     """The word for the foot of each row; empty where no column has one."""
     if "column" not in said.feet:
@@ -660,6 +682,7 @@ def suggested_map(tables: Sequence[str]) -> str:
             _feet_elsewhere(sources, said)
     _place_columns(source, said, pairs)
     _say_walks(sources, said)
+    _say_parts(source, said)
     if said.events:
         _times_of_events(source, said)
     else:
