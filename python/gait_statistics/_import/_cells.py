@@ -207,6 +207,11 @@ def _by_day(found: re.Match[str], order: str) -> Moment | None:
 _SEVERAL = re.compile(r"[\[({]?\s*[-+\d.]+(?:\s*[,;|\s]\s*[-+\d.]+){2,}\s*[\])}]?")
 
 
+def has_several_numbers(cell: Any) -> bool:
+    """Whether a cell is a list of numbers."""
+    return isinstance(cell, str) and _SEVERAL.fullmatch(cell.strip()) is not None
+
+
 def why_no_number(text: str) -> str:
     """What a text may be that is no number, and the key that reads it; empty where unknown."""
     plain = text.translate(_ALIKE).strip()
@@ -223,7 +228,7 @@ def why_no_number(text: str) -> str:
         )
     if re.fullmatch(r"\d\d?:\d\d(:\d\d.*)?(\s*[ap]\.?m\.?)?", plain, re.IGNORECASE):
         return "a number or a time as h:mm:ss, h:mm:ss PM or mm:ss.s"
-    if _SEVERAL.fullmatch(plain):
+    if has_several_numbers(plain):
         return "one number in a cell, and so a row for each stride: there are several in it"
     return ""
 

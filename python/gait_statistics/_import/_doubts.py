@@ -2,11 +2,14 @@
 
 from __future__ import annotations
 
+import re
+
 import numpy as np
 import pandas as pd
 from numpy.typing import NDArray
 
 from .._errors import InputError
+from ._fields import FIELD
 from ._map import FEET, TableMap
 from ._places import Faults, Origin, counted
 from ._rows import Rows
@@ -22,6 +25,12 @@ _NEARLY_ALL = 0.9
 
 # A stride that is so many times as long as the median has a contact that was not found in it.
 _LONG = 1.8
+
+# What is missing where a table has steps and no strides.
+STEPS_ALONE = (
+    "Step times alone make no strides, which go from a foot's strike to its next: add the moment "
+    'of each contact and its foot to the table, with rows = "footfalls"'
+)
 
 
 def is_end_of_next(first: Numbers, last: Numbers) -> bool:
@@ -115,6 +124,19 @@ def doubt_of_durations(
     text = f"durations do not fit the begins of strides: found {ratio:.3g} times the distance to "
     text += f"the foot's next one ({begin}), expected the same (median of {len(ratios)} strides): "
     return origin.error(None, name, text + _reason(ratio, rows, rate))
+
+
+def doubts_of_step_times(frame: pd.DataFrame, rows: Rows) -> list[InputError]:
+    """A warning where a column of steps is taken for strides, and no time tells."""
+    for number, foot in dict.fromkeys(zip(frame["source"], frame["foot"], strict=True)):
+        name = rows.columns.get((int(number), "gct", foot), "")
+        words = " ".join(re.sub(r"[\W_]+", " ", name).casefold().split())
+        if any(re.search(rf"\b{word}", words) for word in FIELD["step_time"].words):
+            text = (
+                f"found a name of step times for gct, expected durations of strides. {STEPS_ALONE}"
+            )
+            return [rows.sources[int(number)].origin.error(None, name, text)]
+    return []
 
 
 def doubt_of_long_strides(frame: pd.DataFrame, rows: Rows) -> InputError | None:

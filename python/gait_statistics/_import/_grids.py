@@ -4,6 +4,7 @@ from __future__ import annotations
 
 import csv
 import itertools
+import json
 import os
 import re
 from collections import Counter
@@ -19,6 +20,7 @@ from ._places import Faults, Origin, listed, shown
 _TEXT = (".csv", ".tsv", ".txt", ".ts", ".dat", ".asc", ".tab", ".text", "")
 _WORKBOOKS = (".xlsx", ".xlsm")
 _ARROW = (".parquet", ".pq", ".feather")
+_JSON = (".jsonl", ".ndjson", ".json")
 # What files begin with that are no text: what to call it, and what to do.
 _BEGINNINGS = (
     (b"PK\x03\x04", "a workbook or another zip file", "if it is a workbook, name it .xlsx"),
@@ -30,8 +32,8 @@ _BEGINNINGS = (
     (b"<table", "a page of HTML", "open it in a spreadsheet and save it as CSV or .xlsx"),
     (b"<html", "a page of HTML", "open it in a spreadsheet and save it as CSV or .xlsx"),
     (b"<!doctype html", "a page of HTML", "open it in a spreadsheet and save it as CSV or .xlsx"),
-    (b"[{", "JSON", "turn it into a table first, with pandas.read_json"),
-    (b'{"', "JSON", "turn it into a table first, with pandas.read_json"),
+    (b"[{", "JSON", "name it .json"),
+    (b'{"', "JSON", "name it .jsonl if each line is a record, .json otherwise"),
 )
 _SEPARATORS = {"tab": "\t", "\\t": "\t", "space": " ", " ": " "}
 
@@ -97,10 +99,14 @@ def _other_content(path: Path, ending: str) -> str:
 
 def _separator_of(lines: Sequence[str]) -> str:
     """The separator that most lines have equally often; a blank stands for any white space."""
+    signs = ("\t", ";", "|", ",")
+    widths = {sign: [len(row) for row in csv.reader(lines, delimiter=sign)] for sign in signs}
+    # A sign that makes every line as wide beats one that makes a list of a cell.
+    is_even = {sign: len(set(found)) == 1 and found[0] > 1 for sign, found in widths.items()}
     best, most = " ", 0
-    for sign in ("\t", ";", "|", ","):
-        counts = Counter(len(row) for row in csv.reader(lines, delimiter=sign) if len(row) > 1)
-        if counts:
+    for sign, found in widths.items():
+        counts = Counter(width for width in found if width > 1)
+        if counts and is_even[sign] == any(is_even.values()):
             width, rows = counts.most_common(1)[0]
             # Decimal commas make columns too, but fewer rows agree.
             if rows * 2 > len(lines) * 0.5 and rows * width > most * 1.2:
@@ -207,11 +213,32 @@ def _frame_grid(frame: Any, origin: Origin) -> Grid:
     return Grid(origin, rows, list(range(len(rows))), names)
 
 
+def _json_frame(path: Path) -> Any:
+    """The records of JSON, one in each line or all in a list; what is nested has names with dots.
+
+    Raises:
+        ValueError: where it holds something else.
+    """
+    import pandas as pd
+
+    text = path.read_text(encoding="utf-8-sig")
+    records = (
+        json.loads(text)
+        if path.suffix.casefold() == ".json"
+        else [json.loads(line) for line in text.splitlines() if line.strip()]
+    )
+    if isinstance(records, list) and all(isinstance(one, dict) for one in records):
+        return pd.json_normalize(records)
+    if isinstance(records, dict) and all(isinstance(one, list) for one in records.values()):
+        return pd.DataFrame(records)
+    raise ValueError("expected a record for each row, [{...}, {...}], or a list for each column.")
+
+
 def _grids_of_file(path: Path, map_: TableMap, faults: Faults) -> list[Grid]:
     import pandas as pd
 
     ending = path.suffix.casefold()
-    origin = Origin(path.name, ending not in (*_WORKBOOKS, *_ARROW), path.stem)
+    origin = Origin(path.name, ending not in (*_WORKBOOKS, *_ARROW, *_JSON), path.stem)
     try:
         other = _other_content(path, ending) if path.is_file() else ""
         if other:
@@ -222,10 +249,12 @@ def _grids_of_file(path: Path, map_: TableMap, faults: Faults) -> list[Grid]:
         if ending in _ARROW:
             read = pd.read_feather if ending == ".feather" else pd.read_parquet
             return [_frame_grid(read(path), origin)]
+        if ending in _JSON:
+            return [_frame_grid(_json_frame(path), origin)]
         if ending in _TEXT:
             return _text_grid(path, origin, map_, faults)
         text = f'found a file that ends in "{path.suffix}", expected one of: '
-        text += listed([*_TEXT[:4], *_WORKBOOKS, *_ARROW]) + ": save the table as one of these"
+        text += listed([*_TEXT[:4], *_WORKBOOKS, *_ARROW, *_JSON]) + ": save the table as one of these"
     except ImportError:
         reader = "openpyxl" if ending in _WORKBOOKS else "pyarrow"
         text = f"cannot be read without {reader}: pip install 'gait-statistics[import]'"

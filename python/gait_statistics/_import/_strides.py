@@ -11,7 +11,13 @@ import pandas as pd
 from numpy.typing import NDArray
 
 from .._errors import InputError
-from ._doubts import check_ends, doubt_of_durations, doubt_of_long_strides
+from ._doubts import (
+    STEPS_ALONE,
+    check_ends,
+    doubt_of_durations,
+    doubt_of_long_strides,
+    doubts_of_step_times,
+)
 from ._events import contacts_of, has_order
 from ._fields import CONVERSIONS, DERIVATION, DERIVATIONS, FIELD
 from ._map import FEET, TableMap
@@ -376,6 +382,8 @@ def _check_places(
         text = "[columns]: found no word on when a stride begins and ends, expected hs (its strike)"
         text += " and gct or end; or first_sample and last_sample; or, where there are durations "
         text += 'alone, times = "end to end" at the top of the map'
+        if "step_time" in frame and "gct" not in frame:
+            text += f". {STEPS_ALONE}"
         faults.add(map_.error("columns", "", text))
         return False
     names = [name for name in ("hs", "end", "gct", "first_sample", "last_sample") if name in frame]
@@ -481,6 +489,7 @@ def _with_events(
         frame["gct"] = frame["gct"] / strides.given_rate
     if map_.get("", "times") == "end to end" and "gct" in frame:
         _doubt_of_one_walk(frame, rows, map_, strides)
+        strides.doubts += doubts_of_step_times(frame, rows)
         _end_to_end(frame, strides)
     check_ends(frame, rows, map_, faults)
     _samples(frame, rows, strides)

@@ -5,6 +5,7 @@ from __future__ import annotations
 import itertools
 import json
 import re
+import textwrap
 from collections.abc import Sequence
 from dataclasses import dataclass, field, replace
 from statistics import median
@@ -18,13 +19,14 @@ from ._cells import (
     Signs,
     dates_of,
     has_open_date,
+    has_several_numbers,
     is_empty,
     moment_of,
     number_of,
     signs_of,
     text_of_cell,
 )
-from ._doubts import is_end_of_next
+from ._doubts import STEPS_ALONE, is_end_of_next
 from ._events import known_event
 from ._fields import FIELD, FOOT_WORDS, MORE_FOOT_WORDS, NEVER_ZERO, SIGNED
 from ._grids import Grid, all_grids, named_tables, turned
@@ -97,6 +99,8 @@ def _is_number(cell: Any) -> bool:
     if is_empty(cell):
         return False
     signs = signs_of([cell])
+    if has_several_numbers(cell):
+        return True
     return signs is None or moment_of(cell, replace(signs, dates="day first")) is not None
 
 
@@ -515,6 +519,11 @@ def _say_others(source: Source, said: _Suggestion) -> list[str]:
             what = listed(_quoted(word[:20]) for word in words[:3])
             what += ", ..." if len(words) > 3 else ""
         lines.append(f"#   {_quoted(name)}: {what}")
+        if all(map(has_several_numbers, filled)):
+            lines.append("#     several numbers in a cell; a row for each stride is needed: split")
+            lines.append(
+                "#     the cells first, with pandas.Series.str.split and DataFrame.explode"
+            )
         if _EXCLUDE_NAME.search(name):
             lines.append(f"#     [[exclude]] column = {_quoted(name)}, is = ..., reason = ...")
             lines.append("#     would leave strides out of the statistics")
@@ -692,6 +701,8 @@ def suggested_map(tables: Sequence[str]) -> str:
     is_open = "hs" in said.columns and not {"gct", "end"} & said.columns.keys()
     if is_open and not said.events:
         said.top["rows"] = '"footfalls"  # strides go from one contact to the next of the foot'
+    if "step_time" in said.columns and not _STRIDES & said.columns.keys():
+        said.remarks += textwrap.wrap(STEPS_ALONE, 90)
     derived = _derivable(said)
     if derived:
         said.top["derive"] = _quoted(derived)
