@@ -254,7 +254,9 @@ def _grids_of_file(path: Path, map_: TableMap, faults: Faults) -> list[Grid]:
         if ending in _TEXT:
             return _text_grid(path, origin, map_, faults)
         text = f'found a file that ends in "{path.suffix}", expected one of: '
-        text += listed([*_TEXT[:4], *_WORKBOOKS, *_ARROW, *_JSON]) + ": save the table as one of these"
+        text += (
+            listed([*_TEXT[:4], *_WORKBOOKS, *_ARROW, *_JSON]) + ": save the table as one of these"
+        )
     except ImportError:
         reader = "openpyxl" if ending in _WORKBOOKS else "pyarrow"
         text = f"cannot be read without {reader}: pip install 'gait-statistics[import]'"

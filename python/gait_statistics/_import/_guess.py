@@ -10,7 +10,7 @@ from statistics import median
 
 from .. import _core
 from ._cells import is_empty, moment_of, units_beside
-from ._fields import FIELD, FIELDS
+from ._fields import FIELD, FIELDS, FOOT_WORDS, MORE_FOOT_WORDS
 from ._sources import Source
 from ._units import factor_to, fits, unit_in_name
 
@@ -34,6 +34,9 @@ _UNIT_WORDS = (
     *("deg", "degrees", "rad", "radians", "%", "pct", "percent", "spm", "steps/min", "strides/min"),
     *("samples", "frames"),
 )
+_FEET = {
+    word for foot in (FOOT_WORDS, MORE_FOOT_WORDS) for words in foot.values() for word in words
+}
 # Words that say that a column holds times.
 _TIME_WORDS = ("time", "timestamp", "zeit", "uhrzeit", "clock", "seconds", "milliseconds")
 # How near to 100 % the medians of swing and stance are together.
@@ -66,20 +69,27 @@ def is_numeric(source: Source, place: int) -> bool:
 
 def plain_words(name: str) -> str:
     spaced = re.sub(r"(?<=[a-zäöü])(?=[A-Z])", " ", name)
-    return " ".join(re.sub(r"[^a-z0-9äöüß]+", " ", spaced.casefold()).split())
+    return " ".join(re.sub(r"[\W_]+", " ", spaced.casefold()).split())
 
 
 def _score(field_name: str, name: str) -> int:
     """How well a column's name fits a field: the letters of the words that are in it."""
     words = f" {plain_words(name)} "
     compact = words.replace(" ", "")
+    alone = [
+        word for word in plain_words(re.sub(r"[\[(].*", "", name)).split() if word not in _FEET
+    ]
     best = 0
     for group in (*FIELD[field_name].words, field_name.replace("_", " ")):
-        parts = group.split()
+        parts = group.removeprefix("=").split()
         is_there = (
-            all(f" {part}" in words for part in parts)
-            if len(parts) > 1
-            else (f" {group} " in words if len(group) < 5 else group in compact)
+            alone == parts
+            if group[0] == "="
+            else (
+                all(f" {part}" in words for part in parts)
+                if len(parts) > 1
+                else (f" {group} " in words if len(group) < 5 else group in compact)
+            )
         )
         if is_there:
             best = max(best, sum(map(len, parts)))

@@ -297,9 +297,16 @@ def _numbers(source: Source, place: int) -> NDArray[np.float64]:
     return np.array([one[0] if isinstance(one, tuple) else one for one in found], dtype=float)
 
 
+def _is_same(one: NDArray[np.float64], two: NDArray[np.float64]) -> bool:
+    """Whether one column is all but a multiple of another."""
+    there = np.isfinite(one) & np.isfinite(two)
+    return there.sum() > 2 and bool(abs(np.corrcoef(one[there], two[there])[0, 1]) > 0.98)
+
+
 def _means_in(source: Source, columns: Sequence[NDArray[np.float64]], at: int) -> list[int]:
     """The columns in which a row has the mean of those above it; empty where that is chance."""
-    chance, places = 1.0, []
+    chance = 1.0
+    places: list[int] = []
     for place, column in enumerate(columns):
         cell = source.rows[at][place]
         here, values = _printed(cell, source.signs), column[:at]
@@ -315,8 +322,10 @@ def _means_in(source: Source, columns: Sequence[NDArray[np.float64]], at: int) -
             decimals = max(decimals, *(one[1] for one in above if one is not None), 0)
         spread, step = float(values.std(ddof=1)), 10.0**-decimals
         if spread > 0 and abs(values.mean() - here[0]) <= 0.5001 * step:
+            # What another column tells already, as stance does of swing, is no more chance.
+            is_told = any(_is_same(column[:at], columns[one][:at]) for one in places)
             places.append(place)
-            chance *= min(1.0, step / (2 * spread))
+            chance *= 1.0 if is_told else min(1.0, step / (2 * spread))
     return places if len(places) > 1 and chance < _BY_CHANCE else []
 
 

@@ -22,7 +22,7 @@ from ._events import contacts_of, has_order
 from ._fields import CONVERSIONS, DERIVATION, DERIVATIONS, FIELD
 from ._map import FEET, TableMap
 from ._parts import BLANK_ROW, changes_at, column_of, has_blank_above, is_part, restart_of, walks_in
-from ._places import Faults, Origin, counted, listed
+from ._places import Faults, Origin, counted, listed, shown
 from ._rows import OTHER, Rows
 
 Numbers = NDArray[np.float64]
@@ -413,20 +413,24 @@ def _check_places(
     return not len(lost) and not len(before_zero) and not len(too_late)
 
 
-def _what_parts(foot: pd.DataFrame, line: int, rows: Rows, map_: TableMap) -> str:
-    """What a map says to begin a walk at a line: a column, or what begins anew there."""
-    number = int(foot.loc[foot["line"] == line, "source"].iloc[0])
+def _what_parts(foot: pd.DataFrame, falls: Sequence[int], rows: Rows, map_: TableMap) -> str:
+    """What a map says to begin walks at some rows: columns, or what begins anew there."""
+    number = int(foot["source"].iloc[falls[0]])
     source = rows.sources[number]
+    lines_of_falls = [foot["line"].tolist()[at] for at in falls]
     foot = foot[foot["source"] == number]
     lines = foot["line"].tolist()
     used = [name for (one, _, _), name in rows.columns.items() if one == number]
-    column = changes_at(source, line, lines, used)
-    if column is None and has_blank_above(source, line, lines):
-        return BLANK_ROW
-    counted_by = column or walks_in(foot, source, used)
-    times = ("hs", "first_sample", "end", "last_sample")
-    name = next((name for name in times if name in map_.columns), "hs")
-    return counted_by or restart_of(rows.columns.get((number, name, foot["foot"].iloc[0]), name))
+    changed = [changes_at(source, line, lines, used) for line in lines_of_falls if line in lines]
+    found = sorted({name for name in changed if name}, key=lambda name: source.places(name))
+    if not found and has_blank_above(source, lines_of_falls[0], lines):
+        found = [BLANK_ROW]
+    if not found:
+        times = ("hs", "first_sample", "end", "last_sample")
+        name = next((name for name in times if name in map_.columns), "hs")
+        name = rows.columns.get((number, name, foot["foot"].iloc[0]), name)
+        found = [walks_in(foot, source, used) or restart_of(name)]
+    return listed(shown(name) for name in dict.fromkeys([*map_.get("", "walk", ()), *found]))
 
 
 def _in_order(frame: pd.DataFrame, rows: Rows, map_: TableMap, faults: Faults) -> pd.DataFrame:
@@ -441,13 +445,14 @@ def _in_order(frame: pd.DataFrame, rows: Rows, map_: TableMap, faults: Faults) -
         part = np.flatnonzero(frame["foot"] == foot)
         first = _column(frame, "first_sample")[part]
         duration = np.nanmedian(_column(frame, "last_sample")[part] - first) if len(part) else 0.0
-        for at in np.flatnonzero(np.diff(first) < -_FALL * duration):
-            origin, line = _origin(rows, frame, int(part[at + 1]))
+        falls = (np.flatnonzero(np.diff(first) < -_FALL * duration) + 1).tolist()
+        how = _what_parts(frame.iloc[part], falls, rows, map_) if falls else ""
+        expected = f"strides in order of time: where another walk begins, walk = [{how}] parts "
+        expected += "walks, or the columns that tell them apart; where times begin anew within a "
+        expected += "walk, breaks; sort = true puts strides of one walk in order"
+        for at in falls:
+            origin, line = _origin(rows, frame, int(part[at]))
             found = f"a {foot} stride that begins before the one above it"
-            how = _what_parts(frame.iloc[part], line, rows, map_)
-            expected = f'strides in order of time: where another walk begins, walk = ["{how}"] '
-            expected += "parts walks, or the columns that tell them apart; where times begin anew "
-            expected += "within a walk, breaks; sort = true puts strides of one walk in order"
             faults.add_cell(origin, line, None, found, expected)
     return frame
 

@@ -46,7 +46,7 @@ from ._map import FEET, TableMap
 from ._parts import BLANK_ROW, falls_in, has_blank_above, restart_of, walks_in
 from ._places import Faults, counted, listed
 from ._rows import OTHER
-from ._sources import Source, source_of, totals_of
+from ._sources import Source, source_of, totals_of, units_beneath
 from ._units import factor_to, unit_in_name
 
 _FOOT_NAME = re.compile(
@@ -108,6 +108,7 @@ def _header_line(grid: Grid) -> int:
     """The line of the names; 0 where there are none."""
     widths = [sum(not is_empty(cell) for cell in row) for row in grid.rows]
     typical = median(widths)
+    best, most = 0, 0
     for number, row in enumerate(grid.rows[:50]):
         filled = [cell for cell in row if not is_empty(cell)]
         if len(filled) < max(2, typical / 2) or any(map(_is_number, filled)):
@@ -119,9 +120,12 @@ def _header_line(grid: Grid) -> int:
                 return 0
             continue
         below = grid.rows[number + 1 : number + 4]
-        if any(sum(map(_is_number, later)) >= 0.3 * len(filled) for later in below):
-            return grid.lines[number]
-    return 0
+        has_numbers = any(sum(map(_is_number, later)) >= 0.3 * len(filled) for later in below)
+        is_of_units = number > 0 and best == grid.lines[number - 1] and units_beneath(row)
+        # A summary above the table has names, too, but fewer.
+        if has_numbers and len(filled) > most and not is_of_units:
+            best, most = grid.lines[number], len(filled)
+    return best
 
 
 # ---- Columns
@@ -247,6 +251,10 @@ def _times_of_events(source: Source, said: _Suggestion) -> None:
 
 def _foot_token(name: str) -> tuple[str, str, str] | None:
     """The foot that a name says, its word, and the name with {foot} in place of it."""
+    event = re.fullmatch(r"([LR])((?:HS|IC|FS|HC|TO|FC|FO)\b.*)", name, re.IGNORECASE)
+    if event:
+        foot = "left" if event[1].casefold() == "l" else "right"
+        return foot, event[1], "{foot}" + event[2]
     for foot in FEET:
         for word in sorted(_FOOT_WORDS[foot], key=len, reverse=True):
             if word in ("g", "d"):
@@ -271,10 +279,21 @@ def _foot_columns(source: Source, said: _Suggestion) -> dict[str, int]:
             found.setdefault(token[2], {})[token[0]] = (place, token[1])
     both = {name: feet for name, feet in found.items() if len(feet) == 2}
     if not both:
-        return {}
+        return _twins(source, said)
     for foot in FEET:
         said.feet[foot] = _quoted(next(iter(both.values()))[foot][1])
     return {name: feet["left"][0] for name, feet in both.items()}
+
+
+def _twins(source: Source, said: _Suggestion) -> dict[str, int]:
+    """Names that come again with ".1", which may be the other foot's."""
+    places = {name: place for place, name in enumerate(source.names)}
+    twins = {f"{name}{{foot}}": places[name] for name in places if name and f"{name}.1" in places}
+    if len(twins) > 1:
+        said.remarks.append("feet: columns come again with .1; are these the other foot's?")
+        said.feet["# left"] = '""'
+        said.feet["# right"] = '".1"   # confirm and take each first # away, or exchange the two'
+    return twins if len(twins) > 1 else {}
 
 
 def _feet_elsewhere(sources: Sequence[Source], said: _Suggestion) -> None:
@@ -319,8 +338,11 @@ def _known(source: Source, placed: dict[str, int]) -> Known:
 def _place_columns(source: Source, said: _Suggestion, pairs: dict[str, int]) -> None:
     own = {place: name for name, place in pairs.items()}
     tokens = {place for place, name in enumerate(source.names) if name and _foot_token(name)}
+    twins = {place for place, name in enumerate(source.names) if f"{name[:-2]}{{foot}}" in pairs}
+    tokens |= twins if pairs else set()
+    said.used |= twins
     names = [
-        (place, name)
+        (place, own.get(place, name).replace("{foot}", " "))
         for place, name in enumerate(source.names)
         if name and place not in said.used and (place in own or not pairs or place not in tokens)
     ]
@@ -563,17 +585,17 @@ def _derivable(said: _Suggestion) -> list[str]:
     wanted = []
     if "gct" not in there and ({"first_sample", "last_sample"} <= there or "hs" in there):
         wanted.append("gct")
+    if "contact" not in there and {"stance", "swing", "lift_off"} & there:
+        wanted.append("contact")
     for name, needs in (
+        ("stance", {"swing", "lift_off", "contact"}),
         ("swing", {"stance"}),
-        ("stance", {"swing"}),
         ("cadence", {"gct"}),
         ("speed", {"slength"}),
         ("slength", {"speed"}),
     ):
         if name not in there and needs & (there | set(wanted)):
             wanted.append(name)
-    if "contact" not in there and {"stance", "swing", "lift_off"} & there:
-        wanted.append("contact")
     return wanted
 
 
