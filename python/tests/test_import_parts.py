@@ -121,3 +121,17 @@ def test_parts_of_several_files_are_not_taken_for_the_same_walks(tmp_path: Path)
 def test_a_column_that_is_not_there_cannot_begin_anew() -> None:
     errors = errors_of(STRIDES, walk="{restart of Nr}")
     assert errors[0].startswith("table 1: column Nr: found no such column")
+
+
+def test_midnight_and_a_heading_for_a_foot_begin_no_walk(tmp_path: Path) -> None:
+    begin = pd.Timestamp("2024-12-24 23:59:55")
+    times = [f"{begin + pd.Timedelta(seconds=hs):%H:%M:%S.%f}" for hs in STRIDES["hs"]]
+    STRIDES.assign(hs=times).to_csv(tmp_path / "t.csv", index=False)
+    assert "walk =" not in suggested_map([str(tmp_path / "t.csv")])
+    parts = [
+        f"{foot} foot\n"
+        + NUMBERED.query(f"foot == '{foot}'")[["No", "hs", "gct"]].to_csv(index=False)
+        for foot in ("left", "right")
+    ]
+    (tmp_path / "t.csv").write_text("".join(parts))
+    assert "walk =" not in suggested_map([str(tmp_path / "t.csv")])

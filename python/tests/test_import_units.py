@@ -184,3 +184,11 @@ def test_the_unit_of_strikes_is_guessed_by_their_distances(tmp_path: Path) -> No
     text = suggestion_for(tmp_path, hs=since_1970, gct=STRIDES["gct"])
     assert 'hs = {column = "hs", unit = "ms"}  # a guess by its distances: confirm' in text
     assert 'times = "from the first"' in text
+
+
+def test_a_whole_number_beside_commas_tells_that_they_are_between_thousands(
+    tmp_path: Path,
+) -> None:
+    (tmp_path / "t.csv").write_text('foot,Strike (ms)\nleft,"700"\nleft,"1,755"\nleft,"2,817"\n')
+    text = suggested_map([str(tmp_path / "t.csv")])
+    assert 'thousands = ","   # a guess; or decimal = ",": confirm' in text

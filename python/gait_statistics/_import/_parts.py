@@ -77,8 +77,11 @@ def _counts(source: Source, place: int, rows: Sequence[int]) -> bool:
 
 def falls_in(source: Source, place: int, rows: Sequence[int]) -> list[int]:
     """The rows in which a column falls by so much that it begins anew."""
-    values = [(row, _value(source, place, row)) for row in rows]
-    known = [(row, value) for row, value in values if value is not None]
+    moments = [moment_of(source.rows[row][place], source.signs) for row in rows]
+    if any(one is not None and one.since for one in moments):
+        # Times of day begin anew at midnight.
+        return []
+    known = [(row, one.seconds) for row, one in zip(rows, moments, strict=True) if one]
     steps = [(later[0], later[1] - one[1]) for one, later in itertools.pairwise(known)]
     rises = sorted(step for _, step in steps if step > 0)
     usual = rises[len(rises) // 2] if rises else 0.0

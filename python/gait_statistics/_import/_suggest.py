@@ -454,7 +454,7 @@ def _say_walks(sources: Sequence[Source], said: _Suggestion) -> None:
 
 def _say_parts(source: Source, said: _Suggestion) -> None:
     """Walks that only a number tells apart which begins anew, or times that do."""
-    if "walk" in said.top or not said.places:
+    if "walk" in said.top or not said.places or source.headings:
         return
     feet = _feet_of_rows(source, said)
     rows = [row for row, foot in enumerate(feet) if foot == feet[0]]
@@ -606,6 +606,16 @@ def _section(title: str, values: dict[str, str]) -> list[str]:
     return head + [f"{name} = {value}" for name, value in values.items()]
 
 
+def _guessed_signs(source: Source) -> Signs:
+    """What commas may be that stand before three digits: "700" beside "1,050" is no fraction."""
+    for place in range(source.width):
+        texts = [cell for cell in source.cells(place) if isinstance(cell, str)]
+        has_commas = any(re.fullmatch(r"\d{1,3},\d{3}", text) for text in texts)
+        if has_commas and any(re.fullmatch(r"[1-9]\d\d", text) for text in texts):
+            return Signs(".", ",")
+    return Signs(",")
+
+
 def _named_source(grid: Grid, said: _Suggestion, faults: Faults) -> Source | None:
     """A table with its names, without knowing any; what the map must say of it is noted."""
     if grid.names is None and len(grid.rows) < 15 and len(grid.rows[0]) > 2 * len(grid.rows):
@@ -629,8 +639,10 @@ def _named_source(grid: Grid, said: _Suggestion, faults: Faults) -> Source | Non
     found = signs_of(cell for row in source.rows for cell in row)
     dates = dates_of(cell for row in source.rows for cell in row)
     if found is None:
-        said.table["decimal"] = '","   # a guess; or thousands = ",": confirm'
-    source.signs = replace(found or Signs(","), dates=dates or "day first")
+        found = _guessed_signs(source)
+        key, other = ("thousands", "decimal") if found.thousands else ("decimal", "thousands")
+        said.table[key] = f'","   # a guess; or {other} = ",": confirm'
+    source.signs = replace(found, dates=dates or "day first")
     if not dates and any(has_open_date(cell) for row in source.rows[:1] for cell in row):
         said.table["# dates"] = '"day first"   # or "month first": decide'
     if line and len(set(filter(None, source.names))) < len(list(filter(None, source.names))):
