@@ -231,7 +231,7 @@ def test_two_walks_in_one_table_are_an_error_until_they_are_told_apart() -> None
     table = pd.concat([TABLE.assign(trial=n) for n in (1, 2)])
     (error,) = [e for e in errors_of(table, MAP) if "left" in e]
     assert "row 24" in error
-    assert "walk = [...]" in error
+    assert 'walk = ["trial"] parts walks' in error
     walks = gs.import_tables(table, {**MAP, "walk": "trial"})
     assert [walk.name for walk in walks] == ["1", "2"]
     assert ("trial", "2") in about_of(walks[1])

@@ -76,6 +76,9 @@ def maps(draw: Any) -> dict[str, Any]:
         key = draw(st.sampled_from([key for key in COLUMN_KEYS if key.name not in FEET]))
         columns[name] = {**column, key.name: draw(value_for(key, is_wild))}
     result: dict[str, Any] = {"feet": {"column": "Side"}, "columns": columns}
+    if draw(st.integers(0, 4)) == 0:
+        result["feet"] = {"only": "left"}
+        result["events"] = {"column": "Side", "strike": "left", "lift_off": "right"}
     for key in draw(st.lists(st.sampled_from(KEYS), max_size=3)):
         value = draw(value_for(key, is_wild))
         (result.setdefault(key.section, {}) if key.section else result)[key.name] = value

@@ -272,8 +272,6 @@ def test_a_row_of_means_is_found_by_its_word_where_numbers_have_a_comma(tmp_path
 @pytest.mark.parametrize(
     ("cells", "expected"),
     [
-        (["1 050", "1 060", "1 040"], 'expected a number: say [table] thousands = " " (and in 2'),
-        (["1'050", "1'060", "1'040"], 'say [table] thousands = "\'" (and in 2'),
         (["1.05, 1.06, 1.07"] * 3, "expected one number in a cell, and so a row for each stride"),
         (["n.d.", "bad", "n.d."], 'if it means missing: missing = ["n.d.", "bad"], if the row'),
     ],
@@ -284,13 +282,6 @@ def test_cells_that_are_no_numbers_are_one_message_that_says_what_they_may_be(
     table = pd.DataFrame({"gct": cells})
     (error,) = errors_of(table, {**ALONE, "columns": {"gct": {"column": "gct", "unit": "ms"}}})
     assert expected in error
-
-
-def test_numbers_with_spaces_between_thousands_are_read_by_that_key() -> None:
-    table = pd.DataFrame({"gct": ["1 050", "1\u00a0060"]})
-    columns = {"gct": {"column": "gct", "unit": "ms"}}
-    (walk,) = gs.import_tables(table, {**ALONE, "columns": columns, "table": {"thousands": " "}})
-    assert values_of(walk.strides)["gct"] == [1.05, 1.06]
 
 
 def test_one_key_says_what_a_comma_is() -> None:
@@ -414,3 +405,29 @@ def test_a_column_that_cannot_be_derived_names_those_between() -> None:
     gs.import_tables(STRIDES, {**map_, "derive": ["stance", "contact", "ds"]})
     (error,) = errors_of(STRIDES, map_with(TIMES, derive=["ds"]))
     assert "name them in derive" not in error
+
+
+# ---- What is no table of strides
+
+
+def test_step_times_alone_say_what_is_missing(tmp_path: Path) -> None:
+    table = pd.DataFrame({"foot": STRIDES["foot"], "Step time": STRIDES["gct"] / 2})
+    (error,) = errors_of(table, map_with({"step_time": "Step time"}))
+    assert "Step times alone make no strides" in error
+    map_ = map_with({"gct": "Step time"}, times="end to end", pairs="none")
+    with pytest.warns(gs.WalkWarning, match="found a name of step times for gct"):
+        gs.import_tables(table, map_)
+    text = suggestion_for(table, tmp_path)
+    assert "# Step times alone make no strides" in text
+    assert "gct =" not in text
+
+
+def test_lists_in_cells_say_that_a_row_for_each_stride_is_needed(tmp_path: Path) -> None:
+    path = tmp_path / "t.csv"
+    path.write_text("walk,stride times\nW1,1.05;1.07;1.04\nW2,1.06;1.07;1.04\n")
+    map_ = {**ALONE, "columns": {"gct": "stride times"}}
+    (error,) = errors_of(path, map_)
+    assert 'found "1.05;1.07;1.04", expected one number in a cell' in error
+    text = suggested_map([str(path)])
+    assert "several numbers in a cell; a row for each stride is needed" in text
+    assert "gct =" not in text.replace("# gct", "")

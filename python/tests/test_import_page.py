@@ -70,7 +70,7 @@ def test_the_commands_of_the_page_print_what_it_says(
     make_files(tmp_path)
     monkeypatch.chdir(tmp_path)
     commands = [text for language, _, text in BLOCKS if language == "console"]
-    assert len(commands) == 6
+    assert len(commands) == 7
     for text in commands:
         command, _, expected = text.partition("\n")
         said = io.StringIO()
@@ -81,7 +81,7 @@ def test_the_commands_of_the_page_print_what_it_says(
 
 def test_no_map_of_the_page_is_longer_than_fifteen_lines() -> None:
     maps = [text for language, name, text in BLOCKS if language == "toml" and name]
-    assert len(maps) == 5
+    assert len(maps) == 6
     assert max(len(text.splitlines()) for text in maps) <= 15
 
 

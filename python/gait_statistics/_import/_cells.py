@@ -19,9 +19,12 @@ _CLOCK = re.compile(r"(?:(\d{1,3}):)?(\d{1,2}):(\d{1,2}(?:[.,]\d+)?)\s*([ap]m)?"
 _DATE = re.compile(r"\d{4}-\d\d?-\d\d?[ T]\d|\d\d?[./]\d\d?[./]\d{4}[, T]+\d")
 _DAY_AND_MONTH = re.compile(r"(\d\d?)([./])(\d\d?)[./](\d{4})[, T]+(.*)")
 _COMMA = re.compile(r"[-+]?\d+,\d+(?:[eE][-+]?\d+)?")
+_GROUPED = re.compile(r"[-+]?\d{1,3}(?P<sign>[ '])\d{3}(?:(?P=sign)\d{3})*(?:[.,]\d*)?")
 _GROUPED_COMMA = re.compile(r"[-+]?\d{1,3}(?:,\d{3})+")
 _GROUPED_POINT = re.compile(r"[-+]?\d{1,3}(?:\.\d{3})+")
 _DAY = 86400.0
+# Signs that look alike: a minus, blanks of other widths, and an apostrophe.
+_ALIKE = str.maketrans("\u2212\u00a0\u202f\u2009\u2019", "-   '")
 
 
 def is_empty(cell: Any) -> bool:
@@ -43,15 +46,26 @@ class Signs:
 
     def plain(self, text: str) -> str:
         """A number's text with a decimal point alone."""
-        text = text.strip().replace("\u2212", "-").replace("\u00a0", " ").replace("\u202f", " ")
+        text = text.strip().translate(_ALIKE)
         if self.thousands:
-            text = text.replace(self.thousands, "")
+            text = text.replace(self.thousands.translate(_ALIKE), "")
         return text.replace(",", ".") if self.decimal == "," else text
+
+
+def _without_unit(cell: str) -> str:
+    """The number's part of a cell such as "1,055 ms"."""
+    text = cell.translate(_ALIKE).strip()
+    return text if text[-1:].isdigit() else re.sub(r"\s*(?:[^\W\d_][^,;:]*|[%°].*)$", "", text)
 
 
 def signs_of(cells: Iterable[Any]) -> Signs | None:
     """The signs that texts of numbers show; None where they could be read in two ways."""
-    texts = [cell.strip() for cell in cells if isinstance(cell, str)]
+    texts = [_without_unit(cell) for cell in cells if isinstance(cell, str)]
+    between = {found["sign"] for text in texts if (found := _GROUPED.fullmatch(text))}
+    if len(between) == 1:
+        # Neither comma nor point is between thousands, then.
+        is_comma = any(_COMMA.search(text) for text in texts)
+        return Signs("," if is_comma else ".", between.pop())
     if not any("," in text for text in texts):
         return Signs()
     both = [text for text in texts if "," in text and "." in text and _NUMBER.match(text)]
@@ -109,6 +123,13 @@ def number_of(cell: Any, signs: Signs) -> tuple[float, str] | None:
         return (value, found[2]) if math.isfinite(value) else None
     clock = _CLOCK.fullmatch(cell.strip())
     return (_clock_seconds(clock), "s") if clock and _is_whole_clock(clock) else None
+
+
+def units_beside(cells: Sequence[Any], signs: Signs) -> list[str]:
+    """The unit that each cell has beside its number; empty where it has none."""
+    texts = [cell if isinstance(cell, str) and not cell[-1:].isdigit() else "" for cell in cells]
+    found = [_NUMBER.fullmatch(signs.plain(text)) if text else None for text in texts]
+    return [one[2] if one and unit_of(one[2]) is not None else "" for one in found]
 
 
 def _seconds_of(time: datetime.time | datetime.datetime) -> float:
@@ -186,12 +207,17 @@ def _by_day(found: re.Match[str], order: str) -> Moment | None:
 _SEVERAL = re.compile(r"[\[({]?\s*[-+\d.]+(?:\s*[,;|\s]\s*[-+\d.]+){2,}\s*[\])}]?")
 
 
+def has_several_numbers(cell: Any) -> bool:
+    """Whether a cell is a list of numbers."""
+    return isinstance(cell, str) and _SEVERAL.fullmatch(cell.strip()) is not None
+
+
 def why_no_number(text: str) -> str:
     """What a text may be that is no number, and the key that reads it; empty where unknown."""
-    plain = text.replace("\u00a0", " ").replace("\u202f", " ").strip()
-    between = re.fullmatch(r"[-+]?\d{1,3}([ '\u2019])\d{3}(?:\1\d{3})*(?:[.,]\d+)?", plain)
+    plain = text.translate(_ALIKE).strip()
+    between = _GROUPED.fullmatch(plain)
     if between:
-        return f'a number: say [table] thousands = "{between[1]}"'
+        return f'a number: say [table] thousands = "{between["sign"]}"'
     date = _DAY_AND_MONTH.match(plain)
     if date and date[2] == "/":
         return 'a date whose order is known: say [table] dates = "day first" or "month first"'
@@ -202,7 +228,7 @@ def why_no_number(text: str) -> str:
         )
     if re.fullmatch(r"\d\d?:\d\d(:\d\d.*)?(\s*[ap]\.?m\.?)?", plain, re.IGNORECASE):
         return "a number or a time as h:mm:ss, h:mm:ss PM or mm:ss.s"
-    if _SEVERAL.fullmatch(plain):
+    if has_several_numbers(plain):
         return "one number in a cell, and so a row for each stride: there are several in it"
     return ""
 

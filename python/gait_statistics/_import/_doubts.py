@@ -2,13 +2,16 @@
 
 from __future__ import annotations
 
+import re
+
 import numpy as np
 import pandas as pd
 from numpy.typing import NDArray
 
 from .._errors import InputError
+from ._fields import FIELD
 from ._map import FEET, TableMap
-from ._places import Faults, Origin
+from ._places import Faults, Origin, counted
 from ._rows import Rows
 
 Numbers = NDArray[np.float64]
@@ -19,6 +22,15 @@ _ENOUGH = 4
 _TOLERANCE = 0.05
 # Ends that equal the next begin in so many of the joined strides are not counted.
 _NEARLY_ALL = 0.9
+
+# A stride that is so many times as long as the median has a contact that was not found in it.
+_LONG = 1.8
+
+# What is missing where a table has steps and no strides.
+STEPS_ALONE = (
+    "Step times alone make no strides, which go from a foot's strike to its next: add the moment "
+    'of each contact and its foot to the table, with rows = "footfalls"'
+)
 
 
 def is_end_of_next(first: Numbers, last: Numbers) -> bool:
@@ -54,12 +66,18 @@ def check_ends(frame: pd.DataFrame, rows: Rows, map_: TableMap, faults: Faults) 
         return
 
 
-def _reason(ratio: float, rows: Rows, rate: float) -> str:
+def _reason(ratio: float, length: str, rows: Rows, rate: float) -> str:
     """What may be wrong where durations are so many times the distance of strikes."""
 
     def is_about(value: float) -> bool:
         return abs(ratio / value - 1) <= _TOLERANCE
 
+    if length != "gct" and 0.5 < ratio < 0.8:
+        unit = ', unit = "samples"' if length == "last_sample" else ""
+        return (
+            "does it end the contact, and not the stride? In the map: lift_off = {column = ..."
+            f'{unit}}} in place of {length}, with rows = "footfalls" and hs'
+        )
     is_in_samples = "samples" in (rows.units.get("first_sample"), rows.units.get("hs"))
     if is_in_samples and rows.units.get("gct") == "s":
         if is_about(rate / 1000):
@@ -86,19 +104,28 @@ def _reason(ratio: float, rows: Rows, rate: float) -> str:
     return "is one of them in another unit, or not what the map says?"
 
 
+def _durations(frame: pd.DataFrame, length: str, rate: float) -> Numbers:
+    """The durations of strides (s) by the column that says them."""
+    if length == "gct":
+        return frame["gct"].to_numpy(dtype=float)
+    samples = frame["last_sample"] - frame["first_sample"] + 1
+    return samples.to_numpy(dtype=float) / rate
+
+
 def doubt_of_durations(
     frame: pd.DataFrame, rows: Rows, map_: TableMap, rate: float
 ) -> InputError | None:
     """A warning where durations are not the distances between the strikes of a foot."""
     begins = [name for name in ("hs", "first_sample") if name in map_.columns]
-    is_known = "gct" in map_.columns and begins and map_.get("", "times") != "end to end"
-    if not is_known or not {"first_sample", "gct"} <= set(frame) or "last_sample" in map_.columns:
+    lengths = [name for name in ("last_sample", "gct", "end") if name in map_.columns]
+    if not begins or not lengths or map_.get("", "times") == "end to end":
         return None
+    length = lengths[0]
     found = []
     for part in _stretches(frame):
         part = part.sort_values("first_sample", kind="stable")
         distance = np.diff(part["first_sample"].to_numpy(dtype=float)) / rate
-        gct = part["gct"].to_numpy(dtype=float)[:-1]
+        gct = _durations(part, length, rate)[:-1]
         there = np.isfinite(gct) & (distance > 0) & (gct > 0)
         found.append(gct[there] / distance[there])
     ratios = np.concatenate(found) if found else np.array([])
@@ -107,8 +134,40 @@ def doubt_of_durations(
     ratio = float(np.median(ratios))
     number, foot = int(frame["source"].iloc[0]), str(frame["foot"].iloc[0])
     origin: Origin = rows.sources[number].origin
-    name = rows.columns.get((number, "gct", foot))
+    name = rows.columns.get((number, length, foot))
     begin = rows.columns.get((number, begins[0], foot), begins[0])
     text = f"durations do not fit the begins of strides: found {ratio:.3g} times the distance to "
     text += f"the foot's next one ({begin}), expected the same (median of {len(ratios)} strides): "
-    return origin.error(None, name, text + _reason(ratio, rows, rate))
+    return origin.error(None, name, text + _reason(ratio, length, rows, rate))
+
+
+def doubts_of_step_times(frame: pd.DataFrame, rows: Rows) -> list[InputError]:
+    """A warning where a column of steps is taken for strides, and no time tells."""
+    for number, foot in dict.fromkeys(zip(frame["source"], frame["foot"], strict=True)):
+        name = rows.columns.get((int(number), "gct", foot), "")
+        words = " ".join(re.sub(r"[\W_]+", " ", name).casefold().split())
+        if any(re.search(rf"\b{word}", words) for word in FIELD["step_time"].words):
+            text = (
+                f"found a name of step times for gct, expected durations of strides. {STEPS_ALONE}"
+            )
+            return [rows.sources[int(number)].origin.error(None, name, text)]
+    return []
+
+
+def doubt_of_long_strides(frame: pd.DataFrame, rows: Rows) -> InputError | None:
+    """A warning where contacts of a foot are too far apart for one stride."""
+    hs, end = (frame[name].to_numpy(dtype=float) for name in ("hs", "end"))
+    if not len(frame):
+        return None
+    usual = float(np.median(end - hs))
+    long = np.flatnonzero(end - hs > _LONG * usual)
+    if not len(long):
+        return None
+    at = int(long[0])
+    origin: Origin = rows.sources[int(frame["source"].iloc[at])].origin
+    text = f"found a stride from {hs[at]:.4g} to {end[at]:.4g} s, expected about {usual:.3g} s, "
+    text += f"the median ({counted(len(long), 'stride')} of {len(frame)}): is a contact missing, "
+    text += "or is there a pause? In the map: [[exclude]] times = "
+    text += f"[[{hs[at]:.4g}, {end[at]:.4g}]] leaves it out; breaks = [...] names columns over "
+    text += "whose change no stride goes"
+    return origin.error(int(frame["line"].iloc[at]), None, text)

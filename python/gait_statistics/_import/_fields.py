@@ -18,7 +18,7 @@ class Field:
         meaning: what it holds.
         kind: "measured"; "sample", a place in the recording; "moment", a time in it.
         words: words that tables have for it, in the order in which ``--suggest`` tries them. All
-            words of a group must occur in a column's name.
+            words of a group must occur in a column's name; after "=" they must be all of it.
     """
 
     name: str
@@ -52,7 +52,13 @@ FIELDS = (
             "heel strike time",
             "first contact",
             "initial contact",
+            "contact start",
+            "contact begin",
+            "contact initial",
             "ic time",
+            "=ic",
+            "=fs",
+            "=t ic",
             "strike",
             "start time",
             "begin",
@@ -74,7 +80,10 @@ FIELDS = (
         "s",
         "moment at which the toes leave the ground, within the stride",
         "moment",
-        ("toe off", "lift off", "last contact", "foot off"),
+        (
+            *("toe off", "lift off", "last contact", "final contact", "foot off", "contact end"),
+            *("=to", "=fc", "=fo", "=t fc", "=t to"),
+        ),
     ),
     Field(
         "gct",
@@ -93,14 +102,49 @@ FIELDS = (
             "gangzyklus",
             "doppelschrittzeit",
             "zyklus",
+            "durée cycle",
+            "temps cycle",
+            "durée foulée",
+            "duración zancada",
+            "tiempo zancada",
+            "durata ciclo",
             "stride",
             "cycle",
+            "=duration",
+            "=dauer",
+            "=durée",
         ),
     ),
-    Field("swing", "%", "swing phase, % of the stride", words=("swing", "schwungphase", "schwung")),
-    Field("stance", "%", "stance phase, % of the stride", words=("stance", "standphase", "stand")),
-    Field("contact", "ms", "duration of the contact", words=("contact time", "contact duration")),
-    Field("cadence", "steps/min", "steps of both feet", words=("cadence", "kadenz")),
+    Field(
+        "swing",
+        "%",
+        "swing phase, % of the stride",
+        words=(
+            *("swing", "schwungphase", "schwung", "phase oscillante", "balanceo", "oscilación"),
+            "oscillazione",
+        ),
+    ),
+    Field(
+        "stance",
+        "%",
+        "stance phase, % of the stride",
+        words=(
+            *("stance", "standphase", "stand", "phase appui", "durée appui", "temps appui"),
+            *("fase apoyo", "fase appoggio"),
+        ),
+    ),
+    Field(
+        "contact",
+        "ms",
+        "duration of the contact",
+        words=("contact time", "contact duration", "temps contact"),
+    ),
+    Field(
+        "cadence",
+        "steps/min",
+        "steps of both feet",
+        words=("cadence", "kadenz", "cadencia", "cadenza"),
+    ),
     Field("ldr", "%", "loading, % of stance", words=("loading", "ldr")),
     Field("ffr", "%", "foot-flat, % of stance", words=("foot flat", "ffr")),
     Field("pur", "%", "pushing, % of stance", words=("pushing", "push", "pur")),
@@ -108,7 +152,10 @@ FIELDS = (
         "slength",
         "m",
         "stride length",
-        words=("stride length", "slength", "doppelschrittlänge", "doppelschrittlaenge"),
+        words=(
+            *("stride length", "slength", "doppelschrittlänge", "doppelschrittlaenge"),
+            *("longueur cycle", "longueur foulée", "longueur enjambée", "longitud zancada"),
+        ),
     ),
     Field("swidth", "m", "swing width", words=("swing width", "lateral excursion", "swidth")),
     Field(
@@ -121,7 +168,9 @@ FIELDS = (
         "speed",
         "m/s",
         "stride velocity",
-        words=("velocity", "speed", "geschwindigkeit", "tempo"),
+        words=(
+            *("velocity", "speed", "geschwindigkeit", "tempo", "vitesse", "velocidad", "velocità"),
+        ),
     ),
     Field(
         "ta", "deg", "turning angle, to the left positive", words=("turning angle", "turn angle")
@@ -148,13 +197,20 @@ FIELDS = (
         "step_time",
         "s",
         "time of the step that ends with the strike which begins the stride",
-        words=("step time", "step duration", "schrittdauer", "schrittzeit"),
+        words=(
+            "step time",
+            "step duration",
+            "schrittdauer",
+            "schrittzeit",
+            "durée pas",
+            "temps pas",
+        ),
     ),
     Field(
         "step_length",
         "m",
         "length of that step",
-        words=("step length", "schrittlänge", "schrittlaenge"),
+        words=("step length", "schrittlänge", "schrittlaenge", "longueur pas"),
     ),
     Field("strike_eversion", "deg", "eversion at strike", words=("eversion",)),
     Field("max_hc", "m", "maximal heel clearance", words=("heel clearance",)),
@@ -168,7 +224,7 @@ FIELDS = (
         "ds",
         "%",
         "double support, both phases, % of the stride",
-        words=("double support", "doppelstand", "doppelstütz"),
+        words=("double support", "doppelstand", "doppelstütz", "double appui", "doble apoyo"),
     ),
 )
 FIELD = {field.name: field for field in FIELDS}
@@ -195,6 +251,23 @@ MORE_FOOT_WORDS = {
     "right": (
         *("rechts", "rechter", "rechte", "rechtes", "re", "rt", "rf"),
         *("droite", "droit", "d", "derecha", "derecho", "dcha", "destra", "destro"),
+    ),
+}
+
+# Words for the events of a foot, in small letters and without the foot's own.
+EVENT_WORDS = {
+    "strike": (
+        *("heel strike", "heel contact", "foot strike", "foot contact", "foot down", "touch down"),
+        *("initial contact", "first contact", "contact", "strike", "hs", "ic", "fs", "td", "on"),
+        *("fersenkontakt", "fersenauftritt", "auftritt", "initialkontakt", "erstkontakt"),
+        *("contact initial", "contact talon", "attaque du talon", "pose du talon"),
+        *("contacto inicial", "apoyo de talón", "contatto iniziale"),
+    ),
+    "lift_off": (
+        *("toe off", "foot off", "lift off", "final contact", "last contact", "end contact"),
+        *("to", "fo", "fc", "lc", "off"),
+        *("zehenablösung", "zehenabstoß", "abheben", "ablösung", "letzter kontakt"),
+        *("décollement des orteils", "décollement", "despegue de dedos", "despegue", "stacco"),
     ),
 }
 
@@ -350,8 +423,9 @@ KEYS = (
         "",
         "walk",
         "texts",
-        "columns that tell walks apart; `{file}` and `{sheet}` stand for the table's name. Each "
-        "walk becomes a folder of its own",
+        "columns that tell walks apart; `{file}` and `{sheet}` stand for the table's name, "
+        "`{blank row}` for its parts between blank rows, `{restart of Stride}` for those in which "
+        "a column begins anew. Each walk becomes a folder of its own",
         '["subject", "trial"]',
     ),
     Key(
@@ -472,6 +546,27 @@ KEYS = (
         "which part of the cell is the word: a regular expression with a group",
         "'\\d: (\\w+)'",
     ),
+    Key(
+        "events",
+        "column",
+        "text",
+        "the column that says which event of a foot a row is; `hs` names that of their times",
+        '"Event"',
+    ),
+    Key(
+        "events",
+        "strike",
+        "cells",
+        "words for a strike; `heel strike`, `initial contact`, `HS`, `IC` and the like otherwise",
+        '["LHS", "RHS"]',
+    ),
+    Key(
+        "events",
+        "lift_off",
+        "cells",
+        "words for a lift-off; `toe off`, `final contact`, `TO`, `FC` and the like otherwise",
+        '["LTO", "RTO"]',
+    ),
 )
 
 CONDITION_KEYS = (
@@ -515,4 +610,4 @@ COLUMN_KEYS = (
         '"next of foot"',
     ),
 )
-SECTIONS = ("table", "feet", "columns", "about", "skip", "exclude")
+SECTIONS = ("table", "feet", "events", "columns", "about", "skip", "exclude")

@@ -4,11 +4,12 @@ from __future__ import annotations
 
 import csv
 import itertools
+import json
 import os
 import re
 from collections import Counter
 from collections.abc import Iterator, Mapping, Sequence
-from dataclasses import dataclass, replace
+from dataclasses import dataclass, field, replace
 from pathlib import Path
 from typing import Any
 
@@ -19,6 +20,7 @@ from ._places import Faults, Origin, listed, shown
 _TEXT = (".csv", ".tsv", ".txt", ".ts", ".dat", ".asc", ".tab", ".text", "")
 _WORKBOOKS = (".xlsx", ".xlsm")
 _ARROW = (".parquet", ".pq", ".feather")
+_JSON = (".jsonl", ".ndjson", ".json")
 # What files begin with that are no text: what to call it, and what to do.
 _BEGINNINGS = (
     (b"PK\x03\x04", "a workbook or another zip file", "if it is a workbook, name it .xlsx"),
@@ -30,20 +32,25 @@ _BEGINNINGS = (
     (b"<table", "a page of HTML", "open it in a spreadsheet and save it as CSV or .xlsx"),
     (b"<html", "a page of HTML", "open it in a spreadsheet and save it as CSV or .xlsx"),
     (b"<!doctype html", "a page of HTML", "open it in a spreadsheet and save it as CSV or .xlsx"),
-    (b"[{", "JSON", "turn it into a table first, with pandas.read_json"),
-    (b'{"', "JSON", "turn it into a table first, with pandas.read_json"),
+    (b"[{", "JSON", "name it .json"),
+    (b'{"', "JSON", "name it .jsonl if each line is a record, .json otherwise"),
 )
 _SEPARATORS = {"tab": "\t", "\\t": "\t", "space": " ", " ": " "}
 
 
 @dataclass
 class Grid:
-    """The cells of a table as they stand, before its names are known."""
+    """The cells of a table as they stand, before its names are known.
+
+    Attributes:
+        blanks: the lines that hold nothing.
+    """
 
     origin: Origin
     rows: list[list[Any]]
     lines: list[int]
     names: list[str] | None = None
+    blanks: list[int] = field(default_factory=list)
 
 
 def plain(name: Any) -> str:
@@ -92,10 +99,14 @@ def _other_content(path: Path, ending: str) -> str:
 
 def _separator_of(lines: Sequence[str]) -> str:
     """The separator that most lines have equally often; a blank stands for any white space."""
+    signs = ("\t", ";", "|", ",")
+    widths = {sign: [len(row) for row in csv.reader(lines, delimiter=sign)] for sign in signs}
+    # A sign that makes every line as wide beats one that makes a list of a cell.
+    is_even = {sign: len(set(found)) == 1 and found[0] > 1 for sign, found in widths.items()}
     best, most = " ", 0
-    for sign in ("\t", ";", "|", ","):
-        counts = Counter(len(row) for row in csv.reader(lines, delimiter=sign) if len(row) > 1)
-        if counts:
+    for sign, found in widths.items():
+        counts = Counter(width for width in found if width > 1)
+        if counts and is_even[sign] == any(is_even.values()):
             width, rows = counts.most_common(1)[0]
             # Decimal commas make columns too, but fewer rows agree.
             if rows * 2 > len(lines) * 0.5 and rows * width > most * 1.2:
@@ -120,6 +131,7 @@ def _text_grid(path: Path, origin: Origin, map_: TableMap, faults: Faults) -> li
     comment = map_.get("table", "comment")
     rows: list[list[Any]] = []
     numbers: list[int] = []
+    blanks: list[int] = []
     if separator == " ":
         found: Iterator[tuple[list[str], int]] = (
             (line.split(), number) for number, line in enumerate(lines, 1)
@@ -128,10 +140,14 @@ def _text_grid(path: Path, origin: Origin, map_: TableMap, faults: Faults) -> li
         found = _rows_of(text, separator)
     for row, number in found:
         is_comment = comment and row and row[0].lstrip().startswith(comment)
-        if not is_comment and not (hint and number == 1) and any(cell.strip() for cell in row):
+        if is_comment or (hint and number == 1):
+            continue
+        if any(cell.strip() for cell in row):
             rows.append([cell.strip() for cell in row])
             numbers.append(number)
-    return [Grid(origin, rows, numbers)]
+        else:
+            blanks.append(number)
+    return [Grid(origin, rows, numbers, blanks=blanks)]
 
 
 def _rows_of(text: str, separator: str) -> Iterator[tuple[list[str], int]]:
@@ -153,22 +169,12 @@ def _workbook_grids(path: Path, map_: TableMap, faults: Faults) -> list[Grid]:
     by_name = {plain(name): name for name in filled}
     book = Origin(path.name, False, path.stem)
     if wanted is None and map_.feet_by == "sheets":
-        wanted = [
-            name
-            for foot in FEET
-            for word in map_.words_of(foot)
-            for name in filled
-            if plain(name) == plain(word)
-        ] or [str(map_.words_of(foot)[0]) for foot in FEET]
+        words = [str(word) for foot in FEET for word in map_.words_of(foot)]
+        wanted = [name for word in words for name in filled if plain(name) == plain(word)]
+        wanted = wanted or [name for name in filled if map_.foot_in(name)]
+        wanted = wanted or [str(map_.words_of(foot)[0]) for foot in FEET]
     elif wanted is None:
         wanted = list(filled)
-        if len(wanted) > 1 and "{sheet}" not in map_.get("", "walk", ()):
-            text = f"found {len(wanted)} sheets ({listed(map(shown, wanted))}), expected one: say "
-            text += '[table] sheet = "...", or walk = ["{sheet}"] if each is a walk (with [table] '
-            text += 'sheet = ["...", "..."] for some of them), or '
-            text += '[feet] by = "sheets" if each is a foot'
-            faults.add(book.error(None, None, text))
-            return []
     for name in wanted:
         if plain(name) not in by_name:
             have = f"expected one of: {listed(map(shown, filled))}" if filled else "expected one"
@@ -183,7 +189,9 @@ def _workbook_grids(path: Path, map_: TableMap, faults: Faults) -> list[Grid]:
         ]
         kept = [number for number, row in enumerate(rows) if not all(map(is_empty, row))]
         origin = Origin(f"{path.name}, sheet {name}", False, path.stem, name)
-        grids.append(Grid(origin, [rows[n] for n in kept], [number + 1 for number in kept]))
+        lines = [number + 1 for number in kept]
+        blanks = sorted({*range(1, len(rows) + 1)} - {*lines})
+        grids.append(Grid(origin, [rows[n] for n in kept], lines, blanks=blanks))
     return grids
 
 
@@ -205,11 +213,32 @@ def _frame_grid(frame: Any, origin: Origin) -> Grid:
     return Grid(origin, rows, list(range(len(rows))), names)
 
 
+def _json_frame(path: Path) -> Any:
+    """The records of JSON, one in each line or all in a list; what is nested has names with dots.
+
+    Raises:
+        ValueError: where it holds something else.
+    """
+    import pandas as pd
+
+    text = path.read_text(encoding="utf-8-sig")
+    records = (
+        json.loads(text)
+        if path.suffix.casefold() == ".json"
+        else [json.loads(line) for line in text.splitlines() if line.strip()]
+    )
+    if isinstance(records, list) and all(isinstance(one, dict) for one in records):
+        return pd.json_normalize(records)
+    if isinstance(records, dict) and all(isinstance(one, list) for one in records.values()):
+        return pd.DataFrame(records)
+    raise ValueError("expected a record for each row, [{...}, {...}], or a list for each column.")
+
+
 def _grids_of_file(path: Path, map_: TableMap, faults: Faults) -> list[Grid]:
     import pandas as pd
 
     ending = path.suffix.casefold()
-    origin = Origin(path.name, ending not in (*_WORKBOOKS, *_ARROW), path.stem)
+    origin = Origin(path.name, ending not in (*_WORKBOOKS, *_ARROW, *_JSON), path.stem)
     try:
         other = _other_content(path, ending) if path.is_file() else ""
         if other:
@@ -220,10 +249,14 @@ def _grids_of_file(path: Path, map_: TableMap, faults: Faults) -> list[Grid]:
         if ending in _ARROW:
             read = pd.read_feather if ending == ".feather" else pd.read_parquet
             return [_frame_grid(read(path), origin)]
+        if ending in _JSON:
+            return [_frame_grid(_json_frame(path), origin)]
         if ending in _TEXT:
             return _text_grid(path, origin, map_, faults)
         text = f'found a file that ends in "{path.suffix}", expected one of: '
-        text += listed([*_TEXT[:4], *_WORKBOOKS, *_ARROW]) + ": save the table as one of these"
+        text += (
+            listed([*_TEXT[:4], *_WORKBOOKS, *_ARROW, *_JSON]) + ": save the table as one of these"
+        )
     except ImportError:
         reader = "openpyxl" if ending in _WORKBOOKS else "pyarrow"
         text = f"cannot be read without {reader}: pip install 'gait-statistics[import]'"

@@ -5,19 +5,19 @@ from __future__ import annotations
 import itertools
 import re
 from collections.abc import Sequence
+from dataclasses import dataclass
 from statistics import median
 
 from .. import _core
-from ._cells import is_empty, moment_of
-from ._fields import FIELD, FIELDS
-from ._places import listed
+from ._cells import is_empty, moment_of, units_beside
+from ._fields import FIELD, FIELDS, FOOT_WORDS, MORE_FOOT_WORDS
 from ._sources import Source
 from ._units import factor_to, fits, unit_in_name
 
 # Units that columns of a quantity come in, the likeliest first.
 _UNITS = {
     "s": ("s", "ms"),
-    "ms": ("ms", "s"),
+    "ms": ("ms", "s", "%"),
     "m": ("m", "cm", "mm"),
     "m/s": ("m/s", "cm/s", "km/h"),
     "%": ("%", "1", "s", "ms"),
@@ -26,9 +26,21 @@ _UNITS = {
     "g": ("g", "m/s^2"),
     "steps/min": ("steps/min", "strides/min"),
 }
-# Words at the end of a name that are its unit, and words that say a column holds times.
-_UNIT_WORDS = {"ms": "ms", "msec": "ms", "s": "s", "sec": "s", "cm": "cm", "mm": "mm"}
+# Words at the end of a name that are its unit without brackets, as in "time_ms".
+_UNIT_WORDS = (
+    *("s", "sec", "secs", "seconds", "ms", "msec", "milliseconds", "sek", "sekunden"),
+    *("m", "cm", "mm", "metres", "meters", "centimetres", "centimeters"),
+    *("m/s", "cm/s", "km/h", "mps", "kmh", "deg/s", "rad/s", "dps", "m/s^2", "m/s²", "m/s2"),
+    *("deg", "degrees", "rad", "radians", "%", "pct", "percent", "spm", "steps/min", "strides/min"),
+    *("samples", "frames"),
+)
+_FEET = {
+    word for foot in (FOOT_WORDS, MORE_FOOT_WORDS) for words in foot.values() for word in words
+}
+# Words that say that a column holds times.
 _TIME_WORDS = ("time", "timestamp", "zeit", "uhrzeit", "clock", "seconds", "milliseconds")
+# How near to 100 % the medians of swing and stance are together.
+_WHOLE = 3.0
 # What is not measured, as numbers.
 CODES_FOR_MISSING = (0.0, -1.0, -999.0, 999.0, -9999.0, 9999.0)
 
@@ -57,20 +69,27 @@ def is_numeric(source: Source, place: int) -> bool:
 
 def plain_words(name: str) -> str:
     spaced = re.sub(r"(?<=[a-zäöü])(?=[A-Z])", " ", name)
-    return " ".join(re.sub(r"[^a-z0-9äöüß]+", " ", spaced.casefold()).split())
+    return " ".join(re.sub(r"[\W_]+", " ", spaced.casefold()).split())
 
 
 def _score(field_name: str, name: str) -> int:
     """How well a column's name fits a field: the letters of the words that are in it."""
     words = f" {plain_words(name)} "
     compact = words.replace(" ", "")
+    alone = [
+        word for word in plain_words(re.sub(r"[\[(].*", "", name)).split() if word not in _FEET
+    ]
     best = 0
     for group in (*FIELD[field_name].words, field_name.replace("_", " ")):
-        parts = group.split()
+        parts = group.removeprefix("=").split()
         is_there = (
-            all(f" {part}" in words for part in parts)
-            if len(parts) > 1
-            else (f" {group} " in words if len(group) < 5 else group in compact)
+            alone == parts
+            if group[0] == "="
+            else (
+                all(f" {part}" in words for part in parts)
+                if len(parts) > 1
+                else (f" {group} " in words if len(group) < 5 else group in compact)
+            )
         )
         if is_there:
             best = max(best, sum(map(len, parts)))
@@ -91,7 +110,7 @@ def placed_by_name(source: Source, names: Sequence[tuple[int, str]]) -> dict[str
     used: set[int] = set()
     for _, _, place, field_name in scores:
         if field_name not in result and place not in used and is_numeric(source, place):
-            if field_name == "gct" and _rises(numbers_of(source, place)):
+            if field_name == "gct" and rises(source, place):
                 # The number of the stride.
                 continue
             field_of_kind = _by_kind(field_name, source, place)
@@ -107,26 +126,39 @@ def _can_be(field_name: str, source: Source, place: int) -> bool:
     return not said or fits(field_name, said)
 
 
-def _rises(values: Sequence[float]) -> bool:
-    """Whether values are places or numbers in order, and no durations."""
+def rises(source: Source, place: int) -> bool:
+    """Whether a column has places or numbers in order, and no durations."""
+    values = numbers_of(source, place)
     steps = [b - a for a, b in itertools.pairwise(values)]
     return len(steps) > 3 and sum(step >= 0 for step in steps) >= 0.9 * len(steps) > 0 < max(steps)
 
 
+def is_of_samples(source: Source, place: int) -> bool:
+    """Whether a column's name says that it counts samples."""
+    words = {*plain_words(source.names[place]).split()}
+    return bool(words & {"sample", "samples", "index", "frame", "frames"})
+
+
 def _unit_word(name: str) -> str | None:
     """The unit that a name ends in without brackets, as "time_ms" does."""
-    words = plain_words(name).split()
-    return _UNIT_WORDS.get(words[-1]) if len(words) > 1 else None
+    share = re.search(r"%\s*(of\s+|des\s+|du\s+)?[^\W\d_]+(\s+[^\W\d_]+)?\s*$", name)
+    if share:
+        return "%"
+    words = [word for word in re.split(r"[\s_,;:(\[]+", name.casefold()) if word]
+    last = words[-1].strip("])").rstrip(".") if len(words) > 1 else ""
+    return last if last in _UNIT_WORDS else None
 
 
-def _said_unit(source: Source, place: int) -> str | None:
+def said_unit(source: Source, place: int) -> str | None:
+    """The unit that a column's name, the row beneath it or its cells say."""
     name = source.names[place]
-    return unit_in_name(name) or source.units.get(place) or _unit_word(name)
+    said = unit_in_name(name) or source.units.get(place) or _unit_word(name)
+    return said or next(filter(None, units_beside(source.cells(place), source.signs)), None)
 
 
 def _by_kind(field_name: str, source: Source, place: int) -> str:
     """A begin or an end as samples where the values are large whole numbers."""
-    if field_name == "contact" and _rises(numbers_of(source, place)):
+    if field_name == "contact" and rises(source, place):
         # The moment of a contact, not how long it lasts.
         return "hs"
     pairs = {"hs": "first_sample", "end": "last_sample"}
@@ -134,56 +166,101 @@ def _by_kind(field_name: str, source: Source, place: int) -> str:
     if field_name not in pairs and field_name not in back:
         return field_name
     values = numbers_of(source, place)
-    said = _said_unit(source, place) or ""
+    said = said_unit(source, place) or ""
     is_time = bool(said) and factor_to(said, "s") is not None
     words = plain_words(source.names[place]).split()
-    is_time |= bool({*words} & {*_TIME_WORDS}) and not {*words} & {"sample", "samples", "index"}
+    is_time |= bool({*words} & {*_TIME_WORDS}) and not is_of_samples(source, place)
     is_whole = all(value == int(value) for value in values) and max(values, default=0) > 300
     if is_whole and not is_time and max(values) < 1e8:
         return pairs.get(field_name, field_name)
     return back.get(field_name, field_name)
 
 
-def unit_for(
-    field_name: str,
-    source: Source,
-    place: int,
-    bounds: dict[str, tuple[float, float]],
-    duration: float | None,
-) -> tuple[str, str]:
-    """The unit of a column, and a remark: from its name, from the row beneath, or its values."""
+@dataclass(frozen=True)
+class Known:
+    """What is known of a table when the unit of a column is guessed.
+
+    Attributes:
+        bounds: within what the median of each of our columns lies.
+        stride: the median duration of strides (s).
+        shares: the medians of swing and stance together, as they stand.
+    """
+
+    bounds: dict[str, tuple[float, float]]
+    stride: float | None = None
+    shares: float | None = None
+
+
+def _said_for(field_name: str, source: Source, place: int) -> tuple[str, str] | None:
+    """The unit that a name, the row beneath it or the cells say, and a remark; else None."""
     said = unit_in_name(source.names[place]) or source.units.get(place)
     if said and fits(field_name, said):
         return said, ""
+    own = FIELD[field_name].unit
     word = _unit_word(source.names[place])
-    if word and fits(field_name, word):
-        return word, f"unit by its name: {word}"
+    beside = next(filter(None, units_beside(source.cells(place), source.signs)), None)
+    for unit, remark in ((word, f"unit by its name: {word}"), (beside, "unit beside the numbers")):
+        if unit and fits(field_name, unit):
+            return (own, "") if factor_to(unit, own) == 1.0 else (unit, remark)
+    return None
+
+
+def _to_own(field_name: str, unit: str, stride: float | None) -> float | None:
+    """What a value in a unit is multiplied by to be in the field's; shares are of the stride."""
+    own = FIELD[field_name].unit
+    factor = factor_to(unit, own)
+    if factor is not None or stride is None:
+        return factor
+    if own == "%":
+        seconds = factor_to(unit, "s")
+        return 100 * seconds / stride if seconds else None
+    return 10 * stride if (field_name, unit) == ("contact", "%") else None
+
+
+def unit_for(field_name: str, source: Source, place: int, known: Known) -> tuple[str, str]:
+    """The unit of a column, and a remark: said by the table, or else guessed by its values."""
+    own = FIELD[field_name].unit
+    said = _said_for(field_name, source, place)
+    if said:
+        return said
     values = [v for v in numbers_of(source, place) if v not in CODES_FOR_MISSING]
     if FIELD[field_name].kind == "moment" and values and max(values) > 300:
         if all(value == int(value) for value in values):
-            return "ms", "whole numbers: milliseconds?"
-    if field_name not in bounds or not values:
-        return FIELD[field_name].unit, ""
-    low, high = bounds[field_name]
+            return "ms", "a guess by its whole numbers: confirm"
+    if field_name not in known.bounds or not values:
+        return own, ""
     middle = median(values)
-    possible = []
-    for unit in _UNITS.get(FIELD[field_name].unit, (FIELD[field_name].unit,)):
-        factor = factor_to(unit, FIELD[field_name].unit)
-        if factor is None:
-            seconds = factor_to(unit, "s")
-            factor = 100 * seconds / duration if seconds and duration else None
-        if factor is not None and low <= abs(middle) * factor <= high:
-            possible.append(unit)
     if field_name in ("top", "hsp", "ta", "strike_eversion"):
         # Both fit: an angle of 0.4 may be degrees. The largest one tells.
         possible = ["rad"] if max(map(abs, values)) < 3.2 else ["deg"]
+    else:
+        possible = _possible(field_name, middle, known)
     if not possible:
         what = f"its median {middle:g} is no {FIELD[field_name].meaning} in any unit"
-        return FIELD[field_name].unit, what
-    names = plain_words(source.names[place]).split()
-    if "s" in possible and FIELD[field_name].unit == "%" and "time" in names:
+        return own, what
+    words = plain_words(source.names[place]).split()
+    if "s" in possible and own == "%" and {*words} & {"time", "duration", "dauer", "zeit", "temps"}:
         return "s", ""
-    remark = f"unit by its values: median {middle:g}"
-    if len(possible) > 1:
-        remark += f"; {listed(possible[1:], ' or ')} is possible, too"
-    return possible[0], "" if possible[0] == FIELD[field_name].unit else remark
+    others = "".join(f', or "{unit}"' for unit in possible[1:])
+    is_sure = possible[0] == own and not others
+    return possible[0], "" if is_sure else f"a guess by the median {middle:g}{others}: confirm"
+
+
+def _possible(field_name: str, middle: float, known: Known) -> list[str]:
+    """The units in which a median is one of the field, the likeliest first."""
+    low, high = known.bounds[field_name]
+    factors = {
+        unit: _to_own(field_name, unit, known.stride)
+        for unit in _UNITS.get(FIELD[field_name].unit, (FIELD[field_name].unit,))
+    }
+    fitting = {
+        unit: factor
+        for unit, factor in factors.items()
+        if factor is not None and low <= abs(middle) * factor <= high
+    }
+    # Swing and stance together are the stride, unless each has a unit of its own.
+    shares = known.shares if known.shares and field_name in ("swing", "stance") else None
+    whole = [
+        unit for unit, factor in fitting.items() if shares and abs(shares * factor - 100) < _WHOLE
+    ]
+    return whole or list(fitting)

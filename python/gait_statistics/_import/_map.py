@@ -98,9 +98,39 @@ class TableMap:
             return "columns"
         return ""
 
+    @property
+    def names(self) -> list[str]:
+        """The names of columns that it has, without places ("#3") and what stands for others."""
+        names = [
+            name for column in self.columns.values() for foot in FEET for name in column.names[foot]
+        ]
+        for key in ("walk", "breaks", "fill_down"):
+            names += self.get("", key, ())
+        names += [
+            self.get(section, "column")
+            for section in ("feet", "events")
+            if self.get(section, "column")
+        ]
+        names += [c["column"] for c in (*self.skip, *self.exclude) if "column" in c]
+        return [name for name in dict.fromkeys(names) if not re.fullmatch(r"#\d+|\{.*\}", name)]
+
     def words_of(self, foot: str) -> tuple[Any, ...]:
         """The words for a foot."""
         return tuple(self.get("feet", foot) or FOOT_WORDS[foot])
+
+    def foot_in(self, name: str) -> str | None:
+        """The foot whose word a sheet or a file has for its name, or in it."""
+        words = [(foot, str(word)) for foot in FEET for word in self.words_of(foot)]
+        found = {foot for foot, word in words if name.casefold() == word.casefold()}
+        if not found:
+            # The longest word in the name: "right" in "walk1_right", not the r of "trial".
+            inside = [
+                (len(word), foot)
+                for foot, word in words
+                if re.search(rf"(?<![^\W\d_]){re.escape(word)}(?![^\W\d_])", name, re.IGNORECASE)
+            ]
+            found = {foot for length, foot in inside if length == max(inside)[0]}
+        return found.pop() if len(found) == 1 else None
 
     @property
     def has_foot_words(self) -> bool:
@@ -310,7 +340,7 @@ class _Reader:
         """The map of a file's tables."""
         values: dict[tuple[str, str], Any] = {}
         sections = {name: found[name] for name in SECTIONS if name in found}
-        for section in ("table", "feet", "columns", "about"):
+        for section in ("table", "feet", "events", "columns", "about"):
             if section == "about" and isinstance(found.get("about"), str):
                 continue
             if section in sections and not isinstance(sections[section], dict):
@@ -319,11 +349,14 @@ class _Reader:
         top = {name: value for name, value in found.items() if name not in SECTIONS}
         if isinstance(found.get("about"), str):
             top["about"] = sections.pop("about")
-        for section, tables in (("", top), *((s, sections.get(s, {})) for s in ("table", "feet"))):
+        named = ("table", "feet", "events")
+        for section, tables in (("", top), *((name, sections.get(name, {})) for name in named)):
             keys = [key for key in KEYS if key.section == section]
             for name, value in self.keys_of(tables, keys, section).items():
                 values[section, name] = value
         columns = self.columns(sections.get("columns", {}), values)
+        if "events" in sections:
+            self.check_events(values, columns)
         about = sections.get("about", {})
         for name, text in about.items():
             if not isinstance(text, str):
@@ -343,6 +376,21 @@ class _Reader:
             self.fault("", "sampling_rate", f"found {rate}, expected samples per second, 1 or more")
         self.faults.raise_any()
         return TableMap(self.name, values, columns, about, skip, exclude, self.lines)
+
+    def check_events(
+        self, values: dict[tuple[str, str], Any], columns: dict[str, ColumnMap]
+    ) -> None:
+        """Finds what does not go with a row for each event."""
+        if ("events", "column") not in values:
+            self.fault("events", "column", "found none, expected the column that says which event")
+        if "hs" not in columns:
+            self.fault("columns", "hs", "found none, expected the column with the events' times")
+        if "lift_off" in columns:
+            text = "found it beside [events], whose rows have it, expected none"
+            self.fault("columns", "lift_off", text)
+        if ("feet", "first") in values:
+            text = "found it beside [events], expected the column that says which foot"
+            self.fault("feet", "first", text)
 
     def columns(
         self, found: dict[str, Any], values: dict[tuple[str, str], Any]

@@ -28,7 +28,9 @@ def _parser() -> argparse.ArgumentParser:
         formatter_class=argparse.RawDescriptionHelpFormatter,
         allow_abbrev=False,
     )
-    parser.add_argument("tables", nargs="*", metavar="TABLE", help="text, .xlsx or .parquet")
+    parser.add_argument(
+        "tables", nargs="*", metavar="TABLE", help="text, .xlsx, .parquet or .jsonl"
+    )
     parser.add_argument(
         "--map", metavar="MAP", help="a map's file, or the name of one of --list-maps"
     )

@@ -20,10 +20,13 @@ from ._cells import (
     moment_of,
     over_midnight,
     text_of_cell,
+    units_beside,
     why_no_number,
 )
+from ._events import events_of
 from ._fields import FIELD, MORE_FOOT_WORDS, NEVER_ZERO, SIGNED
 from ._map import FEET, ColumnMap, TableMap
+from ._parts import column_of, is_part, parts_of
 from ._places import FOUND, Faults, listed, shown
 from ._sources import Source, foot_of_cell, place_of
 from ._units import conversion_of, expected_units, factor_to, fits, times, unit_in_name
@@ -117,28 +120,18 @@ def _foot_of_name(source: Source, map_: TableMap, faults: Faults) -> str | None:
     """The foot that a sheet or a file is for."""
     by = map_.feet_by
     name = source.origin.sheet if by == "sheets" else source.origin.file
-    words = [(foot, str(word)) for foot in FEET for word in map_.words_of(foot)]
-    found = {foot for foot, word in words if name.casefold() == word.casefold()}
-    if not found:
-        # The longest word that stands in the name: "right" in "walk1_right", not the r of "trial".
-        inside = [
-            (len(word), foot)
-            for foot, word in words
-            if re.search(rf"(?<![^\W\d_]){re.escape(word)}(?![^\W\d_])", name, re.IGNORECASE)
-        ]
-        found = {foot for length, foot in inside if length == max(inside)[0]}
-    if len(found) != 1:
+    foot = map_.foot_in(name)
+    if foot is None:
         what = "sheet" if by == "sheets" else "file"
-        used = listed((shown(word) for _, word in words), " or ")
+        used = listed((shown(word) for one in FEET for word in map_.words_of(one)), " or ")
         text = f'found the {what} name "{name}", expected one that holds one of {used}: say '
         text += "[feet] left = ..., right = ..."
         faults.add(source.origin.error(None, None, text))
-        return None
-    return found.pop()
+    return foot
 
 
 def _without_foot(name: str, map_: TableMap) -> str:
-    """A file's name without the word for the foot, so that both feet's files make one walk."""
+    """A name without the word for the foot, so that both feet's files or sheets make one walk."""
     for foot in FEET:
         for word in sorted(map(str, map_.words_of(foot)), key=len, reverse=True):
             pattern = rf"[_\-. ]*(?<![^\W\d_]){re.escape(word)}(?![^\W\d_])"
@@ -147,25 +140,29 @@ def _without_foot(name: str, map_: TableMap) -> str:
 
 
 def _key_texts(
-    source: Source, names: Sequence[str], map_: TableMap, faults: Faults, is_walk: bool
+    source: Source, section: str, feet: Sequence[str | None], map_: TableMap, faults: Faults
 ) -> list[tuple[str, ...]]:
-    """What some columns say in each row; {file} and {sheet} are the table's own name."""
+    """What the columns of ``walk`` or ``breaks`` say in each row.
+
+    {file} and {sheet} are the table's own name; {blank row} and {restart of ...} count its parts.
+    """
+    names = map_.get("", section, ())
     columns: list[list[str]] = []
     for name in names:
-        if name == "{file}":
-            by_file = map_.feet_by == "files"
-            file = source.origin.file
-            text = _without_foot(file, map_) if by_file else file
-            columns.append([text] * len(source.rows))
-        elif name == "{sheet}":
-            columns.append([source.origin.sheet] * len(source.rows))
+        if is_part(name):
+            parts = parts_of(source, name, list(zip(feet, *columns, strict=True)), faults)
+            columns += [] if parts is None else [parts]
+        elif name in ("{file}", "{sheet}"):
+            text = source.origin.file if name == "{file}" else source.origin.sheet
+            is_of_foot = map_.feet_by == f"{name[1:-1]}s"
+            columns.append([_without_foot(text, map_) if is_of_foot else text] * len(source.rows))
         else:
             place = place_of(source, name, faults)
             if place is None:
                 continue
             texts = [text_of_cell(cell) for cell in source.cells(place)]
             columns.append(texts)
-            if is_walk:
+            if section == "walk":
                 expected = f'a value that tells walks apart; fill_down = ["{name}"] repeats the '
                 expected += "cell above, [[skip]] leaves such rows out"
                 for text, line in zip(texts, source.lines, strict=True):
@@ -180,29 +177,38 @@ def _key_texts(
 
 
 def _unit_of(
-    name: str, column: ColumnMap, source: Source, place: int, map_: TableMap, faults: Faults
-) -> str:
-    """The unit of a column: that of the map, of its name, or of the row beneath the names."""
+    name: str, column: ColumnMap, source: Source, place: int, faults: Faults
+) -> tuple[str, bool]:
+    """The unit of a column, and whether more than its cells says it.
+
+    The map's counts first, then that of the column's name, of the row beneath, and of the cells.
+    """
     if column.unit is not None:
-        return column.unit
+        return column.unit, True
     said = unit_in_name(source.names[place]) or source.units.get(place)
-    if said is None:
-        return FIELD[name].unit
-    if not fits(name, said):
+    beside = said or next(filter(None, units_beside(source.cells(place), source.signs)), None)
+    if beside is None:
+        return FIELD[name].unit, True
+    if not fits(name, beside):
         expected = listed(expected_units(name), " or ")
-        text = f'found the unit "{said}", expected {expected} for {name}: say it in the map, '
+        text = f'found the unit "{beside}", expected {expected} for {name}: say it in the map, '
         text += f'{name} = {{column = ..., unit = "..."}}'
         faults.add(source.origin.error(None, source.name_of(place), text))
-    return said
+    return beside, said is not None
 
 
 @dataclass(frozen=True)
 class _Reader:
-    """Reads the cells of a column for one of ours, in one unit."""
+    """Reads the cells of a column for one of ours, in one unit.
+
+    Attributes:
+        is_said: whether the map or the table's names have the unit, and not the cells alone.
+    """
 
     name: str
     column: ColumnMap
     unit: str
+    is_said: bool
     source: Source
     place: int
     faults: Faults
@@ -228,7 +234,7 @@ class _Reader:
         return found
 
     def in_unit(self, found: Moment, line: int) -> float:
-        """The number in the column's unit, if another stands beside it."""
+        """The number in the column's unit; clocks and spans of time count seconds."""
         beside = "s" if found.since else found.unit
         factor = factor_to(beside, self.unit) if beside else 1.0
         if factor is None:
@@ -236,21 +242,47 @@ class _Reader:
             self.fault(line, f'the unit "{beside}"', expected)
         return times(found.seconds, factor or 1.0)
 
+    def has_right_unit(self, cell: Any, beside: str, line: int) -> bool:
+        """Whether a cell has the column's unit beside it, or none where more than cells say it."""
+        if beside and factor_to(beside, self.unit) != 1.0:
+            expected = f'"{self.unit}", as '
+            expected += (
+                f"the column has it; if the cells are right: {self.name} = {{column = ..., unit = "
+                f'"{beside}"}}'
+                if self.is_said
+                else "beside the first number: give all cells the same unit"
+            )
+        elif not beside and not self.is_said:
+            expected = f'"{self.unit}" beside it, as beside others; if that is its unit: '
+            expected += f'{self.name} = {{column = ..., unit = "{self.unit}"}}'
+        else:
+            return True
+        self.fault(line, shown(cell), expected)
+        return False
+
     def numbers(self, missing: Sequence[Any]) -> tuple[list[float], str]:
         """All of them, NaN for what is missing, and since when moments count."""
         result: list[float] = []
         since: set[str] = set()
         is_moment = FIELD[self.name].kind == "moment"
-        for row, line in zip(self.source.rows, self.source.lines, strict=True):
-            cell = row[self.place]
-            if type(cell) is float and not missing and cell > 0 and not is_moment:
+        cells = self.source.cells(self.place)
+        units = units_beside(cells, self.source.signs)
+        has_units = any(units)
+        for cell, beside, line in zip(cells, units, self.source.lines, strict=True):
+            is_plain = type(cell) is float and cell > 0 and not is_moment
+            if is_plain and not missing and not has_units:
                 result.append(cell)
             elif is_empty(cell) or (missing and is_one_of(cell, missing, self.source.signs)):
                 result.append(np.nan)
             else:
                 found = self.moment(cell, line)
                 since.add(found.since)
-                result.append(self.in_unit(found, line))
+                if has_units and not (
+                    np.isnan(found.seconds) or self.has_right_unit(cell, beside, line)
+                ):
+                    result.append(np.nan)
+                else:
+                    result.append(self.in_unit(found, line))
         if len(since) > 1 and is_moment:
             text = "found numbers, times of day and dates together, expected one of them"
             name = self.source.name_of(self.place)
@@ -269,11 +301,11 @@ def _values(
     name: str, column: ColumnMap, source: Source, place: int, map_: TableMap, faults: Faults
 ) -> tuple[list[float], str, str]:
     """The values of a column, the unit they are in, and since when moments count."""
-    said = _unit_of(name, column, source, place, map_, faults)
+    said, is_said = _unit_of(name, column, source, place, faults)
     conversion = None if factor_to(said, FIELD[name].unit) else conversion_of(name, said)
     target = FIELD[name].unit if conversion is None else conversion.given
     missing = map_.get("", "missing", ()) if column.missing is None else column.missing
-    reader = _Reader(name, column, said, source, place, faults)
+    reader = _Reader(name, column, said, is_said, source, place, faults)
     values, since = reader.numbers(missing)
     scale = factor_to(said, target) or 1.0
     array = np.array(over_midnight(values) if since == "clock" and scale == 1.0 else values)
@@ -327,13 +359,6 @@ def _frame_of_source(
 ) -> pd.DataFrame:
     count = len(source.rows)
     by = map_.feet_by
-    common = {
-        "walk": _key_texts(source, map_.get("", "walk", ()), map_, faults, is_walk=True),
-        "breaks": _key_texts(source, map_.get("", "breaks", ()), map_, faults, is_walk=False),
-        "source": [number] * count,
-        "line": source.lines,
-        "place": list(range(count)),
-    }
     feet: list[str | None] = [None] * count
     if by == "column":
         feet = _feet_by_column(source, map_, faults)
@@ -343,6 +368,14 @@ def _frame_of_source(
         feet = [_foot_of_name(source, map_, faults)] * count
     elif by == "only":
         feet = [map_.get("feet", "only")] * count
+    common = {
+        "walk": _key_texts(source, "walk", feet, map_, faults),
+        "breaks": _key_texts(source, "breaks", feet, map_, faults),
+        "source": [number] * count,
+        "line": source.lines,
+        "place": list(range(count)),
+        "event": events_of(source, map_, faults),
+    }
     frames = []
     for foot in FEET if by == "columns" else ("",):
         names_of = foot or "left"
@@ -360,7 +393,8 @@ def _frame_of_source(
 
 def _not_read(rows: Rows, map_: TableMap) -> None:
     """Notes which columns no part of the map names."""
-    special = {*map_.get("", "walk", ()), *map_.get("", "breaks", ()), map_.get("feet", "column")}
+    special = {map_.get("feet", "column"), map_.get("events", "column")}
+    special |= {column_of(name) for key in ("walk", "breaks") for name in map_.get("", key, ())}
     special |= {condition.get("column") for condition in (*map_.skip, *map_.exclude)}
     seen = set()
     for number, source in enumerate(rows.sources):
@@ -398,11 +432,14 @@ def _check_feet(map_: TableMap, sources: Sequence[Source], faults: Faults) -> No
         text += '"{foot} stride time", or gct = {left = ..., right = ...}'
     if text:
         faults.add(map_.error("feet", "", f"[feet] {text}"))
-    if len(sources) > 1 and not map_.get("", "walk"):
-        is_one = by == "sheets" or (by == "files" and len(sources) == 2)
+    if len(sources) > 1 and all(is_part(name) for name in map_.get("", "walk", ())):
+        words = {str(word).casefold() for foot in FEET for word in map_.words_of(foot)}
+        is_said = by == "sheets" and words >= {one.origin.sheet.casefold() for one in sources}
+        is_one = is_said or (by in ("sheets", "files") and len(sources) == 2)
         if not is_one:
             text = f"walk: found {len(sources)} tables, expected a word on which walk each is: "
-            text += 'walk = ["{file}"] for a walk each, or the columns that tell walks apart'
+            each = "{sheet}" if sources[0].origin.sheet else "{file}"
+            text += f'walk = ["{each}"] for a walk each, or the columns that tell walks apart'
             faults.add(map_.error("", "walk", text))
 
 

@@ -6,6 +6,7 @@ import re
 from collections.abc import Sequence
 from dataclasses import dataclass, field
 from functools import cached_property
+from itertools import groupby
 from typing import Any
 
 import numpy as np
@@ -51,6 +52,7 @@ class Source:
         names: the columns' names; empty ones have none.
         units: the units of a row beneath the names, by column.
         headings: the foot of each line, where a line above it names one.
+        blanks: the lines that hold nothing.
     """
 
     origin: Origin
@@ -60,6 +62,7 @@ class Source:
     lines: list[int]
     signs: Signs = field(default_factory=Signs)
     headings: dict[int, str] = field(default_factory=dict)
+    blanks: list[int] = field(default_factory=list)
 
     @cached_property
     def _places(self) -> dict[str, list[int]]:
@@ -94,16 +97,6 @@ class Source:
 # ---- Names
 
 
-def _wanted_names(map_: TableMap) -> list[str]:
-    names = [
-        name for column in map_.columns.values() for foot in FEET for name in column.names[foot]
-    ]
-    names += map_.get("", "walk", ()) + map_.get("", "breaks", ()) + map_.get("", "fill_down", ())
-    names += [map_.get("feet", "column")] if map_.get("feet", "column") else []
-    names += [c["column"] for c in (*map_.skip, *map_.exclude) if "column" in c]
-    return [name for name in dict.fromkeys(names) if not re.fullmatch(r"#\d+|\{\w+\}", name)]
-
-
 def _joined(rows: Sequence[Sequence[Any]]) -> list[str]:
     """Names over several rows; in all but the last, an empty cell repeats the one to its left."""
     width = max(map(len, rows))
@@ -130,7 +123,7 @@ def _header_at(grid: Grid, wanted: Sequence[str], depth: int) -> tuple[int, int]
 
 def _named(grid: Grid, map_: TableMap, faults: Faults) -> tuple[list[str], int] | None:
     """The names of a grid's columns, and the number of rows above the first of the table."""
-    wanted = _wanted_names(map_)
+    wanted = map_.names
     given = map_.get("table", "header")
     depth = max(1, map_.get("table", "header_rows", 1))
     width = max(map(len, grid.rows), default=0)
@@ -160,6 +153,7 @@ def _named(grid: Grid, map_: TableMap, faults: Faults) -> tuple[list[str], int] 
         where = grid.origin.rows_in_words(grid.lines[:1])
         text = f"found none of the columns that the map names; {where} holds {first or 'nothing'}. "
         text += "Expected their names as the table has them, or #1, #2, ... by place"
+        text += "; [table] sheet names the sheets to read" if grid.origin.sheet else ""
         faults.add(grid.origin.error(None, None, text))
         return None
     return _joined(grid.rows[start : start + depth]), start + depth
@@ -207,7 +201,7 @@ def _without_headings(grid: Grid, map_: TableMap, faults: Faults) -> tuple[Grid,
                 feet[line] = headings[-1][1]
     if map_.feet_by == "headings":
         rows, lines = [grid.rows[n] for n in kept], [grid.lines[n] for n in kept]
-        return Grid(grid.origin, rows, lines), feet
+        return Grid(grid.origin, rows, lines, blanks=grid.blanks), feet
     if map_.feet_by != "column" and {foot for _, foot in headings} == set(FEET):
         found = "the word for a foot alone in a line"
         for line, _ in headings:
@@ -241,7 +235,7 @@ def source_of(grid: Grid, map_: TableMap, faults: Faults) -> Source | None:
         if not may_be or [plain("" if cell is None else cell) for cell in cells] != header:
             rows.append(cells)
             lines.append(line)
-    return Source(grid.origin, names, units, rows, lines, headings=headings)
+    return Source(grid.origin, names, units, rows, lines, headings=headings, blanks=grid.blanks)
 
 
 def _fill_down(source: Source, map_: TableMap) -> None:
@@ -303,9 +297,16 @@ def _numbers(source: Source, place: int) -> NDArray[np.float64]:
     return np.array([one[0] if isinstance(one, tuple) else one for one in found], dtype=float)
 
 
+def _is_same(one: NDArray[np.float64], two: NDArray[np.float64]) -> bool:
+    """Whether one column is all but a multiple of another."""
+    there = np.isfinite(one) & np.isfinite(two)
+    return there.sum() > 2 and bool(abs(np.corrcoef(one[there], two[there])[0, 1]) > 0.98)
+
+
 def _means_in(source: Source, columns: Sequence[NDArray[np.float64]], at: int) -> list[int]:
     """The columns in which a row has the mean of those above it; empty where that is chance."""
-    chance, places = 1.0, []
+    chance = 1.0
+    places: list[int] = []
     for place, column in enumerate(columns):
         cell = source.rows[at][place]
         here, values = _printed(cell, source.signs), column[:at]
@@ -321,8 +322,10 @@ def _means_in(source: Source, columns: Sequence[NDArray[np.float64]], at: int) -
             decimals = max(decimals, *(one[1] for one in above if one is not None), 0)
         spread, step = float(values.std(ddof=1)), 10.0**-decimals
         if spread > 0 and abs(values.mean() - here[0]) <= 0.5001 * step:
+            # What another column tells already, as stance does of swing, is no more chance.
+            is_told = any(_is_same(column[:at], columns[one][:at]) for one in places)
             places.append(place)
-            chance *= min(1.0, step / (2 * spread))
+            chance *= 1.0 if is_told else min(1.0, step / (2 * spread))
     return places if len(places) > 1 and chance < _BY_CHANCE else []
 
 
@@ -445,13 +448,45 @@ def _form_in_words(grid: Grid, wanted: Sequence[str]) -> str:
     return ""
 
 
+def _with_word_on_sheets(grids: list[Grid], map_: TableMap, faults: Faults) -> list[Grid]:
+    """Leaves out the sheets of a workbook that has several, where the map does not say which."""
+    is_said = map_.get("table", "sheet") or map_.feet_by == "sheets"
+    if is_said or "{sheet}" in map_.get("", "walk", ()):
+        return grids
+    kept = []
+    for file, found in groupby(grids, key=lambda grid: grid.origin.file):
+        book = list(found)
+        if len(book) == 1:
+            kept += book
+            continue
+        most = [_header_at(grid, map_.names, 1)[1] for grid in book]
+        names = [
+            shown(grid.origin.sheet)
+            for grid, count in zip(book, most, strict=True)
+            if count and count == max(most)
+        ] or [shown(grid.origin.sheet) for grid in book]
+        text = f"found {len(book)} sheets ({listed(shown(grid.origin.sheet) for grid in book)}), "
+        text += "expected a word on which to read: "
+        if len(names) == 1:
+            text += f"{names[0]} alone has the map's columns: [table] sheet = {names[0]}"
+        else:
+            text += f"[table] sheet = {names[0]} for one; where each is a walk, [table] sheet = "
+            text += f'[{listed(names)}] with walk = ["{{sheet}}"]'
+            if not map_.feet_by:
+                text += '; where each is a foot, [feet] by = "sheets" with left = '
+                text += f"{names[0]}, right = {names[1]}"
+        name = book[0].origin.name.removesuffix(f", sheet {book[0].origin.sheet}")
+        faults.add(Origin(name, False, file).error(None, None, text))
+    return kept
+
+
 def read_sources(
     tables: Sequence[Any], map_: TableMap, faults: Faults
 ) -> tuple[list[Source], list[str]]:
     """Reads tables, and returns them with notes on what was left out."""
     sources = []
     notes = []
-    for grid in all_grids(tables, map_, faults):
+    for grid in _with_word_on_sheets(all_grids(tables, map_, faults), map_, faults):
         source = source_of(grid, map_, faults)
         if source is None:
             continue

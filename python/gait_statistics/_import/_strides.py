@@ -11,10 +11,18 @@ import pandas as pd
 from numpy.typing import NDArray
 
 from .._errors import InputError
-from ._doubts import check_ends, doubt_of_durations
+from ._doubts import (
+    STEPS_ALONE,
+    check_ends,
+    doubt_of_durations,
+    doubt_of_long_strides,
+    doubts_of_step_times,
+)
+from ._events import contacts_of, has_order
 from ._fields import CONVERSIONS, DERIVATION, DERIVATIONS, FIELD
 from ._map import FEET, TableMap
-from ._places import Faults, Origin, counted, listed
+from ._parts import BLANK_ROW, changes_at, column_of, has_blank_above, is_part, restart_of, walks_in
+from ._places import Faults, Origin, counted, listed, shown
 from ._rows import OTHER, Rows
 
 Numbers = NDArray[np.float64]
@@ -146,6 +154,25 @@ def _end_to_end(frame: pd.DataFrame, strides: Strides) -> None:
     end = frame.groupby("foot")["gct"].cumsum()
     frame["hs"], frame["end"] = end - frame["gct"], end
     strides.derived.append("first_sample, last_sample: durations of the foot, end to end from 0")
+
+
+def _doubt_of_one_walk(frame: pd.DataFrame, rows: Rows, map_: TableMap, strides: Strides) -> None:
+    """Warns where a number begins anew in a table whose times cannot tell walks apart."""
+    keys = (*map_.get("", "walk", ()), *map_.get("", "breaks", ()))
+    if any(map(is_part, keys)):
+        return
+    for _, part in frame.groupby(["source", "foot"], sort=False):
+        source = rows.sources[int(part["source"].iloc[0])]
+        used = {name for (one, _, _), name in rows.columns.items() if source is rows.sources[one]}
+        found = walks_in(part, source, [*used, *keys])
+        if found:
+            text = "found a number that begins anew, expected one walk: in the map, walk = "
+            text += (
+                f'["{found}"] makes walks of the parts; breaks = ["{found}"] says that they are '
+            )
+            text += "one"
+            strides.doubts.append(source.origin.error(None, column_of(found), text))
+            return
 
 
 def _in_samples(frame: pd.DataFrame, name: str, rows: Rows, strides: Strides) -> Numbers:
@@ -355,6 +382,8 @@ def _check_places(
         text = "[columns]: found no word on when a stride begins and ends, expected hs (its strike)"
         text += " and gct or end; or first_sample and last_sample; or, where there are durations "
         text += 'alone, times = "end to end" at the top of the map'
+        if "step_time" in frame and "gct" not in frame:
+            text += f". {STEPS_ALONE}"
         faults.add(map_.error("columns", "", text))
         return False
     names = [name for name in ("hs", "end", "gct", "first_sample", "last_sample") if name in frame]
@@ -384,6 +413,26 @@ def _check_places(
     return not len(lost) and not len(before_zero) and not len(too_late)
 
 
+def _what_parts(foot: pd.DataFrame, falls: Sequence[int], rows: Rows, map_: TableMap) -> str:
+    """What a map says to begin walks at some rows: columns, or what begins anew there."""
+    number = int(foot["source"].iloc[falls[0]])
+    source = rows.sources[number]
+    lines_of_falls = [foot["line"].tolist()[at] for at in falls]
+    foot = foot[foot["source"] == number]
+    lines = foot["line"].tolist()
+    used = [name for (one, _, _), name in rows.columns.items() if one == number]
+    changed = [changes_at(source, line, lines, used) for line in lines_of_falls if line in lines]
+    found = sorted({name for name in changed if name}, key=lambda name: source.places(name))
+    if not found and has_blank_above(source, lines_of_falls[0], lines):
+        found = [BLANK_ROW]
+    if not found:
+        times = ("hs", "first_sample", "end", "last_sample")
+        name = next((name for name in times if name in map_.columns), "hs")
+        name = rows.columns.get((number, name, foot["foot"].iloc[0]), name)
+        found = [walks_in(foot, source, used) or restart_of(name)]
+    return listed(shown(name) for name in dict.fromkeys([*map_.get("", "walk", ()), *found]))
+
+
 def _in_order(frame: pd.DataFrame, rows: Rows, map_: TableMap, faults: Faults) -> pd.DataFrame:
     """Left before right; in order of time where the map says so."""
     is_right = frame["foot"] == "right"
@@ -396,12 +445,14 @@ def _in_order(frame: pd.DataFrame, rows: Rows, map_: TableMap, faults: Faults) -
         part = np.flatnonzero(frame["foot"] == foot)
         first = _column(frame, "first_sample")[part]
         duration = np.nanmedian(_column(frame, "last_sample")[part] - first) if len(part) else 0.0
-        for at in np.flatnonzero(np.diff(first) < -_FALL * duration):
-            origin, line = _origin(rows, frame, int(part[at + 1]))
+        falls = (np.flatnonzero(np.diff(first) < -_FALL * duration) + 1).tolist()
+        how = _what_parts(frame.iloc[part], falls, rows, map_) if falls else ""
+        expected = f"strides in order of time: where another walk begins, walk = [{how}] parts "
+        expected += "walks, or the columns that tell them apart; where times begin anew within a "
+        expected += "walk, breaks; sort = true puts strides of one walk in order"
+        for at in falls:
+            origin, line = _origin(rows, frame, int(part[at]))
             found = f"a {foot} stride that begins before the one above it"
-            expected = "strides in order of time: does the table hold several walks? walk = [...] "
-            expected += "names the columns that tell them apart; or times begin anew: walk, or "
-            expected += "breaks; sort = true puts strides of one walk in order"
             faults.add_cell(origin, line, None, found, expected)
     return frame
 
@@ -420,7 +471,16 @@ def _with_events(
         faults.add(map_.error("", "sampling_rate", text))
         return None
     _moments(frame, rows, map_, strides)
-    is_footfalls = map_.get("", "rows") == "footfalls"
+    is_of_events = map_.get("events", "column") is not None
+    is_footfalls = is_of_events or map_.get("", "rows") == "footfalls"
+    if is_of_events:
+        if map_.get("", "sort"):
+            frame = frame.sort_values("hs", kind="stable").reset_index(drop=True)
+        if not has_order(frame, rows.sources, faults):
+            return None
+        frame, notes = contacts_of(frame)
+        strides.derived.append("lift_off: the event between two strikes of a foot")
+        strides.notes += notes
     for name, column in map_.columns.items():
         if column.row != "this" and name in frame and (is_footfalls or name in _EVENTS):
             frame[name] = _shifted(frame, name, column.row)
@@ -433,12 +493,15 @@ def _with_events(
     if rows.units.get("gct") == "samples":
         frame["gct"] = frame["gct"] / strides.given_rate
     if map_.get("", "times") == "end to end" and "gct" in frame:
+        _doubt_of_one_walk(frame, rows, map_, strides)
+        strides.doubts += doubts_of_step_times(frame, rows)
         _end_to_end(frame, strides)
     check_ends(frame, rows, map_, faults)
     _samples(frame, rows, strides)
-    doubt = doubt_of_durations(frame, rows, map_, strides.rate)
-    if doubt is not None:
-        strides.doubts.append(doubt)
+    doubts = [doubt_of_durations(frame, rows, map_, strides.rate)]
+    if is_footfalls and "gct" not in map_.columns:
+        doubts.append(doubt_of_long_strides(frame, rows))
+    strides.doubts += [doubt for doubt in doubts if doubt is not None]
     if not len(frame):
         text = f"walk {strides.name}: found no stride in it, expected at least one"
         faults.add(map_.error("", "", text))

@@ -5,30 +5,48 @@ from __future__ import annotations
 import itertools
 import json
 import re
+import textwrap
 from collections.abc import Sequence
 from dataclasses import dataclass, field, replace
 from statistics import median
 from typing import Any
 
 import numpy as np
+import pandas as pd
 
 from .._errors import InputError
-from ._cells import dates_of, has_open_date, is_empty, moment_of, number_of, signs_of, text_of_cell
-from ._doubts import is_end_of_next
+from ._cells import (
+    Signs,
+    dates_of,
+    has_open_date,
+    has_several_numbers,
+    is_empty,
+    moment_of,
+    number_of,
+    signs_of,
+    text_of_cell,
+)
+from ._doubts import STEPS_ALONE, is_end_of_next
+from ._events import known_event
 from ._fields import FIELD, FOOT_WORDS, MORE_FOOT_WORDS, NEVER_ZERO, SIGNED
 from ._grids import Grid, all_grids, named_tables, turned
 from ._guess import (
     CODES_FOR_MISSING,
+    Known,
     is_numeric,
+    is_of_samples,
     median_bounds,
     numbers_of,
     placed_by_name,
+    rises,
+    said_unit,
     unit_for,
 )
 from ._map import FEET, TableMap
+from ._parts import BLANK_ROW, falls_in, has_blank_above, restart_of, walks_in
 from ._places import Faults, counted, listed
 from ._rows import OTHER
-from ._sources import Source, source_of, totals_of
+from ._sources import Source, source_of, totals_of, units_beneath
 from ._units import factor_to, unit_in_name
 
 _FOOT_NAME = re.compile(
@@ -59,6 +77,8 @@ class _Suggestion:
     top: dict[str, str] = field(default_factory=dict)
     table: dict[str, str] = field(default_factory=dict)
     feet: dict[str, str] = field(default_factory=dict)
+    events: dict[str, str] = field(default_factory=dict)
+    has_lift_offs: bool = False
     columns: dict[str, str] = field(default_factory=dict)
     remarks: list[str] = field(default_factory=list)
     skip: list[str] = field(default_factory=list)
@@ -79,6 +99,8 @@ def _is_number(cell: Any) -> bool:
     if is_empty(cell):
         return False
     signs = signs_of([cell])
+    if has_several_numbers(cell):
+        return True
     return signs is None or moment_of(cell, replace(signs, dates="day first")) is not None
 
 
@@ -86,6 +108,7 @@ def _header_line(grid: Grid) -> int:
     """The line of the names; 0 where there are none."""
     widths = [sum(not is_empty(cell) for cell in row) for row in grid.rows]
     typical = median(widths)
+    best, most = 0, 0
     for number, row in enumerate(grid.rows[:50]):
         filled = [cell for cell in row if not is_empty(cell)]
         if len(filled) < max(2, typical / 2) or any(map(_is_number, filled)):
@@ -97,9 +120,12 @@ def _header_line(grid: Grid) -> int:
                 return 0
             continue
         below = grid.rows[number + 1 : number + 4]
-        if any(sum(map(_is_number, later)) >= 0.4 * len(filled) for later in below):
-            return grid.lines[number]
-    return 0
+        has_numbers = any(sum(map(_is_number, later)) >= 0.3 * len(filled) for later in below)
+        is_of_units = number > 0 and best == grid.lines[number - 1] and units_beneath(row)
+        # A summary above the table has names, too, but fewer.
+        if has_numbers and len(filled) > most and not is_of_units:
+            best, most = grid.lines[number], len(filled)
+    return best
 
 
 # ---- Columns
@@ -175,8 +201,60 @@ def _foot_column(source: Source, said: _Suggestion) -> bool:
     return False
 
 
+def _event_column(source: Source, said: _Suggestion) -> None:
+    """Finds the column that says which event a row is, and what it says of feet."""
+    for place in range(source.width):
+        texts = [text_of_cell(cell) for cell in source.cells(place) if not is_empty(cell)]
+        kinds = {word: known_event(word) for word in dict.fromkeys(texts)}
+        known = [word for word, kind in kinds.items() if kind]
+        if len(kinds) > 12 or sum(text in known for text in texts) < 0.5 * len(source.rows):
+            continue
+        if "strike" not in kinds.values() or len(known) < 2:
+            continue
+        name = _reference(source, place)
+        said.events["column"] = _quoted(name)
+        said.has_lift_offs = "lift_off" in kinds.values()
+        said.used.add(place)
+        others = [word for word in kinds if word not in known]
+        if others:
+            said.skip = [f"column = {_quoted(name)}", f"is = {_quoted(others)}  # other events"]
+        if not said.feet:
+            _feet_of_events(name, known, said)
+        return
+
+
+def _feet_of_events(name: str, words: Sequence[str], said: _Suggestion) -> None:
+    """The words for each foot where an event's name says it: "LHS"."""
+    letters = {"l": "left", "r": "right"}
+    feet = {word: _foot_of_word(word) or letters.get(word[0].casefold()) for word in words}
+    if set(feet.values()) == set(FEET):
+        said.feet["column"] = _quoted(name)
+        for foot in FEET:
+            own = [word for word in words if feet[word] == foot]
+            if not all(re.search(rf"\b{foot}\b", word, re.IGNORECASE) for word in own):
+                said.feet[foot] = _quoted(own)
+
+
+def _times_of_events(source: Source, said: _Suggestion) -> None:
+    """The column with the times of events, which may be samples."""
+    rising = [p for p in range(source.width) if p not in said.used and rises(source, p)]
+    if not {"hs", "first_sample"} & said.columns.keys() and rising:
+        said.columns["hs"] = _quoted(_reference(source, rising[0])) + "  # by its values: confirm"
+        said.places["hs"] = rising[0]
+        said.used.add(rising[0])
+    counted_as_samples = said.columns.pop("first_sample", None)
+    name = counted_as_samples or said.columns.get("hs", "")
+    if counted_as_samples or ("hs" in said.places and is_of_samples(source, said.places["hs"])):
+        said.columns["hs"] = f'{{column = {name.partition("  #")[0]}, unit = "samples"}}'
+        said.top["# sampling_rate"] = "???   # fill in: the table counts samples"
+
+
 def _foot_token(name: str) -> tuple[str, str, str] | None:
     """The foot that a name says, its word, and the name with {foot} in place of it."""
+    event = re.fullmatch(r"([LR])((?:HS|IC|FS|HC|TO|FC|FO)\b.*)", name, re.IGNORECASE)
+    if event:
+        foot = "left" if event[1].casefold() == "l" else "right"
+        return foot, event[1], "{foot}" + event[2]
     for foot in FEET:
         for word in sorted(_FOOT_WORDS[foot], key=len, reverse=True):
             if word in ("g", "d"):
@@ -201,10 +279,21 @@ def _foot_columns(source: Source, said: _Suggestion) -> dict[str, int]:
             found.setdefault(token[2], {})[token[0]] = (place, token[1])
     both = {name: feet for name, feet in found.items() if len(feet) == 2}
     if not both:
-        return {}
+        return _twins(source, said)
     for foot in FEET:
         said.feet[foot] = _quoted(next(iter(both.values()))[foot][1])
     return {name: feet["left"][0] for name, feet in both.items()}
+
+
+def _twins(source: Source, said: _Suggestion) -> dict[str, int]:
+    """Names that come again with ".1", which may be the other foot's."""
+    places = {name: place for place, name in enumerate(source.names)}
+    twins = {f"{name}{{foot}}": places[name] for name in places if name and f"{name}.1" in places}
+    if len(twins) > 1:
+        said.remarks.append("feet: columns come again with .1; are these the other foot's?")
+        said.feet["# left"] = '""'
+        said.feet["# right"] = '".1"   # confirm and take each first # away, or exchange the two'
+    return twins if len(twins) > 1 else {}
 
 
 def _feet_elsewhere(sources: Sequence[Source], said: _Suggestion) -> None:
@@ -213,9 +302,10 @@ def _feet_elsewhere(sources: Sequence[Source], said: _Suggestion) -> None:
         tokens = [_foot_token(name) for name in names]
         if any(tokens):
             said.feet["by"] = _quoted(by + "s")
+            is_sheet_each = by == "sheet" and len(sources) == len(FEET)
             for name, token in zip(names, tokens, strict=True):
                 if token:
-                    said.feet[token[0]] = _quoted(name if by == "sheet" else token[1])
+                    said.feet[token[0]] = _quoted(name if is_sheet_each else token[1])
             return
     said.remarks.append("feet: no column says which foot. Choose one of these")
     said.feet["# first"] = '"left"   # rows alternate, and this is the first of each walk'
@@ -225,28 +315,49 @@ def _feet_elsewhere(sources: Sequence[Source], said: _Suggestion) -> None:
 # ---- The map
 
 
+def _median_at(source: Source, place: int | None) -> float | None:
+    """The median of a column, without codes for missing values."""
+    numbers = [] if place is None else numbers_of(source, place)
+    values = [value for value in numbers if value not in CODES_FOR_MISSING]
+    return median(values) if values else None
+
+
+def _known(source: Source, placed: dict[str, int]) -> Known:
+    """What the columns that were placed tell of the others' units."""
+    known = Known(median_bounds())
+    gct, swing, stance = (
+        _median_at(source, placed.get(name)) for name in ("gct", "swing", "stance")
+    )
+    if gct is not None:
+        unit, _ = unit_for("gct", source, placed["gct"], known)
+        known = replace(known, stride=gct * (factor_to(unit, "s") or 1.0))
+    both = swing + stance if swing is not None and stance is not None else None
+    return replace(known, shares=both)
+
+
 def _place_columns(source: Source, said: _Suggestion, pairs: dict[str, int]) -> None:
-    bounds = median_bounds()
     own = {place: name for name, place in pairs.items()}
     tokens = {place for place, name in enumerate(source.names) if name and _foot_token(name)}
+    twins = {place for place, name in enumerate(source.names) if f"{name[:-2]}{{foot}}" in pairs}
+    tokens |= twins if pairs else set()
+    said.used |= twins
     names = [
-        (place, name)
+        (place, own.get(place, name).replace("{foot}", " "))
         for place, name in enumerate(source.names)
         if name and place not in said.used and (place in own or not pairs or place not in tokens)
     ]
     placed = placed_by_name(source, names)
-    durations = None
-    if "gct" in placed:
-        unit, _ = unit_for("gct", source, placed["gct"], bounds, None)
-        values = [v for v in numbers_of(source, placed["gct"]) if v not in CODES_FOR_MISSING]
-        durations = median(values) * (factor_to(unit, "s") or 1.0) if values else None
+    known = _known(source, placed)
     for field_name in FIELD:
         if field_name not in placed:
             continue
         place = placed[field_name]
-        unit, remark = unit_for(field_name, source, place, bounds, durations)
-        said_unit = unit_in_name(source.names[place]) or source.units.get(place)
-        is_said = bool(said_unit) and said_unit == unit
+        unit, remark = unit_for(field_name, source, place, known)
+        by_gaps = _unit_by_gaps(source, place, said, known.stride)
+        if field_name in ("hs", "end") and not said_unit(source, place) and by_gaps:
+            unit, remark = by_gaps, "" if by_gaps == "s" else "a guess by its distances: confirm"
+        above = unit_in_name(source.names[place]) or source.units.get(place)
+        is_said = bool(above) and above == unit
         numbers = numbers_of(source, place)
         if field_name == "gct" and len(numbers) > 3 and len(set(numbers)) == 1:
             remark = (f"{remark}; " if remark else "") + "the same in all rows: is it measured?"
@@ -255,39 +366,58 @@ def _place_columns(source: Source, said: _Suggestion, pairs: dict[str, int]) -> 
         scale = factor_to(unit, "s") if field_name == "gct" else None
         said.numbers[field_name] = [v * (scale or 1.0) for v in numbers_of(source, place)]
         said.places[field_name] = place
+        if field_name in ("hs", "end"):
+            _say_from_the_first(source, place, unit, said)
         said.used.add(place)
         if pairs and place in own:
             said.used |= {
                 p for p in tokens if (t := _foot_token(source.names[p])) and t[2] == own[place]
             }
         _look_for_missing(field_name, source, place, said)
-    _times_by_value(source, said, durations)
+    _times_by_value(source, said, known.stride)
+
+
+def _unit_by_gaps(
+    source: Source, place: int, said: _Suggestion, stride: float | None
+) -> str | None:
+    """The unit in which the distances of a foot's moments are its strides; None: they are none."""
+    feet = _feet_of_rows(source, said)
+    cells = [moment_of(cell, source.signs) for cell in source.cells(place)]
+    moments = [
+        [one.seconds for one, foot in zip(cells, feet, strict=True) if one and foot == this]
+        for this in dict.fromkeys(feet)
+    ]
+    gaps = [b - a for values in moments for a, b in itertools.pairwise(values)]
+    if stride is None or len(set(gaps)) < 3:
+        return None
+    for unit in ("s", "ms"):
+        if abs(median(gaps) * (factor_to(unit, "s") or 1.0) / stride - 1) < 0.1:
+            return unit
+    return None
 
 
 def _times_by_value(source: Source, said: _Suggestion, stride: float | None) -> None:
     """Finds moments of strikes by their distance, which is that of the strides."""
     if stride is None or {"hs", "end", "first_sample"} & said.columns.keys():
         return
-    feet = _feet_of_rows(source, said)
     for place in range(source.width):
-        if place in said.used or not is_numeric(source, place):
-            continue
-        cells = [moment_of(cell, source.signs) for cell in source.cells(place)]
-        moments = [
-            [one.seconds for one, foot in zip(cells, feet, strict=True) if one and foot == this]
-            for this in dict.fromkeys(feet)
-        ]
-        gaps = [b - a for values in moments for a, b in itertools.pairwise(values)]
-        for unit in ("s", "ms"):
-            scale = factor_to(unit, "s") or 1.0
-            if len(set(gaps)) > 2 and abs(median(gaps) * scale / stride - 1) < 0.1:
-                column = _column_text(_reference(source, place), "hs", unit, False, "by its values")
-                said.columns = {"hs": column, **said.columns}
-                said.used.add(place)
-                first = next(one for one in cells if one)
-                if first.seconds * scale > _LONG_AGO and not first.since:
-                    said.top["times"] = '"from the first"'
-                return
+        unit = None
+        if place not in said.used and is_numeric(source, place):
+            unit = _unit_by_gaps(source, place, said, stride)
+        if unit:
+            column = _column_text(_reference(source, place), "hs", unit, False, "by its values")
+            said.columns = {"hs": column, **said.columns}
+            said.used.add(place)
+            _say_from_the_first(source, place, unit, said)
+            return
+
+
+def _say_from_the_first(source: Source, place: int, unit: str, said: _Suggestion) -> None:
+    """Says that times count from the first one, where they count from long ago."""
+    cells = (moment_of(cell, source.signs) for cell in source.cells(place))
+    first = next((one for one in cells if one), None)
+    if first and not first.since and first.seconds * (factor_to(unit, "s") or 1.0) > _LONG_AGO:
+        said.top["times"] = '"from the first"'
 
 
 def _look_for_missing(field_name: str, source: Source, place: int, said: _Suggestion) -> None:
@@ -316,10 +446,30 @@ def _say_walks(sources: Sequence[Source], said: _Suggestion) -> None:
             said.used.add(place)
     if names:
         said.top["walk"] = _quoted(names)
-    elif len(sources) > 2 and said.feet.get("by") == '"files"':
-        said.top["walk"] = '["{file}"]'
+    elif len(sources) > 2 and said.feet.get("by") in ('"files"', '"sheets"'):
+        said.top["walk"] = _quoted([f"{{{said.feet['by'][1:-2]}}}"])
     elif len(sources) > 1 and said.feet.get("by") not in ('"sheets"', '"files"'):
         said.top["walk"] = '["{sheet}"]' if sources[0].origin.sheet else '["{file}"]'
+
+
+def _say_parts(source: Source, said: _Suggestion) -> None:
+    """Walks that only a number tells apart which begins anew, or times that do."""
+    if "walk" in said.top or not said.places or source.headings:
+        return
+    feet = _feet_of_rows(source, said)
+    rows = [row for row, foot in enumerate(feet) if foot == feet[0]]
+    used = [source.name_of(place) for place in said.places.values()]
+    lines = [source.lines[row] for row in rows]
+    found = walks_in(pd.DataFrame({"line": lines}), source, used)
+    for name in ("hs", "first_sample", "end"):
+        if not found and name in said.places:
+            falls = falls_in(source, said.places[name], rows)
+            if falls and has_blank_above(source, source.lines[falls[0]], lines):
+                found = BLANK_ROW
+            elif 0 < len(falls) < len(rows) / 4:
+                found = restart_of(_reference(source, said.places[name]))
+    if found:
+        said.top["walk"] = _quoted([found]) + "  # is each part a walk?"
 
 
 def _feet_of_rows(source: Source, said: _Suggestion) -> list[str]:
@@ -391,6 +541,11 @@ def _say_others(source: Source, said: _Suggestion) -> list[str]:
             what = listed(_quoted(word[:20]) for word in words[:3])
             what += ", ..." if len(words) > 3 else ""
         lines.append(f"#   {_quoted(name)}: {what}")
+        if all(map(has_several_numbers, filled)):
+            lines.append("#     several numbers in a cell; a row for each stride is needed: split")
+            lines.append(
+                "#     the cells first, with pandas.Series.str.split and DataFrame.explode"
+            )
         if _EXCLUDE_NAME.search(name):
             lines.append(f"#     [[exclude]] column = {_quoted(name)}, is = ..., reason = ...")
             lines.append("#     would leave strides out of the statistics")
@@ -424,20 +579,23 @@ def _relations(source: Source) -> list[str]:
 
 def _derivable(said: _Suggestion) -> list[str]:
     there = set(said.columns)
+    if said.events:
+        of_lift_offs = ["contact", "stance", "swing"] if said.has_lift_offs else []
+        return ["gct", *of_lift_offs, "cadence", "step_time", *["ds"] * said.has_lift_offs]
     wanted = []
     if "gct" not in there and ({"first_sample", "last_sample"} <= there or "hs" in there):
         wanted.append("gct")
+    if "contact" not in there and {"stance", "swing", "lift_off"} & there:
+        wanted.append("contact")
     for name, needs in (
+        ("stance", {"swing", "lift_off", "contact"}),
         ("swing", {"stance"}),
-        ("stance", {"swing"}),
         ("cadence", {"gct"}),
         ("speed", {"slength"}),
         ("slength", {"speed"}),
     ):
         if name not in there and needs & (there | set(wanted)):
             wanted.append(name)
-    if "contact" not in there and {"stance", "swing", "lift_off"} & there:
-        wanted.append("contact")
     return wanted
 
 
@@ -446,6 +604,16 @@ def _section(title: str, values: dict[str, str]) -> list[str]:
         return []
     head = ["", f"[{title}]"] if title else []
     return head + [f"{name} = {value}" for name, value in values.items()]
+
+
+def _guessed_signs(source: Source) -> Signs:
+    """What commas may be that stand before three digits: "700" beside "1,050" is no fraction."""
+    for place in range(source.width):
+        texts = [cell for cell in source.cells(place) if isinstance(cell, str)]
+        has_commas = any(re.fullmatch(r"\d{1,3},\d{3}", text) for text in texts)
+        if has_commas and any(re.fullmatch(r"[1-9]\d\d", text) for text in texts):
+            return Signs(".", ",")
+    return Signs(",")
 
 
 def _named_source(grid: Grid, said: _Suggestion, faults: Faults) -> Source | None:
@@ -470,13 +638,44 @@ def _named_source(grid: Grid, said: _Suggestion, faults: Faults) -> Source | Non
         said.feet["by"] = _quoted("headings")
     found = signs_of(cell for row in source.rows for cell in row)
     dates = dates_of(cell for row in source.rows for cell in row)
-    source.signs = replace(found or source.signs, dates=dates or "day first")
+    if found is None:
+        found = _guessed_signs(source)
+        key, other = ("thousands", "decimal") if found.thousands else ("decimal", "thousands")
+        said.table[key] = f'","   # a guess; or {other} = ",": confirm'
+    source.signs = replace(found, dates=dates or "day first")
     if not dates and any(has_open_date(cell) for row in source.rows[:1] for cell in row):
         said.table["# dates"] = '"day first"   # or "month first": decide'
     if line and len(set(filter(None, source.names))) < len(list(filter(None, source.names))):
         # A column that is named by its place does not lead to the header.
         said.table["header"] = str(values["table", "header"])
     return source
+
+
+# What a table of strides has, and a summary has not.
+_STRIDES = {"gct", "hs", "end", "first_sample", "last_sample"}
+
+
+def _with_strides(found: list[tuple[Source, _Suggestion]]) -> list[tuple[Source, _Suggestion]]:
+    """The sheets that hold strides, the best one first; the map says which they are."""
+    if len(found) < 2 or not all(source.origin.sheet for source, _ in found):
+        return found
+
+    def fields(source: Source) -> int:
+        names = [(place, name) for place, name in enumerate(source.names) if name]
+        placed = placed_by_name(source, names).keys()
+        return len(placed) if _STRIDES & placed and len(source.rows) > len(FEET) else 0
+
+    best = max(found, key=lambda one: (fields(one[0]), len(one[0].rows)))[0]
+    if not fields(best):
+        return found
+    kept = [one for one in found if one[0].names == best.names and fields(one[0])]
+    sheets = [source.origin.sheet for source, _ in kept]
+    others = [one.origin.sheet for one, _ in found if one.origin.sheet not in sheets]
+    if others:
+        said = kept[0][1]
+        said.remarks.append(f"sheets that are passed over: {listed(map(_quoted, others))}")
+        said.table["sheet"] = _quoted(sheets if len(sheets) > 1 else sheets[0])
+    return kept
 
 
 def _say_totals(source: Source, said: _Suggestion) -> None:
@@ -500,31 +699,44 @@ def suggested_map(tables: Sequence[str]) -> str:
         WalkError: where a table cannot be read.
     """
     faults = Faults()
-    said = _Suggestion()
-    bare = TableMap("", {("", "walk"): ("{sheet}",)}, {}, {}, [], [])
-    grids = [grid for grid in all_grids(named_tables(tables), bare, faults) if grid.rows]
-    sources = [one for one in (_named_source(grid, said, faults) for grid in grids) if one]
-    if not sources:
+    bare = TableMap("", {}, {}, {}, [], [])
+    found = []
+    for grid in all_grids(named_tables(tables), bare, faults):
+        own = _Suggestion()
+        named = _named_source(grid, own, faults) if grid.rows else None
+        found += [(named, own)] if named else []
+    if not found:
         faults.add(InputError("tables", None, None, None, "found no row, expected a table"))
     faults.raise_any()
-    source = sources[0]
+    found = _with_strides(found)
+    sources = [source for source, _ in found]
+    source, said = found[0]
     if not any(source.names):
         said.table["header"] = "0"
         said.remarks.append("the table has no names: columns are #1, #2, ... below")
         source.names = [f"#{place + 1}" for place in range(source.width)]
     _say_totals(source, said)
     pairs: dict[str, int] = {}
-    if not said.feet and not _foot_column(source, said):
+    has_feet = bool(said.feet) or _foot_column(source, said)
+    _event_column(source, said)
+    if not has_feet and not said.feet:
         pairs = _foot_columns(source, said)
         if not pairs:
             _feet_elsewhere(sources, said)
     _place_columns(source, said, pairs)
     _say_walks(sources, said)
-    _say_rate(source, said)
+    _say_parts(source, said)
+    if said.events:
+        _times_of_events(source, said)
+    else:
+        _say_rate(source, said)
     if said.missing:
         said.top["missing"] = _quoted(said.missing)
-    if "hs" in said.columns and not {"gct", "end"} & said.columns.keys():
+    is_open = "hs" in said.columns and not {"gct", "end"} & said.columns.keys()
+    if is_open and not said.events:
         said.top["rows"] = '"footfalls"  # strides go from one contact to the next of the foot'
+    if "step_time" in said.columns and not _STRIDES & said.columns.keys():
+        said.remarks += textwrap.wrap(STEPS_ALONE, 90)
     derived = _derivable(said)
     if derived:
         said.top["derive"] = _quoted(derived)
@@ -540,7 +752,8 @@ def _as_text(source: Source, sources: Sequence[Source], said: _Suggestion) -> st
         said.columns["# gct"] = '"..."   # no column was recognised: docs/import.md lists them all'
     if said.skip:
         lines += ["", "[[skip]]", *said.skip]
-    lines += _section("feet", said.feet) + _section("columns", said.columns)
+    lines += _section("feet", said.feet) + _section("events", said.events)
+    lines += _section("columns", said.columns)
     others = _say_others(source, said)
     if said.table.get("header") == "0":
         others += _relations(source)

@@ -14,42 +14,32 @@ except ImportError as missing:
 
 from ._fields import CONVERSIONS, FIELD, Conversion
 
-# What pint does not know, or knows as something else: g is a gram there.
-_SPELLINGS = {
-    "%": "percent",
-    "prozent": "percent",
-    "pct": "percent",
-    "1": "dimensionless",
-    "fraction": "dimensionless",
-    "ratio": "dimensionless",
-    "-": "dimensionless",
-    "°": "degree",
-    "grad": "degree",
-    "g": "standard_gravity",
-    "sec": "s",
-    "secs": "s",
-    "sek": "s",
-    "sekunden": "s",
-    "msec": "ms",
-    "msecs": "ms",
-    "metre": "m",
-    "metres": "m",
-    "mps": "m/s",
-    "kmh": "km/h",
-    "kph": "km/h",
-    "mph": "mile/hour",
-    "spm": "step/minute",
-    "steps": "step",
-    "schritte": "step",
-    "strides": "stride",
-    "cycles": "stride",
-    "doppelschritte": "stride",
-    "frames": "sample",
-    "frame": "sample",
-    "samples": "sample",
-    "sp": "sample",
-    "dps": "degree/s",
+# What pint does not know, or knows as something else: g is a gram there. The words of people for
+# each of its units.
+_WORDS = {
+    "percent": ("%", "prozent", "pct", "perc", "pourcent"),
+    "dimensionless": ("1", "fraction", "ratio", "-"),
+    "degree": ("°", "grad", "degs", "grados", "gradi"),
+    "standard_gravity": ("g",),
+    "s": ("sec", "secs", "sek", "sekunde", "sekunden", "seconde", "secondes", "segundos"),
+    "ms": ("msec", "msecs", "millis", "millisec", "millisecs", "millisekunden"),
+    "m": ("metre", "metres", "mtr", "mètre", "mètres", "metro", "metros"),
+    "cm": ("cms", "zentimeter", "centimètres", "centímetros"),
+    "mm": ("mms", "millimètres", "milímetros"),
+    "m/s": ("mps",),
+    "km/h": ("kmh", "kph"),
+    "mile/hour": ("mph",),
+    "minute": ("mins",),
+    "step/minute": ("spm",),
+    "step": ("steps", "schritt", "schritte", "pas", "pasos", "passi"),
+    "stride": ("strides", "cycles", "doppelschritte"),
+    "sample": ("samples", "frame", "frames", "sp"),
+    "degree/s": ("dps",),
 }
+_SPELLINGS = {word: unit for unit, words in _WORDS.items() for word in words}
+# "% of gait cycle" and "% GC": what it is a share of is the column's, and no unit.
+_SHARE = re.compile(r"(?:%|percent|prozent|pct)\s*(?:of |der |des |du |de |del )?[^\W\d_][\w .]*")
+_POWERS = str.maketrans("⁻¹²−", "-12-")
 _WORD = re.compile(r"[^\W\d_]+|%|°")
 _FEET = ("l", "r", "left", "right", "li", "re")
 _IN_BRACKETS = re.compile(r"[\[(]([^\[\]()]*)[\])]\s*$")
@@ -65,13 +55,18 @@ def _registry() -> Any:
 
 
 def _spelled(text: str) -> str:
-    """The unit in pint's spelling: "cm./sec." is cm/s."""
-    plain = text.strip().strip("[]()").strip().replace(".", "").replace(" per ", "/")
-    plain = plain.replace("²", "**2").replace("^", "**").replace("·", "*")
-    whole = _SPELLINGS.get(plain.casefold())
+    """A unit in small letters in pint's spelling: "cm./sec." is cm/s."""
+    plain = text.strip().strip("[]()").strip()
+    if _SHARE.fullmatch(plain):
+        return "percent"
+    # The dot of "m.s-1" stands between units, that of "sec." does not.
+    plain = re.sub(r"(?<=[a-z°])[.·⋅](?=[a-z])", "*", plain)
+    plain = plain.replace(".", "").replace(" per ", "/").translate(_POWERS).replace("^", "**")
+    plain = re.sub(r"(?<=[a-z])(-?\d)", r"**\1", plain)
+    whole = _SPELLINGS.get(plain)
     if whole:
         return whole
-    return _WORD.sub(lambda word: _SPELLINGS.get(word[0].casefold(), word[0]), plain)
+    return _WORD.sub(lambda word: _SPELLINGS.get(word[0], word[0]), plain)
 
 
 @functools.cache
@@ -80,7 +75,8 @@ def unit_of(text: str) -> Any:
     if not text.strip("[]() ."):
         return None
     try:
-        return _registry().parse_units(_spelled(text))
+        # To pint, "Min" is a million inches. No unit of gait needs its capitals.
+        return _registry().parse_units(_spelled(text.casefold()))
     except Exception:
         # pint raises errors of many kinds, its tokenizer's and Python's own among them.
         return None
