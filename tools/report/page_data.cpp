@@ -31,6 +31,7 @@ using kainjow::mustache::object;
 constexpr int decimals_of_seconds = gait_catalogue::row_of<GCT>.decimals;
 constexpr int decimals_of_sums = 1;
 constexpr std::size_t few_values = 10;
+constexpr const char* no_break_space = "\u00a0";
 
 std::string capitalised(std::string_view words) {
   std::string text(words);
@@ -153,11 +154,11 @@ list counts_of(const shown_walk& shown) {
   return counts;
 }
 
-/// "33.2 s"; "over 33.2 s" where cycles lack the value.
+/// "33.2 s", which no line breaks; "at least 33.2 s" where cycles lack the value.
 std::string sum_in_words(const measured_sum& sum, const std::string& unit,
                          const std::string& otherwise) {
   return sum.sum ? (sum.without > 0 ? "at least " : "") + rounded(*sum.sum, decimals_of_sums) +
-                       " " + unit
+                       no_break_space + unit
                  : otherwise;
 }
 

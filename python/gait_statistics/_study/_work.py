@@ -167,12 +167,12 @@ class Work:
             if there:
                 raise ValueError(
                     f"{self.out}: found {', '.join(there)} of no study, expected a folder without: "
-                    "name another one, or restart to replace them"
+                    "name another one, or restart (--restart) to replace them"
                 )
         elif different := _differences(found, self._plan):
             raise ValueError(
                 f"{self.out}: found another study ({different}), expected this one, to go on with "
-                "it: name another folder, or restart to discard what is there"
+                "it: name another folder, or restart (--restart) to discard it"
             )
 
     def clear(self) -> None:
