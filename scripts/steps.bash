@@ -82,7 +82,7 @@ count_tests() {
 # run_tests PRESET [ARGUMENT...]: runs the preset's tests, or those that ctest's arguments choose,
 # and counts them.
 run_tests() {
-  local report=$PWD/build/$1/tests.xml
+  local report=$PWD/build/tests-of-$1.xml
   local status=0
   rm -f "$report"
   ctest --preset "$1" --parallel "$jobs" --output-junit "$report" "${@:2}" || status=$?
@@ -94,14 +94,14 @@ run_tests() {
   return "$status"
 }
 
-# build_and_test NAME PRESET: both under one heading. Each test counts; a build that fails counts as
-# one failure.
+# build_and_test NAME PRESET [TESTS]: both under one heading; the tests may have a preset of their
+# own. Each test counts; a build that fails counts as one failure.
 build_and_test() {
   heading "$1"
   if ! build "$2"; then
     failed=$((failed + 1))
     fail_step "$1"
-  elif ! run_tests "$2"; then
+  elif ! run_tests "${3-$2}"; then
     fail_step "$1"
   fi
 }
