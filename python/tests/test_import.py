@@ -15,6 +15,7 @@ from conftest import values_of
 from tables_to_import import in_time_order, strides_of_both_feet
 
 import gait_statistics as gs
+from gait_statistics._import._fields import FIELD
 from gait_statistics._import._map import read_map, shipped_maps
 from gait_statistics._import._program import main
 
@@ -83,6 +84,13 @@ def test_a_shipped_map_is_right_and_says_what_it_is_for(name: str) -> None:
     map_ = read_map(name)
     assert map_.get("", "about")
     assert map_.feet_by
+
+
+def test_a_map_can_fill_every_column_of_the_strides() -> None:
+    walk = gs.read_walk("examples/walks/two_feet_turn")
+    assert {*walk.strides.columns, *walk.feet.columns} - FIELD.keys() == {
+        *("foot", "index", "right_index", "left_index")
+    }
 
 
 # ---- What is derived

@@ -24,6 +24,18 @@ inline std::vector<std::string> keys_of_side(bool both_feet, const std::string& 
   return keys;
 }
 
+/// The keys of the parameters whose sides are not compared.
+inline std::set<std::string> keys_without_ratio() {
+  std::set<std::string> keys;
+#define ROW(tag, result, key, description, unit, decimals, sides, spread, when, source) \
+  if (gait_catalogue::sides == gait_catalogue::no_ratio) {                              \
+    keys.insert(key);                                                                   \
+  }
+#include "../static/catalogue.inc"
+#undef ROW
+  return keys;
+}
+
 /// The keys of the parameters that have no relative spread.
 inline std::set<std::string> keys_without_variation() {
   std::set<std::string> keys;

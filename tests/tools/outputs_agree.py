@@ -256,10 +256,12 @@ def check_strides(compare: Comparison, shown: Walk, walk: Walk, folder: pathlib.
             compare.same(foot["two_feet_cycle"][i], cycle if two_feet else None, f"cycle of {i}")
         for row in model.CATALOGUE:
             if row.is_built(two_feet) and row.result != "feet":
-                half = row.field == "half_stride"
-                values = [c.get("slength" if half else row.field, model.MISSING) for c in cycles]
-                wanted = [None if v == model.MISSING else v * (0.5 if half else 1.0)
-                          for v in values]
+                value_of = model.value_of(row)
+                values = [value_of(c) for c in cycles]
+                if row.field == "half_stride":  # half of a missing length is not shown
+                    values = [v if "slength" in c and c["slength"] != model.MISSING
+                              else model.MISSING for c, v in zip(cycles, values)]
+                wanted = [None if v == model.MISSING else v for v in values]
                 compare.same(foot["values"][row.key], [-1.0 if v == math.nextafter(-1.0, 0.0)
                                                        else v for v in wanted], row.key)
                 compare.figures += len(wanted)
