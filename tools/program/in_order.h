@@ -96,14 +96,16 @@ void make_and_use_in_order(std::size_t count, std::size_t jobs, Make make, Use u
   const control threads(control::max_allowed_parallelism, jobs);
   const std::size_t at_a_time = results_per_job * jobs;
   in_order_results<result> results(at_a_time);
-  const auto number = tbb::make_filter<void, std::size_t>(tbb::filter_mode::serial_in_order,
-                                                          [&](tbb::flow_control& flow) {
-                                                            if (results.numbered == count) {
-                                                              flow.stop();
-                                                              return count;
-                                                            }
-                                                            return results.numbered++;
-                                                          });
+  const auto number = tbb::make_filter<void, std::size_t>(
+      tbb::filter_mode::serial_in_order, [&](tbb::flow_control& flow) {
+        // The last call, too, ends with a write that ~in_order_results sees.
+        const std::size_t end = count;
+        const std::size_t i = results.numbered++;
+        if (i >= end) {
+          flow.stop();
+        }
+        return i;
+      });
   const auto making =
       tbb::make_filter<std::size_t, std::size_t>(tbb::filter_mode::parallel, [&](std::size_t i) {
         auto& place = results.of(i);
