@@ -12,6 +12,7 @@ from conftest import values_of
 from tables_to_import import in_time_order, strides_of_both_feet
 
 import gait_statistics as gs
+from gait_statistics._import._suggest import suggested_map
 
 STRIDES = in_time_order(strides_of_both_feet())
 MAP: dict[str, Any] = {"feet": {"column": "foot"}, "columns": {"hs": "hs", "gct": "gct"}}
@@ -130,3 +131,12 @@ def test_a_row_with_more_or_fewer_cells_than_names_is_an_error(
     path.write_text("\n".join(rows))
     assert f"t.csv:4: found {text}" in errors_of(path, skip=[{"lines": [6]}])
     said_of(path, skip=[{"lines": [4, 6]}])
+
+
+def test_a_number_with_a_mark_is_not_suggested_as_missing(tmp_path: Path) -> None:
+    speed = [f"{value:.2f}" for value in STRIDES["speed"]]
+    table = STRIDES[["foot", "hs", "gct"]].assign(speed=["*1.26", *speed[1:]])
+    table.to_csv(tmp_path / "t.csv", index=False)
+    text = suggested_map([str(tmp_path / "t.csv")])
+    assert '# speed: "*1.26" has a mark beside its number' in text
+    assert "missing = " not in text
