@@ -243,6 +243,22 @@ def over_midnight(seconds: Sequence[float]) -> list[float]:
     return result
 
 
+def condition_in_words(condition: dict[str, Any]) -> str:
+    """ "column "Turn": no cell is "x"", for a condition that no row meets."""
+    quoted = {str: lambda word: f'"{word}"'}
+    tests = []
+    for name in ("is", "is_not", "above", "below", "empty", "number"):
+        if name in condition:
+            value = condition[name]
+            words = value if isinstance(value, tuple) else (value,)
+            texts = [quoted.get(type(word), str)(word) for word in words]
+            tests.append(f"{name} = {', '.join(texts)}")
+    if "lines" in condition:
+        tests.append("lines = " + ", ".join(map(str, condition["lines"])))
+    column = f'column "{condition["column"]}": ' if "column" in condition else ""
+    return f"{column}found no row with {' and '.join(tests)}"
+
+
 def is_one_of(cell: Any, words: Iterable[Any], signs: Signs) -> bool:
     """Whether a cell is one of these: numbers by value, words without their case."""
     number = number_of(cell, signs)

@@ -23,6 +23,12 @@ _TOLERANCE = 0.05
 # Ends that equal the next begin in so many of the joined strides are not counted.
 _NEARLY_ALL = 0.9
 
+# Times and durations are given to the hundredth of a second, each rounded.
+_HUNDREDTHS = 0.0151
+# Strides of a foot may overlap by so many samples, or so much of a stride.
+_FEW_SAMPLES = 3
+_OVERLAP = 0.25
+
 # A stride that is so many times as long as the median has a contact that was not found in it.
 _LONG = 1.8
 
@@ -64,6 +70,59 @@ def check_ends(frame: pd.DataFrame, rows: Rows, map_: TableMap, faults: Faults) 
         text += f'last_sample = {{column = "{name}", add = -1}}'
         faults.add(rows.sources[number].origin.error(None, name, text))
         return
+
+
+def check_strike_of_durations(
+    frame: pd.DataFrame, rows: Rows, map_: TableMap, faults: Faults
+) -> None:
+    """Finds durations that stand in the row of the strike which ends their stride."""
+    column = map_.columns.get("gct")
+    is_open = not {"end", "last_sample"} & map_.columns.keys() and "hs" in map_.columns
+    if column is None or column.row != "this" or not is_open or "gct" not in frame:
+        return
+    to_next, to_previous = [], []
+    for part in _stretches(frame):
+        part = part.sort_values("hs", kind="stable")
+        hs, gct = (part[name].to_numpy(dtype=float) for name in ("hs", "gct"))
+        to_next.append((gct[:-1] - np.diff(hs))[1:])
+        to_previous.append((gct[1:] - np.diff(hs))[:-1])
+    next_, previous = (
+        np.abs(np.concatenate(found)) if found else np.array([]) for found in (to_next, to_previous)
+    )
+    there = np.isfinite(next_) & np.isfinite(previous)
+    next_, previous = next_[there], previous[there]
+    if len(next_) < _ENOUGH or np.mean(previous <= _HUNDREDTHS) < _NEARLY_ALL:
+        return
+    if np.mean(next_ <= _HUNDREDTHS) >= _NEARLY_ALL or np.mean(next_) <= 3 * np.mean(previous):
+        return
+    number, foot = int(frame["source"].iloc[0]), str(frame["foot"].iloc[0])
+    name = rows.columns.get((number, "gct", foot), "...")
+    text = "found the distance to the foot's strike before, expected that to its next one, since a "
+    text += 'stride begins in its row. In the map: rows = "footfalls" and gct = {column = '
+    text += f'"{name}", row = "next of foot"}}, and so with what else is of that stride, such as '
+    text += "its length"
+    faults.add(rows.sources[number].origin.error(None, name, text))
+
+
+def check_overlaps(frame: pd.DataFrame, rows: Rows, rate: float, faults: Faults) -> None:
+    """Finds strides that begin before the foot's stride before them has ended."""
+    for part in _stretches(frame):
+        part = part.sort_values("first_sample", kind="stable")
+        first, last = (part[name].to_numpy(dtype=float) for name in ("first_sample", "last_sample"))
+        allowed = max(_FEW_SAMPLES, _OVERLAP * float(np.median(last - first + 1)))
+        for at in np.flatnonzero(last[:-1] + 1 - first[1:] > allowed) + 1:
+            above, row = part.iloc[at - 1], part.iloc[at]
+            origin: Origin = rows.sources[int(row["source"])].origin
+            if (first[at], last[at]) == (first[at - 1], last[at - 1]):
+                found = f"the same stride as in {origin.rows_in_words([int(above['line'])])}"
+                expected = "it once; [[skip]] lines = [...] leaves the other row out"
+            else:
+                found = f"a {row['foot']} stride from {first[at] / rate:g} s, before the foot's "
+                found += f"one from {first[at - 1] / rate:g} s has ended"
+                expected = "the strides of a foot one after the other: is the foot of a row wrong, "
+                expected += "or a duration? Correct the cells; [[skip]] lines = [...] leaves rows "
+                expected += "out; where these are several walks, walk = [...] parts them"
+            faults.add_cell(origin, int(row["line"]), None, found, expected)
 
 
 def _reason(ratio: float, length: str, rows: Rows, rate: float) -> str:

@@ -581,7 +581,14 @@ CONDITION_KEYS = (
 )
 EXCLUDE_KEYS = (
     *CONDITION_KEYS,
-    Key("", "times", "spans", "strides that touch these times (s)", "[[12.0, 15.5]]"),
+    Key(
+        "",
+        "times",
+        "spans",
+        "strides that touch these times: seconds as the table counts them; times of day or dates "
+        "as texts",
+        "[[12.0, 15.5]]",
+    ),
     Key("", "first", "whole", "so many strides at the start of each foot", "2"),
     Key("", "last", "whole", "so many strides at the end of each foot", "2"),
     Key("", "reason", "text", "why, for people", '"turn"'),

@@ -44,6 +44,7 @@ class Grid:
 
     Attributes:
         blanks: the lines that hold nothing.
+        separator: what separates the cells of a text; empty where it is none.
     """
 
     origin: Origin
@@ -51,6 +52,7 @@ class Grid:
     lines: list[int]
     names: list[str] | None = None
     blanks: list[int] = field(default_factory=list)
+    separator: str = ""
 
 
 def plain(name: Any) -> str:
@@ -147,7 +149,7 @@ def _text_grid(path: Path, origin: Origin, map_: TableMap, faults: Faults) -> li
             numbers.append(number)
         else:
             blanks.append(number)
-    return [Grid(origin, rows, numbers, blanks=blanks)]
+    return [Grid(origin, rows, numbers, blanks=blanks, separator=str(separator))]
 
 
 def _rows_of(text: str, separator: str) -> Iterator[tuple[list[str], int]]:

@@ -3,6 +3,7 @@
 from __future__ import annotations
 
 import copy
+import datetime
 import os
 import re
 import sys
@@ -13,6 +14,7 @@ from typing import Any, Literal
 
 from .. import _core
 from .._errors import InputError, WalkError
+from ._cells import Signs, moment_of
 from ._fields import (
     CHECKS_OF_TIMES,
     COLUMN_KEYS,
@@ -78,6 +80,10 @@ class TableMap:
         """Something that is wrong with a key, or for want of it."""
         line = self.lines.get((section, name)) or self.lines.get((section, ""))
         return InputError(self.name, None, line, None, text)
+
+    def doubt_of_condition(self, section: str, number: int, text: str) -> InputError:
+        """A warning about one of the conditions of [[skip]] or [[exclude]]."""
+        return self.error(section, f"#{number}", f"[[{section}]] {text}")
 
     @property
     def without_checks(self) -> tuple[str, ...]:
@@ -166,6 +172,20 @@ def _is_span(value: Any) -> bool:
     return _all(_is_number)(value) and len(value) == 2 and value[0] <= value[1]
 
 
+def _is_moment(value: Any) -> bool:
+    """Whether it is a number, or a text or a TOML value that is a time of day or a date."""
+    if isinstance(value, str):
+        found = moment_of(value, Signs(dates="day first"))
+        return found is not None and bool(found.since)
+    return _is_number(value) or isinstance(value, (datetime.datetime, datetime.time))
+
+
+def _is_interval(value: Any) -> bool:
+    if not (_all(_is_moment)(value) and len(value) == 2):
+        return False
+    return _is_span(value) if all(map(_is_number, value)) else type(value[0]) is type(value[1])
+
+
 def _is_any_text(value: Any) -> bool:
     return isinstance(value, str)
 
@@ -180,7 +200,11 @@ KINDS: dict[str, tuple[str, Callable[[Any], bool], bool]] = {
     "truth": ("true or false", lambda value: isinstance(value, bool), False),
     "cells": ("a number, a text or a list of them", _one_or_all(_is_cell), True),
     "span": ("two numbers, the smaller first: [0, 100]", _is_span, False),
-    "spans": ("a list of pairs: [[12.0, 15.5]]", _all(_is_span), False),
+    "spans": (
+        'a list of pairs: [[12.0, 15.5]], or [["10:00:12", "10:00:15.5"]]',
+        _all(_is_interval),
+        False,
+    ),
 }
 
 
@@ -424,6 +448,9 @@ def lines_of_keys(text: str) -> dict[tuple[str, str], int]:
         if header:
             section = header[1]
             lines.setdefault((section, ""), number)
+            if section in ("skip", "exclude"):
+                count = sum(of == section and key.startswith("#") for of, key in lines)
+                lines[section, f"#{count}"] = number
         elif key:
             lines.setdefault((section, key[1]), number)
     return lines

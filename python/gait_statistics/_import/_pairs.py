@@ -2,16 +2,21 @@
 
 from __future__ import annotations
 
+from collections.abc import Sequence
 from typing import Any
 
 import numpy as np
 import pandas as pd
 
+from .._errors import InputError
 from .._walk import pair_feet
+from ._cells import Signs, moment_of
 from ._map import FEET, TableMap
 from ._places import Faults, counted
 from ._rows import Rows, excluded_by
 from ._strides import Strides
+
+_DAY = 86400.0
 
 Exclusion = tuple[str, str, int, str]
 
@@ -75,6 +80,55 @@ def pairs_of(strides: Strides, map_: TableMap, faults: Faults) -> pd.DataFrame |
     return pairs
 
 
+def _in_walk(moment: Any, strides: Strides) -> float:
+    """A moment of [[exclude]] times in seconds of the walk.
+
+    Numbers are seconds as the table counts them; where it has times of day or dates, they count
+    from the first strike, as the walk does.
+    """
+    if isinstance(moment, (int, float)):
+        return moment - (0.0 if strides.since else strides.zero)
+    found = moment_of(moment, Signs(dates="day first"))
+    assert found is not None
+    after = found.seconds - strides.zero
+    if found.since == "clock":
+        # The time of day that is nearest to the begin of the walk, on whichever day.
+        return (after + _DAY / 2) % _DAY - _DAY / 2
+    return after
+
+
+def doubts_of_times(walks: Sequence[Strides], map_: TableMap) -> list[InputError]:
+    """Warns of [[exclude]] times that no stride of any walk touches."""
+    result = []
+    for number, condition in enumerate(map_.exclude):
+        for span in condition.get("times", ()):
+            if any(_touching(span, strides).any() for strides in walks):
+                continue
+            text = f"times: no stride touches {span[0]} to {span[1]}"
+            text += " s" if isinstance(span[0], (int, float)) else ""
+            text += f"; the walk goes {_span_of(walks[0])}" if len(walks) == 1 else " in any walk"
+            result.append(map_.doubt_of_condition("exclude", number, text))
+    return result
+
+
+def _span_of(strides: Strides) -> str:
+    """When a walk begins and ends, in the table's own times."""
+    begin = strides.frame["first_sample"].min() / strides.rate
+    end = (strides.frame["last_sample"].max() + 1) / strides.rate
+    if strides.since:
+        text = f"from {begin:.6g} to {end:.6g} s, counted from its first strike; the table's own "
+        return text + 'times are texts: times = [["10:00:12", "10:00:15.5"]]'
+    return f"from {begin + strides.zero:.10g} to {end + strides.zero:.10g} s"
+
+
+def _touching(span: Any, strides: Strides) -> Any:
+    frame = strides.frame
+    begin = frame["first_sample"].to_numpy(dtype=float) / strides.rate
+    end = (frame["last_sample"].to_numpy(dtype=float) + 1) / strides.rate
+    start, stop = (_in_walk(moment, strides) for moment in span)
+    return (begin < stop) & (end > start)
+
+
 def _met(condition: dict[str, Any], strides: Strides, rows: Rows, faults: Faults) -> Any:
     """Which strides a condition of [[exclude]] names."""
     frame = strides.frame
@@ -82,10 +136,8 @@ def _met(condition: dict[str, Any], strides: Strides, rows: Rows, faults: Faults
     result = np.array(
         [place in named for place in zip(frame["source"], frame["line"], strict=True)], dtype=bool
     )
-    begin = frame["first_sample"].to_numpy(dtype=float) / strides.rate
-    end = (frame["last_sample"].to_numpy(dtype=float) + 1) / strides.rate
-    for start, stop in condition.get("times", ()):
-        result |= (begin < stop) & (end > start)
+    for span in condition.get("times", ()):
+        result |= _touching(span, strides)
     count = frame.groupby("foot")["index"].transform("size").to_numpy()
     index = frame["index"].to_numpy()
     result |= index < condition.get("first", 0)

@@ -95,7 +95,8 @@ def _import(arguments: argparse.Namespace) -> None:
         print(text + where)
     for text in imported.notes:
         print(f"note: {text}")
-    for warning in said_once(imported.walks, lambda made: made.warnings):
+    doubts = said_once(imported.walks, lambda made: made.warnings)
+    for warning in (*map(str, imported.warnings), *doubts):
         print(f"warning: {warning}", file=sys.stderr)
     for finding in said_once(imported.walks, lambda made: made.findings):
         print(f"finding: {finding}", file=sys.stderr)

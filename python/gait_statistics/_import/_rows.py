@@ -11,8 +11,10 @@ from typing import Any
 import numpy as np
 import pandas as pd
 
+from .._errors import InputError
 from ._cells import (
     Moment,
+    condition_in_words,
     duration_of,
     is_empty,
     is_one_of,
@@ -44,6 +46,7 @@ class Rows:
         columns: the user's column for each of ours and each foot, by source.
         units: the unit that each of our columns stands in, before what needs other columns.
         notes: what was done.
+        doubts: what is worth a look.
     """
 
     frame: pd.DataFrame
@@ -51,6 +54,7 @@ class Rows:
     columns: dict[tuple[int, str, str], str] = field(default_factory=dict)
     units: dict[str, str] = field(default_factory=dict)
     notes: list[str] = field(default_factory=list)
+    doubts: list[InputError] = field(default_factory=list)
 
 
 # ---- Feet and walks
@@ -457,6 +461,11 @@ def read_rows(sources: list[Source], map_: TableMap, faults: Faults) -> Rows:
         rows.frame = pd.concat(frames, ignore_index=True)
         rows.frame.attrs = {"since": since}
     _not_read(rows, map_)
+    for number, condition in enumerate(map_.exclude):
+        is_of_rows = bool({"column", "lines"} & condition.keys())
+        if is_of_rows and not faults and not excluded_by(condition, rows, faults):
+            said = map_.doubt_of_condition("exclude", number, condition_in_words(condition))
+            rows.doubts.append(said)
     return rows
 
 

@@ -4,7 +4,7 @@ from __future__ import annotations
 
 import re
 from collections.abc import Sequence
-from dataclasses import dataclass, field
+from dataclasses import dataclass, field, replace
 from functools import cached_property
 from itertools import groupby
 from typing import Any
@@ -13,7 +13,17 @@ import numpy as np
 from numpy.typing import NDArray
 
 from .._errors import InputError
-from ._cells import Signs, dates_of, is_empty, is_one_of, meets, number_of, signs_of, text_of_cell
+from ._cells import (
+    Signs,
+    condition_in_words,
+    dates_of,
+    is_empty,
+    is_one_of,
+    meets,
+    number_of,
+    signs_of,
+    text_of_cell,
+)
 from ._grids import Grid, all_grids, plain
 from ._map import FEET, TableMap
 from ._places import Faults, Origin, counted, listed, nearest, shown
@@ -53,6 +63,8 @@ class Source:
         units: the units of a row beneath the names, by column.
         headings: the foot of each line, where a line above it names one.
         blanks: the lines that hold nothing.
+        uneven: how many cells each line of a text has that has more or fewer than the names.
+        separator: what separates the cells of a text.
     """
 
     origin: Origin
@@ -63,6 +75,8 @@ class Source:
     signs: Signs = field(default_factory=Signs)
     headings: dict[int, str] = field(default_factory=dict)
     blanks: list[int] = field(default_factory=list)
+    uneven: dict[int, int] = field(default_factory=dict)
+    separator: str = ""
 
     @cached_property
     def _places(self) -> dict[str, list[int]]:
@@ -201,7 +215,7 @@ def _without_headings(grid: Grid, map_: TableMap, faults: Faults) -> tuple[Grid,
                 feet[line] = headings[-1][1]
     if map_.feet_by == "headings":
         rows, lines = [grid.rows[n] for n in kept], [grid.lines[n] for n in kept]
-        return Grid(grid.origin, rows, lines, blanks=grid.blanks), feet
+        return replace(grid, rows=rows, lines=lines), feet
     if map_.feet_by != "column" and {foot for _, foot in headings} == set(FEET):
         found = "the word for a foot alone in a line"
         for line, _ in headings:
@@ -220,6 +234,7 @@ def source_of(grid: Grid, map_: TableMap, faults: Faults) -> Source | None:
     if named is None:
         return None
     names, start = named
+    named_width = _filled_width(names)
     width = max(len(names), *(len(row) for row in grid.rows[start:]), 1)
     names = names + [""] * (width - len(names))
     has_names = any(names)
@@ -235,7 +250,49 @@ def source_of(grid: Grid, map_: TableMap, faults: Faults) -> Source | None:
         if not may_be or [plain("" if cell is None else cell) for cell in cells] != header:
             rows.append(cells)
             lines.append(line)
-    return Source(grid.origin, names, units, rows, lines, headings=headings, blanks=grid.blanks)
+    uneven = {}
+    if grid.separator and named_width:
+        for row, line in zip(grid.rows[start:], grid.lines[start:], strict=True):
+            if len(row) < named_width or _filled_width(row) > named_width:
+                uneven[line] = len(row)
+    return Source(
+        grid.origin,
+        names,
+        units,
+        rows,
+        lines,
+        headings=headings,
+        blanks=grid.blanks,
+        uneven=uneven,
+        separator=grid.separator,
+    )
+
+
+def _filled_width(row: Sequence[Any]) -> int:
+    """How many cells a row has without the empty ones at its end."""
+    return max((place for place, cell in enumerate(row, 1) if text_of_cell(cell)), default=0)
+
+
+def _check_widths(source: Source, map_: TableMap, faults: Faults) -> None:
+    """Finds rows with more or fewer cells than there are names: their values may be shifted."""
+    if not source.uneven:
+        return
+    used = {
+        place
+        for column in map_.columns.values()
+        for foot in FEET
+        for name in column.names[foot]
+        for place in source.places(name)
+    }
+    width = _filled_width(source.names)
+    hint = {",": ": a decimal comma in a table separated by commas?"}.get(source.separator, "")
+    for row, line in zip(source.rows, source.lines, strict=True):
+        cells = source.uneven.get(line)
+        if cells is None or all(is_empty(row[place]) for place in used):
+            continue
+        more = hint if cells > width else "; [[skip]] lines = [...] leaves rows out"
+        found = f"{cells} cell" + "s" * (cells != 1)
+        faults.add_cell(source.origin, line, None, found, f"{width}{more}")
 
 
 def _fill_down(source: Source, map_: TableMap) -> None:
@@ -247,10 +304,10 @@ def _fill_down(source: Source, map_: TableMap) -> None:
                 above = row[place]
 
 
-def _without_skipped(source: Source, map_: TableMap, faults: Faults) -> int:
-    """Takes rows out that [[skip]] names, and says how many."""
+def _without_skipped(source: Source, map_: TableMap, met: set[int], faults: Faults) -> int:
+    """Takes rows out that [[skip]] names, and says how many; notes which conditions are met."""
     dropped: set[int] = set()
-    for condition in map_.skip:
+    for which, condition in enumerate(map_.skip):
         lines = set(condition.get("lines", ()))
         place = place_of(source, condition["column"], faults) if "column" in condition else None
         if "column" in condition and place is None:
@@ -259,6 +316,7 @@ def _without_skipped(source: Source, map_: TableMap, faults: Faults) -> int:
             is_met = place is None or meets(condition, row[place], source.signs)
             if is_met and (not lines or source.lines[number] in lines):
                 dropped.add(number)
+                met.add(which)
     source.rows = [row for number, row in enumerate(source.rows) if number not in dropped]
     source.lines = [line for number, line in enumerate(source.lines) if number not in dropped]
     return len(dropped)
@@ -482,19 +540,21 @@ def _with_word_on_sheets(grids: list[Grid], map_: TableMap, faults: Faults) -> l
 
 def read_sources(
     tables: Sequence[Any], map_: TableMap, faults: Faults
-) -> tuple[list[Source], list[str]]:
-    """Reads tables, and returns them with notes on what was left out."""
+) -> tuple[list[Source], list[str], list[InputError]]:
+    """Reads tables, and returns them with notes on what was left out, and doubts about it."""
     sources = []
     notes = []
+    met: set[int] = set()
     for grid in _with_word_on_sheets(all_grids(tables, map_, faults), map_, faults):
         source = source_of(grid, map_, faults)
         if source is None:
             continue
         _fill_down(source, map_)
         source.signs = _signs(source, map_, faults)
-        skipped = _without_skipped(source, map_, faults)
+        skipped = _without_skipped(source, map_, met, faults)
         if skipped:
             notes.append(f"{grid.origin.name}: {counted(skipped, 'row')} left out by [[skip]]")
+        _check_widths(source, map_, faults)
         _find_totals(source, faults)
         if not source.rows:
             text = "found no row below the names, expected a row for each stride"
@@ -502,4 +562,9 @@ def read_sources(
         sources.append(source)
     if not sources and not faults:
         faults.add(InputError("tables", None, None, None, "found none, expected at least one"))
-    return sources, notes
+    doubts = [
+        map_.doubt_of_condition("skip", number, condition_in_words(condition))
+        for number, condition in enumerate(map_.skip)
+        if number not in met and {"is", "lines"} & condition.keys()
+    ]
+    return sources, notes, doubts

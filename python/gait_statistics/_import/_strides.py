@@ -14,6 +14,8 @@ from .._errors import InputError
 from ._doubts import (
     STEPS_ALONE,
     check_ends,
+    check_overlaps,
+    check_strike_of_durations,
     doubt_of_durations,
     doubt_of_long_strides,
     doubts_of_step_times,
@@ -33,6 +35,8 @@ DEFAULT_RATE = 100.0
 _LAST_SAMPLE = 2**31 - 1
 # Strides that follow each other join within this time (s), or within 1.5 samples.
 _JOIN = 0.02
+# Times that begin after so many seconds count from long before the recording.
+_LONG_AGO = 1e6
 # A stride that begins so many strides before the one above it belongs to another walk.
 _FALL = 3.0
 
@@ -46,6 +50,9 @@ class Strides:
             "place", and columns in the units of a walk folder.
         rate: samples per second, a whole number.
         given_rate: samples per second as the table counts them.
+        zero: the moment of the table (s) that is 0 s of the walk.
+        since: since when the moments of the table count: "", "clock" or "date".
+        has_sure_ends: whether durations fit the begins of strides.
         derived: what was computed, and from what.
         notes: what was left out.
         doubts: what is worth a look.
@@ -56,6 +63,9 @@ class Strides:
     frame: pd.DataFrame
     rate: int = 100
     given_rate: float = DEFAULT_RATE
+    zero: float = 0.0
+    since: str = ""
+    has_sure_ends: bool = True
     derived: list[str] = field(default_factory=list)
     notes: list[str] = field(default_factory=list)
     doubts: list[InputError] = field(default_factory=list)
@@ -129,10 +139,12 @@ def _moments(frame: pd.DataFrame, rows: Rows, map_: TableMap, strides: Strides) 
             frame[name] = frame[name] / strides.given_rate
     since = {rows.frame.attrs.get("since", {}).get(name, "") for name in names}
     if names and (since - {""} or map_.get("", "times") == "from the first"):
-        zero = np.nanmin(frame[names].to_numpy(dtype=float)) if len(frame) else 0.0
+        zero = float(np.nanmin(frame[names].to_numpy(dtype=float))) if len(frame) else 0.0
+        # Since 1970, seconds are as fine as a quarter of a microsecond: the rest is noise.
+        digits = 6 if abs(zero) > _LONG_AGO else 9
         for name in names:
-            # Times of day have microseconds; what is beyond them is noise of the subtraction.
-            frame[name] = (frame[name] - zero).round(9)
+            frame[name] = (frame[name] - zero).round(digits)
+        strides.zero, strides.since = zero, max(since)
         strides.derived.append("times: counted from the first one of the walk")
 
 
@@ -184,6 +196,7 @@ def _in_samples(frame: pd.DataFrame, name: str, rows: Rows, strides: Strides) ->
 
 def _samples(frame: pd.DataFrame, rows: Rows, strides: Strides) -> None:
     """Fills first_sample and last_sample from what is known."""
+    given = frame[[name for name in ("first_sample", "last_sample") if name in frame]].copy()
     hs, end, gct = (_column(frame, name) for name in ("hs", "end", "gct"))
     first = _in_samples(frame, "first_sample", rows, strides)
     last = _in_samples(frame, "last_sample", rows, strides)
@@ -197,6 +210,13 @@ def _samples(frame: pd.DataFrame, rows: Rows, strides: Strides) -> None:
     close = np.where(np.isnan(close), first + gct * strides.rate - 1, close)
     last = np.where(np.isnan(last), close, last)
     frame["first_sample"], frame["last_sample"] = np.rint(first), np.rint(last)
+    # What is derived comes from the samples as the table counts them, before they are rounded to
+    # a whole rate.
+    back = strides.given_rate / strides.rate
+    for name in ("first_sample", "last_sample"):
+        made = frame[name].to_numpy(dtype=float) * back
+        own = _column(given, name) if rows.units.get(name) == "samples" else made
+        frame[f"own_{name.removesuffix('_sample')}"] = np.where(np.isnan(own), made, own)
     if is_from_times:
         strides.derived.append(f"samples: times x {strides.rate} Hz, rounded; the last one - 1")
 
@@ -299,9 +319,9 @@ Column = Callable[[str], Numbers]
 _WAYS: dict[str, tuple[Callable[[Column, Strides], Numbers], ...]] = {
     "gct": (
         lambda c, s: c("end") - c("hs"),
-        lambda c, s: (c("last_sample") - c("first_sample") + 1) / s.rate,
+        lambda c, s: (c("own_last") - c("own_first") + 1) / s.given_rate,
     ),
-    "hs": (lambda c, s: c("end") - c("gct"), lambda c, s: c("first_sample") / s.rate),
+    "hs": (lambda c, s: c("end") - c("gct"), lambda c, s: c("own_first") / s.given_rate),
     "contact": (
         lambda c, s: 1000 * (c("lift_off") - c("hs")),
         lambda c, s: 10 * c("stance") * c("gct"),
@@ -497,8 +517,11 @@ def _with_events(
         strides.doubts += doubts_of_step_times(frame, rows)
         _end_to_end(frame, strides)
     check_ends(frame, rows, map_, faults)
+    if len(frame) and map_.get("", "times") != "end to end":
+        check_strike_of_durations(frame, rows, map_, faults)
     _samples(frame, rows, strides)
     doubts = [doubt_of_durations(frame, rows, map_, strides.rate)]
+    strides.has_sure_ends = doubts[0] is None
     if is_footfalls and "gct" not in map_.columns:
         doubts.append(doubt_of_long_strides(frame, rows))
     strides.doubts += [doubt for doubt in doubts if doubt is not None]
@@ -538,5 +561,7 @@ def strides_of(
     strides.frame = with_events
     _derive(map_, strides, faults)
     strides.frame = _in_order(strides.frame, rows, map_, faults)
+    if strides.has_sure_ends and not faults:
+        check_overlaps(strides.frame, rows, strides.rate, faults)
     strides.frame["index"] = strides.frame.groupby("foot", sort=False).cumcount()
     return strides

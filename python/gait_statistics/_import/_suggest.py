@@ -429,6 +429,10 @@ def _look_for_missing(field_name: str, source: Source, place: int, said: _Sugges
             continue
         number = number_of(cell, source.signs)
         value: Any = text_of_cell(cell) if number is None else number[0]
+        if number is None and re.fullmatch(r"\W*\d+([.,]\d+)?\W*", value):
+            remark = f"{source.name_of(place)}: {_quoted(value)} has a mark beside its number: "
+            said.remarks.append(remark + "correct such cells, which are not missing")
+            return
         is_code = value in CODES_FOR_MISSING and field_name not in SIGNED
         is_code &= value != 0 or field_name in NEVER_ZERO
         if (number is None or is_code) and value not in said.missing:

@@ -23,7 +23,7 @@ from ._fields import FIELD
 from ._folders import check_target, folder_names, move_into_place, write_table
 from ._grids import named_tables
 from ._map import FEET, TableMap, read_map
-from ._pairs import Exclusion, exclusions_of, pairs_of
+from ._pairs import Exclusion, doubts_of_times, exclusions_of, pairs_of
 from ._places import Faults, Origin, counted, listed
 from ._rows import Rows, read_rows
 from ._sources import read_sources
@@ -70,6 +70,7 @@ class Imported:
 
     walks: list[ImportedWalk]
     notes: list[str]
+    warnings: list[InputError] = field(default_factory=list)
 
 
 # ---- The user's words for what our tables say
@@ -332,12 +333,13 @@ def import_and_check(
     if target is not None:
         target = Path(os.path.abspath(target))
         check_target(target, replace, faults)
-    sources, notes = read_sources(named_tables(tables), map_, faults)
+    sources, notes, doubts = read_sources(named_tables(tables), map_, faults)
     rows = read_rows(sources, map_, faults)
     faults.raise_any()
     name = target.name if target is not None else sources[0].origin.file or "walk"
     made = _made_walks(rows, map_, name, faults)
     faults.raise_any()
+    doubts += [*rows.doubts, *doubts_of_times([one.strides for one in made], map_)]
     if target is not None:
         target.parent.mkdir(parents=True, exist_ok=True)
     beside = tempfile.mkdtemp(
@@ -349,9 +351,9 @@ def import_and_check(
             at.mkdir()
         _all_read(made, at, rows, map_, faults)
         if strict:
-            for one in made:
-                for said in (*one.findings, *one.warnings):
-                    faults.add(said)
+            all_said = [said for one in made for said in (*one.findings, *one.warnings)]
+            for said in (*doubts, *all_said):
+                faults.add(said)
         faults.raise_any()
         if target is not None:
             # What a folder of the system's for temporary files may not show, a walk may.
@@ -361,7 +363,7 @@ def import_and_check(
             _settle(one, target)
     finally:
         shutil.rmtree(beside, ignore_errors=True)
-    return Imported(made, [*rows.notes, *notes])
+    return Imported(made, [*rows.notes, *notes], doubts)
 
 
 def _settle(made: ImportedWalk, target: Path | None) -> None:
@@ -428,6 +430,7 @@ def import_tables(
         tables, map, folder, settings=settings, replace=replace, strict=strict
     )
     for said in (
+        *(str(one) for one in imported.warnings),
         *said_once(imported.walks, lambda made: made.warnings),
         *said_once(imported.walks, lambda made: made.findings),
     ):
