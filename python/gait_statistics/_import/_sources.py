@@ -273,17 +273,22 @@ def _filled_width(row: Sequence[Any]) -> int:
     return max((place for place, cell in enumerate(row, 1) if text_of_cell(cell)), default=0)
 
 
-def _check_widths(source: Source, map_: TableMap, faults: Faults) -> None:
-    """Finds rows with more or fewer cells than there are names: their values may be shifted."""
-    if not source.uneven:
-        return
-    used = {
+def _mapped_places(source: Source, map_: TableMap) -> set[int]:
+    """The places of the columns that the map names."""
+    return {
         place
         for column in map_.columns.values()
         for foot in FEET
         for name in column.names[foot]
         for place in source.places(name)
     }
+
+
+def _check_widths(source: Source, map_: TableMap, faults: Faults) -> None:
+    """Finds rows with more or fewer cells than there are names: their values may be shifted."""
+    if not source.uneven:
+        return
+    used = _mapped_places(source, map_)
     width = _filled_width(source.names)
     hint = {",": ": a decimal comma in a table separated by commas?"}.get(source.separator, "")
     for row, line in zip(source.rows, source.lines, strict=True):
@@ -471,13 +476,7 @@ def _signs(source: Source, map_: TableMap, faults: Faults) -> Signs:
     decimal, thousands = map_.get("table", "decimal"), map_.get("table", "thousands", "")
     if thousands in (".", ",") and not decimal:
         decimal = "," if thousands == "." else "."
-    places = {
-        place
-        for column in map_.columns.values()
-        for foot in FEET
-        for name in column.names[foot]
-        for place in source.places(name)
-    }
+    places = _mapped_places(source, map_)
     cells = [cell for place in sorted(places) for cell in source.cells(place)]
     dates = map_.get("table", "dates") or dates_of(cells)
     if decimal:
