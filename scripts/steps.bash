@@ -6,6 +6,10 @@ passed=0
 failed=0
 skipped=0
 failed_steps=()
+failed_ends=()
+
+# What a step prints. The end of it comes again at the end of everything, where the step fails.
+step_log=build/step-of-${0##*/}.txt
 
 jobs=$(getconf _NPROCESSORS_ONLN)
 if command -v ccache >/dev/null; then
@@ -27,17 +31,24 @@ heading() {
   printf '\n==== %s ====\n' "$1"
 }
 
-# fail_step NAME: remembers the name for the list at the end.
+# logged COMMAND...: keeps what the command prints as the step's.
+logged() {
+  mkdir -p build
+  "$@" 2>&1 | tee "$step_log"
+}
+
+# fail_step NAME: remembers the name, and the end of what the step printed.
 fail_step() {
   printf '\n"%s" failed.\n' "$1"
   failed_steps+=("$1")
+  failed_ends+=("$(tail -n 40 "$step_log")")
 }
 
 # step NAME COMMAND...: runs the command under a heading, and counts it as one thing passed or
 # failed.
 step() {
   heading "$1"
-  if "${@:2}"; then
+  if logged "${@:2}"; then
     passed=$((passed + 1))
   else
     failed=$((failed + 1))
@@ -49,7 +60,7 @@ step() {
 step_or_skip() {
   local status=0
   heading "$1"
-  "${@:2}" || status=$?
+  logged "${@:2}" || status=$?
   case $status in
     0) passed=$((passed + 1)) ;;
     77) skipped=$((skipped + 1)) ;;
@@ -79,35 +90,40 @@ count_tests() {
   skipped=$((skipped + count[disabled] + count[skipped]))
 }
 
-# run_tests PRESET [ARGUMENT...]: runs the preset's tests, or those that ctest's arguments choose,
-# and counts them.
+# run_tests PRESET [ARGUMENT...]: runs the preset's tests, or those that ctest's arguments choose.
 run_tests() {
   local report=$PWD/build/tests-of-$1.xml
-  local status=0
   rm -f "$report"
-  ctest --preset "$1" --parallel "$jobs" --output-junit "$report" "${@:2}" || status=$?
-  if [[ -f $report ]]; then
-    count_tests "$report"
-  else
-    failed=$((failed + 1))
-  fi
-  return "$status"
+  ctest --preset "$1" --parallel "$jobs" --output-junit "$report" "${@:2}"
 }
 
 # build_and_test NAME PRESET [TESTS]: both under one heading; the tests may have a preset of their
-# own. Each test counts; a build that fails counts as one failure.
+# own. Each test counts; a build or a run without results counts as one failure.
 build_and_test() {
+  local tests=${3-$2} status=0
   heading "$1"
-  if ! build "$2"; then
+  rm -f "build/tests-of-$tests.xml"
+  if logged build "$2"; then
+    logged run_tests "$tests" || status=$?
+  fi
+  if [[ -f build/tests-of-$tests.xml ]]; then
+    count_tests "build/tests-of-$tests.xml"
+  else
     failed=$((failed + 1))
-    fail_step "$1"
-  elif ! run_tests "${3-$2}"; then
+    status=1
+  fi
+  if [[ $status -ne 0 ]]; then
     fail_step "$1"
   fi
 }
 
 # finish: names the steps that failed, prints the closing line, and exits accordingly.
 finish() {
+  local i
+  for i in "${!failed_steps[@]}"; do
+    heading "the end of ${failed_steps[$i]}"
+    echo "${failed_ends[$i]}"
+  done
   echo
   if [[ ${#failed_steps[@]} -gt 0 ]]; then
     printf 'Failed: %s\n' "${failed_steps[@]}"
