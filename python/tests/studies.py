@@ -5,14 +5,16 @@ from __future__ import annotations
 import os
 import subprocess
 import sys
-import time
-from collections.abc import Callable
+from collections.abc import Callable, Iterator
+from contextlib import contextmanager
 from pathlib import Path
 from typing import Any
+from unittest import mock
 
 import pandas as pd
 
 COMMAND = [sys.executable, "-m", "gait_statistics._study_command"]
+HELD_COMMAND = [sys.executable, str(Path(__file__).with_name("held_study.py"))]
 
 
 def write_walks(folder: Path, count: int) -> Path:
@@ -50,13 +52,38 @@ def parts_in(out: Path) -> list[str]:
     return sorted(n for n in os.listdir(folder) if n.endswith(".part")) if folder.exists() else []
 
 
-def wait_for_parts(out: Path, parts: int, is_over: Callable[[], object]) -> None:
-    """Returns when a study under way has so many parts."""
-    end = time.monotonic() + 60
-    while len(parts_in(out)) < parts:
-        assert not is_over(), "the study is over before it could be disturbed"
-        assert time.monotonic() < end, "no parts appear"
-        time.sleep(0.002)
+@contextmanager
+def holding_studies(parts: int, hold: Callable[[], object]) -> Iterator[None]:
+    """Studies of this process call ``hold`` once they have so many parts, and wait for its end."""
+    from gait_statistics._study._work import Work
+
+    plain_store = Work.store
+
+    def store(self: Work, first: int, stop: int, part: bytes) -> None:
+        nonlocal parts
+        plain_store(self, first, stop, part)
+        parts -= 1
+        if parts == 0:
+            hold()
+
+    with mock.patch.object(Work, "store", store):
+        yield
+
+
+@contextmanager
+def held_study(parts: int, *arguments: object) -> Iterator[subprocess.Popen[str]]:
+    """The command in a process of its own that has so many parts, and waits to be let go."""
+    command = [*HELD_COMMAND, str(parts), *map(str, arguments)]
+    pipe = subprocess.PIPE
+    with subprocess.Popen(command, stdin=pipe, stdout=pipe, stderr=pipe, text=True) as process:
+        assert process.stdout is not None
+        assert process.stdout.readline() == "held\n", process.communicate()[1]
+        yield process
+
+
+def let_go(process: subprocess.Popen[str]) -> str:
+    """Lets a held study go on, waits for its end, and returns what it says."""
+    return process.communicate()[1]
 
 
 def strides_of_bouts(bouts: int, strides: int = 12) -> pd.DataFrame:

@@ -5,14 +5,23 @@ from __future__ import annotations
 import contextlib
 import os
 import subprocess
+import threading
 import time
-from collections.abc import Iterator
+from collections.abc import Callable, Iterator
 from concurrent.futures import Future, ThreadPoolExecutor
 from pathlib import Path
 
 import pytest
 from dask_processes import Processes
-from studies import COMMAND, contents_of, strides_of_bouts, wait_for_parts, write_walks
+from studies import (
+    COMMAND,
+    contents_of,
+    held_study,
+    holding_studies,
+    let_go,
+    strides_of_bouts,
+    write_walks,
+)
 
 pytest.importorskip("pyarrow")
 pytest.importorskip("tqdm")
@@ -43,11 +52,19 @@ def whole(walks: Path, tmp_path_factory: pytest.TempPathFactory) -> dict[str, by
 
 
 @contextlib.contextmanager
-def study_under_way(cluster: Processes, walks: Path, out: Path) -> Iterator[Future[gs.Study]]:
-    """A study in a thread of its own, of which five walks are done; it is over afterwards."""
-    with ThreadPoolExecutor(1) as pool:
+def disturbed_study(
+    cluster: Processes, walks: Path, out: Path, disturb: Callable[[], object]
+) -> Iterator[Future[gs.Study]]:
+    """A study in a thread of its own, disturbed when five walks are done; over afterwards."""
+    disturbed = threading.Event()
+
+    def hold() -> None:
+        disturb()
+        disturbed.set()
+
+    with holding_studies(5, hold), ThreadPoolExecutor(1) as pool:
         study = pool.submit(gs.study, walks, out, client=cluster.client, batch=1)
-        wait_for_parts(out, 5, study.done)
+        assert disturbed.wait(120), "the study does not come so far"
         yield study
         study.result()
 
@@ -81,8 +98,8 @@ def test_four_workers_of_which_two_are_killed_give_the_same_files(
     cluster: Processes, walks: Path, whole: dict[str, bytes], tmp_path: Path
 ) -> None:
     cluster.start_workers(3)
-    with study_under_way(cluster, walks, tmp_path / "out"):
-        cluster.kill_workers(2)
+    with disturbed_study(cluster, walks, tmp_path / "out", lambda: cluster.kill_workers(2)):
+        pass
     assert contents_of(tmp_path / "out") == whole
 
 
@@ -90,8 +107,11 @@ def test_a_study_waits_while_all_workers_are_gone(
     cluster: Processes, walks: Path, whole: dict[str, bytes], tmp_path: Path
 ) -> None:
     out = tmp_path / "out"
-    with study_under_way(cluster, walks, out) as study:
+
+    def kill_all() -> None:
         cluster.kill_workers(len(cluster.workers))
+
+    with disturbed_study(cluster, walks, out, kill_all) as study:
         time.sleep(1)
         assert not study.done()
         assert contents_of(out) == {}
@@ -103,11 +123,10 @@ def test_a_study_ends_where_the_scheduler_has_gone_and_goes_on_without(
     cluster: Processes, walks: Path, whole: dict[str, bytes], tmp_path: Path
 ) -> None:
     out = tmp_path / "out"
-    command = [*COMMAND, "--scheduler", cluster.address, "--batch", "1", "-o", str(out), str(walks)]
-    with subprocess.Popen(command, stderr=subprocess.PIPE) as process:
-        wait_for_parts(out, 5, lambda: process.poll() is not None)
+    scheduler = ["--scheduler", cluster.address, "--batch", 1]
+    with held_study(5, *scheduler, "-o", out, walks) as process:
         cluster.kill_scheduler()
-        said = process.communicate()[1].decode()
+        said = let_go(process)
     assert process.returncode == 1
     assert said == ("gait-study: the scheduler has gone; the same study goes on with another one\n")
     assert contents_of(gs.study(walks, out).out) == whole

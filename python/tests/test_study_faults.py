@@ -10,7 +10,15 @@ from pathlib import Path
 from typing import Any
 
 import pytest
-from studies import COMMAND, contents_of, gait_study, parts_in, wait_for_parts, write_walks
+from studies import (
+    COMMAND,
+    contents_of,
+    gait_study,
+    held_study,
+    let_go,
+    parts_in,
+    write_walks,
+)
 
 pytest.importorskip("pyarrow")
 pytest.importorskip("tqdm")
@@ -43,16 +51,15 @@ def test_a_study_that_is_killed_goes_on_where_it_was(
     monkeypatch: pytest.MonkeyPatch,
 ) -> None:
     out = tmp_path / "out"
-    command = [*COMMAND, "--batch", "1", "--jobs", "2", "-o", str(out), str(walks)]
-    with subprocess.Popen(command, stderr=subprocess.PIPE, encoding="utf-8") as process:
-        wait_for_parts(out, 5, lambda: process.poll() is not None)
+    with held_study(5, "--batch", 1, "--jobs", 2, "-o", out, walks) as process:
         process.send_signal(number)
-        said = process.communicate()[1]
+        process.wait()
+        said = let_go(process)
     assert process.returncode == (-number if number == signal.SIGKILL else 128 + number)
     if number == signal.SIGINT:
         assert "gait-study: interrupted; the same command goes on where it was" in said
     done = {int(name.split("-")[0]) for name in parts_in(out)}
-    assert 5 <= len(done) < 40, "the study was over before it could be killed"
+    assert len(done) == 5
     assert contents_of(out) == {}
 
     computed: list[int] = []
@@ -133,14 +140,11 @@ def test_a_study_may_be_killed_at_any_moment(tmp_path: Path) -> None:
 
 def test_two_processes_are_not_at_one_study(walks: Path, tmp_path: Path) -> None:
     out = tmp_path / "out"
-    command = [*COMMAND, "--batch", "1", "--jobs", "1", "-o", str(out), str(walks)]
-    with subprocess.Popen(command, stderr=subprocess.DEVNULL) as process:
-        wait_for_parts(out, 1, lambda: process.poll() is not None)
-        process.send_signal(signal.SIGSTOP)
+    with held_study(1, "--batch", 1, "-o", out, walks) as process:
         code, said = gait_study(walks, "-o", out, "--restart")
-        process.send_signal(signal.SIGCONT)
+        let_go(process)
     assert (code, said) == (1, f"gait-study: {out}: another process is at this study\n")
-    assert process.returncode in (0, 1)
+    assert process.returncode == 1
     assert "study.json" in contents_of(out)
 
 
@@ -168,7 +172,7 @@ def test_a_full_disk_leaves_what_is_done(
         disk=$1 copy=$2; shift 2
         "$@" -o "$disk/out"; echo "exit code $?"
         find "$disk/out" -type f | grep -cv '[.]part$'; find "$disk/out" -name '*.part' | wc -l
-        mount -o remount,size=100m "$disk"
+        mount -o remount,size=100m "$disk" || exit 77
         "$@" -o "$disk/out"; echo "exit code $?"
         cp -r "$disk/out" "$copy"
     """
