@@ -26,8 +26,12 @@ HERE = pathlib.Path(__file__).resolve().parent
 def python_with_pandas():
     """The Python that runs this, or Debian's own; None where neither has pandas."""
     for python in (sys.executable, "/usr/bin/python3"):
-        if subprocess.run([python, "-c", "import pandas"], capture_output=True,
-                          check=False).returncode == 0:
+        if (
+            subprocess.run(
+                [python, "-c", "import pandas"], capture_output=True, check=False
+            ).returncode
+            == 0
+        ):
             return python
     return None
 
@@ -39,8 +43,20 @@ def make_walks(make_walk, folder, count, strides):
     for number in range(count):
         walk = folder / f"walk_{number:05}"
         if number < 1000:
-            subprocess.run([make_walk, walk, "--strides", str(strides), "--seed", str(number),
-                            "--turns", str(int(strides > 50))], check=True, capture_output=True)
+            subprocess.run(
+                [
+                    make_walk,
+                    walk,
+                    "--strides",
+                    str(strides),
+                    "--seed",
+                    str(number),
+                    "--turns",
+                    str(int(strides > 50)),
+                ],
+                check=True,
+                capture_output=True,
+            )
         else:
             shutil.copytree(walks[number % 1000], walk, copy_function=os.link)
         walks.append(walk)
@@ -50,8 +66,9 @@ def make_walks(make_walk, folder, count, strides):
 def run(*command):
     """How long a command takes (s), its processor time (s), and the most memory it held (MB)."""
     start = time.monotonic()
-    with subprocess.Popen([str(part) for part in command], stdout=subprocess.DEVNULL,
-                          stderr=subprocess.DEVNULL) as process:
+    with subprocess.Popen(
+        [str(part) for part in command], stdout=subprocess.DEVNULL, stderr=subprocess.DEVNULL
+    ) as process:
         _, status, usage = os.wait4(process.pid, 0)
         process.returncode = os.waitstatus_to_exitcode(status)
     if process.returncode != 0:
@@ -62,8 +79,10 @@ def run(*command):
 def run_two(first, second):
     """How long two commands take beside each other (s)."""
     start = time.monotonic()
-    processes = [subprocess.Popen([str(part) for part in command], stdout=subprocess.DEVNULL)
-                 for command in (first, second)]
+    processes = [
+        subprocess.Popen([str(part) for part in command], stdout=subprocess.DEVNULL)
+        for command in (first, second)
+    ]
     if any(process.wait() != 0 for process in processes):
         sys.exit("a program failed")
     return time.monotonic() - start
@@ -74,10 +93,18 @@ def instructions(*command):
     if not shutil.which("valgrind"):
         return None
     with tempfile.NamedTemporaryFile() as counts:
-        result = subprocess.run(["valgrind", "--tool=callgrind",
-                                 f"--callgrind-out-file={counts.name}", *map(str, command)],
-                                stdout=subprocess.DEVNULL, stderr=subprocess.PIPE, text=True,
-                                check=True)
+        result = subprocess.run(
+            [
+                "valgrind",
+                "--tool=callgrind",
+                f"--callgrind-out-file={counts.name}",
+                *map(str, command),
+            ],
+            stdout=subprocess.DEVNULL,
+            stderr=subprocess.PIPE,
+            text=True,
+            check=True,
+        )
     return int(re.search(r"refs:\s+([\d,]+)", result.stderr)[1].replace(",", ""))
 
 
@@ -98,27 +125,35 @@ def measure_speed(program, walks, beside, rounds):
         times.setdefault("one, processor", []).append(processor)
         times.setdefault("two", []).append(run(*two_jobs, *walks)[0])
         times.setdefault("two processes", []).append(
-            run_two([*one_job, *walks[:half]], [*one_job, *walks[half:]]))
+            run_two([*one_job, *walks[:half]], [*one_job, *walks[half:]])
+        )
         if python:
             # It takes long enough with a tenth of the walks.
             script = HERE / "peers" / "pandas_walks.py"
-            some = walks[:max(1, len(walks) // 10)]
+            some = walks[: max(1, len(walks) // 10)]
             times.setdefault("pandas", []).append(
-                run(python, script, *some)[1] * len(walks) / len(some))
+                run(python, script, *some)[1] * len(walks) / len(some)
+            )
         if beside:
             times.setdefault("beside", []).append(run(beside, "--format", "csv", *walks)[1])
     print(f"{len(walks)} walks of 100 strides a foot, --format csv, {rounds} rounds\n")
     print("| | |\n|---|---|")
     for name, key in (("walks a second, one job", "one"), ("walks a second, two jobs", "two")):
         print(f"| {name} | {len(walks) / statistics.median(times[key]):.0f} |")
-    print(f"| two jobs, by two processes beside each other | "
-          f"{ratio(times['two processes'], times['two'])} |")
+    print(
+        f"| two jobs, by two processes beside each other | "
+        f"{ratio(times['two processes'], times['two'])} |"
+    )
     if python:
-        print(f"| processor time of pandas, by ours | "
-              f"{ratio(times['pandas'], times['one, processor'])} |")
+        print(
+            f"| processor time of pandas, by ours | "
+            f"{ratio(times['pandas'], times['one, processor'])} |"
+        )
     if beside:
-        print(f"| our processor time, by that of the other program | "
-              f"{ratio(times['one, processor'], times['beside'])} |")
+        print(
+            f"| our processor time, by that of the other program | "
+            f"{ratio(times['one, processor'], times['beside'])} |"
+        )
         some = walks[:40]
         ours, theirs = instructions(*one_job, *some), instructions(beside, "--format", "csv", *some)
         if ours and theirs:
@@ -127,8 +162,10 @@ def measure_speed(program, walks, beside, rounds):
 
 def measure_memory(program, walks):
     counts = [count for count in (100, 1000, 10000) if count <= len(walks)]
-    print(f"\nThe most memory (MB), with --jobs 2, walks of 20 strides a foot\n\n"
-          f"| walks | {' | '.join(map(str, counts))} |\n|---|{' ---: |' * len(counts)}")
+    print(
+        f"\nThe most memory (MB), with --jobs 2, walks of 20 strides a foot\n\n"
+        f"| walks | {' | '.join(map(str, counts))} |\n|---|{' ---: |' * len(counts)}"
+    )
     folder = walks[0].parent
     forms = [("table", ".txt"), ("csv", ".csv"), ("json", ".json"), ("html", "/")]
     for form, ending in forms:
@@ -150,8 +187,9 @@ def remove(path):
 
 
 def main():
-    parser = argparse.ArgumentParser(description=__doc__,
-                                     formatter_class=argparse.RawDescriptionHelpFormatter)
+    parser = argparse.ArgumentParser(
+        description=__doc__, formatter_class=argparse.RawDescriptionHelpFormatter
+    )
     parser.add_argument("build", type=pathlib.Path)
     parser.add_argument("parts", nargs="*", metavar="speed|memory")
     parser.add_argument("--beside", help="another build of the program")

@@ -39,8 +39,10 @@ def distance(a, b):
 
 
 def is_number(value):
-    return isinstance(value, (int, float)) and not isinstance(value, bool) or (
-        isinstance(value, str) and value in NOT_FINITE
+    return (
+        isinstance(value, (int, float))
+        and not isinstance(value, bool)
+        or (isinstance(value, str) and value in NOT_FINITE)
     )
 
 

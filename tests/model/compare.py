@@ -127,9 +127,12 @@ class Differences:
 
     def compare_call(self, where, outcome, outputs, found):
         parameters = outputs["parameters"].items()
-        expected = {"called": {"outcome": outcome}, "info": outputs["info"],
-                    **{f"parameter {key}": parameter for key, parameter in parameters},
-                    "quality_flags": {"value": outputs["quality_flags"]}}
+        expected = {
+            "called": {"outcome": outcome},
+            "info": outputs["info"],
+            **{f"parameter {key}": parameter for key, parameter in parameters},
+            "quality_flags": {"value": outputs["quality_flags"]},
+        }
         for name, members in expected.items():
             self.compare(f"{where}, {name}", members, found.get(name))
         self.lines += [f"{where}, {name}: unexpected" for name in found.keys() - expected.keys()]
@@ -168,8 +171,9 @@ def differences_of(case, printed):
 def printed_by(driver, cases):
     """What the driver printed of each case, and what it said of one in which it ended too early."""
     text = "".join(driver_input(case, number) for number, case in cases.items())
-    result = subprocess.run([driver], input=text, capture_output=True, encoding="utf-8",
-                            errors="replace", check=False)
+    result = subprocess.run(
+        [driver], input=text, capture_output=True, encoding="utf-8", errors="replace", check=False
+    )
     printed, lines = {}, []
     for line in result.stdout.splitlines():
         if line.startswith("end\t"):
@@ -222,21 +226,33 @@ class Comparison:
         print(f"  alone: {self.driver} < {path.with_suffix('.txt')}")
 
     def summary(self):
-        return (f"{self.cases} cases, {self.calls} calls, {self.fields} fields compared "
-                f"({self.open} of them left open): {self.failing or 'no'} cases differ")
+        return (
+            f"{self.cases} cases, {self.calls} calls, {self.fields} fields compared "
+            f"({self.open} of them left open): {self.failing or 'no'} cases differ"
+        )
 
 
 def main():
     parser = argparse.ArgumentParser(
-        description="Compares the library with the model on random walks.")
+        description="Compares the library with the model on random walks."
+    )
     parser.add_argument("--driver", required=True, help="the program run_cases")
-    parser.add_argument("--seed", type=int, default=time.time_ns() // 1000,
-                        help="what the walks are made from (the clock)")
+    parser.add_argument(
+        "--seed",
+        type=int,
+        default=time.time_ns() // 1000,
+        help="what the walks are made from (the clock)",
+    )
     parser.add_argument("--cases", type=int, default=3000, help="how many cases (3000)")
-    parser.add_argument("--keep", type=pathlib.Path, default=pathlib.Path(),
-                        help="where cases that differ are written to")
-    parser.add_argument("--replay", type=pathlib.Path,
-                        help="a case that was written out, instead of random ones")
+    parser.add_argument(
+        "--keep",
+        type=pathlib.Path,
+        default=pathlib.Path(),
+        help="where cases that differ are written to",
+    )
+    parser.add_argument(
+        "--replay", type=pathlib.Path, help="a case that was written out, instead of random ones"
+    )
     arguments = parser.parse_args()
 
     if arguments.replay:

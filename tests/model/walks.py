@@ -17,21 +17,62 @@ from model import CATALOGUE, MISSING, fresh_parameter
 
 # Every measured field in declaration order, with the size of a plausible value, and of its spread.
 MEASURED = {
-    "hs": (20.0, 9.0), "gct": (1.1, 0.05), "swing": (38.0, 2.0), "stance": (62.0, 2.0),
-    "contact": (680.0, 30.0), "cadence": (110.0, 5.0), "ldr": (12.0, 2.0), "ffr": (55.0, 4.0),
-    "pur": (33.0, 3.0), "slength": (1.3, 0.1), "swidth": (0.04, 0.02),
-    "path_length": (104.0, 1.0), "speed": (1.2, 0.4), "ta": (0.0, 6.0),
-    "peakswing": (420.0, 30.0), "top": (65.0, 5.0), "hsp": (22.0, 4.0), "step_time": (0.55, 0.03),
-    "step_length": (0.65, 0.05), "strike_eversion": (4.0, 3.0), "max_hc": (0.25, 0.02),
-    "min_tc": (0.02, 0.01), "max_tc1": (0.06, 0.01), "max_tc2": (0.12, 0.02),
-    "mtc_speed": (4.0, 0.5), "impact_vert": (2.5, 0.8), "impact_hor": (1.5, 0.5)}
+    "hs": (20.0, 9.0),
+    "gct": (1.1, 0.05),
+    "swing": (38.0, 2.0),
+    "stance": (62.0, 2.0),
+    "contact": (680.0, 30.0),
+    "cadence": (110.0, 5.0),
+    "ldr": (12.0, 2.0),
+    "ffr": (55.0, 4.0),
+    "pur": (33.0, 3.0),
+    "slength": (1.3, 0.1),
+    "swidth": (0.04, 0.02),
+    "path_length": (104.0, 1.0),
+    "speed": (1.2, 0.4),
+    "ta": (0.0, 6.0),
+    "peakswing": (420.0, 30.0),
+    "top": (65.0, 5.0),
+    "hsp": (22.0, 4.0),
+    "step_time": (0.55, 0.03),
+    "step_length": (0.65, 0.05),
+    "strike_eversion": (4.0, 3.0),
+    "max_hc": (0.25, 0.02),
+    "min_tc": (0.02, 0.01),
+    "max_tc1": (0.06, 0.01),
+    "max_tc2": (0.12, 0.02),
+    "mtc_speed": (4.0, 0.5),
+    "impact_vert": (2.5, 0.8),
+    "impact_hor": (1.5, 0.5),
+}
 
-INT_MIN, INT_MAX = -2**31, 2**31 - 1
+INT_MIN, INT_MAX = -(2**31), 2**31 - 1
 EPSILON = 2.220446049250313e-16
 LARGEST, SMALLEST, SMALLEST_NORMAL = 1.7976931348623157e308, 5e-324, 2.2250738585072014e-308
-SPECIAL = [0.0, -0.0, 1.0, MISSING, -0.999, -2.0, math.nextafter(-1.0, 0.0),
-           math.nextafter(-1.0, -2.0), 20.0, -20.0, EPSILON, -EPSILON, SMALLEST, -SMALLEST,
-           SMALLEST_NORMAL, LARGEST, -LARGEST, 1e300, -1e-300, math.inf, -math.inf, math.nan]
+SPECIAL = [
+    0.0,
+    -0.0,
+    1.0,
+    MISSING,
+    -0.999,
+    -2.0,
+    math.nextafter(-1.0, 0.0),
+    math.nextafter(-1.0, -2.0),
+    20.0,
+    -20.0,
+    EPSILON,
+    -EPSILON,
+    SMALLEST,
+    -SMALLEST,
+    SMALLEST_NORMAL,
+    LARGEST,
+    -LARGEST,
+    1e300,
+    -1e-300,
+    math.inf,
+    -math.inf,
+    math.nan,
+]
 
 
 # Values of one field over the cycles of a foot: (random, (size, spread), n) -> n values.
@@ -103,9 +144,24 @@ def any_bits(rng, _, n):
     return [math.nan if math.isnan(value) else value for value in values]
 
 
-STYLES = (plausible, plausible, plausible, rounded, equal, last_bit_apart, few, zeros, speed_limits,
-          mean_near_epsilon, huge, denormal, special, not_a_number_among_others, any_magnitude,
-          any_bits)
+STYLES = (
+    plausible,
+    plausible,
+    plausible,
+    rounded,
+    equal,
+    last_bit_apart,
+    few,
+    zeros,
+    speed_limits,
+    mean_near_epsilon,
+    huge,
+    denormal,
+    special,
+    not_a_number_among_others,
+    any_magnitude,
+    any_bits,
+)
 
 
 class Temper:
@@ -127,8 +183,10 @@ class Temper:
             style = self.rng.choice([special, any_magnitude, any_bits])
         share_missing = self.rng.choice(self.shares_missing)
         values = style(self.rng, MEASURED.get(field, (20.0, 4.0)), n)
-        return [MISSING if share_missing and self.rng.random() < share_missing else value
-                for value in values]
+        return [
+            MISSING if share_missing and self.rng.random() < share_missing else value
+            for value in values
+        ]
 
 
 def number_of_cycles(rng, least):
@@ -138,8 +196,10 @@ def number_of_cycles(rng, least):
 
 def positions(rng, n, count):
     """Indices into a list of n, some of them out of range."""
-    return [rng.choice([INT_MIN, INT_MAX, -1, n]) if rng.random() < 0.1 else rng.randint(-2, n + 2)
-            for _ in range(count)]
+    return [
+        rng.choice([INT_MIN, INT_MAX, -1, n]) if rng.random() < 0.1 else rng.randint(-2, n + 2)
+        for _ in range(count)
+    ]
 
 
 def foot(rng, temper, n):
@@ -153,10 +213,14 @@ def foot(rng, temper, n):
         indices = rng.choice([indices, indices[::-1], rng.sample(indices, n), positions(rng, n, n)])
     cycles = []
     for i in range(n):
-        cycle = {"first_sample": starts[i], "last_sample": starts[i] + lengths[i] - 1,
-                 "index": indices[i]}
-        cycle.update((field, values[i]) for field, values in columns.items()
-                     if values[i] != MISSING)
+        cycle = {
+            "first_sample": starts[i],
+            "last_sample": starts[i] + lengths[i] - 1,
+            "index": indices[i],
+        }
+        cycle.update(
+            (field, values[i]) for field, values in columns.items() if values[i] != MISSING
+        )
         cycles.append(cycle)
     if temper.odd and n > 0:
         edges = [0, -1, 1, 100, INT_MIN, INT_MAX]
@@ -213,8 +277,19 @@ def exclusions(rng, n):
 def setting(rng):
     if rng.random() < 0.5:
         return 0.0
-    edges = [9.999999, 10.0, 34.0, 34.000004, 1e-45, -0.0, -5.0, 3e38, math.inf, math.nan,
-             rng.uniform(-5.0, 50.0)]
+    edges = [
+        9.999999,
+        10.0,
+        34.0,
+        34.000004,
+        1e-45,
+        -0.0,
+        -5.0,
+        3e38,
+        math.inf,
+        math.nan,
+        rng.uniform(-5.0, 50.0),
+    ]
     return struct.unpack("<f", struct.pack("<f", rng.choice(edges)))[0]
 
 
@@ -227,10 +302,15 @@ def walk(rng):
     n = number_of_cycles(rng, 1)
     # Feet beyond the entries stand elsewhere; right_foot and left_foot may point at those too.
     for i in range(max(1, entries) + (rng.random() < 0.1)):
-        near = (number_of_cycles(rng, 1) if temper.odd
-                else max(1, n + rng.choice([0, 0, 0, -1, 1, 2])))
-        feet.append({"recording": rng.randrange(len(recordings)),
-                     "cycles": foot(rng, temper, n if i == 0 else near)})
+        near = (
+            number_of_cycles(rng, 1) if temper.odd else max(1, n + rng.choice([0, 0, 0, -1, 1, 2]))
+        )
+        feet.append(
+            {
+                "recording": rng.randrange(len(recordings)),
+                "cycles": foot(rng, temper, n if i == 0 else near),
+            }
+        )
     left, right = rng.sample(range(len(feet)), 2) if two_feet else (None, None)
     if two_feet and temper.odd and rng.random() < 0.1:
         left = right
@@ -252,11 +332,20 @@ def walk(rng):
     columns.update({link: links(rng, temper, feet, own, count) for link, own in sides.items()})
     feet_cycles = [{name: column[i] for name, column in columns.items()} for i in range(count)]
     analysed = count if two_feet else n
-    lists = {name: exclusions(rng, analysed)
-             for name in ("excluded_1", "excluded_1_fallback", "excluded_2", "excluded_2_fallback")}
-    return {"recordings": recordings, "feet": feet, "foot_results": entries, "left_foot": left,
-            "right_foot": right, "feet_cycles": feet_cycles, **lists,
-            "settings_value": setting(rng)}
+    lists = {
+        name: exclusions(rng, analysed)
+        for name in ("excluded_1", "excluded_1_fallback", "excluded_2", "excluded_2_fallback")
+    }
+    return {
+        "recordings": recordings,
+        "feet": feet,
+        "foot_results": entries,
+        "left_foot": left,
+        "right_foot": right,
+        "feet_cycles": feet_cycles,
+        **lists,
+        "settings_value": setting(rng),
+    }
 
 
 def parameters_of_the_caller(rng):
@@ -264,8 +353,12 @@ def parameters_of_the_caller(rng):
     if rng.random() < 0.8:
         return {}
     temper = Temper(rng)
-    names = [row.key + suffix for row in CATALOGUE if row.is_built(two_feet=True)
-             for suffix in ("", "_R", "_L")]
+    names = [
+        row.key + suffix
+        for row in CATALOGUE
+        if row.is_built(two_feet=True)
+        for suffix in ("", "_R", "_L")
+    ]
     # Keys that lead to partners in unusual ways, or to one that others lead to.
     names += ["own_L", "own_R", "_L", "_R", "a_L_L", "a_R", "gct_Left", "b_Lx_R", "b_R", "c_L"]
     often = ["asymmetry", "speed", "speed_R", "speed_L", "swing_R", "swing_L", "own_L", "own_R"]
@@ -276,16 +369,25 @@ def parameters_of_the_caller(rng):
         statistics = ("mean", "median", "std", "iqr", "min", "max", "cv", "asymmetry")
         parameters[name].update(zip(statistics, temper.values("speed", len(statistics))))
         parameters[name].update(
-            valid=rng.random() < 0.5, description="kept", unit="one of the caller's",
-            decimals=rng.randint(-1, 9), values=temper.values("swing", number_of_cycles(rng, 0)),
-            asymmetry_enabled=rng.random() < 0.7)
+            valid=rng.random() < 0.5,
+            description="kept",
+            unit="one of the caller's",
+            decimals=rng.randint(-1, 9),
+            values=temper.values("swing", number_of_cycles(rng, 0)),
+            asymmetry_enabled=rng.random() < 0.7,
+        )
     return parameters
 
 
 def case(seed, number):
     """Every case has a generator of its own, so that each can be made without those before it."""
     rng = random.Random(f"{seed} {number}")
-    calls = [{"walk": walk(rng), "times": rng.choices([1, 2, 3], [6, 4, 1])[0]}
-             for _ in range(rng.choices([1, 2, 3], [8, 3, 1])[0])]
-    return {"parameters": parameters_of_the_caller(rng),
-            "quality_flags": rng.choice([0, 0, 1, 255, INT_MIN]), "calls": calls}
+    calls = [
+        {"walk": walk(rng), "times": rng.choices([1, 2, 3], [6, 4, 1])[0]}
+        for _ in range(rng.choices([1, 2, 3], [8, 3, 1])[0])
+    ]
+    return {
+        "parameters": parameters_of_the_caller(rng),
+        "quality_flags": rng.choice([0, 0, 1, 255, INT_MIN]),
+        "calls": calls,
+    }

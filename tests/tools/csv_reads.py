@@ -52,7 +52,7 @@ def check_in_pandas(files: dict[str, pathlib.Path], document: dict) -> None:
     for walk in document["walks"]:
         for parameter in walk["parameters"].values():
             found = means.loc[walk["walk"], (parameter["parameter"], parameter["side"])]
-            assert (pd.isna(found) if parameter["mean"] is None else found == parameter["mean"])
+            assert pd.isna(found) if parameter["mean"] is None else found == parameter["mean"]
             figures += 1
     assert not parameters[["unit", "side", "analysed", "sampling_rate_hz"]].isna().any().any()
     assert list(walks["walk"]) == names
@@ -60,18 +60,26 @@ def check_in_pandas(files: dict[str, pathlib.Path], document: dict) -> None:
     counted = strides[strides["included"]].groupby("walk").size()
     recorded = walks.set_index("walk")[["included_right", "included_left"]].sum(axis=1)
     assert (counted == recorded[counted.index]).all()
-    print(f"pandas {pd.__version__}: {len(parameters)}, {len(walks)} and {len(strides)} rows, "
-          f"{figures} means to the bit")
+    print(
+        f"pandas {pd.__version__}: {len(parameters)}, {len(walks)} and {len(strides)} rows, "
+        f"{figures} means to the bit"
+    )
 
 
 def main(program: str, *folders: str) -> None:
     def output(*options: str) -> str:
-        return subprocess.run([program, "--recursive", *options, *folders], capture_output=True,
-                              check=True, encoding="utf-8").stdout
+        return subprocess.run(
+            [program, "--recursive", *options, *folders],
+            capture_output=True,
+            check=True,
+            encoding="utf-8",
+        ).stdout
 
     with tempfile.TemporaryDirectory(prefix="gait_statistics_") as name:
-        files = {table: pathlib.Path(name) / f"{table}.csv"
-                 for table in ("parameters", "walks", "strides")}
+        files = {
+            table: pathlib.Path(name) / f"{table}.csv"
+            for table in ("parameters", "walks", "strides")
+        }
         for table, file in files.items():
             file.write_text(output("--table", table), encoding="utf-8")
         check_in_pandas(files, json.loads(output("--format", "json")))

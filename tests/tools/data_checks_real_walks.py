@@ -25,8 +25,12 @@ FEWEST_STRIDES = 10
 
 
 def report(program, walk, *options):
-    result = subprocess.run([program, "--format", "json", *options, walk], capture_output=True,
-                            encoding="utf-8", check=False)
+    result = subprocess.run(
+        [program, "--format", "json", *options, walk],
+        capture_output=True,
+        encoding="utf-8",
+        check=False,
+    )
     assert result.returncode == 0, result.stderr
     return json.loads(result.stdout)["walks"][0]
 
@@ -57,6 +61,7 @@ class AlteredWalk(Walk):
             for row in rows:
                 if foot is None or row["foot"] == foot:
                     change(row)
+
         self.alter(table, alter)
 
     def one(self, change):
@@ -74,6 +79,7 @@ def add(column, amount):
     def change(row):
         if row[column]:
             row[column] = repr(float(row[column]) + amount)
+
     return change
 
 
@@ -81,18 +87,21 @@ def times(column, factor):
     def change(row):
         if row[column]:
             row[column] = repr(float(row[column]) * factor)
+
     return change
 
 
 def put(column, value):
     def change(row):
         row[column] = str(value)
+
     return change
 
 
 def swap(one, other):
     def change(row):
         row[one], row[other] = row[other], row[one]
+
     return change
 
 
@@ -135,6 +144,7 @@ def exchange_links(walk):
         one, other = rows[walk.pair], rows[walk.pair + 1]
         for column in ("right_index", "left_index", "gct", "ds"):
             one[column], other[column] = other[column], one[column]
+
     walk.pairs(change)
 
 
@@ -142,55 +152,127 @@ def exchange_links(walk):
 # that must follow or may.
 ALTERATIONS = [
     ("swing", lambda w: w.one(add("swing", 2)), "swing_and_stance", set()),
-    ("gct", lambda w: w.one(add("gct", 0.05)), "duration_and_samples",
-     {"cadence_and_duration", "speed_and_stride_length", "contact_and_stance",
-      "feet_cycle_duration"}),
+    (
+        "gct",
+        lambda w: w.one(add("gct", 0.05)),
+        "duration_and_samples",
+        {
+            "cadence_and_duration",
+            "speed_and_stride_length",
+            "contact_and_stance",
+            "feet_cycle_duration",
+        },
+    ),
     ("gct", lambda w: w.set_rate(128), "duration_and_samples", {"heel_strike_and_sample"}),
     ("hs", lambda w: w.each(hs_of_the_end), "heel_strike_and_sample", {"strides_in_time_order"}),
     ("cadence", lambda w: w.each(times("cadence", 1.05)), "cadence_and_duration", set()),
-    ("slength", lambda w: w.each(times("slength", 0.5)), "speed_and_stride_length",
-     {"step_lengths_of_a_stride"}),
+    (
+        "slength",
+        lambda w: w.each(times("slength", 0.5)),
+        "speed_and_stride_length",
+        {"step_lengths_of_a_stride"},
+    ),
     ("contact", lambda w: w.one(times("contact", 0.6)), "contact_and_stance", set()),
     ("ldr", lambda w: w.each(times("ldr", 0.6)), "phases_of_stance", set()),
     ("path_length", lambda w: w.one(put("path_length", 90)), "path_and_stride_length", set()),
-    ("step_time", lambda w: w.each(step_time_of_a_stride), "step_and_stride_time",
-     {"step_times_of_a_stride"}),
-    ("mtc_speed", lambda w: w.one(swap("mtc_speed", "speed")), "swing_speed_and_velocity",
-     {"speed_and_stride_length"}),
+    (
+        "step_time",
+        lambda w: w.each(step_time_of_a_stride),
+        "step_and_stride_time",
+        {"step_times_of_a_stride"},
+    ),
+    (
+        "mtc_speed",
+        lambda w: w.one(swap("mtc_speed", "speed")),
+        "swing_speed_and_velocity",
+        {"speed_and_stride_length"},
+    ),
     ("min_tc", lambda w: w.one(swap("min_tc", "max_tc2")), "toe_clearances", set()),
-    ("gct", Walk.reverse_indices, "strides_in_time_order",
-     {"linked_strides_overlap", "feet_cycle_duration", "durations_of_both_feet",
-      "double_support_and_stances", "left_opens_within_right"}),
+    (
+        "gct",
+        Walk.reverse_indices,
+        "strides_in_time_order",
+        {
+            "linked_strides_overlap",
+            "feet_cycle_duration",
+            "durations_of_both_feet",
+            "double_support_and_stances",
+            "left_opens_within_right",
+        },
+    ),
     ("gct", exchange_links, "links_in_order", {"linked_strides_overlap", "feet_cycle_duration"}),
-    ("gct", lambda w: w.pairs(late_links), "linked_strides_overlap",
-     {"step_times_of_a_stride", "step_lengths_of_a_stride", "feet_cycle_duration"}),
+    (
+        "gct",
+        lambda w: w.pairs(late_links),
+        "linked_strides_overlap",
+        {"step_times_of_a_stride", "step_lengths_of_a_stride", "feet_cycle_duration"},
+    ),
     ("gct", lambda w: w.one_pair(put("left_index", "")), "unlinked_strides", set()),
     ("gct", lambda w: w.one_pair(add("gct", 0.2)), "feet_cycle_duration", set()),
-    ("gct", Walk.swap_feet, "feet_cycle_duration",
-     {"left_opens_within_right", "step_times_of_a_stride"}),
-    ("gct", Walk.swap_feet, "left_opens_within_right",
-     {"feet_cycle_duration", "step_times_of_a_stride"}),
-    ("gct", lambda w: w.pairs(early_links), "left_opens_within_right",
-     {"step_times_of_a_stride", "step_lengths_of_a_stride", "linked_strides_overlap",
-      "feet_cycle_duration", "unlinked_strides"}),
-    ("swing", lambda w: w.each(times("ds", 0.5), "feet_cycles.csv"), "double_support_and_stances",
-     {"ds_median"}),
-    ("step_time", lambda w: w.each(other_step_time), "step_times_of_a_stride",
-     {"step_and_stride_time", "step_time_bounds"}),
+    (
+        "gct",
+        Walk.swap_feet,
+        "feet_cycle_duration",
+        {"left_opens_within_right", "step_times_of_a_stride"},
+    ),
+    (
+        "gct",
+        Walk.swap_feet,
+        "left_opens_within_right",
+        {"feet_cycle_duration", "step_times_of_a_stride"},
+    ),
+    (
+        "gct",
+        lambda w: w.pairs(early_links),
+        "left_opens_within_right",
+        {
+            "step_times_of_a_stride",
+            "step_lengths_of_a_stride",
+            "linked_strides_overlap",
+            "feet_cycle_duration",
+            "unlinked_strides",
+        },
+    ),
+    (
+        "swing",
+        lambda w: w.each(times("ds", 0.5), "feet_cycles.csv"),
+        "double_support_and_stances",
+        {"ds_median"},
+    ),
+    (
+        "step_time",
+        lambda w: w.each(other_step_time),
+        "step_times_of_a_stride",
+        {"step_and_stride_time", "step_time_bounds"},
+    ),
     ("step_length", lambda w: w.each(times("step_length", 1.3)), "step_lengths_of_a_stride", set()),
-    ("gct", lambda w: w.each(times("gct", 1.2), foot="left"), "durations_of_both_feet",
-     {"duration_and_samples", "cadence_and_duration", "speed_and_stride_length",
-      "contact_and_stance", "feet_cycle_duration"}),
+    (
+        "gct",
+        lambda w: w.each(times("gct", 1.2), foot="left"),
+        "durations_of_both_feet",
+        {
+            "duration_and_samples",
+            "cadence_and_duration",
+            "speed_and_stride_length",
+            "contact_and_stance",
+            "feet_cycle_duration",
+        },
+    ),
     ("peakswing", lambda w: w.each(put("peakswing", 400)), "stuck_column", set()),
-    ("gct", lambda w: w.each(lambda row: put("last_sample", int(row["last_sample"]) + 1)(row)),
-     "one_sample_too_many", {"duration_and_samples"}),
+    (
+        "gct",
+        lambda w: w.each(lambda row: put("last_sample", int(row["last_sample"]) + 1)(row)),
+        "one_sample_too_many",
+        {"duration_and_samples"},
+    ),
     ("hsp", lambda w: w.each(times("hsp", 0.0174533)), "angles_in_radians", set()),
 ]
 
 
 def list_checks(program):
-    listed = subprocess.run([program, "--list-checks", "--format", "json"], capture_output=True,
-                            check=True).stdout
+    listed = subprocess.run(
+        [program, "--list-checks", "--format", "json"], capture_output=True, check=True
+    ).stdout
     return json.loads(listed)
 
 
@@ -205,12 +287,24 @@ def altered_bounds(program):
         if check["kind"] == "bounds of one stride":
             for value in (lowest - 0.5, highest + 0.5):
                 change = put(column, value)
-                yield (column, lambda w, c=change, t=table:
-                       w.one_pair(c) if t == "feet_cycles.csv" else w.one(c), check["check"], set())
+                yield (
+                    column,
+                    lambda w, c=change, t=table: w.one_pair(c)
+                    if t == "feet_cycles.csv"
+                    else w.one(c),
+                    check["check"],
+                    set(),
+                )
         else:
             change = put(column, highest + 0.5)
-            yield (column, lambda w, c=change, t=table:
-                   w.each(lambda row: c(row) if row[w.column] else None, t), check["check"], set())
+            yield (
+                column,
+                lambda w, c=change, t=table: w.each(
+                    lambda row: c(row) if row[w.column] else None, t
+                ),
+                check["check"],
+                set(),
+            )
 
 
 def check_walk(program, folder, copy, verbose):
@@ -218,8 +312,10 @@ def check_walk(program, folder, copy, verbose):
     as_it_is = report(program, folder)
     if verbose:
         for finding in as_it_is["findings"]:
-            print(f"{folder.name}: {finding['check']}: {finding['text']}, "
-                  f"{finding['broken']} of {finding['compared']} {finding['counted']}")
+            print(
+                f"{folder.name}: {finding['check']}: {finding['text']}, "
+                f"{finding['broken']} of {finding['compared']} {finding['counted']}"
+            )
     broken = {finding["check"] for finding in as_it_is["findings"]}
     assert broken <= KNOWN, (folder, broken)
     included = as_it_is["accounting"]["cycles"]
@@ -251,8 +347,9 @@ def main(program, folder, *options):
     covered, wrong = set(), []
     with tempfile.TemporaryDirectory(prefix="gait_real_walks_") as temporary:
         for walk in walks:
-            more, failed = check_walk(program, walk, pathlib.Path(temporary) / "walk",
-                                      "-v" in options)
+            more, failed = check_walk(
+                program, walk, pathlib.Path(temporary) / "walk", "-v" in options
+            )
             covered |= more
             wrong += failed
             print(f"{walk.name}: {len(more)} checks broken one by one")

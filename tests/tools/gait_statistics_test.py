@@ -48,11 +48,15 @@ def environment(**changes):
 
 
 def run(*arguments, **options):
-    return subprocess.run([PROGRAM, *map(str, arguments)],
-                          stdout=options.pop("stdout", subprocess.PIPE),
-                          stderr=options.pop("stderr", subprocess.PIPE),
-                          encoding=options.pop("encoding", "utf-8"),
-                          env=options.pop("env", environment()), check=False, **options)
+    return subprocess.run(
+        [PROGRAM, *map(str, arguments)],
+        stdout=options.pop("stdout", subprocess.PIPE),
+        stderr=options.pop("stderr", subprocess.PIPE),
+        encoding=options.pop("encoding", "utf-8"),
+        env=options.pop("env", environment()),
+        check=False,
+        **options,
+    )
 
 
 def without_findings(messages):
@@ -67,8 +71,10 @@ def strides(count=6, **values):
     """
     defaults = {"gct": 1.0, "swing": 36.0, "slength": 1.3, "speed": 1.3}
     values = {**defaults, **values}
-    return [{name: value[i] if isinstance(value, list) else value
-             for name, value in values.items()} for i in range(count)]
+    return [
+        {name: value[i] if isinstance(value, list) else value for name, value in values.items()}
+        for i in range(count)
+    ]
 
 
 def write_walk(folder, left=None, right=None, exclusions=(), rate=100):
@@ -81,14 +87,26 @@ def write_walk(folder, left=None, right=None, exclusions=(), rate=100):
         with open(folder / table, "w", encoding="utf-8", newline="") as file:
             csv.writer(file, lineterminator="\n").writerows([header.split(","), *rows])
 
-    write("recording.csv", "foot,sampling_rate,signal_1_samples,signal_2_samples",
-          [[name, rate, 100000, 100000] for name, _ in feet])
-    write("foot_cycles.csv", FOOT_CYCLES,
-          [[name, i, 100 * i, 100 * i + 99] + [stride.get(m) for m in MEASURED]
-           for name, foot in feet for i, stride in enumerate(foot)])
+    write(
+        "recording.csv",
+        "foot,sampling_rate,signal_1_samples,signal_2_samples",
+        [[name, rate, 100000, 100000] for name, _ in feet],
+    )
+    write(
+        "foot_cycles.csv",
+        FOOT_CYCLES,
+        [
+            [name, i, 100 * i, 100 * i + 99] + [stride.get(m) for m in MEASURED]
+            for name, foot in feet
+            for i, stride in enumerate(foot)
+        ],
+    )
     if left and right:
-        write("feet_cycles.csv", "index,gct,ds,right_index,left_index",
-              [[i, 1.0, 25.0, i, i] for i in range(min(len(left), len(right)))])
+        write(
+            "feet_cycles.csv",
+            "index,gct,ds,right_index,left_index",
+            [[i, 1.0, 25.0, i, i] for i in range(min(len(left), len(right)))],
+        )
     write("exclusions.csv", "cycles,list,index,reason", exclusions)
     return str(folder)
 
@@ -117,10 +135,13 @@ class ProgramTest(unittest.TestCase):
     def table_row(self, description, *arguments):
         """The cells of a parameter in a report that is wide enough for one block."""
         report = self.output("--width", "400", *arguments)
-        rows = [line.split() for line in report.splitlines()
-                if line.startswith("  " + description + "  ")]
+        rows = [
+            line.split()
+            for line in report.splitlines()
+            if line.startswith("  " + description + "  ")
+        ]
         self.assertEqual(len(rows), 1, report)
-        return rows[0][len(description.split()):]
+        return rows[0][len(description.split()) :]
 
 
 class Report(ProgramTest):
@@ -144,8 +165,9 @@ class Report(ProgramTest):
         self.check_golden("left_foot", LEFT_FOOT)
 
     def test_of_one_foot_of_two(self):
-        self.check_golden("right_of_both_feet", "--foot", "right", "--settings-value", "40",
-                          BOTH_FEET)
+        self.check_golden(
+            "right_of_both_feet", "--foot", "right", "--settings-value", "40", BOTH_FEET
+        )
 
     def test_of_the_parameters(self):
         self.check_golden("list_parameters", "--list-parameters")
@@ -170,18 +192,48 @@ class Report(ProgramTest):
 
     def test_shows_a_swing_asymmetry_of_minus_one_as_a_number(self):
         walk = self.walk(left=strides(6, swing=49.5), right=strides(6, swing=50.5))
-        self.assertIn("mean -1.000 % (right swing longer), SD 0.000, n 6 strides",
-                      self.output(walk))
+        self.assertIn(
+            "mean -1.000 % (right swing longer), SD 0.000, n 6 strides", self.output(walk)
+        )
         as_json = self.json_walk(walk)
         asymmetry = as_json["parameters"]["asymmetry"]
         self.assertEqual((asymmetry["mean"], asymmetry["n"]), (-1.0, 6))
         self.assertEqual(as_json["two_feet_cycles"]["asymmetry"], [-1.0] * 6)
         self.assertIsNone(asymmetry["median"])
         row = next(row for row in self.csv_rows(walk) if row["parameter"] == "asymmetry")
-        self.assertEqual([row[c] for c in ("side", "unit", "n", "mean", "median", "std", "iqr",
-                                           "min", "max", "cv", "asymmetry", "direction")],
-                         ["both", "% x 100 Hz / 100 Hz", "6", "-1", "", "0", "", "", "", "", "",
-                          "right swing longer"])
+        self.assertEqual(
+            [
+                row[c]
+                for c in (
+                    "side",
+                    "unit",
+                    "n",
+                    "mean",
+                    "median",
+                    "std",
+                    "iqr",
+                    "min",
+                    "max",
+                    "cv",
+                    "asymmetry",
+                    "direction",
+                )
+            ],
+            [
+                "both",
+                "% x 100 Hz / 100 Hz",
+                "6",
+                "-1",
+                "",
+                "0",
+                "",
+                "",
+                "",
+                "",
+                "",
+                "right swing longer",
+            ],
+        )
 
     def test_shows_no_minus_in_front_of_a_zero(self):
         walk = self.walk(left=strides(1, ta=-0.04))
@@ -189,47 +241,75 @@ class Report(ProgramTest):
 
     def test_shows_the_parameters_own_decimals(self):
         walk = self.walk(left=strides(2, gct=1.23456, swing=36.789, contact=712.6, ta=3.14159))
-        means = [self.table_row(name, walk) for name in ("Cycle duration", "Swing", "Contact",
-                                                         "Turning angle")]
-        self.assertEqual(["1.235" in means[0], "36.79" in means[1], "713" in means[2],
-                          "3.1" in means[3]], [True] * 4)
+        means = [
+            self.table_row(name, walk)
+            for name in ("Cycle duration", "Swing", "Contact", "Turning angle")
+        ]
+        self.assertEqual(
+            ["1.235" in means[0], "36.79" in means[1], "713" in means[2], "3.1" in means[3]],
+            [True] * 4,
+        )
 
     def test_shows_no_ratio_near_a_mean_of_zero(self):
         walk = self.walk(left=strides(6, ta=0.0), right=strides(6, ta=2.0))
         self.assertEqual(self.table_row("Turning angle", walk)[-2:], ["-", "-"])
-        rows = {row["side"]: row["asymmetry"] for row in self.csv_rows(walk)
-                if row["parameter"] == "TA"}
+        rows = {
+            row["side"]: row["asymmetry"] for row in self.csv_rows(walk) if row["parameter"] == "TA"
+        }
         self.assertEqual(rows, {"right": "0", "left": "inf"})
         parameters = self.json_walk(walk)["parameters"]
-        self.assertEqual((parameters["TA_R"]["asymmetry"], parameters["TA_L"]["asymmetry"]),
-                         (0.0, None))
+        self.assertEqual(
+            (parameters["TA_R"]["asymmetry"], parameters["TA_L"]["asymmetry"]), (0.0, None)
+        )
 
     def ratio(self, **of_the_right_foot):
         """The ratio and the symmetry index of the turning angles, and of the lift-off angles."""
-        walk = self.walk(f"walk {of_the_right_foot}", left=strides(2, ta=[1.0, 3.0], top=[-4, -6]),
-                         right=strides(2, **of_the_right_foot))
-        return (self.table_row("Turning angle", walk)[-2:],
-                self.table_row("Lift-off Angle", walk)[-2:])
+        walk = self.walk(
+            f"walk {of_the_right_foot}",
+            left=strides(2, ta=[1.0, 3.0], top=[-4, -6]),
+            right=strides(2, **of_the_right_foot),
+        )
+        return (
+            self.table_row("Turning angle", walk)[-2:],
+            self.table_row("Lift-off Angle", walk)[-2:],
+        )
 
     def test_shows_a_ratio_of_means_that_are_clear_of_zero_on_one_side_of_it(self):
-        self.assertEqual(self.ratio(ta=[4.0, 4.0], top=[-5.0, -7.0]),
-                         (["2.000", "-"], ["1.200", "18.2"]))
+        self.assertEqual(
+            self.ratio(ta=[4.0, 4.0], top=[-5.0, -7.0]), (["2.000", "-"], ["1.200", "18.2"])
+        )
         self.assertEqual(self.ratio(ta=[-4.0, -4.0], top=[5.0, 7.0]), (["-", "-"], ["-", "-"]))
         self.assertEqual(self.ratio(ta=[0.0, 4.0], top=-5.0), (["-", "-"], ["1.000", "0.0"]))
 
     def test_shows_no_ratio_to_a_side_that_was_not_measured(self):
         walk = self.walk(left=strides(6), right=strides(6, ta=2.0))
         self.assertEqual(self.table_row("Turning angle", walk)[-2:], ["-", "-"])
-        self.assertEqual([row["asymmetry"] for row in self.csv_rows(walk)
-                          if row["parameter"] == "TA"], ["", ""])
+        self.assertEqual(
+            [row["asymmetry"] for row in self.csv_rows(walk) if row["parameter"] == "TA"], ["", ""]
+        )
         self.assertIsNone(self.json_walk(walk)["parameters"]["TA_R"]["asymmetry"])
 
     def test_shows_no_spread_of_a_single_stride(self):
         walk = self.walk(left=strides(1, gct=[1.25], ta=2.0), right=strides(1, gct=[1.5], ta=3.0))
         self.assertEqual(self.table_row("Turning angle", walk)[-2:], ["-", "-"])
-        self.assertEqual(self.table_row("Cycle duration", walk),
-                         ["seconds", "1", "1", "1.500", "1.250", "1.500", "1.250", "1.500",
-                          "1.250", "1.500", "1.250", "1.200", "18.2"])
+        self.assertEqual(
+            self.table_row("Cycle duration", walk),
+            [
+                "seconds",
+                "1",
+                "1",
+                "1.500",
+                "1.250",
+                "1.500",
+                "1.250",
+                "1.500",
+                "1.250",
+                "1.500",
+                "1.250",
+                "1.200",
+                "18.2",
+            ],
+        )
         self.assertIn("SD -, n 1 stride\n", self.output(walk))
         for row in self.csv_rows(walk):
             if row["n"] == "1":
@@ -238,8 +318,9 @@ class Report(ProgramTest):
     def test_shows_nothing_of_a_swing_asymmetry_that_no_stride_has(self):
         walk = self.walk(left=strides(6, swing=None), right=strides(6))
         for row in self.csv_rows(walk)[-2:]:
-            self.assertEqual((row["n"], row["mean"], row["std"], row["direction"]),
-                             ("0", "", "", ""))
+            self.assertEqual(
+                (row["n"], row["mean"], row["std"], row["direction"]), ("0", "", "", "")
+            )
 
     def test_shows_no_time_that_was_not_measured(self):
         walk = self.walk(left=strides(6, gct=None), exclusions=[["left", "excluded_1", 1, "turn"]])
@@ -249,13 +330,20 @@ class Report(ProgramTest):
         self.assertRegex(report, "(?m)^  Excluded: turn +1 +-  1 of 1 cycle without duration$")
         self.assertRegex(report, "(?m)^  Included +3 +-  walk less excluded")
         accounting = self.json_walk(walk)["accounting"]
-        self.assertEqual([name for name, value in accounting.items() if value is None],
-                         ["included_gct_sum", "excluded_1_duration", "included_duration"])
-        walk = self.walk("second", left=strides(gct=[None] + [1.0] * 5),
-                         exclusions=[["left", "excluded_2", 0, "start"]])
+        self.assertEqual(
+            [name for name, value in accounting.items() if value is None],
+            ["included_gct_sum", "excluded_1_duration", "included_duration"],
+        )
+        walk = self.walk(
+            "second",
+            left=strides(gct=[None] + [1.0] * 5),
+            exclusions=[["left", "excluded_2", 0, "start"]],
+        )
         accounting = self.json_walk(walk)["accounting"]
-        self.assertEqual([name for name, value in accounting.items() if value is None],
-                         ["excluded_2_gct_sum", "excluded_2_duration", "included_duration"])
+        self.assertEqual(
+            [name for name, value in accounting.items() if value is None],
+            ["excluded_2_gct_sum", "excluded_2_duration", "included_duration"],
+        )
 
     def test_says_when_no_stride_has_a_swing_on_both_sides(self):
         walk = self.walk(left=strides(6, swing=None), right=strides(6))
@@ -263,9 +351,11 @@ class Report(ProgramTest):
 
     def test_names_the_scale_of_the_swing_asymmetry(self):
         report = " ".join(self.output(self.walk(left=strides(), right=strides(), rate=300)).split())
-        self.assertIn("100 (left - right) / (left + right) of the two swings of each two-feet "
-                      "cycle. The library has the sampling rate, 300 Hz, in place of 100: mean ",
-                      report)
+        self.assertIn(
+            "100 (left - right) / (left + right) of the two swings of each two-feet "
+            "cycle. The library has the sampling rate, 300 Hz, in place of 100: mean ",
+            report,
+        )
 
     def test_lists_parameters_without_any_value_instead_of_rows(self):
         report = self.output("--width", 400, self.walk(left=strides(), right=strides(ds=None)))
@@ -285,16 +375,23 @@ class Report(ProgramTest):
         self.assertIn("; 6.0 s, distance unknown\n", report)
 
     def test_says_how_many_cycles_have_no_stride_length(self):
-        report = self.output(self.walk(left=strides(6, slength=[1.0, None, 1.0, None, 1.0, 1.0]),
-                                       exclusions=[["left", "excluded_1", 1, "turn"]]))
-        self.assertRegex(report,
-                         "(?m)^  Distance, walk +4.000 m  2 of 6 cycles without stride length$")
-        self.assertRegex(report,
-                         "(?m)^  Distance, statistics +4.000 m  1 of 5 cycles without stride "
-                         "length$")
+        report = self.output(
+            self.walk(
+                left=strides(6, slength=[1.0, None, 1.0, None, 1.0, 1.0]),
+                exclusions=[["left", "excluded_1", 1, "turn"]],
+            )
+        )
+        self.assertRegex(
+            report, "(?m)^  Distance, walk +4.000 m  2 of 6 cycles without stride length$"
+        )
+        self.assertRegex(
+            report, "(?m)^  Distance, statistics +4.000 m  1 of 5 cycles without stride length$"
+        )
 
-    WHY_NONE = ("It is half of the stride length, which 1 of 6 included strides does not have; "
-                "the library counts that as -0.5 m. Therefore there are no statistics of it.")
+    WHY_NONE = (
+        "It is half of the stride length, which 1 of 6 included strides does not have; "
+        "the library counts that as -0.5 m. Therefore there are no statistics of it."
+    )
 
     def test_leaves_out_a_step_length_that_missing_stride_lengths_were_halved_into(self):
         walk = self.walk(left=strides(slength=[None] + [1.3] * 5))
@@ -321,33 +418,54 @@ class Report(ProgramTest):
     def test_answers_first_how_many_strides_how_long_and_what_was_left_out(self):
         turn, start = ["feet", "excluded_1", 1, "turn"], ["feet", "excluded_2", 0, "start"]
         walk = self.walk(left=strides(7), right=strides(), exclusions=[turn, start])
-        self.assertEqual(self.output(walk).splitlines()[:4], [
-            "Walk walk",
-            "  In the statistics: 4 of 6 right, 4 of 7 left strides; 4.0 s, 5.2 m",
-            "  Left out: right 1 start, 1 turn; left 1 start, 1 turn, 1 unlinked", ""])
+        self.assertEqual(
+            self.output(walk).splitlines()[:4],
+            [
+                "Walk walk",
+                "  In the statistics: 4 of 6 right, 4 of 7 left strides; 4.0 s, 5.2 m",
+                "  Left out: right 1 start, 1 turn; left 1 start, 1 turn, 1 unlinked",
+                "",
+            ],
+        )
         even = self.walk("even", left=strides(), right=strides(), exclusions=[turn, start])
-        self.assertEqual(self.output(even).splitlines()[1:3], [
-            "  In the statistics: 4 of 6 strides of each foot; 4.0 s, 5.2 m",
-            "  Left out of each foot: 1 start, 1 turn"])
+        self.assertEqual(
+            self.output(even).splitlines()[1:3],
+            [
+                "  In the statistics: 4 of 6 strides of each foot; 4.0 s, 5.2 m",
+                "  Left out of each foot: 1 start, 1 turn",
+            ],
+        )
         alone = self.walk("alone", left=strides(), exclusions=[["left", "excluded_1", 1, ""]])
-        self.assertEqual(self.output(alone).splitlines()[1:3], [
-            "  In the statistics: 5 of 6 left strides; 5.0 s, 6.5 m",
-            "  Left out: 1 no reason given"])
+        self.assertEqual(
+            self.output(alone).splitlines()[1:3],
+            [
+                "  In the statistics: 5 of 6 left strides; 5.0 s, 6.5 m",
+                "  Left out: 1 no reason given",
+            ],
+        )
         self.assertIn("  Left out: none\n", self.output(self.walk("whole", left=strides())))
 
     def test_counts_the_strides_that_no_two_feet_cycle_links(self):
         walk = self.walk(left=strides(7), right=strides())
         self.assertRegex(self.output(walk), "(?m)^  Unlinked +0 +1  in no two-feet cycle$")
         rows = list(csv.DictReader(io.StringIO(self.output("--table", "strides", walk))))
-        self.assertEqual([(row["side"], row["index"], row["status"]) for row in rows
-                          if row["included"] == "FALSE"], [("left", "6", "unlinked")])
+        self.assertEqual(
+            [
+                (row["side"], row["index"], row["status"])
+                for row in rows
+                if row["included"] == "FALSE"
+            ],
+            [("left", "6", "unlinked")],
+        )
 
     def test_counts_the_two_feet_cycles_that_lack_a_stride(self):
         folder = pathlib.Path(self.walk(left=strides(), right=strides()))
         table = folder / "feet_cycles.csv"
         table.write_text(table.read_text().replace(",5,5\n", ",5,\n"))
-        self.assertIn("6 two-feet cycles: 5 link a right and a left stride, 1 has no left "
-                      "stride.", " ".join(self.output(folder).split()))
+        self.assertIn(
+            "6 two-feet cycles: 5 link a right and a left stride, 1 has no left stride.",
+            " ".join(self.output(folder).split()),
+        )
 
     def differs(self, report):
         return re.search("The accounting has [^.]*[.]|$", " ".join(report.split())).group()
@@ -355,71 +473,121 @@ class Report(ProgramTest):
     def test_says_that_a_sum_lacks_some_of_its_strides(self):
         walk = self.walk(left=strides(gct=[None] + [1.0] * 5, slength=[1.3] * 5 + [None]))
         self.assertIn("6 of 6 left strides; at least 5.0 s, at least 6.5 m\n", self.output(walk))
-        excluded = self.walk("excluded", left=strides(gct=[None] + [1.0] * 5), exclusions=[
-            ["left", "excluded_1", 0, "turn"], ["left", "excluded_1", 1, "bump"]])
-        self.assertRegex(self.output(excluded), "(?m)^  Excluded: turn, bump +2 +1.000 s  1 turn, "
-                         "1 bump; 1 of 2 cycles without duration$")
+        excluded = self.walk(
+            "excluded",
+            left=strides(gct=[None] + [1.0] * 5),
+            exclusions=[["left", "excluded_1", 0, "turn"], ["left", "excluded_1", 1, "bump"]],
+        )
+        self.assertRegex(
+            self.output(excluded),
+            "(?m)^  Excluded: turn, bump +2 +1.000 s  1 turn, "
+            "1 bump; 1 of 2 cycles without duration$",
+        )
 
     def test_says_which_exclusions_come_from_a_fallback_list(self):
-        report = self.output(self.walk(left=strides(),
-                                       exclusions=[["left", "excluded_1_fallback", 3, "outlier"],
-                                                   ["left", "excluded_2", 0, "start"]]))
-        self.assertRegex(report,
-                         "(?m)^  Excluded: outlier +1 +1.000 s  counted, but in the statistics$")
+        report = self.output(
+            self.walk(
+                left=strides(),
+                exclusions=[
+                    ["left", "excluded_1_fallback", 3, "outlier"],
+                    ["left", "excluded_2", 0, "start"],
+                ],
+            )
+        )
+        self.assertRegex(
+            report, "(?m)^  Excluded: outlier +1 +1.000 s  counted, but in the statistics$"
+        )
         self.assertRegex(report, "(?m)^  Excluded: start +1 +1.000 s$")
-        self.assertEqual(self.differs(report),
-                         "The accounting has 4 included where 5 cycles are in the statistics, "
-                         "because it subtracts the cycles of excluded_1_fallback, which stay in "
-                         "the statistics.")
+        self.assertEqual(
+            self.differs(report),
+            "The accounting has 4 included where 5 cycles are in the statistics, "
+            "because it subtracts the cycles of excluded_1_fallback, which stay in "
+            "the statistics.",
+        )
 
     def test_says_that_an_empty_kind_2_counts_as_two_cycles(self):
         bare = self.output(self.walk("bare", left=strides()))
-        self.assertRegex(bare,
-                         "(?m)^  Excluded: none listed +2 +0.000 s  counted as two cycles$")
-        self.assertEqual(self.differs(bare),
-                         "The accounting has 4 included where 6 cycles are in the statistics, "
-                         "because it subtracts two cycles for excluded_2, which is empty.")
-        listed = self.output(self.walk(left=strides(), exclusions=[
-            ["left", "excluded_2_fallback", 0, "first"], ["left", "excluded_2_fallback", 5, ""]]))
-        self.assertIn("Excluded: 2 reasons 2 2.000 s 1 first, 1 no reason given: "
-                      "counted as two cycles, but in the statistics", " ".join(listed.split()))
+        self.assertRegex(bare, "(?m)^  Excluded: none listed +2 +0.000 s  counted as two cycles$")
+        self.assertEqual(
+            self.differs(bare),
+            "The accounting has 4 included where 6 cycles are in the statistics, "
+            "because it subtracts two cycles for excluded_2, which is empty.",
+        )
+        listed = self.output(
+            self.walk(
+                left=strides(),
+                exclusions=[
+                    ["left", "excluded_2_fallback", 0, "first"],
+                    ["left", "excluded_2_fallback", 5, ""],
+                ],
+            )
+        )
+        self.assertIn(
+            "Excluded: 2 reasons 2 2.000 s 1 first, 1 no reason given: "
+            "counted as two cycles, but in the statistics",
+            " ".join(listed.split()),
+        )
 
     def test_says_why_a_cycle_of_both_kinds_counts_twice(self):
-        report = self.output(self.walk(left=strides(),
-                                       exclusions=[["left", "excluded_1", 0, ""],
-                                                   ["left", "excluded_2", 0, ""]]))
-        self.assertEqual(self.differs(report),
-                         "The accounting has 4 included where 5 cycles are in the statistics, "
-                         "because it subtracts 1 entry that names a cycle again.")
+        report = self.output(
+            self.walk(
+                left=strides(),
+                exclusions=[["left", "excluded_1", 0, ""], ["left", "excluded_2", 0, ""]],
+            )
+        )
+        self.assertEqual(
+            self.differs(report),
+            "The accounting has 4 included where 5 cycles are in the statistics, "
+            "because it subtracts 1 entry that names a cycle again.",
+        )
 
     def test_says_that_exclusions_outside_of_the_walk_count(self):
-        walk = self.walk(left=strides(), exclusions=[["left", "excluded_1", -1, "a"],
-                                                     ["left", "excluded_1", 6, "b"],
-                                                     ["left", "excluded_2", 0, "c"]])
-        self.assertTrue(self.differs(run(walk).stdout).endswith(
-            "because it subtracts 2 entries that name no cycle of the walk."))
-        walk = self.walk("second", left=strides(), exclusions=[
-            ["left", "excluded_1", 6, "b"], ["left", "excluded_2_fallback", 7, "c"]])
-        self.assertTrue(self.differs(run(walk).stdout).endswith(
-            "because it subtracts 1 entry that names no cycle of the walk; two cycles for "
-            "excluded_2, which is empty."))
+        walk = self.walk(
+            left=strides(),
+            exclusions=[
+                ["left", "excluded_1", -1, "a"],
+                ["left", "excluded_1", 6, "b"],
+                ["left", "excluded_2", 0, "c"],
+            ],
+        )
+        self.assertTrue(
+            self.differs(run(walk).stdout).endswith(
+                "because it subtracts 2 entries that name no cycle of the walk."
+            )
+        )
+        walk = self.walk(
+            "second",
+            left=strides(),
+            exclusions=[["left", "excluded_1", 6, "b"], ["left", "excluded_2_fallback", 7, "c"]],
+        )
+        self.assertTrue(
+            self.differs(run(walk).stdout).endswith(
+                "because it subtracts 1 entry that names no cycle of the walk; two cycles for "
+                "excluded_2, which is empty."
+            )
+        )
 
     def test_says_nothing_where_the_accounting_and_the_statistics_agree(self):
         walk = self.walk(left=strides(), exclusions=[["left", "excluded_2", 0, "start"]])
         self.assertEqual(self.differs(self.output(walk)), "")
 
     def test_counts_many_reasons_in_place_of_a_long_label(self):
-        walk = self.walk(left=strides(), exclusions=[
-            ["left", "excluded_1", 0, "a bump in the floor"], ["left", "excluded_2", 1, "start"],
-            ["left", "excluded_2", 2, "start"], ["left", "excluded_2", 3, "a stop"]])
+        walk = self.walk(
+            left=strides(),
+            exclusions=[
+                ["left", "excluded_1", 0, "a bump in the floor"],
+                ["left", "excluded_2", 1, "start"],
+                ["left", "excluded_2", 2, "start"],
+                ["left", "excluded_2", 3, "a stop"],
+            ],
+        )
         report = self.output("--width", 200, walk)
-        self.assertRegex(report,
-                         "(?m)^  Excluded: 1 reason +1 +1.000 s  1 a bump in the floor$")
-        self.assertRegex(report,
-                         "(?m)^  Excluded: start, a stop +3 +3.000 s  2 start, 1 a stop$")
+        self.assertRegex(report, "(?m)^  Excluded: 1 reason +1 +1.000 s  1 a bump in the floor$")
+        self.assertRegex(report, "(?m)^  Excluded: start, a stop +3 +3.000 s  2 start, 1 a stop$")
 
-    OUTSIDE = ("The stride velocity of the {} foot is not plausible: its mean is outside 0.31 to "
-               "1.8 m/s.")
+    OUTSIDE = (
+        "The stride velocity of the {} foot is not plausible: its mean is outside 0.31 to 1.8 m/s."
+    )
 
     def flags(self, *arguments):
         walk = self.json_walk(*arguments)
@@ -429,36 +597,65 @@ class Report(ProgramTest):
         return walk["quality_flags"], walk["quality_flags_in_words"]
 
     def test_names_each_quality_flag_in_words(self):
-        self.assertEqual(self.flags("--settings-value", "40.5",
-                                    self.walk("setting", left=strides(6))),
-                         (1, ["The settings value, 40.5, is not within 10 to 34."]))
-        self.assertEqual(self.flags(self.walk("short", left=strides(4))),
-                         (2, ["The walk has 4 cycles or fewer."]))
+        self.assertEqual(
+            self.flags("--settings-value", "40.5", self.walk("setting", left=strides(6))),
+            (1, ["The settings value, 40.5, is not within 10 to 34."]),
+        )
+        self.assertEqual(
+            self.flags(self.walk("short", left=strides(4))),
+            (2, ["The walk has 4 cycles or fewer."]),
+        )
         outside = self.OUTSIDE
-        self.assertEqual(self.flags(self.walk("slow", left=strides(6, speed=0.3))),
-                         (4, [outside.format("left")]))
-        self.assertEqual(self.flags(self.walk("fast", left=strides(6, speed=1.9),
-                                              right=strides(6, speed=1.9))),
-                         (24, [outside.format("right"), outside.format("left")]))
-        self.assertEqual(self.flags(self.walk("unequal", left=strides(6, swing=[60.0] * 5 + [61.0]),
-                                              right=strides(6, swing=20.0))),
-                         (128, [("The swing asymmetry is large: as the library scales it, by the "
-                                 "sampling rate of 100 Hz, its mean is 20 or more, or -20 or "
-                                 "less. That is 20.0 %.")]))
+        self.assertEqual(
+            self.flags(self.walk("slow", left=strides(6, speed=0.3))), (4, [outside.format("left")])
+        )
+        self.assertEqual(
+            self.flags(self.walk("fast", left=strides(6, speed=1.9), right=strides(6, speed=1.9))),
+            (24, [outside.format("right"), outside.format("left")]),
+        )
+        self.assertEqual(
+            self.flags(
+                self.walk(
+                    "unequal",
+                    left=strides(6, swing=[60.0] * 5 + [61.0]),
+                    right=strides(6, swing=20.0),
+                )
+            ),
+            (
+                128,
+                [
+                    (
+                        "The swing asymmetry is large: as the library scales it, by the "
+                        "sampling rate of 100 Hz, its mean is 20 or more, or -20 or "
+                        "less. That is 20.0 %."
+                    )
+                ],
+            ),
+        )
 
     def test_tells_an_unmeasured_speed_from_an_implausible_one(self):
-        self.assertEqual(self.flags(self.walk(left=strides(6, speed=None),
-                                              right=strides(6, speed=0.1))),
-                         (24, [self.OUTSIDE.format("right"),
-                               "The stride velocity of the left foot was not measured."]))
+        self.assertEqual(
+            self.flags(self.walk(left=strides(6, speed=None), right=strides(6, speed=0.1))),
+            (
+                24,
+                [
+                    self.OUTSIDE.format("right"),
+                    "The stride velocity of the left foot was not measured.",
+                ],
+            ),
+        )
 
     def test_shows_a_number_too_long_for_a_column_in_scientific_notation(self):
-        self.assertEqual(self.table_row("Turning angle", self.walk(left=strides(1, ta=1e300)))[2],
-                         "1.0e+300")
+        self.assertEqual(
+            self.table_row("Turning angle", self.walk(left=strides(1, ta=1e300)))[2], "1.0e+300"
+        )
 
     def test_replaces_what_would_steer_a_terminal(self):
-        walk = self.walk("red\x1b[31m\u009bwalk", left=strides(),
-                         exclusions=[["left", "excluded_1", 0, "a\x07b"]])
+        walk = self.walk(
+            "red\x1b[31m\u009bwalk",
+            left=strides(),
+            exclusions=[["left", "excluded_1", 0, "a\x07b"]],
+        )
         report = self.output(walk)
         self.assertIn("Walk red?[31m?walk\n", report)
         self.assertIn("1 a?b\n", report)
@@ -487,10 +684,17 @@ class Formats(ProgramTest):
     def test_walks_of_the_same_name_are_told_apart_by_their_paths(self):
         for part in ("monday", "tuesday"):
             write_walk(self.folder / part / "walk", left=strides())
-        rows = csv.DictReader(io.StringIO(self.output("--format", "csv", LEFT_FOOT, "monday/walk",
-                                                      "tuesday/walk/", cwd=self.folder)))
-        self.assertEqual(list(dict.fromkeys(row["walk"] for row in rows)),
-                         [pathlib.Path(LEFT_FOOT).name, "monday/walk", "tuesday/walk/"])
+        rows = csv.DictReader(
+            io.StringIO(
+                self.output(
+                    "--format", "csv", LEFT_FOOT, "monday/walk", "tuesday/walk/", cwd=self.folder
+                )
+            )
+        )
+        self.assertEqual(
+            list(dict.fromkeys(row["walk"] for row in rows)),
+            [pathlib.Path(LEFT_FOOT).name, "monday/walk", "tuesday/walk/"],
+        )
 
     def test_csv_has_one_header_for_all_walks(self):
         text = self.output("--format", "csv", BOTH_FEET, LEFT_FOOT)
@@ -506,63 +710,114 @@ class Formats(ProgramTest):
         catalogue = json.loads(self.output("--list-parameters", "--format", "json"))
         keys = [row["key"] for row in catalogue if row["analysed"] != "one foot"]
         rows = self.csv_rows(BOTH_FEET)
-        self.assertEqual([row["parameter"] for row in rows],
-                         [*(key for key in keys for _ in range(2)), "asymmetry",
-                          "asymmetry_percent"])
-        self.assertEqual([row["side"] for row in rows],
-                         ["right", "left"] * len(keys) + ["both"] * 2)
+        self.assertEqual(
+            [row["parameter"] for row in rows],
+            [*(key for key in keys for _ in range(2)), "asymmetry", "asymmetry_percent"],
+        )
+        self.assertEqual(
+            [row["side"] for row in rows], ["right", "left"] * len(keys) + ["both"] * 2
+        )
 
     def test_json_holds_the_version_and_every_walk(self):
         document = json.loads(self.output("--format", "json", BOTH_FEET, LEFT_FOOT))
         self.assertEqual("gait-statistics " + document["version"] + "\n", self.output("--version"))
-        self.assertEqual([(w["walk"], w["analysed"]) for w in document["walks"]],
-                         [("both_feet", "both feet"), ("left_foot", "left foot")])
+        self.assertEqual(
+            [(w["walk"], w["analysed"]) for w in document["walks"]],
+            [("both_feet", "both feet"), ("left_foot", "left foot")],
+        )
 
     def test_json_says_what_the_walk_is(self):
         walk = self.json_walk(BOTH_FEET)
-        self.assertEqual([(foot["foot"], foot["strides"]) for foot in walk["feet"]],
-                         [("right", 14), ("left", 13)])
+        self.assertEqual(
+            [(foot["foot"], foot["strides"]) for foot in walk["feet"]],
+            [("right", 14), ("left", 13)],
+        )
         self.assertEqual(walk["sampling_rate"], 100)
         self.assertEqual(walk["accounting"]["cycle_count"], 14)
         self.assertEqual(walk["accounting"]["cycles"], [1, 2, 3, 4, 7, 8, 9, 10, 11, 12, 13])
         summary = walk["summary"]
-        self.assertEqual([(summary[sum]["cycles"], summary[sum]["cycles_without"])
-                          for sum in ("total_distance", "distance")], [(14, 1), (11, 1)])
+        self.assertEqual(
+            [
+                (summary[sum]["cycles"], summary[sum]["cycles_without"])
+                for sum in ("total_distance", "distance")
+            ],
+            [(14, 1), (11, 1)],
+        )
 
     def test_json_is_valid_for_a_name_that_is_no_utf_8(self):
         walk = os.fsencode(self.folder) + b"/caf\xe9"
         os.rename(self.walk(left=strides()), walk)
-        result = subprocess.run([os.fsencode(PROGRAM), b"--format", b"json", walk],
-                                stdout=subprocess.PIPE, check=True)
+        result = subprocess.run(
+            [os.fsencode(PROGRAM), b"--format", b"json", walk], stdout=subprocess.PIPE, check=True
+        )
         self.assertEqual(json.loads(result.stdout)["walks"][0]["walk"], "caf\ufffd")
 
     def test_the_list_of_parameters_is_the_same_in_every_format(self):
         as_json = json.loads(self.output("--list-parameters", "--format", "json"))
-        self.assertEqual(as_json[0], {"key": "gct", "description": "Cycle duration",
-                                      "unit": "seconds", "decimals": 3,
-                                      "ratio": True, "cv": True, "analysed": "always"})
-        as_csv = list(csv.DictReader(io.StringIO(self.output("--list-parameters", "--format",
-                                                             "csv"))))
+        self.assertEqual(
+            as_json[0],
+            {
+                "key": "gct",
+                "description": "Cycle duration",
+                "unit": "seconds",
+                "decimals": 3,
+                "ratio": True,
+                "cv": True,
+                "analysed": "always",
+            },
+        )
+        as_csv = list(
+            csv.DictReader(io.StringIO(self.output("--list-parameters", "--format", "csv")))
+        )
         yes_or_no = {True: "yes", False: "no"}
-        self.assertEqual(as_csv, [{key: yes_or_no[cell] if isinstance(cell, bool) else str(cell)
-                                   for key, cell in row.items()} for row in as_json])
+        self.assertEqual(
+            as_csv,
+            [
+                {
+                    key: yes_or_no[cell] if isinstance(cell, bool) else str(cell)
+                    for key, cell in row.items()
+                }
+                for row in as_json
+            ],
+        )
         table = self.output("--list-parameters", "--width", 200).splitlines()
         self.assertEqual(len(table), 1 + len(as_json))
         for line, row in zip(table[1:], as_json):
-            self.assertEqual(line.split(),
-                             (f"{row['description']} {row['key']} {row['unit']} {row['decimals']} "
-                              f"{yes_or_no[row['ratio']]} {yes_or_no[row['cv']]} "
-                              f"{row['analysed']}").split())
+            self.assertEqual(
+                line.split(),
+                (
+                    f"{row['description']} {row['key']} {row['unit']} {row['decimals']} "
+                    f"{yes_or_no[row['ratio']]} {yes_or_no[row['cv']]} "
+                    f"{row['analysed']}"
+                ).split(),
+            )
 
 
 class CommandLine(ProgramTest):
     def test_help_names_every_option_the_exit_codes_and_an_example(self):
         text = self.output("--help")
-        for word in ("--foot", "--settings-value", "--format", "--table", "--output", "--width",
-                     "--max-strides", "--list-parameters", "--version", "--help", "--recursive",
-                     "--ignore-column", "--strict", "--without-check", "--list-checks",
-                     "Exit codes:", "Examples:", "docs/walk-folder.md", "docs/checks.md",
-                     "JSON holds everything"):
+        for word in (
+            "--foot",
+            "--settings-value",
+            "--format",
+            "--table",
+            "--output",
+            "--width",
+            "--max-strides",
+            "--list-parameters",
+            "--version",
+            "--help",
+            "--recursive",
+            "--ignore-column",
+            "--strict",
+            "--without-check",
+            "--list-checks",
+            "Exit codes:",
+            "Examples:",
+            "docs/walk-folder.md",
+            "docs/checks.md",
+            "JSON holds everything",
+        ):
             self.assertIn(word, text)
         self.assertEqual(self.output("-h"), text)
 
@@ -574,8 +829,10 @@ class CommandLine(ProgramTest):
         for name in ("strides.csv", "strides.txt", "strides"):
             self.output("--table", "strides", "-o", self.folder / name, LEFT_FOOT)
             self.assertEqual((self.folder / name).read_text(), rows)
-        self.assertEqual(self.output("--table", "parameters", LEFT_FOOT),
-                         self.output("--format", "csv", LEFT_FOOT))
+        self.assertEqual(
+            self.output("--table", "parameters", LEFT_FOOT),
+            self.output("--format", "csv", LEFT_FOOT),
+        )
 
     def test_a_table_of_both_feet_and_of_one_have_the_same_columns(self):
         for table in ("parameters", "walks", "strides"):
@@ -592,8 +849,10 @@ class CommandLine(ProgramTest):
         for name in ("b/first", "a/second", "a/first"):
             self.walk(name, left=strides())
         report = self.output("--recursive", self.folder)
-        self.assertEqual(report.replace(str(self.folder) + "/", ""),
-                         self.output("a/first", "a/second", "b/first", cwd=self.folder))
+        self.assertEqual(
+            report.replace(str(self.folder) + "/", ""),
+            self.output("a/first", "a/second", "b/first", cwd=self.folder),
+        )
 
     def test_words_may_be_written_as_in_tables(self):
         left = self.output("--foot", "left", "--format", "csv", BOTH_FEET)
@@ -613,25 +872,32 @@ class CommandLine(ProgramTest):
         walk = self.walk(left=strides())
         result = run(walk, walk + "/", LEFT_FOOT, cwd=self.folder)
         self.assertEqual(result.returncode, 0)
-        self.assertEqual(without_findings(result.stderr),
-                         [f"note: {walk}/: the same walk as {walk}, reported once"])
+        self.assertEqual(
+            without_findings(result.stderr),
+            [f"note: {walk}/: the same walk as {walk}, reported once"],
+        )
         self.assertEqual(result.stdout, self.output(walk, LEFT_FOOT))
 
     def test_settings_value_may_be_negative(self):
-        self.assertEqual(self.json_walk("--settings-value", "-5", BOTH_FEET)["settings_value"],
-                         -5.0)
+        self.assertEqual(
+            self.json_walk("--settings-value", "-5", BOTH_FEET)["settings_value"], -5.0
+        )
         self.assertEqual(self.json_walk("--settings-value=-5", BOTH_FEET)["quality_flags"], 0)
 
     def test_settings_value_is_a_float(self):
         for value, flags in (("10", 0), ("34", 0), ("9.99", 1), ("34.01", 1), ("0", 0)):
-            self.assertEqual(self.json_walk("--settings-value", value, BOTH_FEET)["quality_flags"],
-                             flags, value)
-        self.assertEqual(self.json_walk("--settings-value", "0.1", BOTH_FEET)["settings_value"],
-                         struct.unpack("f", struct.pack("f", 0.1))[0])
+            self.assertEqual(
+                self.json_walk("--settings-value", value, BOTH_FEET)["quality_flags"], flags, value
+            )
+        self.assertEqual(
+            self.json_walk("--settings-value", "0.1", BOTH_FEET)["settings_value"],
+            struct.unpack("f", struct.pack("f", 0.1))[0],
+        )
 
     def test_options_may_follow_the_walks(self):
-        self.assertEqual(self.output(LEFT_FOOT, "--format", "csv"),
-                         self.output("--format", "csv", LEFT_FOOT))
+        self.assertEqual(
+            self.output(LEFT_FOOT, "--format", "csv"), self.output("--format", "csv", LEFT_FOOT)
+        )
 
     def test_a_walk_s_name_may_begin_with_a_dash(self):
         self.walk("-walk", left=strides())
@@ -642,9 +908,10 @@ class CommandLine(ProgramTest):
 
     def test_the_locale_does_not_matter(self):
         for locale in ("C", "C.UTF-8", "de_DE.UTF-8"):
-            self.assertEqual(self.output("--settings-value", "12.5", BOTH_FEET,
-                                         env=environment(LC_ALL=locale)),
-                             self.output("--settings-value", "12.5", BOTH_FEET))
+            self.assertEqual(
+                self.output("--settings-value", "12.5", BOTH_FEET, env=environment(LC_ALL=locale)),
+                self.output("--settings-value", "12.5", BOTH_FEET),
+            )
 
 
 class ExitCode(ProgramTest):
@@ -659,25 +926,44 @@ class ExitCode(ProgramTest):
         self.assertIn("no WALK given", self.refused("--format", "csv"))
 
     def test_2_for_a_wrong_command_line(self):
-        for arguments in (["--feet", "left"], ["--foot", "both"], ["--foot", "feet"], ["--foot"],
-                          ["--format", "xml"], ["--table", "feet"], ["--settings-value", "12,5"],
-                          ["--settings-value", "nan"], ["--settings-value", "inf"],
-                          ["--settings-value", "1e99"], ["--settings-value", ""],
-                          ["--width", "5"], ["--width", "-80"], ["--width", "wide"],
-                          ["--output", ""], ["--output", "a", "--output", "b"],
-                          ["--output", "a.xlsx"], ["--ignore-column"], ["--jobs", "0"],
-                          ["--jobs", "2000"], ["--jobs", "all"], ["--jobs"]):
+        for arguments in (
+            ["--feet", "left"],
+            ["--foot", "both"],
+            ["--foot", "feet"],
+            ["--foot"],
+            ["--format", "xml"],
+            ["--table", "feet"],
+            ["--settings-value", "12,5"],
+            ["--settings-value", "nan"],
+            ["--settings-value", "inf"],
+            ["--settings-value", "1e99"],
+            ["--settings-value", ""],
+            ["--width", "5"],
+            ["--width", "-80"],
+            ["--width", "wide"],
+            ["--output", ""],
+            ["--output", "a", "--output", "b"],
+            ["--output", "a.xlsx"],
+            ["--ignore-column"],
+            ["--jobs", "0"],
+            ["--jobs", "2000"],
+            ["--jobs", "all"],
+            ["--jobs"],
+        ):
             with self.subTest(arguments=arguments):
                 self.refused(BOTH_FEET, *arguments)
 
     def test_2_for_a_table_of_another_format(self):
         for options in (["--format", "json"], ["--format", "table"], ["-o", "strides.json"]):
-            self.assertIn("--table names a table of CSV, and the format is ",
-                          self.refused("--table", "strides", *options, BOTH_FEET))
+            self.assertIn(
+                "--table names a table of CSV, and the format is ",
+                self.refused("--table", "strides", *options, BOTH_FEET),
+            )
 
     def test_2_for_walks_beside_the_list_of_parameters(self):
-        self.assertIn("--list-parameters takes no WALK",
-                      self.refused("--list-parameters", BOTH_FEET))
+        self.assertIn(
+            "--list-parameters takes no WALK", self.refused("--list-parameters", BOTH_FEET)
+        )
 
     def test_2_for_an_output_that_is_a_table_of_a_walk(self):
         walk = self.folder / "walk"
@@ -687,22 +973,27 @@ class ExitCode(ProgramTest):
         for output in (walk / "foot_cycles.csv", walk / "about.csv", self.folder / "link"):
             result = run("--output", output, LEFT_FOOT, walk)
             self.assertEqual((result.returncode, result.stdout), (2, ""))
-            self.assertEqual(result.stderr,
-                             f'gait-statistics: --output: "{output}" is a table of a walk, '
-                             "expected another file\n")
+            self.assertEqual(
+                result.stderr,
+                f'gait-statistics: --output: "{output}" is a table of a walk, '
+                "expected another file\n",
+            )
         self.assertEqual((walk / "foot_cycles.csv").read_text(), before)
 
     def test_0_with_a_warning_when_all_exclusions_are_those_of_another_analysis(self):
         walk = self.folder / "walk"
-        write_walk(walk, left=strides(), right=strides(),
-                   exclusions=[("left", "excluded_1", 2, "turn")])
+        write_walk(
+            walk, left=strides(), right=strides(), exclusions=[("left", "excluded_1", 2, "turn")]
+        )
         for arguments, cycles in (([], "feet"), (["--foot", "right"], "right")):
             result = run(*arguments, walk)
             self.assertEqual(result.returncode, 0)
-            self.assertEqual(result.stderr,
-                             f"warning: {walk}/exclusions.csv: column cycles: found exclusions, "
-                             f'but none of "{cycles}", the cycles that are analysed: nothing is '
-                             "excluded\n")
+            self.assertEqual(
+                result.stderr,
+                f"warning: {walk}/exclusions.csv: column cycles: found exclusions, "
+                f'but none of "{cycles}", the cycles that are analysed: nothing is '
+                "excluded\n",
+            )
         self.assertEqual(run("--foot", "left", walk).stderr, "")
 
     def test_1_for_a_loop_of_links_and_the_other_walks_are_reported(self):
@@ -717,13 +1008,15 @@ class ExitCode(ProgramTest):
         nowhere = self.folder / "nowhere"
         result = run(nowhere)
         self.assertEqual((result.returncode, result.stdout), (1, ""))
-        self.assertEqual(result.stderr,
-                         f"{nowhere}: found no such folder, expected a walk folder\n")
+        self.assertEqual(
+            result.stderr, f"{nowhere}: found no such folder, expected a walk folder\n"
+        )
 
     def test_1_with_a_message_that_does_not_steer_a_terminal(self):
         result = run(self.folder / "red\x1b[31m")
-        self.assertEqual(result.stderr, f"{self.folder}/red?[31m: found no such folder, expected a "
-                         "walk folder\n")
+        self.assertEqual(
+            result.stderr, f"{self.folder}/red?[31m: found no such folder, expected a walk folder\n"
+        )
 
     def test_0_for_one_foot_without_a_table_of_both(self):
         walk = pathlib.Path(self.walk(left=strides(), right=strides()))
@@ -733,25 +1026,32 @@ class ExitCode(ProgramTest):
     def test_1_for_a_foot_that_the_walk_does_not_have(self):
         result = run("--foot", "right", LEFT_FOOT)
         self.assertEqual((result.returncode, result.stdout), (1, ""))
-        self.assertEqual(result.stderr,
-                         f"{LEFT_FOOT}/recording.csv: column foot: found no right foot, expected "
-                         "the foot that is to be analysed\n")
+        self.assertEqual(
+            result.stderr,
+            f"{LEFT_FOOT}/recording.csv: column foot: found no right foot, expected "
+            "the foot that is to be analysed\n",
+        )
 
     def test_1_when_one_of_several_walks_is_bad_and_the_rest_goes_on(self):
         for form in ("table", "csv", "json"):
             result = run("--format", form, BOTH_FEET, self.folder / "nowhere", LEFT_FOOT)
             self.assertEqual(result.returncode, 1)
             self.assertEqual(result.stdout, self.output("--format", form, BOTH_FEET, LEFT_FOOT))
-            self.assertEqual(without_findings(result.stderr)[1:], [
-                "gait-statistics: 2 of 3 walks reported, 1 left out: " +
-                str(self.folder / "nowhere")])
+            self.assertEqual(
+                without_findings(result.stderr)[1:],
+                [
+                    "gait-statistics: 2 of 3 walks reported, 1 left out: "
+                    + str(self.folder / "nowhere")
+                ],
+            )
 
     def test_0_with_a_warning(self):
         walk = pathlib.Path(self.walk(left=strides(6, swing=[-1.0] + [36.0] * 5)))
         result = run(walk)
         self.assertEqual(result.returncode, 0)
-        self.assertTrue(result.stderr.startswith(f"warning: {walk}/foot_cycles.csv:"),
-                        result.stderr)
+        self.assertTrue(
+            result.stderr.startswith(f"warning: {walk}/foot_cycles.csv:"), result.stderr
+        )
         self.assertEqual(result.stderr.count("\n"), 1)
 
 
@@ -762,12 +1062,20 @@ class ManyAtOnce(ProgramTest):
         super().setUp()
         good = [str(walk) for walk in sorted(EXAMPLES.iterdir())] + [BOTH_FEET, LEFT_FOOT]
         short = [self.walk(f"{i}/walk", left=strides(6 + i), right=strides(5)) for i in range(12)]
-        self.broken = [str(self.folder / "nowhere"),
-                       self.walk("broken", left=strides(gct=["x"] * 6))]
+        self.broken = [
+            str(self.folder / "nowhere"),
+            self.walk("broken", left=strides(gct=["x"] * 6)),
+        ]
         self.walks = [*good[:2], self.broken[0], *short[:6], self.broken[1], *good[2:], *short[6:]]
 
-    FORMS = (["--format", "table"], ["--table", "parameters"], ["--table", "walks"],
-             ["--table", "strides"], ["--format", "json"], ["--format", "html"])
+    FORMS = (
+        ["--format", "table"],
+        ["--table", "parameters"],
+        ["--table", "walks"],
+        ["--table", "strides"],
+        ["--format", "json"],
+        ["--format", "html"],
+    )
 
     def run_with(self, jobs, *arguments):
         result = run("--jobs", jobs, *arguments, *self.walks)
@@ -798,24 +1106,32 @@ class ManyAtOnce(ProgramTest):
 
     def test_are_all_processors_use_when_nothing_is_said(self):
         result = run("--format", "csv", *self.walks)
-        self.assertEqual((result.returncode, result.stdout, result.stderr),
-                         self.run_with(1, "--format", "csv"))
+        self.assertEqual(
+            (result.returncode, result.stdout, result.stderr), self.run_with(1, "--format", "csv")
+        )
 
     def test_close_a_document_whose_last_walk_fails(self):
         result = run("--jobs", 2, "--format", "json", BOTH_FEET, LEFT_FOOT, self.broken[0])
-        self.assertEqual([walk["walk"] for walk in json.loads(result.stdout)["walks"]],
-                         ["both_feet", "left_foot"])
+        self.assertEqual(
+            [walk["walk"] for walk in json.loads(result.stdout)["walks"]],
+            ["both_feet", "left_foot"],
+        )
         self.assertEqual(result.returncode, 1)
 
     def test_end_with_a_line_that_names_those_left_out(self):
         for jobs in (1, 3):
             last = self.run_with(jobs)[2].splitlines()[-1]
-            self.assertEqual(last, f"gait-statistics: {len(self.walks) - 2} of {len(self.walks)} "
-                             f"walks reported, 2 left out: {', '.join(self.broken)}")
+            self.assertEqual(
+                last,
+                f"gait-statistics: {len(self.walks) - 2} of {len(self.walks)} "
+                f"walks reported, 2 left out: {', '.join(self.broken)}",
+            )
         nowhere = [f"nowhere_{i}" for i in range(12)]
         last = run(*nowhere, BOTH_FEET).stderr.splitlines()[-1]
-        self.assertEqual(last, "gait-statistics: 1 of 13 walks reported, 12 left out: "
-                         f"{', '.join(nowhere[:10])}, ...")
+        self.assertEqual(
+            last,
+            f"gait-statistics: 1 of 13 walks reported, 12 left out: {', '.join(nowhere[:10])}, ...",
+        )
 
     def test_do_not_wait_for_each_other_when_nobody_reads_the_output(self):
         waiting = self.folder / "waiting"
@@ -824,8 +1140,9 @@ class ManyAtOnce(ProgramTest):
         for form in ("csv", "json"):
             reader, writer = os.pipe()
             os.close(reader)
-            result = run("--jobs", 2, "--format", form, LEFT_FOOT, waiting, stdout=writer,
-                         timeout=20)
+            result = run(
+                "--jobs", 2, "--format", form, LEFT_FOOT, waiting, stdout=writer, timeout=20
+            )
             os.close(writer)
             self.assertEqual(result.returncode, -signal.SIGPIPE)
 
@@ -840,25 +1157,51 @@ class DataChecks(ProgramTest):
     def test_name_a_finding_on_the_standard_error_and_change_no_exit_code(self):
         result = run(self.broken)
         self.assertEqual(result.returncode, 0)
-        self.assertTrue(result.stderr.startswith(
-            f"finding: {self.broken}/foot_cycles.csv: {self.FOUND} ("), result.stderr)
+        self.assertTrue(
+            result.stderr.startswith(f"finding: {self.broken}/foot_cycles.csv: {self.FOUND} ("),
+            result.stderr,
+        )
         self.assertEqual(result.stderr.count("\n"), 1)
 
     def test_show_a_finding_in_every_output(self):
-        self.assertIn("! foot_cycles.csv: " + self.FOUND,
-                      " ".join(self.output(self.broken).split()))
+        self.assertIn(
+            "! foot_cycles.csv: " + self.FOUND, " ".join(self.output(self.broken).split())
+        )
         self.assertEqual({row["findings"] for row in self.csv_rows(self.broken)}, {"swing_bounds"})
         [finding] = self.json_walk(self.broken)["findings"]
-        self.assertEqual([finding[key] for key in ("check", "table", "column", "broken", "compared",
-                                                   "counted", "text", "guess")],
-                         ["swing_bounds", "foot_cycles.csv", "swing", 1, 6, "included strides",
-                          "found 150, expected 0 to 100 %", None])
+        self.assertEqual(
+            [
+                finding[key]
+                for key in (
+                    "check",
+                    "table",
+                    "column",
+                    "broken",
+                    "compared",
+                    "counted",
+                    "text",
+                    "guess",
+                )
+            ],
+            [
+                "swing_bounds",
+                "foot_cycles.csv",
+                "swing",
+                1,
+                6,
+                "included strides",
+                "found 150, expected 0 to 100 %",
+                None,
+            ],
+        )
         [place] = finding["places"]
         self.assertEqual((place["foot"], place["index"]), ("left", 5))
 
     def test_change_no_figure(self):
-        with_check, without = (self.json_walk(*options, self.broken) for options in
-                               ([], ["--without-check", "swing_bounds"]))
+        with_check, without = (
+            self.json_walk(*options, self.broken)
+            for options in ([], ["--without-check", "swing_bounds"])
+        )
         self.assertEqual((len(with_check.pop("findings")), without.pop("findings")), (1, []))
         self.assertEqual(with_check, without)
 
@@ -882,17 +1225,21 @@ class DataChecks(ProgramTest):
     def test_leave_a_walk_out_when_they_are_strict(self):
         result = run("--strict", self.broken, self.walk("sound", left=strides()))
         self.assertEqual(result.returncode, 1)
-        self.assertTrue(result.stderr.startswith(f"{self.broken}/foot_cycles.csv: {self.FOUND} ("),
-                        result.stderr)
+        self.assertTrue(
+            result.stderr.startswith(f"{self.broken}/foot_cycles.csv: {self.FOUND} ("),
+            result.stderr,
+        )
         self.assertTrue(result.stdout.startswith("Walk sound\n"), result.stdout)
 
     def test_leave_a_walk_with_a_warning_out_when_they_are_strict(self):
-        walk = self.walk(left=strides(), right=strides(),
-                         exclusions=[("left", "excluded_1", 2, "turn")])
+        walk = self.walk(
+            left=strides(), right=strides(), exclusions=[("left", "excluded_1", 2, "turn")]
+        )
         result = run("--strict", walk)
         self.assertEqual((result.returncode, result.stdout), (1, ""))
-        self.assertTrue(result.stderr.startswith(f"{walk}/exclusions.csv: column cycles: "),
-                        result.stderr)
+        self.assertTrue(
+            result.stderr.startswith(f"{walk}/exclusions.csv: column cycles: "), result.stderr
+        )
         note = json.loads(run("--format", "json", walk).stdout)["walks"][0]["notes"][0]
         self.assertEqual((note["name"], note["source"]), ("warning", None))
         self.assertTrue(note["text"].startswith("exclusions.csv: column cycles: "), note["text"])
@@ -901,12 +1248,15 @@ class DataChecks(ProgramTest):
         walk = self.walk(left=strides())
         result = run("--strict", walk)
         self.assertEqual((result.returncode, result.stderr), (0, ""))
-        self.assertIn("Note: Mean from 6 strides, fewer than 10: read with care. (König et al.,",
-                      " ".join(result.stdout.split()))
+        self.assertIn(
+            "Note: Mean from 6 strides, fewer than 10: read with care. (König et al.,",
+            " ".join(result.stdout.split()),
+        )
         [note] = self.json_walk(walk)["notes"]
-        self.assertEqual((note["name"], note["text"]),
-                         ("few_strides_for_means",
-                          "Mean from 6 strides, fewer than 10: read with care."))
+        self.assertEqual(
+            (note["name"], note["text"]),
+            ("few_strides_for_means", "Mean from 6 strides, fewer than 10: read with care."),
+        )
         self.assertIn("2014", note["source"])
 
     def test_are_listed_the_same_in_every_format(self):
@@ -916,8 +1266,11 @@ class DataChecks(ProgramTest):
         self.assertEqual(as_json[0]["check"], "swing_and_stance")
         as_text = self.output("--list-checks", "--width", 10000)
         for row in as_json:
-            self.assertIn(f"\n  {row['check']}: {row['compared']}; tolerance: {row['tolerance']}. "
-                          f"Usually: {row['usual_cause']}. Source: {row['source']}.\n", as_text)
+            self.assertIn(
+                f"\n  {row['check']}: {row['compared']}; tolerance: {row['tolerance']}. "
+                f"Usually: {row['usual_cause']}. Source: {row['source']}.\n",
+                as_text,
+            )
         for line in self.output("--list-checks", "--width", 60).splitlines():
             self.assertLessEqual(len(line), 60)
 
@@ -935,9 +1288,12 @@ class Terminal(ProgramTest):
         """
         primary, secondary = pty.openpty()
         fcntl.ioctl(secondary, termios.TIOCSWINSZ, struct.pack("HHHH", 24, columns, 0, 0))
-        with subprocess.Popen([PROGRAM, *map(str, arguments)], stdout=secondary,
-                              stderr=subprocess.PIPE,
-                              env=environment(**changes)) as process:
+        with subprocess.Popen(
+            [PROGRAM, *map(str, arguments)],
+            stdout=secondary,
+            stderr=subprocess.PIPE,
+            env=environment(**changes),
+        ) as process:
             os.close(secondary)
             text = b""
             while True:
@@ -949,14 +1305,17 @@ class Terminal(ProgramTest):
                     break
                 text += part
             os.close(primary)
-            self.assertEqual((process.wait(),
-                              without_findings(process.stderr.read().decode())), (0, []))
+            self.assertEqual(
+                (process.wait(), without_findings(process.stderr.read().decode())), (0, [])
+            )
         return text.decode().replace("\r\n", "\n")
 
     def test_gets_the_report_in_its_width(self):
         for columns in (60, 80, 132):
-            self.assertEqual(self.on_terminal(BOTH_FEET, columns=columns, NO_COLOR="1"),
-                             self.output("--width", columns, BOTH_FEET))
+            self.assertEqual(
+                self.on_terminal(BOTH_FEET, columns=columns, NO_COLOR="1"),
+                self.output("--width", columns, BOTH_FEET),
+            )
 
     def test_gets_bold_headings(self):
         report = self.on_terminal(BOTH_FEET)
@@ -969,12 +1328,15 @@ class Terminal(ProgramTest):
         self.assertNotIn("\x1b", self.on_terminal(BOTH_FEET, TERM="dumb"))
 
     def test_is_overruled_by_a_width(self):
-        self.assertEqual(self.on_terminal("--width", 200, BOTH_FEET, NO_COLOR="1"),
-                         self.output("--width", 200, BOTH_FEET))
+        self.assertEqual(
+            self.on_terminal("--width", 200, BOTH_FEET, NO_COLOR="1"),
+            self.output("--width", 200, BOTH_FEET),
+        )
 
     def test_without_a_size_counts_as_100_wide(self):
-        self.assertEqual(self.on_terminal(BOTH_FEET, columns=0, NO_COLOR="1"),
-                         self.output(BOTH_FEET))
+        self.assertEqual(
+            self.on_terminal(BOTH_FEET, columns=0, NO_COLOR="1"), self.output(BOTH_FEET)
+        )
 
     def test_narrower_than_a_column_gets_one_group_a_block(self):
         report = self.on_terminal(BOTH_FEET, columns=10, NO_COLOR="1")
@@ -984,8 +1346,12 @@ class Terminal(ProgramTest):
         """What the program says, when its standard error is a terminal."""
         primary, secondary = pty.openpty()
         fcntl.ioctl(secondary, termios.TIOCSWINSZ, struct.pack("HHHH", 24, columns, 0, 0))
-        with subprocess.Popen([PROGRAM, *map(str, arguments)], stdout=subprocess.DEVNULL,
-                              stderr=secondary, env=environment(**changes)) as process:
+        with subprocess.Popen(
+            [PROGRAM, *map(str, arguments)],
+            stdout=subprocess.DEVNULL,
+            stderr=secondary,
+            env=environment(**changes),
+        ) as process:
             os.close(secondary)
             meanwhile()
             text = b""
@@ -1008,15 +1374,20 @@ class Terminal(ProgramTest):
         def write_late():
             time.sleep(1.3)
             (slow / "recording.csv").write_text(recording)
+
         return slow, write_late
 
     def test_shows_how_far_it_is_and_takes_the_line_away(self):
         for jobs in (1, 2):
             slow, write_late = self.slow_walk()
-            text = self.messages_on_terminal(["--jobs", jobs, slow, LEFT_FOOT],
-                                             meanwhile=write_late)
-            self.assertRegex(text, r"1 of 2 walks, \d+\.\d (a second|a minute), \d+ seconds? left\r"
-                             "\x1b\\[K")
+            text = self.messages_on_terminal(
+                ["--jobs", jobs, slow, LEFT_FOOT], meanwhile=write_late
+            )
+            self.assertRegex(
+                text,
+                r"1 of 2 walks, \d+\.\d (a second|a minute), \d+ seconds? left\r"
+                "\x1b\\[K",
+            )
             self.assertTrue(text.endswith("\x1b[Kgait-statistics: 2 of 2 walks reported\n"), text)
             shutil.rmtree(slow)
 
@@ -1042,10 +1413,12 @@ class OutputFile(ProgramTest):
 
     def test_holds_what_would_have_been_printed(self):
         for form in ("table", "csv", "json"):
-            self.assertEqual(self.output("--format", form, "--output", self.file, BOTH_FEET,
-                                         LEFT_FOOT), "")
-            self.assertEqual(self.file.read_text(),
-                             self.output("--format", form, BOTH_FEET, LEFT_FOOT))
+            self.assertEqual(
+                self.output("--format", form, "--output", self.file, BOTH_FEET, LEFT_FOOT), ""
+            )
+            self.assertEqual(
+                self.file.read_text(), self.output("--format", form, BOTH_FEET, LEFT_FOOT)
+            )
 
     def test_takes_the_list_of_parameters(self):
         self.output("--list-parameters", "--output", self.file)
@@ -1072,8 +1445,12 @@ class OutputFile(ProgramTest):
 
     def test_is_not_made_of_a_link_that_leads_nowhere(self):
         self.file.symlink_to(self.folder / "nowhere")
-        self.fails(f"{self.file}, a link that leads nowhere: No such file or directory",
-                   "--output", self.file, LEFT_FOOT)
+        self.fails(
+            f"{self.file}, a link that leads nowhere: No such file or directory",
+            "--output",
+            self.file,
+            LEFT_FOOT,
+        )
         self.assertTrue(self.file.is_symlink())
         self.assertFalse(self.file.exists())
 
@@ -1083,8 +1460,9 @@ class OutputFile(ProgramTest):
 
     def test_is_kept_when_no_walk_could_be_read(self):
         self.file.write_text("old")
-        self.assertEqual(run("--format", "json", "--output", self.file,
-                             self.folder / "nowhere").returncode, 1)
+        self.assertEqual(
+            run("--format", "json", "--output", self.file, self.folder / "nowhere").returncode, 1
+        )
         self.assertEqual(self.file.read_text(), "old")
 
     def test_holds_the_good_walks_when_one_is_bad(self):
@@ -1094,14 +1472,17 @@ class OutputFile(ProgramTest):
 
     def fails(self, what, *arguments, **options):
         result = run(*arguments, **options)
-        self.assertEqual((result.returncode, without_findings(result.stderr)),
-                         (1, [f"gait-statistics: cannot write {what}"]))
+        self.assertEqual(
+            (result.returncode, without_findings(result.stderr)),
+            (1, [f"gait-statistics: cannot write {what}"]),
+        )
 
     def test_is_kept_when_the_new_one_cannot_be_written_whole(self):
         self.file.write_text("old")
         limit = functools.partial(resource.setrlimit, resource.RLIMIT_FSIZE, (1000, 1000))
-        self.fails(f"{self.file}: File too large", "--output", self.file, BOTH_FEET,
-                   preexec_fn=limit)
+        self.fails(
+            f"{self.file}: File too large", "--output", self.file, BOTH_FEET, preexec_fn=limit
+        )
         self.assertEqual(self.file.read_text(), "old")
         self.assertEqual(os.listdir(self.folder), ["result"])
 
@@ -1145,20 +1526,34 @@ class OutputFile(ProgramTest):
         self.assertTrue(self.file.is_fifo())
 
     def test_full_standard_output_is_an_error(self):
-        for arguments in ([BOTH_FEET], ["--format", "json", BOTH_FEET], ["--help"], ["--version"],
-                          ["--list-parameters"], ["--jobs", 2, BOTH_FEET, LEFT_FOOT]):
+        for arguments in (
+            [BOTH_FEET],
+            ["--format", "json", BOTH_FEET],
+            ["--help"],
+            ["--version"],
+            ["--list-parameters"],
+            ["--jobs", 2, BOTH_FEET, LEFT_FOOT],
+        ):
             with open("/dev/full", "w", encoding="utf-8") as full:
                 self.fails("the standard output: No space left on device", *arguments, stdout=full)
 
     def test_closed_pipe_ends_the_program_without_a_word_as_it_ends_cat(self):
-        for arguments in ([BOTH_FEET], ["--format", "json", BOTH_FEET], ["--list-checks"],
-                          ["--help"], ["--jobs", 2, BOTH_FEET, LEFT_FOOT]):
+        for arguments in (
+            [BOTH_FEET],
+            ["--format", "json", BOTH_FEET],
+            ["--list-checks"],
+            ["--help"],
+            ["--jobs", 2, BOTH_FEET, LEFT_FOOT],
+        ):
             reader, writer = os.pipe()
             os.close(reader)
             result = run(*arguments, stdout=writer)
             os.close(writer)
-            self.assertEqual((result.returncode, without_findings(result.stderr)),
-                             (-signal.SIGPIPE, []), arguments)
+            self.assertEqual(
+                (result.returncode, without_findings(result.stderr)),
+                (-signal.SIGPIPE, []),
+                arguments,
+            )
 
     def test_closed_pipe_in_place_of_a_file_is_an_error(self):
         os.mkfifo(self.file)
@@ -1166,8 +1561,7 @@ class OutputFile(ProgramTest):
         walk = self.walk(left=strides(900))
         # A reader that lets the writer open the pipe, and goes before anything is written.
         with subprocess.Popen(["sh", "-c", f"exec 3<'{self.file}'; exec 3<&-"]) as reader:
-            self.fails(f"{self.file}: Broken pipe", "--format", "json", "--output", self.file,
-                       walk)
+            self.fails(f"{self.file}: Broken pipe", "--format", "json", "--output", self.file, walk)
             reader.wait()
 
     def test_has_the_format_of_its_ending(self):
@@ -1182,19 +1576,25 @@ class OutputFile(ProgramTest):
         file = self.folder / "result.xlsx"
         result = run("-o", file, LEFT_FOOT)
         self.assertEqual((result.returncode, result.stdout), (2, ""))
-        self.assertRegex(result.stderr, '^gait-statistics: --output: no format has the ending '
-                         r'"\.xlsx": use \.txt, .* or \.html, or add --format\n')
+        self.assertRegex(
+            result.stderr,
+            "^gait-statistics: --output: no format has the ending "
+            r'"\.xlsx": use \.txt, .* or \.html, or add --format\n',
+        )
         self.assertFalse(file.exists())
         self.output("-o", file, "--format", "csv", LEFT_FOOT)
 
     def test_of_a_dash_is_the_standard_output(self):
-        self.assertEqual(self.output("-o", "-", LEFT_FOOT, cwd=self.folder),
-                         self.output(LEFT_FOOT))
+        self.assertEqual(self.output("-o", "-", LEFT_FOOT, cwd=self.folder), self.output(LEFT_FOOT))
         self.assertEqual(os.listdir(self.folder), [])
 
     def test_closed_standard_output_is_an_error(self):
-        self.fails("the standard output: Bad file descriptor", BOTH_FEET, stdout=None,
-                   preexec_fn=lambda: os.close(1))
+        self.fails(
+            "the standard output: Bad file descriptor",
+            BOTH_FEET,
+            stdout=None,
+            preexec_fn=lambda: os.close(1),
+        )
 
     def test_does_not_take_the_place_of_a_closed_standard_error(self):
         walk = self.walk(left=strides(6, ta=[-1.0] + [2.0] * 5))

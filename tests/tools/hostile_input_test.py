@@ -17,8 +17,15 @@ import threading
 import time
 
 import gait_statistics_test as program
-from gait_statistics_test import (BOTH_FEET, FOOT_CYCLES, LEFT_FOOT, MEASURED, ProgramTest, run,
-                                  without_findings)
+from gait_statistics_test import (
+    BOTH_FEET,
+    FOOT_CYCLES,
+    LEFT_FOOT,
+    MEASURED,
+    ProgramTest,
+    run,
+    without_findings,
+)
 
 
 def write_long_walk(folder, strides, gct=None):
@@ -26,14 +33,17 @@ def write_long_walk(folder, strides, gct=None):
     gct = gct or [1.0] * strides
     nothing_else = "," * (len(MEASURED) - 2)
     folder.mkdir()
-    (folder / "recording.csv").write_text("foot,sampling_rate,signal_1_samples,signal_2_samples\n"
-                                          f"left,100,{strides},{strides}\n"
-                                          f"right,100,{strides},{strides}\n")
+    (folder / "recording.csv").write_text(
+        "foot,sampling_rate,signal_1_samples,signal_2_samples\n"
+        f"left,100,{strides},{strides}\n"
+        f"right,100,{strides},{strides}\n"
+    )
     with open(folder / "foot_cycles.csv", "w", encoding="utf-8") as table:
         table.write(FOOT_CYCLES + "\n")
         for foot in ("left", "right"):
-            table.writelines(f"{foot},{i},{i},{i},,{gct[i]}{nothing_else}\n"
-                             for i in range(strides))
+            table.writelines(
+                f"{foot},{i},{i},{i},,{gct[i]}{nothing_else}\n" for i in range(strides)
+            )
     with open(folder / "feet_cycles.csv", "w", encoding="utf-8") as table:
         table.write("index,gct,ds,right_index,left_index\n")
         table.writelines(f"{i},1.0,,{i},{i}\n" for i in range(strides))
@@ -91,15 +101,20 @@ class HostileTest(ProgramTest):
         return pathlib.Path(shutil.copytree(BOTH_FEET, self.folder / "walk"))
 
     def start(self, *arguments, prefix=(), **options):
-        process = subprocess.Popen([*prefix, program.PROGRAM, *map(str, arguments)],
-                                   stdout=subprocess.PIPE, stderr=subprocess.PIPE,
-                                   encoding="utf-8", **options)
+        process = subprocess.Popen(
+            [*prefix, program.PROGRAM, *map(str, arguments)],
+            stdout=subprocess.PIPE,
+            stderr=subprocess.PIPE,
+            encoding="utf-8",
+            **options,
+        )
 
         def end():
             process.kill()
             process.wait()
             process.stdout.close()
             process.stderr.close()
+
         self.addCleanup(end)
         return process
 
@@ -109,8 +124,15 @@ class HostileTest(ProgramTest):
         That takes /proc, which a mount namespace of its own may lack.
         """
         as_root = [] if os.geteuid() == 0 else ["--map-root-user"]
-        prefix = ["unshare", *as_root, "--mount", "sh", "-c",
-                  'mount -t tmpfs tmpfs /proc && exec "$@"', "sh"]
+        prefix = [
+            "unshare",
+            *as_root,
+            "--mount",
+            "sh",
+            "-c",
+            'mount -t tmpfs tmpfs /proc && exec "$@"',
+            "sh",
+        ]
         if subprocess.run([*prefix, "true"], capture_output=True, check=False).returncode != 0:
             self.skipTest("nothing can be mounted here")
         return prefix
@@ -138,6 +160,7 @@ class HostileTest(ProgramTest):
             os.setgroups([])
             os.setgid(nobody.pw_gid)
             os.setuid(nobody.pw_uid)
+
         try:
             run("--version", preexec_fn=drop)
         except PermissionError:
@@ -148,11 +171,13 @@ class HostileTest(ProgramTest):
 class LongWalk(HostileTest):
     def test_is_announced_with_an_estimate_before_it_is_computed(self):
         process = self.start(write_long_walk(self.folder / "long", 40000))
-        self.assertRegex(process.stderr.readline(),
-                         f"^note: {self.folder}/long: the statistics of 40000 strides a foot will "
-                         r"take about \d+ (seconds|minutes|hours): their time grows with the "
-                         r"square of the strides\. Ctrl-C ends the program; --max-strides refuses "
-                         r"such walks\.\n$")
+        self.assertRegex(
+            process.stderr.readline(),
+            f"^note: {self.folder}/long: the statistics of 40000 strides a foot will "
+            r"take about \d+ (seconds|minutes|hours): their time grows with the "
+            r"square of the strides\. Ctrl-C ends the program; --max-strides refuses "
+            r"such walks\.\n$",
+        )
         self.assertIsNone(process.poll())
 
     def test_that_takes_no_time_is_not_announced(self):
@@ -160,13 +185,20 @@ class LongWalk(HostileTest):
 
     def test_is_refused_beyond_a_limit_in_little_memory(self):
         long = write_long_walk(self.folder / "long", 40000)
-        message, exit_code, memory = self.peak_memory("--max-strides", 1000, "--output", self.file,
-                                                      long)
-        self.assertEqual(message, "".join(
-            f"{long}/{what}, expected at most 1000, the limit that was set\n"
-            for what in ("foot_cycles.csv: found 40000 strides of the left foot",
-                         "foot_cycles.csv: found 40000 strides of the right foot",
-                         "feet_cycles.csv: found 40000 cycles of both feet")))
+        message, exit_code, memory = self.peak_memory(
+            "--max-strides", 1000, "--output", self.file, long
+        )
+        self.assertEqual(
+            message,
+            "".join(
+                f"{long}/{what}, expected at most 1000, the limit that was set\n"
+                for what in (
+                    "foot_cycles.csv: found 40000 strides of the left foot",
+                    "foot_cycles.csv: found 40000 strides of the right foot",
+                    "feet_cycles.csv: found 40000 cycles of both feet",
+                )
+            ),
+        )
         self.assertEqual(exit_code, 1)
         self.check_nothing_was_written()
         self.assertLess(memory, self.peak_memory(BOTH_FEET)[2] + (6 << 20))
@@ -175,8 +207,10 @@ class LongWalk(HostileTest):
         walk = write_long_walk(self.folder / "walk", 7000, order_against_the_sort(7000))
 
         def leave_little_stack():
-            resource.setrlimit(resource.RLIMIT_STACK,
-                               (192 << 10, resource.getrlimit(resource.RLIMIT_STACK)[1]))
+            resource.setrlimit(
+                resource.RLIMIT_STACK, (192 << 10, resource.getrlimit(resource.RLIMIT_STACK)[1])
+            )
+
         for arguments in ([walk], ["--jobs", 2, walk, LEFT_FOOT]):
             result = run("--format", "csv", *arguments, preexec_fn=leave_little_stack)
             self.assertEqual(result.returncode, 0)
@@ -186,8 +220,9 @@ class LongWalk(HostileTest):
         for limit in ("0", "-1", "many", "1.5", "99999999999999999999999", ""):
             result = run("--max-strides", limit, LEFT_FOOT)
             self.assertEqual((result.returncode, result.stdout), (2, ""), limit)
-            self.assertRegex(result.stderr,
-                             "^gait-statistics: .*--max-strides.*\nTry gait-statistics --help.\n$")
+            self.assertRegex(
+                result.stderr, "^gait-statistics: .*--max-strides.*\nTry gait-statistics --help.\n$"
+            )
 
 
 class MillionStrides(HostileTest):
@@ -231,8 +266,9 @@ class Interruption(HostileTest):
 
     def test_while_reading_at_full_speed(self):
         walk = self.copy_of_a_walk()
-        endless = EndlessTable(walk / "exclusions.csv", "cycles,list,index,reason\n",
-                               "feet,excluded_1_fallback,0,\n")
+        endless = EndlessTable(
+            walk / "exclusions.csv", "cycles,list,index,reason\n", "feet,excluded_1_fallback,0,\n"
+        )
         for number in self.SIGNALS:
             process = self.start("--output", self.file, walk)
             with endless:
@@ -264,10 +300,14 @@ class Interruption(HostileTest):
     def has_written(self, process):
         """Whether the program has written anything: into a file that has no name yet."""
         try:
-            files = [f"/proc/{process.pid}/fd/{number}"
-                     for number in os.listdir(f"/proc/{process.pid}/fd")]
-            return any(os.readlink(file).startswith(f"{self.out}/#") and os.stat(file).st_size > 0
-                       for file in files)
+            files = [
+                f"/proc/{process.pid}/fd/{number}"
+                for number in os.listdir(f"/proc/{process.pid}/fd")
+            ]
+            return any(
+                os.readlink(file).startswith(f"{self.out}/#") and os.stat(file).st_size > 0
+                for file in files
+            )
         except (FileNotFoundError, PermissionError):
             return False  # it has ended, or closed the file
 
@@ -303,8 +343,12 @@ class Interruption(HostileTest):
     def test_removes_the_temporary_name_of_an_output_that_needs_one(self):
         arguments, new = self.large_output()
         for jobs in (1, 2):
-            self.interrupt_while(self.has_a_temporary_file, ["--jobs", jobs, *arguments], new,
-                                 prefix=self.without_nameless_files())
+            self.interrupt_while(
+                self.has_a_temporary_file,
+                ["--jobs", jobs, *arguments],
+                new,
+                prefix=self.without_nameless_files(),
+            )
 
     def test_at_any_moment_leaves_the_old_output_or_the_whole_new_one(self):
         start = time.monotonic()
@@ -326,23 +370,29 @@ class Interruption(HostileTest):
 class Tables(HostileTest):
     def refused(self, walk, message, **options):
         result = run("--output", self.file, walk, **options)
-        self.assertEqual((result.returncode, result.stdout, result.stderr),
-                         (1, "", f"{walk}/{message}\n"))
+        self.assertEqual(
+            (result.returncode, result.stdout, result.stderr), (1, "", f"{walk}/{message}\n")
+        )
         self.check_nothing_was_written()
 
     def test_with_a_line_without_end(self):
         walk = self.copy_of_a_walk()
         with EndlessTable(walk / "recording.csv", "", "left"):
-            self.refused(walk, "recording.csv:1: found a row of more than 1048576 bytes, expected "
-                         "a shorter one: is a quotation mark left open?")
+            self.refused(
+                walk,
+                "recording.csv:1: found a row of more than 1048576 bytes, expected "
+                "a shorter one: is a quotation mark left open?",
+            )
 
     def test_that_may_not_be_read(self):
         walk = self.copy_of_a_walk()
         (walk / "feet_cycles.csv").chmod(0)
-        self.refused(walk,
-                     "feet_cycles.csv: found a file that cannot be read (Permission denied), "
-                     "expected a table",
-                     **self.as_nobody_who_may_write())
+        self.refused(
+            walk,
+            "feet_cycles.csv: found a file that cannot be read (Permission denied), "
+            "expected a table",
+            **self.as_nobody_who_may_write(),
+        )
 
     def test_in_a_folder_that_may_not_be_looked_into_are_no_walk_to_offer(self):
         study = self.folder / "study"
@@ -350,12 +400,18 @@ class Tables(HostileTest):
         (study / "closed").chmod(0)
         options = self.as_nobody()
         result = run(study, **options)
-        self.assertEqual(result.stderr, f"{study}: found neither recording.csv nor "
-                         "foot_cycles.csv, expected a walk folder with both\n")
+        self.assertEqual(
+            result.stderr,
+            f"{study}: found neither recording.csv nor "
+            "foot_cycles.csv, expected a walk folder with both\n",
+        )
         result = run("--recursive", study, **options)
         (study / "closed").chmod(0o755)
-        self.assertEqual(result.stderr, f"{study}/closed: found a folder that cannot be read "
-                         "(Permission denied), expected a walk folder\n")
+        self.assertEqual(
+            result.stderr,
+            f"{study}/closed: found a folder that cannot be read "
+            "(Permission denied), expected a walk folder\n",
+        )
 
     def as_nobody_who_may_write(self):
         options = self.as_nobody()
@@ -367,8 +423,10 @@ class Tables(HostileTest):
 class Output(HostileTest):
     def fails(self, what, *arguments, **options):
         result = run(*arguments, BOTH_FEET, **options)
-        self.assertEqual((result.returncode, result.stdout, without_findings(result.stderr)),
-                         (1, "", [f"gait-statistics: cannot write {what}"]))
+        self.assertEqual(
+            (result.returncode, result.stdout, without_findings(result.stderr)),
+            (1, "", [f"gait-statistics: cannot write {what}"]),
+        )
 
     def test_in_a_folder_that_may_not_be_written(self):
         nobody = self.as_nobody()
@@ -391,8 +449,9 @@ class Output(HostileTest):
             size = len(self.output(*walks, BOTH_FEET))
             for limit in (0, 1, size // 2, size - 1):
                 stop = functools.partial(resource.setrlimit, resource.RLIMIT_FSIZE, (limit, limit))
-                self.fails(f"{self.file}: File too large", *walks, "--output", self.file,
-                           preexec_fn=stop)
+                self.fails(
+                    f"{self.file}: File too large", *walks, "--output", self.file, preexec_fn=stop
+                )
                 self.check_nothing_was_written()
 
 
@@ -404,20 +463,39 @@ class OutputOnAFullDisk(HostileTest):
     def on_the_disk(self, *arguments):
         """What the program's exit code was, and what is then on the disk."""
         # In a mount namespace of its own, the small disk is seen by nobody else.
-        script = ('mount -t tmpfs -o size=4k,nr_inodes=10 tmpfs "$1" &&\n'
-                  f'  printf old >"$1/result" && {self.BEFORE} || exit 77\n'
-                  'disk=$1; shift; "$@"; echo "exit code $?"; cat "$disk/result"; ls "$disk"')
+        script = (
+            'mount -t tmpfs -o size=4k,nr_inodes=10 tmpfs "$1" &&\n'
+            f'  printf old >"$1/result" && {self.BEFORE} || exit 77\n'
+            'disk=$1; shift; "$@"; echo "exit code $?"; cat "$disk/result"; ls "$disk"'
+        )
         disk = self.folder / "disk"
         disk.mkdir(exist_ok=True)
         as_root = [] if os.geteuid() == 0 else ["--map-root-user"]
-        result = subprocess.run(["unshare", *as_root, "--mount", "sh", "-c", script, "sh", disk,
-                                 program.PROGRAM, "--output", disk / "result",
-                                 *map(str, arguments)],
-                                capture_output=True, encoding="utf-8", check=False)
+        result = subprocess.run(
+            [
+                "unshare",
+                *as_root,
+                "--mount",
+                "sh",
+                "-c",
+                script,
+                "sh",
+                disk,
+                program.PROGRAM,
+                "--output",
+                disk / "result",
+                *map(str, arguments),
+            ],
+            capture_output=True,
+            encoding="utf-8",
+            check=False,
+        )
         if result.returncode != 0:
             self.skipTest("no small disk can be mounted here")
-        self.assertEqual(without_findings(result.stderr),
-                         [f"gait-statistics: cannot write {disk}/result: No space left on device"])
+        self.assertEqual(
+            without_findings(result.stderr),
+            [f"gait-statistics: cannot write {disk}/result: No space left on device"],
+        )
         return result.stdout
 
     def test_keeps_the_old_output(self):

@@ -88,15 +88,17 @@ class Pages(unittest.TestCase):
     def test_is_written_to_the_standard_output_as_well(self) -> None:
         result = run("--format", "html", walks / "one_foot_short")
         self.assertTrue(result.stdout.startswith("<!DOCTYPE html>"))
-        self.assertEqual(result.stdout, run("-o", "-", "--format", "html",
-                                            walks / "one_foot_short").stdout)
+        self.assertEqual(
+            result.stdout, run("-o", "-", "--format", "html", walks / "one_foot_short").stdout
+        )
 
     def test_takes_up_to_a_hundred_walks(self) -> None:
         names = [self.folder / f"walk_{i}" for i in range(101)]
         for name in names:
             shutil.copytree(walks / "one_foot_short", name)
-        self.assertEqual(len(re.findall("<article", run("--format", "html", *names[:100]).stdout)),
-                         100)
+        self.assertEqual(
+            len(re.findall("<article", run("--format", "html", *names[:100]).stdout)), 100
+        )
         result = run("--format", "html", *names)
         self.assertEqual(result.returncode, 2)
         self.assertEqual(
@@ -109,8 +111,10 @@ class Pages(unittest.TestCase):
         pages = self.folder / "new" / "pages"
         result = run("-o", f"{pages}/", walks / "two_feet_turn", walks / "one_foot_short")
         self.assertEqual((result.returncode, result.stdout, result.stderr), (0, "", ""))
-        self.assertEqual({file.name for file in pages.iterdir()},
-                         {"index.html", "two_feet_turn.html", "one_foot_short.html"})
+        self.assertEqual(
+            {file.name for file in pages.iterdir()},
+            {"index.html", "two_feet_turn.html", "one_foot_short.html"},
+        )
         index = Page((pages / "index.html").read_text())
         self.assertEqual(set(index.references), {"two_feet_turn.html", "one_foot_short.html"})
 
@@ -122,8 +126,9 @@ class Pages(unittest.TestCase):
     def test_refuses_a_folder_for_anything_else(self) -> None:
         result = run("-o", f"{self.folder}/", "--format", "json", walks / "two_feet_turn")
         self.assertEqual(result.returncode, 2)
-        self.assertIn("is a folder, which takes pages, expected --format html or a file",
-                      result.stderr)
+        self.assertIn(
+            "is a folder, which takes pages, expected --format html or a file", result.stderr
+        )
 
     def test_refuses_a_list_as_a_page(self) -> None:
         for option in ("--list-parameters", "--list-checks"):

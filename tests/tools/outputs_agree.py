@@ -76,7 +76,8 @@ def foot_of(folder: pathlib.Path, name: str) -> tuple[list[dict[str, Any]], list
     own.sort(key=lambda numbered: int(numbered[1].get("index") or 0))
     cycles = [
         {
-            column: int(cell) if column in ("first_sample", "last_sample", "index")
+            column: int(cell)
+            if column in ("first_sample", "last_sample", "index")
             else number(cell, column)
             for column, cell in row.items()
             if column != "foot"
@@ -90,8 +91,9 @@ def foot_of(folder: pathlib.Path, name: str) -> tuple[list[dict[str, Any]], list
 def recording_of(row: dict[str, str]) -> dict[str, Any]:
     counts = [row.get("signal_1_samples"), row.get("signal_2_samples")]
     known = [int(count) for count in counts if count]
-    signals = [[i, int(count) if count else min(known, default=0)]
-               for i, count in enumerate(counts, 1)]
+    signals = [
+        [i, int(count) if count else min(known, default=0)] for i, count in enumerate(counts, 1)
+    ]
     return {"sampling_rate": int(row["sampling_rate"]), "signals": signals}
 
 
@@ -106,14 +108,19 @@ def walk_of(folder: pathlib.Path, analysed: str) -> Walk:
     rows = table(folder, "feet_cycles.csv") if analysed == "feet" else []
     walk: Walk = {
         "recordings": [recording_of(recordings[foot]) for foot in feet],
-        "feet": [{"recording": i, "cycles": foot_of(folder, foot)[0]}
-                 for i, foot in enumerate(feet)],
+        "feet": [
+            {"recording": i, "cycles": foot_of(folder, foot)[0]} for i, foot in enumerate(feet)
+        ],
         "foot_results": len(feet),
         "left_foot": 0 if analysed == "feet" else None,
         "right_foot": 1 if analysed == "feet" else None,
         "feet_cycles": [
-            {"gct": number(row.get("gct"), "gct"), "ds": number(row.get("ds"), "ds"),
-             "right_cycle": link(row["right_index"], 1), "left_cycle": link(row["left_index"], 0)}
+            {
+                "gct": number(row.get("gct"), "gct"),
+                "ds": number(row.get("ds"), "ds"),
+                "right_cycle": link(row["right_index"], 1),
+                "left_cycle": link(row["left_index"], 0),
+            }
             for row in rows
         ],
         "settings_value": 0.0,
@@ -163,16 +170,18 @@ def expected_figures(record: Walk, key: str, records: Walk) -> dict[str, float |
     if not other or not record["asymmetry_enabled"] or not all(side["valid"] for side in sides):
         figures["asymmetry"] = None
     in_order = sorted(sample)
-    figures["q1"], figures["q3"] = (model.percentiles(in_order, (25.0, 75.0)) if n
-                                    else (None, None))
+    figures["q1"], figures["q3"] = model.percentiles(in_order, (25.0, 75.0)) if n else (None, None)
     figures["p5"], figures["p95"] = (
-        model.percentiles(in_order, (5.0, 95.0)) if n >= FEWEST_FOR_OUTER_PERCENTILES
-        else (None, None))
+        model.percentiles(in_order, (5.0, 95.0))
+        if n >= FEWEST_FOR_OUTER_PERCENTILES
+        else (None, None)
+    )
     if figures["asymmetry"] is not None and record["cv_row"]:
-        right, left = (sides if other == "_L" else reversed(sides))
+        right, left = sides if other == "_L" else reversed(sides)
         if right["mean"] * left["mean"] > 0:
-            figures["symmetry_index"] = (100 * (right["mean"] - left["mean"])
-                                         / ((right["mean"] + left["mean"]) / 2))
+            figures["symmetry_index"] = (
+                100 * (right["mean"] - left["mean"]) / ((right["mean"] + left["mean"]) / 2)
+            )
     return figures
 
 
@@ -191,8 +200,11 @@ def check_parameters(compare: Comparison, shown: Walk, expected: Walk, walk: Wal
             for name, value in expected_figures(record, key, expected).items():
                 wanted = None if halved or value is None else finite(value)
                 if name == "symmetry_index" and wanted is not None:
-                    wanted = shown[key][name] if math.isclose(
-                        shown[key][name], wanted, rel_tol=1e-12, abs_tol=1e-12) else wanted
+                    wanted = (
+                        shown[key][name]
+                        if math.isclose(shown[key][name], wanted, rel_tol=1e-12, abs_tol=1e-12)
+                        else wanted
+                    )
                 compare.same(shown[key][name], wanted, f"{key}, {name}")
 
 
@@ -239,9 +251,11 @@ def check_strides(compare: Comparison, shown: Walk, walk: Walk, folder: pathlib.
     for foot in shown["strides"]:
         cycles, lines = foot_of(folder, foot["foot"])
         side = int(foot["foot"] == "right")
-        links = {cycle[f"{foot['foot']}_cycle"][1]: index
-                 for index, cycle in enumerate(walk["feet_cycles"])
-                 if cycle[f"{foot['foot']}_cycle"]}
+        links = {
+            cycle[f"{foot['foot']}_cycle"][1]: index
+            for index, cycle in enumerate(walk["feet_cycles"])
+            if cycle[f"{foot['foot']}_cycle"]
+        }
         other = ("right_cycle", "left_cycle")[side]
         rate = walk["recordings"][0]["sampling_rate"]
         compare.same(foot["line"], lines, "lines")
@@ -259,21 +273,31 @@ def check_strides(compare: Comparison, shown: Walk, walk: Walk, folder: pathlib.
                 value_of = model.value_of(row)
                 values = [value_of(c) for c in cycles]
                 if row.field == "half_stride":  # half of a missing length is not shown
-                    values = [v if "slength" in c and c["slength"] != model.MISSING
-                              else model.MISSING for c, v in zip(cycles, values)]
+                    values = [
+                        v if "slength" in c and c["slength"] != model.MISSING else model.MISSING
+                        for c, v in zip(cycles, values)
+                    ]
                 wanted = [None if v == model.MISSING else v for v in values]
-                compare.same(foot["values"][row.key], [-1.0 if v == math.nextafter(-1.0, 0.0)
-                                                       else v for v in wanted], row.key)
+                compare.same(
+                    foot["values"][row.key],
+                    [-1.0 if v == math.nextafter(-1.0, 0.0) else v for v in wanted],
+                    row.key,
+                )
                 compare.figures += len(wanted)
     if not two_feet:
         return
     shown_cycles = shown["two_feet_cycles"]
     for name, column in (("gct", "gct"), ("ds", "DS")):
-        compare.same(shown_cycles[column],
-                     [None if c[name] == model.MISSING else c[name] for c in walk["feet_cycles"]],
-                     f"{name} of the two-feet cycles")
-    compare.same(list(zip(shown_cycles["status"], shown_cycles["reason"])),
-                 [status_of(i, walk) for i in range(len(walk["feet_cycles"]))], "cycles")
+        compare.same(
+            shown_cycles[column],
+            [None if c[name] == model.MISSING else c[name] for c in walk["feet_cycles"]],
+            f"{name} of the two-feet cycles",
+        )
+    compare.same(
+        list(zip(shown_cycles["status"], shown_cycles["reason"])),
+        [status_of(i, walk) for i in range(len(walk["feet_cycles"]))],
+        "cycles",
+    )
 
 
 # CSV against JSON.
@@ -317,15 +341,31 @@ def check_csv_walk(compare: Comparison, row: dict[str, str], shown: Walk, docume
         for name in ("strides", "included", "left_out", "unlinked"):
             same_cell(compare, row[f"{name}_{foot}"], counts.get(name), f"CSV, {name}")
     summary = shown["summary"]
-    same_cell(compare, row["cycles_without_stride_length"],
-              summary["total_distance"]["cycles_without"], "strides without length")
-    same_cell(compare, row["included_without_stride_length"],
-              summary["distance"]["cycles_without"], "included strides without length")
-    same_cell(compare, row["included_without_duration"], summary["time"]["cycles_without"],
-              "included strides without duration")
+    same_cell(
+        compare,
+        row["cycles_without_stride_length"],
+        summary["total_distance"]["cycles_without"],
+        "strides without length",
+    )
+    same_cell(
+        compare,
+        row["included_without_stride_length"],
+        summary["distance"]["cycles_without"],
+        "included strides without length",
+    )
+    same_cell(
+        compare,
+        row["included_without_duration"],
+        summary["time"]["cycles_without"],
+        "included strides without duration",
+    )
     same_cell(compare, row["quality_flags"], shown["quality_flags"], "quality flags")
-    same_cell(compare, row["quality_flags_in_words"], "; ".join(shown["quality_flags_in_words"]),
-              "quality flags in words")
+    same_cell(
+        compare,
+        row["quality_flags_in_words"],
+        "; ".join(shown["quality_flags_in_words"]),
+        "quality flags in words",
+    )
 
 
 def check_csv_strides(compare: Comparison, rows: list[dict[str, str]], shown: Walk) -> None:
@@ -345,8 +385,10 @@ def check_csv_strides(compare: Comparison, rows: list[dict[str, str]], shown: Wa
         out = next((e["list"] for e in listed if e["effect"] == "left_out"), None)
         same_cell(compare, row["list"], out, f"{where}, list")
         cycle = foot["two_feet_cycle"][i]
-        of_cycle = {name: None if cycle is None else shown["two_feet_cycles"][name][cycle]
-                    for name in ("gct", "DS", "asymmetry")}
+        of_cycle = {
+            name: None if cycle is None else shown["two_feet_cycles"][name][cycle]
+            for name in ("gct", "DS", "asymmetry")
+        }
         same_cell(compare, row["two_feet_cycle_seconds"], of_cycle["gct"], where)
         asymmetry = of_cycle["asymmetry"]
         percent = None if asymmetry is None else 100.0 * asymmetry / shown["sampling_rate"]
@@ -354,8 +396,9 @@ def check_csv_strides(compare: Comparison, rows: list[dict[str, str]], shown: Wa
             percent = float(row["asymmetry_percent"])  # the order of operations is another
         same_cell(compare, row["asymmetry_percent"], percent, f"{where}, asymmetry_percent")
         for column in list(row)[values_from:]:
-            key = next(k for k in (*foot["values"], "DS")
-                       if column.startswith(k.replace(" ", "_") + "_"))
+            key = next(
+                k for k in (*foot["values"], "DS") if column.startswith(k.replace(" ", "_") + "_")
+            )
             value = of_cycle["DS"] if key == "DS" else foot["values"][key][i]
             same_cell(compare, row[column], value, f"{where}, {column}")
 
@@ -375,7 +418,8 @@ def telling_ratio(sides: list[Walk], key: str) -> float | None:
     has_cv = next(row.has_cv for row in model.CATALOGUE if row.key == key)
     for side in sides:
         if side["mean"] is None or not (
-                has_cv if side["std"] is None else abs(side["mean"]) > side["std"]):
+            has_cv if side["std"] is None else abs(side["mean"]) > side["std"]
+        ):
             return None
     return sides[0]["asymmetry"] if sides[0]["mean"] * sides[1]["mean"] > 0 else None
 
@@ -392,16 +436,29 @@ def expected_rows(shown: Walk, names: list[str], sides_shown: int) -> Iterator[l
             return " ".join(rounded(side[figure], decimals) for side in sides)
 
         median = " ".join(
-            rounded(side["median"], decimals) if side["median"] is None or side["n"] < 2 else
-            f"{rounded(side['median'], decimals)} [{rounded(side['q1'], decimals)}, "
-            f"{rounded(side['q3'], decimals)}]" for side in shown_sides)
-        columns = [sides[0]["description"], sides[0]["unit"],
-                   " ".join(str(side["n"]) for side in shown_sides),
-                   of_each("mean", decimals), of_each("std", decimals), median,
-                   of_each("min", decimals), of_each("max", decimals), of_each("cv", 1)]
+            rounded(side["median"], decimals)
+            if side["median"] is None or side["n"] < 2
+            else f"{rounded(side['median'], decimals)} [{rounded(side['q1'], decimals)}, "
+            f"{rounded(side['q3'], decimals)}]"
+            for side in shown_sides
+        )
+        columns = [
+            sides[0]["description"],
+            sides[0]["unit"],
+            " ".join(str(side["n"]) for side in shown_sides),
+            of_each("mean", decimals),
+            of_each("std", decimals),
+            median,
+            of_each("min", decimals),
+            of_each("max", decimals),
+            of_each("cv", 1),
+        ]
         if sides_shown == 2:
-            columns.append(rounded(telling_ratio(sides, name), 3) + " "
-                           + rounded(sides[0]["symmetry_index"], 1))
+            columns.append(
+                rounded(telling_ratio(sides, name), 3)
+                + " "
+                + rounded(sides[0]["symmetry_index"], 1)
+            )
         rows.append([*columns, of_each("standard_error", decimals + 1), of_each("effective_n", 0)])
     columns_kept = [column for column in zip(*rows) if set("".join(column)) - set("- ")]
     for cells in zip(*columns_kept):
@@ -426,13 +483,21 @@ def check_text(compare: Comparison, report: str, shown: Walk) -> None:
     compare.same(line.split()[1], str(included), "included")
 
     both_feet = shown["analysed"] == "both feet"
-    measured = list(dict.fromkeys(
-        p["parameter"] for p in shown["parameters"].values() if p["n"] and p["side"] != "both"))
-    tables = [("  Parameter ", [name for name in measured if name not in ("HS", "DS")],
-               1 + both_feet), ("  Both feet ", [name for name in measured if name == "DS"], 1)]
+    measured = list(
+        dict.fromkeys(
+            p["parameter"] for p in shown["parameters"].values() if p["n"] and p["side"] != "both"
+        )
+    )
+    tables = [
+        ("  Parameter ", [name for name in measured if name not in ("HS", "DS")], 1 + both_feet),
+        ("  Both feet ", [name for name in measured if name == "DS"], 1),
+    ]
     for heading, names, sides in tables:
-        names = [name for name in names
-                 if any(p["n"] for p in shown["parameters"].values() if p["parameter"] == name)]
+        names = [
+            name
+            for name in names
+            if any(p["n"] for p in shown["parameters"].values() if p["parameter"] == name)
+        ]
         found = [line for line in lines if line.startswith(heading)]
         compare.same(len(found), bool(names), heading)
         first = lines.index(found[0]) + 1 if found else 0
@@ -443,8 +508,10 @@ def check_text(compare: Comparison, report: str, shown: Walk) -> None:
             compare.figures += len(expected)
     if both_feet and shown["parameters"]["asymmetry_percent"]["n"]:
         asymmetry = shown["parameters"]["asymmetry_percent"]
-        wanted = (f"  mean {rounded(asymmetry['mean'], 3)} % ({asymmetry['direction']}), "
-                  f"SD {rounded(asymmetry['std'], 3)}, n {asymmetry['n']} stride")
+        wanted = (
+            f"  mean {rounded(asymmetry['mean'], 3)} % ({asymmetry['direction']}), "
+            f"SD {rounded(asymmetry['std'], 3)}, n {asymmetry['n']} stride"
+        )
         compare.same(any(line.startswith(wanted) for line in lines), True, wanted)
 
 
@@ -456,8 +523,9 @@ class Program:
         self.path = path
 
     def run(self, *arguments: Any) -> str:
-        result = subprocess.run([self.path, *map(str, arguments)], capture_output=True,
-                                encoding="utf-8", check=False)
+        result = subprocess.run(
+            [self.path, *map(str, arguments)], capture_output=True, encoding="utf-8", check=False
+        )
         if result.returncode != 0:
             sys.exit(f"{arguments}: exit code {result.returncode}\n{result.stderr}")
         return result.stdout
@@ -498,8 +566,13 @@ def main(path: str, *folders: str) -> int:
         return 77
     program = Program(path)
     compare = Comparison()
-    walks = sorted({file.parent for folder in folders
-                    for file in pathlib.Path(folder).glob("**/recording.csv")})
+    walks = sorted(
+        {
+            file.parent
+            for folder in folders
+            for file in pathlib.Path(folder).glob("**/recording.csv")
+        }
+    )
     if not walks:
         sys.exit(f"{folders}: no walk")
     for walk in walks:

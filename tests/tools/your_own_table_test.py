@@ -29,10 +29,19 @@ def strides(start):
 
 # In the order of time, the feet mixed.
 EXPORT = sorted(
-    ({"Side": side, "Start (s)": begin, "End (s)": end, "Stride time (ms)": 1000 * (end - begin),
-      "Stride length (cm)": 130 + 0.1 * i}
-     for side, start in (("Right", 0.5), ("Left", 1.1))
-     for i, (begin, end) in enumerate(strides(start))), key=lambda stride: stride["Start (s)"])
+    (
+        {
+            "Side": side,
+            "Start (s)": begin,
+            "End (s)": end,
+            "Stride time (ms)": 1000 * (end - begin),
+            "Stride length (cm)": 130 + 0.1 * i,
+        }
+        for side, start in (("Right", 0.5), ("Left", 1.1))
+        for i, (begin, end) in enumerate(strides(start))
+    ),
+    key=lambda stride: stride["Start (s)"],
+)
 
 
 def read_excel(file):
@@ -54,8 +63,12 @@ class Recipe(unittest.TestCase):
 
     def means(self, *arguments):
         """The means that the program finds, when it has nothing to say against the walk."""
-        result = subprocess.run([PROGRAM, "--format", "json", *arguments], capture_output=True,
-                                encoding="utf-8", check=False)
+        result = subprocess.run(
+            [PROGRAM, "--format", "json", *arguments],
+            capture_output=True,
+            encoding="utf-8",
+            check=False,
+        )
         self.assertEqual((result.returncode, result.stderr), (0, ""))
         [walk] = json.loads(result.stdout)["walks"]
         return {key: parameter["mean"] for key, parameter in walk["parameters"].items()}
@@ -78,14 +91,20 @@ class Recipe(unittest.TestCase):
         walk = pathlib.Path("monday")
         walk.mkdir()
         header = "foot,first_sample,last_sample,gct,slength\n"
-        (walk / "foot_cycles.csv").write_text(header + "".join(
-            f"{row['Side']},{samples(row['Start (s)'], row['End (s)'])},"
-            f"{row['Stride time (ms)'] / 1000},{row['Stride length (cm)'] / 100}\n"
-            for row in rows))
+        (walk / "foot_cycles.csv").write_text(
+            header
+            + "".join(
+                f"{row['Side']},{samples(row['Start (s)'], row['End (s)'])},"
+                f"{row['Stride time (ms)'] / 1000},{row['Stride length (cm)'] / 100}\n"
+                for row in rows
+            )
+        )
         (walk / "recording.csv").write_text(f"foot,sampling_rate\nLeft,{RATE}\nRight,{RATE}\n")
         self.check_each_foot()
-        (walk / "feet_cycles.csv").write_text("right_index,left_index,gct,ds\n" + "".join(
-            f"{i},{i},{TIMES[i]},\n" for i in range(len(TIMES))))
+        (walk / "feet_cycles.csv").write_text(
+            "right_index,left_index,gct,ds\n"
+            + "".join(f"{i},{i},{TIMES[i]},\n" for i in range(len(TIMES)))
+        )
         (walk / "exclusions.csv").write_text("cycles,list,index,reason\nfeet,excluded_1,4,turn\n")
         self.assertAlmostEqual(self.means("monday")["gct_R"], (sum(TIMES) - TIMES[4]) / 19)
 

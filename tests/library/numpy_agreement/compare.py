@@ -53,8 +53,9 @@ def hexadecimal(numbers):
 def main():
     random = numpy.random.default_rng(20)
     cases = [(random_percentages(random), sample) for sample in random_samples(random)]
-    lines = "".join(f"{hexadecimal(percentages)} {hexadecimal(sample)}\n"
-                    for percentages, sample in cases)
+    lines = "".join(
+        f"{hexadecimal(percentages)} {hexadecimal(sample)}\n" for percentages, sample in cases
+    )
     finished = subprocess.run(sys.argv[1:], input=lines, capture_output=True, text=True, check=True)
     printed = finished.stdout.splitlines()
     if len(printed) != len(cases):
@@ -66,8 +67,11 @@ def main():
         got = numpy.array([float.fromhex(number) for number in numbers])
         expected = expected_of(sample, percentages)
         tolerance = RELATIVE_TOLERANCE * numpy.abs(sample).max()
-        agrees = (valid == "1" and got.shape == expected.shape
-                  and (numpy.abs(got - expected) <= tolerance).all())
+        agrees = (
+            valid == "1"
+            and got.shape == expected.shape
+            and (numpy.abs(got - expected) <= tolerance).all()
+        )
         if not agrees:
             disagreements += 1
             print(f"sample {sample.tolist()}\n at {percentages.tolist()}")

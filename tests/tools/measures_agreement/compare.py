@@ -14,8 +14,18 @@ import numpy
 WALKS = 1500
 RELATIVE_TOLERANCE = 1e-10
 MISSING = -1.0
-FIGURES = ["q1", "q3", "p5", "p95", "effective_strides", "standard_error", "symmetry_index",
-           "n", "mean", "sd"]
+FIGURES = [
+    "q1",
+    "q3",
+    "p5",
+    "p95",
+    "effective_strides",
+    "standard_error",
+    "symmetry_index",
+    "n",
+    "mean",
+    "sd",
+]
 
 
 def random_walks(random):
@@ -109,7 +119,8 @@ def main():
         given += ~numpy.isnan(expected)
         scale = numpy.maximum(numpy.abs(expected), numpy.abs(walk[1]).max())
         agrees = (numpy.abs(got - expected) <= RELATIVE_TOLERANCE * scale) | (
-            numpy.isnan(got) & numpy.isnan(expected))
+            numpy.isnan(got) & numpy.isnan(expected)
+        )
         if not agrees.all():
             disagreements += 1
             print(f"positions {walk[0].tolist()}\n right {walk[1].tolist()}")

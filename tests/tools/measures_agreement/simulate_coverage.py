@@ -99,8 +99,10 @@ def simulated(program):
             plain_errors = series.std(axis=1, ddof=1) / math.sqrt(n)
             plain = share_covered(means, plain_errors, numpy.full(SERIES, float(n)))
             by_effective = share_covered(means, standard_errors, effective)
-            yield (f"{name:<24}{n:>8}{plain:>11.0f} %{by_effective:>13.0f} %"
-                   f"{numpy.median(effective):>13.1f}")
+            yield (
+                f"{name:<24}{n:>8}{plain:>11.0f} %{by_effective:>13.0f} %"
+                f"{numpy.median(effective):>13.1f}"
+            )
 
 
 def main():
