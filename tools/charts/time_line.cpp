@@ -14,13 +14,13 @@ namespace {
 // All in pixels.
 constexpr double note_height = 16.0;
 constexpr double box_height = 16.0;
-constexpr double row_height = 24.0;
+constexpr double foot_height = 24.0;
 constexpr double narrow_plot = 240.0;
 constexpr double wide_plot = 680.0;
 constexpr double letter = 6.5;
 constexpr double between_notes = 10.0;
 
-constexpr const char* hatching = R"(<use class="hatching" href="#hatching"/>)";
+constexpr const char* use_of_hatching = R"(<use class="hatching" href="#hatching"/>)";
 
 const char* name_of(filling look) {
   switch (look) {
@@ -69,7 +69,7 @@ std::string draw_box(const box& box, const linear_scale& x, double top) {
   const std::string lines = box.look == filling::hatched
                                 ? "<svg x=\"" + percent(left) + "\" y=\"" + coordinate(top) +
                                       "\" width=\"" + percent(width) + "\" height=\"" +
-                                      coordinate(box_height) + "\">" + hatching + "</svg>"
+                                      coordinate(box_height) + "\">" + use_of_hatching + "</svg>"
                                 : "";
   text += box.title.empty() ? "/>" : "><title>" + escaped(box.title) + "</title></rect>";
   text += lines;
@@ -135,7 +135,7 @@ std::string draw(const time_line& time_line) {
       around += draw_box(box, x, top);
     }
     around += "</g>";
-    top += row_height;
+    top += foot_height;
   }
   return plot("time_line", top, time_line.label, "", around);
 }
@@ -145,9 +145,9 @@ std::string sample_box(filling look) {
              "<svg class=\"sample\" width=\"22\" height=\"12\" aria-hidden=\"true\">"
              "<rect class=\"") +
          name_of(look) + R"(" x="1" y="1" width="20" height="10"/>)" +
-         (look == filling::hatched
-              ? std::string(R"(<svg x="1" y="1" width="20" height="10">)") + hatching + "</svg>"
-              : "") +
+         (look == filling::hatched ? std::string(R"(<svg x="1" y="1" width="20" height="10">)") +
+                                         use_of_hatching + "</svg>"
+                                   : "") +
          "</svg>";
 }
 

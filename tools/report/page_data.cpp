@@ -1,6 +1,7 @@
 #include "page_data.h"
 
 #include "citation.h"
+#include "decimals.h"
 #include "finding_text.h"
 #include "names.h"
 #include "number.h"
@@ -9,7 +10,6 @@
 #include "panels.h"
 #include "svg.h"
 
-#include <gait/catalogue.h>
 #include <gait/version.h>
 
 #include <algorithm>
@@ -28,18 +28,8 @@ namespace {
 using kainjow::mustache::list;
 using kainjow::mustache::object;
 
-constexpr int decimals_of_seconds = gait_catalogue::row_of<GCT>.decimals;
-constexpr int decimals_of_sums = 1;
 constexpr std::size_t few_values = 10;
 constexpr const char* no_break_space = "\u00a0";
-
-std::string capitalised(std::string_view words) {
-  std::string text(words);
-  if (!text.empty() && text.front() >= 'a' && text.front() <= 'z') {
-    text.front() = static_cast<char>(text.front() - 'a' + 'A');
-  }
-  return text;
-}
 
 std::string name_of_side(const reported_side& side) { return std::string(name_of(side.foot)); }
 
@@ -100,9 +90,7 @@ object side_names(const computed_parameter& parameter, const side_of_parameter& 
 
 std::string description_of(const shown_walk& shown) {
   const walk_statistics& walk = shown.walk;
-  std::string text = capitalised(words_of(walk.analysed).in_words);
-  text += walk.both_feet() ? "" : " alone";
-  text += ", sampled at " + std::to_string(walk.sampling_rate) + " Hz: ";
+  std::string text = analysed_in_words(walk) + ": ";
   if (!walk.both_feet()) {
     return text + counted(walk.sides.front().cycles, "stride");
   }
@@ -420,15 +408,14 @@ struct statistics_column {
 };
 
 template <std::optional<double> computed_statistics::*Statistic>
-std::string in_own_decimals(const computed_parameter& parameter, const side_of_parameter& side,
-                            const parameter_measures& /*measures*/) {
+std::string statistic_of(const computed_parameter& parameter, const side_of_parameter& side,
+                         const parameter_measures& /*measures*/) {
   return shown_number(side.statistics.*Statistic, parameter.row.decimals);
 }
 
 template <std::optional<double> parameter_measures::*Measure>
-std::string measure_in_own_decimals(const computed_parameter& parameter,
-                                    const side_of_parameter& /*side*/,
-                                    const parameter_measures& measures) {
+std::string measure_of(const computed_parameter& parameter, const side_of_parameter& /*side*/,
+                       const parameter_measures& measures) {
   return shown_number(measures.*Measure, parameter.row.decimals);
 }
 
@@ -466,16 +453,16 @@ std::string ratio_cell(const computed_parameter& parameter, const side_of_parame
 
 constexpr std::array statistics_columns = {
     statistics_column{"n", count_cell},
-    statistics_column{"Mean", in_own_decimals<&computed_statistics::mean>},
-    statistics_column{"SD", in_own_decimals<&computed_statistics::std>},
-    statistics_column{"Median", in_own_decimals<&computed_statistics::median>},
-    statistics_column{"Q1", measure_in_own_decimals<&parameter_measures::q1>},
-    statistics_column{"Q3", measure_in_own_decimals<&parameter_measures::q3>},
-    statistics_column{"IQR", in_own_decimals<&computed_statistics::iqr>},
-    statistics_column{"Min", in_own_decimals<&computed_statistics::min>},
-    statistics_column{"Max", in_own_decimals<&computed_statistics::max>},
-    statistics_column{"P5", measure_in_own_decimals<&parameter_measures::p5>},
-    statistics_column{"P95", measure_in_own_decimals<&parameter_measures::p95>},
+    statistics_column{"Mean", statistic_of<&computed_statistics::mean>},
+    statistics_column{"SD", statistic_of<&computed_statistics::std>},
+    statistics_column{"Median", statistic_of<&computed_statistics::median>},
+    statistics_column{"Q1", measure_of<&parameter_measures::q1>},
+    statistics_column{"Q3", measure_of<&parameter_measures::q3>},
+    statistics_column{"IQR", statistic_of<&computed_statistics::iqr>},
+    statistics_column{"Min", statistic_of<&computed_statistics::min>},
+    statistics_column{"Max", statistic_of<&computed_statistics::max>},
+    statistics_column{"P5", measure_of<&parameter_measures::p5>},
+    statistics_column{"P95", measure_of<&parameter_measures::p95>},
     statistics_column{"CV %", cv_cell},
     statistics_column{"Ratio", ratio_cell},
     statistics_column{"SI %", symmetry_cell},

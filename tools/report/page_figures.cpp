@@ -1,5 +1,6 @@
 #include "page_figures.h"
 
+#include "decimals.h"
 #include "lollipops.h"
 #include "names.h"
 #include "number.h"

@@ -12,9 +12,6 @@
 
 namespace gait_report {
 
-inline constexpr int decimals_of_ratio = 3;
-inline constexpr int decimals_of_percent = 1;
-
 /// What stands where nothing could be computed.
 inline constexpr std::string_view nothing_shown = "–";
 

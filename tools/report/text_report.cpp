@@ -1,6 +1,7 @@
 #include "text_report.h"
 
 #include "citation.h"
+#include "decimals.h"
 #include "finding_text.h"
 #include "names.h"
 #include "number.h"
@@ -9,7 +10,6 @@
 #include "walk_strides.h"
 #include "walk_summary.h"
 
-#include <gait/catalogue.h>
 #include <gait/version.h>
 
 #include <algorithm>
@@ -25,19 +25,9 @@ namespace gait_report {
 namespace {
 
 constexpr std::string_view not_computed = "-";
-constexpr int decimals_of_percent = 1;
-constexpr int decimals_of_ratio = 3;
-constexpr int decimals_of_seconds = gait_catalogue::row_of<GCT>.decimals;
-constexpr int decimals_of_metres = gait_catalogue::row_of<SLENGTH>.decimals;
 
 std::string cell(const std::optional<double>& value, int decimals) {
   return value ? rounded(*value, decimals) : std::string(not_computed);
-}
-
-std::string capitalised(std::string_view words) {
-  std::string text(words);
-  text.front() = static_cast<char>(text.front() - 'a' + 'A');
-  return text;
 }
 
 std::string paragraph(std::string_view text, const text_style& style) {
@@ -80,9 +70,7 @@ std::string links_in_words(const walk_strides& strides) {
 
 std::string describe_walk(const walk_statistics& walk, const walk_strides& strides,
                           const text_style& style) {
-  std::string text = capitalised(words_of(walk.analysed).in_words);
-  text += walk.both_feet() ? "" : " alone";
-  text += ", sampled at " + std::to_string(walk.sampling_rate) + " Hz.";
+  std::string text = analysed_in_words(walk) + ".";
   if (walk.both_feet()) {
     text += " " + links_in_words(strides) + ".";
   }
@@ -172,7 +160,7 @@ std::string report_strides(const walk_strides& strides, const text_style& style)
   std::vector<std::string> headings;
   counted_reasons reasons;
   for (const side_strides& side : strides.sides) {
-    headings.push_back(capitalised(name_of(side.side.foot)));
+    headings.push_back(gait_walk::capitalised(name_of(side.side.foot)));
     for (const auto& [reason, count] : side.left_out_reasons) {
       count_reason(reasons, reason);
     }

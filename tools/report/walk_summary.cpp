@@ -1,5 +1,6 @@
 #include "walk_summary.h"
 
+#include "decimals.h"
 #include "names.h"
 #include "number.h"
 #include "parameter_measures.h"
@@ -21,7 +22,6 @@ namespace {
 
 using gait_walk::exclusion_list;
 
-constexpr int decimals_of_sentences = 1;
 /// Longer reasons are counted in a label, and named beside it.
 constexpr std::size_t longest_label = 15;
 
@@ -178,8 +178,7 @@ std::string amount(const measured_sum& sum, const char* unit, const char* what) 
   if (!sum.sum) {
     return std::string(what) + " unknown";
   }
-  return (sum.without > 0 ? "at least " : "") + rounded(*sum.sum, decimals_of_sentences) + " " +
-         unit;
+  return (sum.without > 0 ? "at least " : "") + rounded(*sum.sum, decimals_of_sums) + " " + unit;
 }
 
 std::string part_of(const side_strides& side) {
@@ -269,6 +268,12 @@ std::string why_they_differ(const walk_statistics& walk, const walk_strides& str
 }
 
 }  // namespace
+
+std::string analysed_in_words(const walk_statistics& walk) {
+  return gait_walk::capitalised(gait_walk::words_of(walk.analysed).in_words) +
+         (walk.both_feet() ? "" : " alone") + ", sampled at " + std::to_string(walk.sampling_rate) +
+         " Hz";
+}
 
 walk_summary summary_of(const walk_statistics& walk, const walk_strides& strides) {
   const gait_statistics_info& info = walk.info();

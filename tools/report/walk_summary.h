@@ -55,6 +55,9 @@ struct walk_summary {
   std::string why_they_differ;
 };
 
+/// "Both feet, sampled at 100 Hz"; of one foot, "Left foot alone, ...".
+std::string analysed_in_words(const walk_statistics& walk);
+
 /// The summary of a walk whose statistics are computed.
 walk_summary summary_of(const walk_statistics& walk, const walk_strides& strides);
 

@@ -85,7 +85,7 @@ std::pair<char, const char*> foreign_separator(std::string_view text) {
 }
 
 /// Whether a number with a decimal comma stands in a text.
-bool has_decimal_comma(std::string_view text) {
+bool has_decimal_commas(std::string_view text) {
   const auto digit = [&](std::size_t at) {
     return at < text.size() && text[at] >= '0' && text[at] <= '9';
   };
@@ -164,7 +164,7 @@ private:
 
   std::string foreign_separators(const std::string& name) const {
     const std::string found = "found columns separated by " + name + "s";
-    if (has_decimal_comma(chunk_)) {
+    if (has_decimal_commas(chunk_)) {
       return found + " and numbers with decimal commas, expected commas and decimal points: " +
              "replace each comma by a point, then each " + name + " by a comma";
     }

@@ -8,6 +8,7 @@
 
 #include <array>
 #include <optional>
+#include <string>
 #include <string_view>
 
 namespace gait_walk {
@@ -55,6 +56,13 @@ constexpr const named<Value>& words_of(Value value) {
 template <class Value>
 constexpr std::string_view name_of(Value value) {
   return words_of(value).name;
+}
+
+/// Words as they begin a sentence.
+inline std::string capitalised(std::string_view words) {
+  std::string text(words);
+  text.front() = static_cast<char>(text.front() - 'a' + 'A');
+  return text;
 }
 
 /// The value of a name; nullopt for a text that is none.
