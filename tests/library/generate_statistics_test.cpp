@@ -275,9 +275,9 @@ TEST(GenerateStatistics, FollowsTheIndexThatALinkedCycleNames) {
 
 // Sums of cycle durations, in both modes: the durations of the analysed cycles
 
-walk alone(const std::vector<double>& gct) { return one_foot(foot().gct(gct)); }
+walk timed_alone(const std::vector<double>& gct) { return one_foot(foot().gct(gct)); }
 /// The feet's own durations would spoil every sum.
-walk together(const std::vector<double>& gct) {
+walk timed_together(const std::vector<double>& gct) {
   return two_feet(foot().gct(std::vector<double>(gct.size(), 1e6))).gct(gct);
 }
 
@@ -287,9 +287,9 @@ protected:
   static walk of_powers() { return of({1.0, 2.0, 4.0, 8.0, 16.0}); }
 };
 
-INSTANTIATE_TEST_SUITE_P(Modes, DurationSums, testing::Values(alone, together),
+INSTANTIATE_TEST_SUITE_P(Modes, DurationSums, testing::Values(timed_alone, timed_together),
                          [](const auto& tested) {
-                           return tested.param == alone ? "OneFoot" : "TwoFeet";
+                           return tested.param == timed_alone ? "OneFoot" : "TwoFeet";
                          });
 
 TEST_P(DurationSums, OfTheKind1FallbackAreTakenWhateverKind1Holds) {

@@ -26,7 +26,7 @@ using gait_test::nan;  // of <cmath> too
 
 constexpr double largest = std::numeric_limits<double>::max();      // 1.8e308
 constexpr double tiny = std::numeric_limits<double>::denorm_min();  // 4.9e-324
-constexpr double epsilon = std::numeric_limits<double>::epsilon();  // of 1.0
+constexpr double epsilon_of_one = std::numeric_limits<double>::epsilon();
 
 using sample = std::vector<double>;
 
@@ -81,7 +81,7 @@ INSTANTIATE_TEST_SUITE_P(
         {"QuartileOverflows", {-1e308, 1e308, 1e308}, 1e308 / 3.0, infinity, 1e308, -infinity},
         {"SmallestNumbers", {tiny, 3.0 * tiny}, 2.0 * tiny, 0.0, 2.0 * tiny, 2.0 * tiny},
         {"SmallestHalf", {tiny, 2.0 * tiny}, 2.0 * tiny, 0.0, 2.0 * tiny, tiny},
-        {"Neighbours", {1.0, 1.0 + epsilon}, 1.0, epsilon, 1.0, epsilon},
+        {"Neighbours", {1.0, 1.0 + epsilon_of_one}, 1.0, epsilon_of_one, 1.0, epsilon_of_one},
         // The mean is rounded, and the deviation is what that leaves.
         {"EqualNumbers", sample(400, 0.1), 0x1.99999999999cfp-4, 0x1.a887ef57a60ccp-51, 0.1, 0.0},
         {"EqualLargeNumbers", sample(400, 1e300), 0x1.7e43c880075cdp+996, infinity, 1e300, 0.0},
