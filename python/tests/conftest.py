@@ -59,6 +59,20 @@ def count_cells(request: pytest.FixtureRequest) -> Count:
     return count
 
 
+def pytest_sessionfinish(session: pytest.Session) -> None:
+    """Hands the count of a process of pytest-xdist to the one that writes the summary."""
+    output = getattr(session.config, "workeroutput", None)
+    if output is not None:
+        output["cells"] = session.config.stash.get(CELLS, 0)
+
+
+@pytest.hookimpl(optionalhook=True)
+def pytest_testnodedown(node: Any) -> None:
+    """Adds the count of a process of pytest-xdist."""
+    stash = node.config.stash
+    stash[CELLS] = stash.get(CELLS, 0) + node.workeroutput["cells"]
+
+
 def pytest_terminal_summary(terminalreporter: Any, config: pytest.Config) -> None:
     """Says how much was compared."""
     if CELLS in config.stash:
