@@ -23,7 +23,7 @@ from ._fields import FIELD
 from ._folders import check_target, folder_names, move_into_place, write_table
 from ._grids import named_tables
 from ._map import FEET, TableMap, read_map
-from ._pairs import Exclusion, doubts_of_times, exclusions_of, pairs_of
+from ._pairs import Exclusion, doubts_of_exclusions, exclusions_of, pairs_of
 from ._places import Faults, Origin, counted, listed
 from ._rows import Rows, read_rows
 from ._sources import read_sources
@@ -339,7 +339,8 @@ def import_and_check(
     name = target.name if target is not None else sources[0].origin.file or "walk"
     made = _made_walks(rows, map_, name, faults)
     faults.raise_any()
-    doubts += [*rows.doubts, *doubts_of_times([one.strides for one in made], map_)]
+    walks = [one.strides for one in made]
+    doubts += [*rows.doubts, *doubts_of_exclusions(walks, rows, map_, faults)]
     if target is not None:
         target.parent.mkdir(parents=True, exist_ok=True)
     beside = tempfile.mkdtemp(
