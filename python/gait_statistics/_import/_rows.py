@@ -447,6 +447,20 @@ def _check_feet(map_: TableMap, sources: Sequence[Source], faults: Faults) -> No
             faults.add(map_.error("", "walk", text))
 
 
+def _check_names_of_walks(rows: Rows, map_: TableMap, faults: Faults) -> None:
+    """Finds walks that are one because files in several folders have the same name."""
+    if "{file}" not in map_.get("", "walk", ()) or rows.frame.empty:
+        return
+    parts = rows.frame[["walk", "source"]].drop_duplicates()
+    origins = [rows.sources[number].origin for number in parts["source"]]
+    keys = list(zip(parts["walk"], [(one.file, one.sheet) for one in origins], strict=True))
+    twice = next((one for one, key in zip(origins, keys, strict=True) if keys.count(key) > 1), None)
+    if twice is not None:
+        text = f'walk: found "{twice.file}" as the name of several files, expected another for each'
+        text += ' walk: rename them, or name columns that tell walks apart, walk = ["{file}", ...]'
+        faults.add(map_.error("", "walk", text))
+
+
 def read_rows(sources: list[Source], map_: TableMap, faults: Faults) -> Rows:
     """The rows of all tables."""
     _check_feet(map_, sources, faults)

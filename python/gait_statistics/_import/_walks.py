@@ -20,7 +20,7 @@ from .._errors import InputError, WalkError, WalkWarning
 from .._result import Finding, analyse
 from .._walk import Foot, Walk, read_walk
 from ._fields import FIELD
-from ._folders import check_target, folder_names, move_into_place, write_table
+from ._folders import check_target, folder_names, move_into_place, safe_name, write_table
 from ._grids import named_tables
 from ._map import FEET, TableMap, read_map
 from ._pairs import Exclusion, doubts_of_exclusions, exclusions_of, pairs_of
@@ -298,6 +298,9 @@ def _made_walks(rows: Rows, map_: TableMap, name: str, faults: Faults) -> list[I
         strides = strides_of(names[key] if key else name, key, frame, rows, map_, faults)
         if strides is None or faults:
             continue
+        if key and names[key] != safe_name(key):
+            text = f'"{" ".join(key)}" is in the folder {names[key]}: the name of another walk '
+            strides.notes.append(text + "differs in capitals or signs alone")
         pairs = pairs_of(strides, map_, faults)
         excluded = exclusions_of(strides, pairs, rows, map_, faults)
         left_out = map_.without_checks
