@@ -374,6 +374,23 @@ def run(capsys: pytest.CaptureFixture[str], *arguments: Any) -> tuple[int, str, 
     return code, out, err
 
 
+def test_cells_that_are_missing_by_the_map_are_counted(
+    tmp_path: Path, capsys: pytest.CaptureFixture[str]
+) -> None:
+    table = TABLE.copy()
+    table.loc[[3, 5], "speed"] = 0
+    table.loc[[4], "stance"] = 162.0
+    table.loc[[6], "swing"] = None
+    table.to_csv(tmp_path / "t.csv", index=False)
+    (tmp_path / "m.toml").write_text(
+        'missing = [0]\n[feet]\ncolumn = "foot"\n[columns]\nhs = "hs"\ngct = "gct"\n'
+        'speed = "speed"\nswing = "swing"\nstance = {column = "stance", valid = [0, 100]}\n'
+    )
+    arguments = (tmp_path / "t.csv", "--map", tmp_path / "m.toml", "-o", tmp_path / "out")
+    _, out, _ = run(capsys, *arguments)
+    assert "note: 3 cells are missing by the map: speed (2 of 24), stance (1 of 24)\n" in out
+
+
 def test_exit_codes(tmp_path: Path, capsys: pytest.CaptureFixture[str]) -> None:
     table, map_ = tmp_path / "t.csv", tmp_path / "m.toml"
     TABLE.to_csv(table, index=False)

@@ -45,6 +45,7 @@ class Rows:
             that ``units`` has for it; "foot", "walk", "breaks"; and its place: "source", "line".
         columns: the user's column for each of ours and each foot, by source.
         units: the unit that each of our columns stands in, before what needs other columns.
+        missing: how many filled cells of each of the user's columns are missing by the map.
         notes: what was done.
         doubts: what is worth a look.
     """
@@ -53,6 +54,7 @@ class Rows:
     sources: list[Source]
     columns: dict[tuple[int, str, str], str] = field(default_factory=dict)
     units: dict[str, str] = field(default_factory=dict)
+    missing: dict[tuple[int, str], int] = field(default_factory=dict)
     notes: list[str] = field(default_factory=list)
     doubts: list[InputError] = field(default_factory=list)
 
@@ -351,6 +353,10 @@ def _parsed(
             continue
         values[name], unit, since[name] = _values(name, column, source, place, map_, faults)
         rows.columns[number, name, foot] = source.name_of(place)
+        nothing = np.flatnonzero(np.isnan(values[name]))
+        taken = sum(not is_empty(source.rows[at][place]) for at in nothing)
+        key = (number, source.name_of(place))
+        rows.missing[key] = max(taken, rows.missing.get(key, 0))
         before = rows.units.setdefault(name, unit)
         if before != unit:
             text = f"found {unit} for {name}, expected {before}, as in the table before it"
@@ -420,6 +426,20 @@ def _not_read(rows: Rows, map_: TableMap) -> None:
             )
 
 
+def _note_missing(rows: Rows) -> None:
+    """Notes how many cells ``missing`` and ``valid`` took away, and from which columns."""
+    taken: Counter[str] = Counter()
+    there: Counter[str] = Counter()
+    for (number, name), count in rows.missing.items():
+        taken[name] += count
+        there[name] += len(rows.sources[number].rows)
+    columns = [f"{name} ({count} of {there[name]})" for name, count in taken.items() if count]
+    if columns:
+        count = taken.total()
+        text = "cell is" if count == 1 else "cells are"
+        rows.notes.append(f"{count} {text} missing by the map: {listed(columns)}")
+
+
 def _check_feet(map_: TableMap, sources: Sequence[Source], faults: Faults) -> None:
     by = map_.feet_by
     text = ""
@@ -474,6 +494,8 @@ def read_rows(sources: list[Source], map_: TableMap, faults: Faults) -> Rows:
     if frames:
         rows.frame = pd.concat(frames, ignore_index=True)
         rows.frame.attrs = {"since": since}
+    _check_names_of_walks(rows, map_, faults)
+    _note_missing(rows)
     _not_read(rows, map_)
     for number, condition in enumerate(map_.exclude):
         is_of_rows = bool({"column", "lines"} & condition.keys())
