@@ -113,14 +113,14 @@ def test_strides_of_a_foot_that_overlap_are_an_error() -> None:
 def test_a_row_that_is_there_twice_is_an_error() -> None:
     twice = pd.concat([STRIDES, STRIDES.iloc[[4]]], ignore_index=True)
     (error,) = errors_of(twice, sort=True)
-    assert "found the same stride as in row 4, expected it once" in error
+    assert "found the same stride as in row 4, expected it once: [[skip]] lines = [24]" in error
 
 
 @pytest.mark.parametrize(
     ("row", "text"),
     [
         ("left,2.62,1,05", "4 cells, expected 3: a decimal comma in a table separated by commas?"),
-        ("left,2.62", "2 cells, expected 3; [[skip]] lines = [...] leaves rows out"),
+        ("left,2.62", "2 cells, expected 3; [[skip]] lines = [4] leaves rows out"),
     ],
 )
 def test_a_row_with_more_or_fewer_cells_than_names_is_an_error(

@@ -29,7 +29,7 @@ from ._events import events_of
 from ._fields import FIELD, MORE_FOOT_WORDS, NEVER_ZERO, SIGNED
 from ._map import FEET, ColumnMap, TableMap
 from ._parts import column_of, is_part, parts_of
-from ._places import FOUND, Faults, listed, shown
+from ._places import FOUND, LINES, Faults, listed, shown
 from ._sources import Source, foot_of_cell, place_of
 from ._units import conversion_of, expected_units, factor_to, fits, times, unit_in_name
 
@@ -230,7 +230,8 @@ class _Reader:
         if found is None:
             text = text_of_cell(cell)
             expected = f"a number; if it means missing: missing = [{FOUND}], if the row is no "
-            self.fault(line, shown(text), why_no_number(text) or expected + "stride: [[skip]]")
+            expected += f"stride: [[skip]] lines = {LINES}"
+            self.fault(line, shown(text), why_no_number(text) or expected)
             return Moment(np.nan, "")
         if _stands_for_missing(self.name, found.seconds, self.column):
             value = f"{found.seconds:g}"

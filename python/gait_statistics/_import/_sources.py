@@ -26,7 +26,7 @@ from ._cells import (
 )
 from ._grids import Grid, all_grids, plain
 from ._map import FEET, TableMap
-from ._places import Faults, Origin, counted, listed, nearest, shown
+from ._places import LINES, Faults, Origin, counted, listed, nearest, shown
 from ._units import unit_of
 
 # What a header may stand below, in rows.
@@ -295,7 +295,7 @@ def _check_widths(source: Source, map_: TableMap, faults: Faults) -> None:
         cells = source.uneven.get(line)
         if cells is None or all(is_empty(row[place]) for place in used):
             continue
-        more = hint if cells > width else "; [[skip]] lines = [...] leaves rows out"
+        more = hint if cells > width else f"; [[skip]] lines = {LINES} leaves rows out"
         found = f"{cells} cell" + "s" * (cells != 1)
         faults.add_cell(source.origin, line, None, found, f"{width}{more}")
 
