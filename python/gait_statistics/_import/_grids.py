@@ -35,6 +35,8 @@ _BEGINNINGS = (
     (b"[{", "JSON", "name it .json"),
     (b'{"', "JSON", "name it .jsonl if each line is a record, .json otherwise"),
 )
+# So many files of a folder are named.
+_NAMED = 8
 _SEPARATORS = {"tab": "\t", "\\t": "\t", "space": " ", " ": " "}
 
 
@@ -236,11 +238,30 @@ def _json_frame(path: Path) -> Any:
     raise ValueError("expected a record for each row, [{...}, {...}], or a list for each column.")
 
 
+def _folder_in_words(path: Path) -> str:
+    """What to say of a folder that is given as a table."""
+    endings = (*_TEXT[:-1], *_WORKBOOKS, *_ARROW, *_JSON)
+    names = sorted(one.name for one in path.iterdir() if one.suffix.casefold() in endings)
+    text = "found a folder, expected a table, which is a file"
+    if "foot_cycles.csv" in names:
+        return f"{text}: it is a walk folder already: gait-statistics {path}"
+    more = f", and {len(names) - _NAMED} more" if len(names) > _NAMED else ""
+    have = f": in it are {listed(map(shown, names[:_NAMED]))}{more}" if names else ": none is in it"
+    return text + have
+
+
 def _grids_of_file(path: Path, map_: TableMap, faults: Faults) -> list[Grid]:
     import pandas as pd
 
     ending = path.suffix.casefold()
     origin = Origin(path.name, ending not in (*_WORKBOOKS, *_ARROW, *_JSON), path.stem)
+    if path.is_dir():
+        faults.add(origin.error(None, None, _folder_in_words(path)))
+        return []
+    if ending == ".toml":
+        text = f"found a map, expected a table: a map stands after --map: --map {path.name}"
+        faults.add(origin.error(None, None, text))
+        return []
     try:
         other = _other_content(path, ending) if path.is_file() else ""
         if other:

@@ -513,21 +513,20 @@ def _with_word_on_sheets(grids: list[Grid], map_: TableMap, faults: Faults) -> l
     kept = []
     for file, found in groupby(grids, key=lambda grid: grid.origin.file):
         book = list(found)
-        if len(book) == 1:
+        if len(book) == 1 or not book[0].origin.sheet:
             kept += book
             continue
         most = [_header_at(grid, map_.names, 1)[1] for grid in book]
-        names = [
-            shown(grid.origin.sheet)
-            for grid, count in zip(book, most, strict=True)
-            if count and count == max(most)
-        ] or [shown(grid.origin.sheet) for grid in book]
+        fitting = [g for g, n in zip(book, most, strict=True) if n and n == max(most)] or book
+        names = [shown(grid.origin.sheet) for grid in fitting]
+        longest = shown(max(fitting, key=lambda grid: len(grid.rows)).origin.sheet)
         text = f"found {len(book)} sheets ({listed(shown(grid.origin.sheet) for grid in book)}), "
         text += "expected a word on which to read: "
         if len(names) == 1:
             text += f"{names[0]} alone has the map's columns: [table] sheet = {names[0]}"
         else:
-            text += f"[table] sheet = {names[0]} for one; where each is a walk, [table] sheet = "
+            text += f"[table] sheet = {longest} for one (it has the most rows); where each is a "
+            text += "walk, [table] sheet = "
             text += f'[{listed(names)}] with walk = ["{{sheet}}"]'
             if not map_.feet_by:
                 text += '; where each is a foot, [feet] by = "sheets" with left = '
