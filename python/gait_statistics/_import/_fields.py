@@ -550,7 +550,8 @@ KEYS = (
         "events",
         "column",
         "text",
-        "the column that says which event of a foot a row is; `hs` names that of their times",
+        "the column that says which event of a foot a row is, with `{foot}` where each foot has "
+        "its own; `hs` names that of their times",
         '"Event"',
     ),
     Key(

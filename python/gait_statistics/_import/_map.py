@@ -99,9 +99,18 @@ class TableMap:
         for key, by in (("only", "only"), ("first", "rows"), ("column", "column")):
             if ("feet", key) in self.values:
                 return by
-        if any(column.names["left"] != column.names["right"] for column in self.columns.values()):
-            return "columns"
-        return ""
+        return "columns" if self.has_columns_of_feet else ""
+
+    @property
+    def has_columns_of_feet(self) -> bool:
+        """Whether a column has another name for each foot."""
+        differ = (column.names["left"] != column.names["right"] for column in self.columns.values())
+        return any(differ) or self.column_of_events("left") != self.column_of_events("right")
+
+    def column_of_events(self, foot: str) -> str:
+        """The column that says which event of a foot a row is; empty where there is none."""
+        name: str = self.get("events", "column", "")
+        return name.replace("{foot}", str(self.words_of(foot)[0]))
 
     @property
     def names(self) -> list[str]:
@@ -111,11 +120,8 @@ class TableMap:
         ]
         for key in ("walk", "breaks", "fill_down"):
             names += self.get("", key, ())
-        names += [
-            self.get(section, "column")
-            for section in ("feet", "events")
-            if self.get(section, "column")
-        ]
+        columns = (self.get("feet", "column"), *map(self.column_of_events, FEET))
+        names += [name for name in columns if name]
         names += [c["column"] for c in (*self.skip, *self.exclude) if "column" in c]
         return [name for name in dict.fromkeys(names) if not re.fullmatch(r"#\d+|\{.*\}", name)]
 

@@ -387,12 +387,20 @@ def _frame_of_source(
         "place": list(range(count)),
         "event": events_of(source, map_, faults),
     }
+    has_own_events = by == "columns" and map_.column_of_events("left") != map_.column_of_events(
+        "right"
+    )
+    if not has_own_events:
+        common["event"] = events_of(source, map_, "left", faults)
     frames = []
     for foot in FEET if by == "columns" else ("",):
         names_of = foot or "left"
         values, since = _parsed(number, source, names_of, map_, rows, faults)
         frame = pd.DataFrame({**common, **values}, index=range(count))
         frame["foot"] = foot or pd.Series(feet, dtype=object, index=range(count))
+        if has_own_events:
+            events = pd.Series(events_of(source, map_, foot, faults), dtype=object)
+            frame = frame.assign(event=events)[events.notna()]
         frame.attrs = {}
         rows.frame.attrs.setdefault("since", {}).update({n: s for n, s in since.items() if s})
         frames.append(frame)
@@ -404,7 +412,7 @@ def _frame_of_source(
 
 def _not_read(rows: Rows, map_: TableMap) -> None:
     """Notes which columns no part of the map names."""
-    special = {map_.get("feet", "column"), map_.get("events", "column")}
+    special = {map_.get("feet", "column"), *map(map_.column_of_events, FEET)}
     special |= {column_of(name) for key in ("walk", "breaks") for name in map_.get("", key, ())}
     special |= {condition.get("column") for condition in (*map_.skip, *map_.exclude)}
     seen = set()
@@ -450,9 +458,7 @@ def _check_feet(map_: TableMap, sources: Sequence[Source], faults: Faults) -> No
     elif by == "rows" and not map_.get("feet", "first"):
         text = 'first: found none, expected the foot of each walk\'s first row: first = "left" or '
         text += '"right" (--set feet.first=left)'
-    elif by == "columns" and all(
-        column.names["left"] == column.names["right"] for column in map_.columns.values()
-    ):
+    elif by == "columns" and not map_.has_columns_of_feet:
         text = "by: found no column with {foot} in its name, expected one, such as gct = "
         text += '"{foot} stride time", or gct = {left = ..., right = ...}'
     if text:

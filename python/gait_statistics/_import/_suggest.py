@@ -212,6 +212,8 @@ def _event_column(source: Source, said: _Suggestion) -> None:
         if "strike" not in kinds.values() or len(known) < 2:
             continue
         name = _reference(source, place)
+        if not said.feet:
+            name = _events_of_each_foot(source, place, said) or name
         said.events["column"] = _quoted(name)
         said.has_lift_offs = "lift_off" in kinds.values()
         said.used.add(place)
@@ -221,6 +223,19 @@ def _event_column(source: Source, said: _Suggestion) -> None:
         if not said.feet:
             _feet_of_events(name, known, said)
         return
+
+
+def _events_of_each_foot(source: Source, place: int, said: _Suggestion) -> str | None:
+    """The name with {foot} of a column of events that the other foot has, too."""
+    own = _foot_token(source.names[place])
+    tokens = {at: _foot_token(name) for at, name in enumerate(source.names)}
+    both = [(at, one) for at, one in tokens.items() if one and own and one[2] == own[2]]
+    if own is None or {one[0] for _, one in both} != set(FEET):
+        return None
+    for at, (foot, word, _) in both:
+        said.feet[foot] = _quoted(word)
+        said.used.add(at)
+    return own[2]
 
 
 def _feet_of_events(name: str, words: Sequence[str], said: _Suggestion) -> None:
