@@ -199,10 +199,26 @@ def _workbook_grids(path: Path, map_: TableMap, faults: Faults) -> list[Grid]:
     return grids
 
 
+def _flat(frame: Any) -> Any:
+    """A frame whose columns of records are columns of their values: "left.stride.time"."""
+    import pandas as pd
+
+    columns = [frame.iloc[:, place] for place in range(frame.shape[1])]
+    if not any(isinstance(cell, dict) for column in columns for cell in column.dropna()[:1]):
+        return frame
+    parts = []
+    for column in columns:
+        records = [cell if isinstance(cell, dict) else {} for cell in column]
+        flat = pd.json_normalize(records).set_axis(column.index).add_prefix(f"{column.name}.")
+        parts.append(flat if any(records) else column)
+    return pd.concat(parts, axis=1)
+
+
 def _frame_grid(frame: Any, origin: Origin) -> Grid:
     """A frame of pandas; names of its index become columns."""
     if any(name is not None for name in frame.index.names):
         frame = frame.reset_index()
+    frame = _flat(frame)
     columns = [
         frame.iloc[:, place].astype(object).where(frame.iloc[:, place].notna(), None).tolist()
         for place in range(frame.shape[1])

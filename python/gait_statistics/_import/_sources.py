@@ -34,7 +34,8 @@ _PREAMBLE = 200
 # Words of rows that sum a table up, in the first cells of a row.
 _TOTAL = (
     r"(mean|average|avg|mittel|mittelwert|mw|ø|⌀|x̄|moyenne|media|promedio|sd|stdev|std|"
-    r"std\.? ?(dev|abw)\.?|standard ?(deviation|error|abweichung)|stabw|stdabw|sem|cv|%cv|cv ?%|"
+    r"std\.? ?(dev|abw)\.?|standard ?(deviation|error|abweichung|abw\.?)|stabw|stdabw|sem|"
+    r"cv|%cv|cv ?%|vk|variationskoeffizient|"
     r"[eé]cart[- ]?type|desviaci[oó]n( est[aá]ndar)?|median|m[eé]diane?|mediana|min|max|minimum|"
     r"maximum|totals?|sum|summe|gesamt|count|anzahl|n)"
 )

@@ -33,6 +33,7 @@ from ._grids import Grid, all_grids, named_tables, turned
 from ._guess import (
     CODES_FOR_MISSING,
     Known,
+    is_count,
     is_numeric,
     is_of_samples,
     median_bounds,
@@ -60,6 +61,8 @@ _WALK_NAME = re.compile(
     re.IGNORECASE,
 )
 _EXCLUDE_NAME = re.compile(r"turn|wende|exclu|valid|outlier|artefact|artifact|ausschluss", re.I)
+# So many rows may have no foot, such as those of means.
+_FEW_ROWS = 6
 # No recording lasts so long (s): its times count from elsewhere.
 _LONG_AGO = 1e6
 
@@ -171,7 +174,8 @@ def _foot_column(source: Source, said: _Suggestion) -> bool:
     for place, name in enumerate(source.names):
         texts = [text_of_cell(cell) for cell in source.cells(place) if not is_empty(cell)]
         words = list(dict.fromkeys(texts))
-        if not 1 <= len(words) <= 2 or len(texts) < len(source.rows):
+        without = len(source.rows) - len(texts)
+        if not 1 <= len(words) <= 2 or without > min(_FEW_ROWS, len(source.rows) / 4):
             continue
         feet = [_foot_of_word(word) for word in words]
         is_named = bool(_FOOT_NAME.search(name))
@@ -252,7 +256,8 @@ def _feet_of_events(name: str, words: Sequence[str], said: _Suggestion) -> None:
 
 def _times_of_events(source: Source, said: _Suggestion) -> None:
     """The column with the times of events, which may be samples."""
-    rising = [p for p in range(source.width) if p not in said.used and rises(source, p)]
+    others = [p for p in range(source.width) if p not in said.used]
+    rising = [p for p in others if rises(source, p) and not is_count(source, p)]
     if not {"hs", "first_sample"} & said.columns.keys() and rising:
         said.columns["hs"] = _quoted(_reference(source, rising[0])) + "  # by its values: confirm"
         said.places["hs"] = rising[0]
@@ -456,13 +461,18 @@ def _look_for_missing(field_name: str, source: Source, place: int, said: _Sugges
 
 def _say_walks(sources: Sequence[Source], said: _Suggestion) -> None:
     source = sources[0]
-    names = []
+    names, merged = [], []
     for place, name in enumerate(source.names):
         texts = [text_of_cell(cell) for cell in source.cells(place)]
         is_repeated = 1 < len(set(texts)) <= len(texts) / 4
         if name and place not in said.used and _WALK_NAME.search(name) and is_repeated:
             names.append(name)
+            if texts[0] and "" in texts:
+                merged.append(name)
+            said.walks.append(place)
             said.used.add(place)
+    if merged:
+        said.top["fill_down"] = _quoted(merged) + "  # their empty cells repeat the cell above"
     if names:
         said.top["walk"] = _quoted(names)
     elif len(sources) > 2 and said.feet.get("by") in ('"files"', '"sheets"'):
@@ -493,6 +503,8 @@ def _say_parts(source: Source, said: _Suggestion) -> None:
 
 def _feet_of_rows(source: Source, said: _Suggestion) -> list[str]:
     """The word for the foot of each row; empty where no column has one."""
+    if source.headings:
+        return [source.headings.get(line, "") for line in source.lines]
     if "column" not in said.feet:
         return [""] * len(source.rows)
     place = source.places(json.loads(said.feet["column"]))[0]
@@ -635,6 +647,21 @@ def _guessed_signs(source: Source) -> Signs:
     return Signs(",")
 
 
+def _words_of_headings(grid: Grid) -> dict[tuple[str, str], Any]:
+    """The words for the feet that stand alone in a line, as a map has them."""
+    filled = ([cell for cell in row if not is_empty(cell)] for row in grid.rows)
+    alone = dict.fromkeys(text_of_cell(cells[0]) for cells in filled if len(cells) == 1)
+    words = {foot: tuple(one for one in alone if _foot_of_word(one) == foot) for foot in FEET}
+    is_plain = all(
+        one.casefold() in FOOT_WORDS[foot] or re.search(rf"\b{foot}\b", one, re.IGNORECASE)
+        for foot in FEET
+        for one in words[foot]
+    )
+    if is_plain or not all(words.values()):
+        return {}
+    return {("feet", foot): found for foot, found in words.items()}
+
+
 def _named_source(grid: Grid, said: _Suggestion, faults: Faults) -> Source | None:
     """A table with its names, without knowing any; what the map must say of it is noted."""
     if grid.names is None and len(grid.rows) < 15 and len(grid.rows[0]) > 2 * len(grid.rows):
@@ -650,6 +677,7 @@ def _named_source(grid: Grid, said: _Suggestion, faults: Faults) -> Source | Non
             values = {("table", "header"): grid.lines[at - 1], ("table", "header_rows"): 2}
             said.table["header_rows"] = "2"
     values["feet", "by"] = "headings"
+    values |= _words_of_headings(grid)
     source = source_of(grid, TableMap("", values, {}, {}, [], []), faults)
     if source is None or not source.rows:
         return None
