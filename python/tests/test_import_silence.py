@@ -102,6 +102,52 @@ def test_durations_in_the_row_of_the_strike_that_ends_them_are_an_error() -> Non
     assert values_of(walk.strides)["gct"][: len(known)] == known
 
 
+@pytest.mark.parametrize("scale", [1, 1000])
+def test_a_suggested_map_takes_durations_from_the_strike_that_ends_them(
+    scale: int, tmp_path: Path
+) -> None:
+    before = STRIDES.groupby("foot")[["gct", "slength"]].shift(1) * scale
+    unit = {1: "", 1000: " (ms)"}[scale]
+    table = STRIDES[["foot", "hs"]].assign(**{f"Stride time{unit}": before["gct"]})
+    table["Stride length"] = before["slength"]
+    table.to_csv(tmp_path / "t.csv", index=False)
+    text = suggested_map([str(tmp_path / "t.csv")])
+    assert 'rows = "footfalls"' in text
+    (tmp_path / "m.toml").write_text(text)
+    (walk,) = gs.import_tables(tmp_path / "t.csv", tmp_path / "m.toml")
+    known = STRIDES.groupby("foot").head(11).sort_values(["foot", "first_sample"])
+    for name in ("gct", "slength"):
+        assert values_of(walk.strides)[name] == pytest.approx(known[name].tolist())
+
+
+def test_a_suggested_map_remarks_durations_that_fit_no_strikes(tmp_path: Path) -> None:
+    for factor, is_said in ((1.0, False), (0.5, True)):
+        table = STRIDES[["foot", "hs"]].assign(stride=STRIDES["gct"] * factor)
+        table.to_csv(tmp_path / "t.csv", index=False)
+        text = suggested_map([str(tmp_path / "t.csv")])
+        assert ("fit the distance of the foot's strikes (hs) neither" in text) == is_said
+        assert "footfalls" not in text
+
+
+def test_a_suggested_map_proposes_missing_values_for_their_columns(tmp_path: Path) -> None:
+    table = STRIDES[["foot", "hs", "gct", "speed", "stance"]].copy()
+    table.loc[3, "speed"] = 0
+    table.loc[[4, 5], "stance"] = -1
+    table.to_csv(tmp_path / "t.csv", index=False)
+    text = suggested_map([str(tmp_path / "t.csv")])
+    assert 'speed = {column = "speed", missing = [0]}' in text
+    assert 'stance = {column = "stance", missing = [-1]}' in text
+    assert "\nmissing = " not in text
+    (tmp_path / "m.toml").write_text(text)
+    (walk,) = gs.import_tables(tmp_path / "t.csv", tmp_path / "m.toml")
+    assert values_of(walk.strides)["stance"].count(None) == 2
+    both = table.assign(gct=["n.d.", *table["gct"][1:]], speed=["n.d.", *table["speed"][1:]])
+    both[["gct", "speed"]].to_csv(tmp_path / "t.csv", index=False)
+    text = suggested_map([str(tmp_path / "t.csv")])
+    assert 'missing = ["n.d."]\n' in text
+    assert 'speed = {column = "speed", missing = ["n.d.", 0]}' in text
+
+
 def test_strides_of_a_foot_that_overlap_are_an_error() -> None:
     table = STRIDES.copy()
     table.loc[[6, 7], "foot"] = table.loc[[7, 6], "foot"].tolist()

@@ -3,6 +3,7 @@
 from __future__ import annotations
 
 import re
+from collections.abc import Sequence
 
 import numpy as np
 import pandas as pd
@@ -72,6 +73,38 @@ def check_ends(frame: pd.DataFrame, rows: Rows, map_: TableMap, faults: Faults) 
         return
 
 
+def strike_of_durations(parts: Sequence[Sequence[Numbers]]) -> str:
+    """To which strike of the foot durations lead: "next", "previous" or "neither" of the two.
+
+    Args:
+        parts: the strikes and the durations (s) of a foot, row by row; falling times part walks.
+
+    Returns:
+        The strike, or an empty text where too few strides tell.
+    """
+    to_next, to_previous = [], []
+    for hs, gct in parts:
+        gaps = np.where(np.diff(hs) > 0, np.diff(hs), np.nan)
+        to_next.append((gct[:-1] - gaps)[1:])
+        to_previous.append((gct[1:] - gaps)[:-1])
+    next_, previous = (
+        np.abs(np.concatenate(found)) if found else np.array([]) for found in (to_next, to_previous)
+    )
+    there = np.isfinite(next_) & np.isfinite(previous)
+    next_, previous = next_[there], previous[there]
+    if len(next_) < _ENOUGH:
+        return ""
+    is_next, is_previous = (
+        np.mean(found <= _HUNDREDTHS) >= _NEARLY_ALL for found in (next_, previous)
+    )
+    if is_previous and not is_next and np.mean(next_) > 3 * np.mean(previous):
+        return "previous"
+    usual = np.nanmedian(np.concatenate([gct for _, gct in parts]))
+    if min(np.median(next_), np.median(previous)) > _TOLERANCE * usual:
+        return "neither"
+    return "next"
+
+
 def check_strike_of_durations(
     frame: pd.DataFrame, rows: Rows, map_: TableMap, faults: Faults
 ) -> None:
@@ -80,20 +113,9 @@ def check_strike_of_durations(
     is_open = not {"end", "last_sample"} & map_.columns.keys() and "hs" in map_.columns
     if column is None or column.row != "this" or not is_open or "gct" not in frame:
         return
-    to_next, to_previous = [], []
-    for part in _stretches(frame):
-        part = part.sort_values("hs", kind="stable")
-        hs, gct = (part[name].to_numpy(dtype=float) for name in ("hs", "gct"))
-        to_next.append((gct[:-1] - np.diff(hs))[1:])
-        to_previous.append((gct[1:] - np.diff(hs))[:-1])
-    next_, previous = (
-        np.abs(np.concatenate(found)) if found else np.array([]) for found in (to_next, to_previous)
-    )
-    there = np.isfinite(next_) & np.isfinite(previous)
-    next_, previous = next_[there], previous[there]
-    if len(next_) < _ENOUGH or np.mean(previous <= _HUNDREDTHS) < _NEARLY_ALL:
-        return
-    if np.mean(next_ <= _HUNDREDTHS) >= _NEARLY_ALL or np.mean(next_) <= 3 * np.mean(previous):
+    parts = [part.sort_values("hs", kind="stable") for part in _stretches(frame)]
+    both = [[part[name].to_numpy(dtype=float) for name in ("hs", "gct")] for part in parts]
+    if strike_of_durations(both) != "previous":
         return
     number, foot = int(frame["source"].iloc[0]), str(frame["foot"].iloc[0])
     name = rows.columns.get((number, "gct", foot), "...")

@@ -10,7 +10,7 @@ from .._errors import InputError, WalkError
 
 _LINES_NAMED = 5
 _SHOWN = 60
-# Stands for the cells that were found, in what is expected in their place.
+# Stand for the cells that were found and for their lines, in what is expected in their place.
 FOUND = "\0"
 LINES = "\1"
 _LINES_TO_SAY = 20

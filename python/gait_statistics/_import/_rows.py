@@ -385,7 +385,6 @@ def _frame_of_source(
         "source": [number] * count,
         "line": source.lines,
         "place": list(range(count)),
-        "event": events_of(source, map_, faults),
     }
     has_own_events = by == "columns" and map_.column_of_events("left") != map_.column_of_events(
         "right"
