@@ -5,7 +5,7 @@ from __future__ import annotations
 import re
 from collections import Counter
 from collections.abc import Sequence
-from dataclasses import dataclass, field
+from dataclasses import dataclass, field, replace
 from typing import Any
 
 import numpy as np
@@ -45,7 +45,7 @@ class Rows:
             that ``units`` has for it; "foot", "walk", "breaks"; and its place: "source", "line".
         columns: the user's column for each of ours and each foot, by source.
         units: the unit that each of our columns stands in, before what needs other columns.
-        missing: how many filled cells of each of the user's columns are missing by the map.
+        missing: the lines whose cells are filled and missing by the map, by source and column.
         notes: what was done.
         doubts: what is worth a look.
     """
@@ -54,7 +54,7 @@ class Rows:
     sources: list[Source]
     columns: dict[tuple[int, str, str], str] = field(default_factory=dict)
     units: dict[str, str] = field(default_factory=dict)
-    missing: dict[tuple[int, str], int] = field(default_factory=dict)
+    missing: dict[tuple[int, str], set[int]] = field(default_factory=dict)
     notes: list[str] = field(default_factory=list)
     doubts: list[InputError] = field(default_factory=list)
 
@@ -355,9 +355,8 @@ def _parsed(
         values[name], unit, since[name] = _values(name, column, source, place, map_, faults)
         rows.columns[number, name, foot] = source.name_of(place)
         nothing = np.flatnonzero(np.isnan(values[name]))
-        taken = sum(not is_empty(source.rows[at][place]) for at in nothing)
-        key = (number, source.name_of(place))
-        rows.missing[key] = max(taken, rows.missing.get(key, 0))
+        taken = {source.lines[at] for at in nothing if not is_empty(source.rows[at][place])}
+        rows.missing.setdefault((number, source.name_of(place)), set()).update(taken)
         before = rows.units.setdefault(name, unit)
         if before != unit:
             text = f"found {unit} for {name}, expected {before}, as in the table before it"
@@ -392,6 +391,18 @@ def _frame_of_source(
     if not has_own_events:
         common["event"] = events_of(source, map_, "left", faults)
     frames = []
+    if by not in ("columns", "rows") and map_.has_columns_of_feet:
+        # Rows of one foot each, and columns of one foot each: a row has its values in its foot's.
+        for foot in FEET:
+            own = [at for at, one in enumerate(feet) if one == foot]
+            part = replace(
+                source, rows=[source.rows[n] for n in own], lines=[source.lines[n] for n in own]
+            )
+            values, since = _parsed(number, part, foot, map_, rows, faults) if own else ({}, {})
+            frame = pd.DataFrame({**common, "foot": foot}, index=range(count)).iloc[own]
+            frames.append(frame.assign(**values))
+            rows.frame.attrs.setdefault("since", {}).update({n: s for n, s in since.items() if s})
+        return pd.concat(frames).sort_values("place", kind="stable").reset_index(drop=True)
     for foot in FEET if by == "columns" else ("",):
         names_of = foot or "left"
         values, since = _parsed(number, source, names_of, map_, rows, faults)
@@ -438,8 +449,8 @@ def _note_missing(rows: Rows) -> None:
     """Notes how many cells ``missing`` and ``valid`` took away, and from which columns."""
     taken: Counter[str] = Counter()
     there: Counter[str] = Counter()
-    for (number, name), count in rows.missing.items():
-        taken[name] += count
+    for (number, name), lines in rows.missing.items():
+        taken[name] += len(lines)
         there[name] += len(rows.sources[number].rows)
     columns = [f"{name} ({count} of {there[name]})" for name, count in taken.items() if count]
     if columns:
@@ -457,6 +468,8 @@ def _check_feet(map_: TableMap, sources: Sequence[Source], faults: Faults) -> No
     elif by == "rows" and not map_.get("feet", "first"):
         text = 'first: found none, expected the foot of each walk\'s first row: first = "left" or '
         text += '"right" (--set feet.first=left)'
+    elif by == "rows" and map_.has_columns_of_feet:
+        text = "by: found rows that alternate, and columns for each foot: expected one of them"
     elif by == "columns" and not map_.has_columns_of_feet:
         text = "by: found no column with {foot} in its name, expected one, such as gct = "
         text += '"{foot} stride time", or gct = {left = ..., right = ...}'

@@ -391,10 +391,13 @@ def _place_columns(source: Source, said: _Suggestion, pairs: dict[str, int]) -> 
     twins = {place for place, name in enumerate(source.names) if f"{name[:-2]}{{foot}}" in pairs}
     tokens |= twins if pairs else set()
     said.used |= twins
+    # Beside a column that says which foot a row is of, a column of one foot is not that of both.
+    has_other_feet = bool(pairs) or "column" in said.feet
     names = [
         (place, own.get(place, name).replace("{foot}", " "))
         for place, name in enumerate(source.names)
-        if name and place not in said.used and (place in own or not pairs or place not in tokens)
+        if name and place not in said.used
+        if place in own or not has_other_feet or place not in tokens
     ]
     placed = placed_by_name(source, names)
     known = _known(source, placed)
