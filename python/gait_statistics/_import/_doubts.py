@@ -237,6 +237,22 @@ def doubts_of_step_times(frame: pd.DataFrame, rows: Rows) -> list[InputError]:
     return []
 
 
+def doubt_of_coarse_times(frame: pd.DataFrame, rows: Rows) -> InputError | None:
+    """A warning where the strikes are known to the second alone."""
+    if rows.units.get("hs") != "s" or len(frame) <= _ENOUGH:
+        return None
+    hs = frame["hs"].to_numpy(dtype=float)
+    if (hs % 1.0 != 0).any():
+        return None
+    number, foot = int(frame["source"].iloc[0]), str(frame["foot"].iloc[0])
+    text = (
+        "found times in whole seconds alone, expected hundredths: what is made of their distances"
+    )
+    text += ", such as durations and cadence, is as coarse as they are"
+    name = rows.columns.get((number, "hs", foot))
+    return rows.sources[number].origin.error(None, name, text)
+
+
 def doubt_of_long_strides(frame: pd.DataFrame, rows: Rows) -> InputError | None:
     """A warning where contacts of a foot are too far apart for one stride."""
     hs, end = (frame[name].to_numpy(dtype=float) for name in ("hs", "end"))

@@ -67,6 +67,7 @@ FIELDS = (
             "initial kontakt",
             "auftritt",
             "fersenkontakt",
+            "clock",
             "uhrzeit",
             "zeit",
         ),

@@ -135,7 +135,9 @@ def rises(source: Source, place: int) -> bool:
 
 def is_count(source: Source, place: int) -> bool:
     """Whether a column numbers rows or strides, and may begin anew."""
-    values = numbers_of(source, place)
+    found = (moment_of(cell, source.signs) for cell in source.cells(place) if not is_empty(cell))
+    # Times of day and dates may be whole seconds.
+    values = [moment.seconds for moment in found if moment is not None and not moment.since]
     steps = [b - a for a, b in itertools.pairwise(values)]
     is_by_one = all(step in (0, 1) for step in steps if step >= 0)
     is_rare = sum(step < 0 for step in steps) <= 0.1 * len(steps)
