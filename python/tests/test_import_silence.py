@@ -148,6 +148,67 @@ def test_a_suggested_map_proposes_missing_values_for_their_columns(tmp_path: Pat
     assert 'speed = {column = "speed", missing = ["n.d.", 0]}' in text
 
 
+def test_a_row_takes_the_column_of_its_foot() -> None:
+    own = STRIDES[["foot", "hs", "gct"]].copy()
+    is_left = own["foot"] == "left"
+    own["L speed"] = STRIDES["speed"].where(is_left, 9.0)
+    own["R speed"] = STRIDES["speed"].where(~is_left, 0.0)
+    speed = {"left": "L speed", "right": "R speed"}
+    walk, _ = said_of(own, columns={**MAP["columns"], "speed": speed})
+    known = STRIDES.sort_values(["foot", "first_sample"])
+    for name in ("first_sample", "gct", "speed"):
+        assert values_of(walk.strides)[name] == pytest.approx(known[name].tolist())
+    columns = {"hs": "hs", "gct": "gct", "speed": speed}
+    (error,) = errors_of(own, columns=columns, feet={"first": "left"})
+    assert "found rows that alternate, and columns for each foot" in error
+
+
+def test_a_file_of_each_foot_may_name_its_columns_by_the_foot() -> None:
+    tables = {
+        foot: STRIDES[STRIDES["foot"] == foot][["hs", "gct"]].add_prefix(f"{foot} ")
+        for foot in ("left", "right")
+    }
+    columns = {"hs": "{foot} hs", "gct": "{foot} gct"}
+    (walk,) = gs.import_tables(tables, {"feet": {"by": "files"}, "columns": columns})
+    known = STRIDES.sort_values(["foot", "first_sample"])
+    assert values_of(walk.strides)["gct"] == known["gct"].tolist()
+
+
+def test_a_suggested_map_takes_no_column_of_one_foot_for_both(tmp_path: Path) -> None:
+    table = STRIDES[["foot", "hs", "gct"]].assign(**{"Step length left": 0.6})
+    table["Step length right"] = 0.7
+    table.to_csv(tmp_path / "t.csv", index=False)
+    assert "step_length = " not in suggested_map([str(tmp_path / "t.csv")])
+
+
+@pytest.mark.parametrize("order", ["newest first", "any"])
+def test_contacts_in_no_order_are_put_into_it_on_request(order: str, tmp_path: Path) -> None:
+    newest = STRIDES[["foot", "hs"]].sort_values("hs", ascending=False)
+    table = newest if order == "newest first" else newest.sample(frac=1, random_state=3)
+    keys = {"columns": {"hs": "hs"}, "rows": "footfalls", "derive": ["gct"]}
+    assert any("sort = true puts rows in order of time" in one for one in errors_of(table, **keys))
+    walk, said = said_of(table, **keys, sort=True)
+    known = STRIDES.groupby("foot").head(11).sort_values(["foot", "first_sample"])
+    assert values_of(walk.strides)["first_sample"] == known["first_sample"].tolist()
+    assert not said
+    table.to_csv(tmp_path / "t.csv", index=False)
+    assert "sort = true  # the rows are not in order" in suggested_map([str(tmp_path / "t.csv")])
+
+
+def test_strides_that_fall_name_sort_in_their_finding() -> None:
+    _, said = said_of(STRIDES.iloc[::-1])
+    assert all("In the map: sort = true; or" in one for one in said if "time_order" in one)
+    assert any("time_order" in one for one in said)
+
+
+def test_times_in_whole_seconds_are_a_warning() -> None:
+    begin = pd.Timestamp("2026-03-04T10:00:00")
+    times = [f"{begin + pd.Timedelta(seconds=hs):%Y-%m-%dT%H:%M:%S}" for hs in STRIDES["hs"]]
+    keys = {"columns": {"hs": "hs"}, "rows": "footfalls", "derive": ["gct"], "pairs": "none"}
+    _, said = said_of(STRIDES.assign(hs=times), **keys)
+    assert any("hs: found times in whole seconds alone" in one for one in said)
+
+
 def test_strides_of_a_foot_that_overlap_are_an_error() -> None:
     table = STRIDES.copy()
     table.loc[[6, 7], "foot"] = table.loc[[7, 6], "foot"].tolist()

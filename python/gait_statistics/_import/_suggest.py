@@ -62,6 +62,8 @@ _WALK_NAME = re.compile(
     re.IGNORECASE,
 )
 _EXCLUDE_NAME = re.compile(r"turn|wende|exclu|valid|outlier|artefact|artifact|ausschluss", re.I)
+# Rows of which so many come before the one above them are in no order.
+_UNSORTED = 0.3
 # So many rows may have no foot, such as those of means.
 _FEW_ROWS = 6
 # No recording lasts so long (s): its times count from elsewhere.
@@ -581,6 +583,13 @@ def _say_parts(source: Source, said: _Suggestion) -> None:
     rows = [row for row, foot in enumerate(feet) if foot == feet[0]]
     used = [source.name_of(place) for place in said.places.values()]
     lines = [source.lines[row] for row in rows]
+    if "hs" in said.places:
+        strikes = numbers_of(source, said.places["hs"])
+        if len(strikes) == len(feet):
+            steps = np.diff([strikes[row] for row in rows])
+            if np.mean(steps < 0) > _UNSORTED:
+                said.top["sort"] = "true  # the rows are not in order of time"
+                return
     found = walks_in(pd.DataFrame({"line": lines}), source, used)
     for name in ("hs", "first_sample", "end"):
         if not found and name in said.places:

@@ -131,6 +131,8 @@ def _map_of_guess(finding: Finding) -> str:
             return f'{column} = {{column = ..., unit = "{unit}"}}'
     if guess.startswith("fractions"):
         return f'{finding.column} = {{column = ..., unit = "1"}}'
+    if finding.check == "strides_in_time_order":
+        return "sort = true"
     if finding.check == "one_sample_too_many":
         return "last_sample = {column = ..., add = -1}"
     if "swapped" in guess:
