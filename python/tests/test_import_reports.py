@@ -158,6 +158,14 @@ def test_a_running_number_is_no_moment(tmp_path: Path) -> None:
     assert 'hs = "Zeit"' in suggested_map([str(tmp_path / "t.csv")])
 
 
+def test_a_letter_in_the_name_of_one_file_is_no_foot(tmp_path: Path) -> None:
+    for name, is_foot in (("r_export", False), ("walk_right", True)):
+        RIGHT[["hs", "gct"]].to_csv(tmp_path / f"{name}.csv", index=False)
+        text = suggested_map([str(tmp_path / f"{name}.csv")])
+        assert ('by = "files"' in text) == is_foot
+        assert ("feet: no column says which foot" in text) != is_foot
+
+
 def test_a_footer_without_a_foot_hides_no_foot_column(tmp_path: Path) -> None:
     rows = [
         [n, "Links" if row.foot == "left" else "Rechts", row.hs, row.gct]
@@ -198,7 +206,8 @@ def test_records_in_the_columns_of_a_parquet_file(tmp_path: Path) -> None:
 
 def test_merged_cells_that_name_walks_are_filled_down(tmp_path: Path) -> None:
     parts = [
-        STRIDES[["foot", "hs", "gct"]].assign(Subject=[name] + [None] * 23) for name in ("P1", "P2")
+        STRIDES[["foot", "hs", "gct"]].assign(Subject=pd.Series([name], dtype=object))
+        for name in ("P1", "P2")
     ]
     pd.concat(parts).to_excel(tmp_path / "t.xlsx", index=False)
     text = suggested_map([str(tmp_path / "t.xlsx")])

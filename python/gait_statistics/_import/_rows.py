@@ -393,13 +393,13 @@ def _frame_of_source(
     frames = []
     if by not in ("columns", "rows") and map_.has_columns_of_feet:
         # Rows of one foot each, and columns of one foot each: a row has its values in its foot's.
-        for foot in FEET:
-            own = [at for at, one in enumerate(feet) if one == foot]
+        for one in FEET:
+            own = [at for at, foot in enumerate(feet) if foot == one]
             part = replace(
                 source, rows=[source.rows[n] for n in own], lines=[source.lines[n] for n in own]
             )
-            values, since = _parsed(number, part, foot, map_, rows, faults) if own else ({}, {})
-            frame = pd.DataFrame({**common, "foot": foot}, index=range(count)).iloc[own]
+            values, since = _parsed(number, part, one, map_, rows, faults) if own else ({}, {})
+            frame = pd.DataFrame({**common, "foot": one}, index=range(count)).iloc[own]
             frames.append(frame.assign(**values))
             rows.frame.attrs.setdefault("since", {}).update({n: s for n, s in since.items() if s})
         return pd.concat(frames).sort_values("place", kind="stable").reset_index(drop=True)

@@ -352,6 +352,9 @@ def _feet_elsewhere(sources: Sequence[Source], said: _Suggestion) -> None:
     for by in ("sheet", "file"):
         names = [getattr(source.origin, by) for source in sources]
         tokens = [_foot_token(name) for name in names]
+        if {token[0] for token in tokens if token} != set(FEET):
+            # One foot alone: a letter may stand for anything, such as the r of "r_export".
+            tokens = [token if token and len(token[1]) > len("re") else None for token in tokens]
         if any(tokens):
             said.feet["by"] = _quoted(by + "s")
             is_sheet_each = by == "sheet" and len(sources) == len(FEET)
