@@ -10,6 +10,7 @@ import pytest
 from tables_to_import import in_time_order, strides_of_both_feet
 
 import gait_statistics as gs
+from gait_statistics._import._suggest import suggested_map
 
 STRIDES = in_time_order(strides_of_both_feet())[["foot", "hs", "gct"]]
 MAP: dict[str, Any] = {"feet": {"column": "foot"}, "columns": {"hs": "hs", "gct": "gct"}}
@@ -122,6 +123,9 @@ def test_a_folder_is_no_table_and_its_tables_are_named(tmp_path: Path) -> None:
         (tmp_path / name).touch()
     (error,) = errors_of(tmp_path)
     assert error.endswith('which is a file: in it are "a.xlsx", "b.csv"')
+    with pytest.raises(gs.WalkError) as raised:
+        suggested_map([str(tmp_path)])
+    assert [str(one) for one in raised.value.errors] == [error]
     gs.import_tables(STRIDES, MAP, tmp_path / "walk")
     (error,) = errors_of(tmp_path / "walk")
     assert error.endswith(f"it is a walk folder already: gait-statistics {tmp_path / 'walk'}")

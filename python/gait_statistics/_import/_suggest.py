@@ -857,7 +857,7 @@ def suggested_map(tables: Sequence[str]) -> str:
         own = _Suggestion()
         named = _named_source(grid, own, faults) if grid.rows else None
         found += [(named, own)] if named else []
-    if not found:
+    if not found and not faults:
         faults.add(InputError("tables", None, None, None, "found no row, expected a table"))
     faults.raise_any()
     found = _with_strides(found)
