@@ -18,6 +18,7 @@ from gait_statistics._import._fields import (
     Key,
 )
 from gait_statistics._import._map import read_map, shipped_maps
+from gait_statistics._import._units import UNITS
 
 PAGE = Path(__file__).resolve().parents[2] / "docs/import.md"
 
@@ -38,6 +39,10 @@ def rows_of(keys: Sequence[Key]) -> list[list[str]]:
     return rows
 
 
+def others_of(spellings: str) -> str:
+    return ", ".join(f"`{one}`" for one in spellings.split(", "))
+
+
 def printed() -> dict[str, str]:
     head = ["key", "meaning", "example"]
     return {
@@ -56,6 +61,13 @@ def printed() -> dict[str, str]:
             [
                 [", ".join(f"`{name}`" for name in one.fields), one.given, one.words]
                 for one in CONVERSIONS
+            ],
+        ),
+        "units": table(
+            ["unit", "is", "also written"],
+            [
+                [f"`{unit}`", f"{factor:.6g} {own}" if unit != own else "", others_of(others)]
+                for own, unit, factor, others in UNITS
             ],
         ),
         "maps": table(

@@ -216,6 +216,32 @@ def test_strides_are_left_out_for_each_foot_and_for_both() -> None:
     assert [row[2] for row in found if row[0] == "feet"] == [3, 0, 9, 10]
 
 
+def excluded_by(**condition: Any) -> list[tuple[str, int]]:
+    """The strides that one [[exclude]] leaves out."""
+    table = TABLE.assign(turn=np.where(TABLE["hs"].between(2.0, 5.0), 2, 0))
+    (walk,) = gs.import_tables(table, {**MAP, "exclude": [condition]})
+    rows = values_of(walk.exclusions) if walk.exclusions is not None else {"cycles": []}
+    found = zip(rows["cycles"], rows.get("index", []), strict=True)
+    return [(foot, index) for foot, index in found if foot != "feet"]
+
+
+def test_all_that_an_exclusion_says_must_hold() -> None:
+    turn = excluded_by(column="turn", **{"is": 2})
+    early = excluded_by(times=[[0.0, 3.5]])
+    both = excluded_by(column="turn", times=[[0.0, 3.5]], **{"is": 2})
+    assert both == [one for one in turn if one in early]
+    assert 0 < len(both) < min(len(turn), len(early))
+    assert excluded_by(times=[[0.0, 3.5]], first=1) == [("left", 0), ("right", 0)]
+    ends = [("left", 0), ("left", 11), ("right", 0), ("right", 11)]
+    assert excluded_by(first=1, last=1) == ends
+    assert excluded_by(first=1, last=1, lines=[0, 1]) == [("left", 0), ("right", 0)]
+
+
+def test_an_exclusion_that_no_stride_meets_as_a_whole_is_a_warning() -> None:
+    with pytest.warns(gs.WalkWarning, match="no stride that meets all of it: column, first"):
+        assert excluded_by(column="turn", first=1, **{"is": 2}) == []
+
+
 # ---- What is wrong with a table
 
 
@@ -346,6 +372,23 @@ def run(capsys: pytest.CaptureFixture[str], *arguments: Any) -> tuple[int, str, 
         code = int(error.code or 0)
     out, err = capsys.readouterr()
     return code, out, err
+
+
+def test_cells_that_are_missing_by_the_map_are_counted(
+    tmp_path: Path, capsys: pytest.CaptureFixture[str]
+) -> None:
+    table = TABLE.copy()
+    table.loc[[3, 5], "speed"] = 0
+    table.loc[[4], "stance"] = 162.0
+    table.loc[[6], "swing"] = None
+    table.to_csv(tmp_path / "t.csv", index=False)
+    (tmp_path / "m.toml").write_text(
+        'missing = [0]\n[feet]\ncolumn = "foot"\n[columns]\nhs = "hs"\ngct = "gct"\n'
+        'speed = "speed"\nswing = "swing"\nstance = {column = "stance", valid = [0, 100]}\n'
+    )
+    arguments = (tmp_path / "t.csv", "--map", tmp_path / "m.toml", "-o", tmp_path / "out")
+    _, out, _ = run(capsys, *arguments)
+    assert "note: 3 cells are missing by the map: speed (2 of 24), stance (1 of 24)\n" in out
 
 
 def test_exit_codes(tmp_path: Path, capsys: pytest.CaptureFixture[str]) -> None:

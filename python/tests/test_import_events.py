@@ -156,6 +156,24 @@ def test_a_stride_over_a_pause_is_a_warning() -> None:
         walk_of(table)
 
 
+def test_each_foot_may_have_its_own_column_of_events(tmp_path: Path) -> None:
+    table = events_of()
+    for foot in ("left", "right"):
+        table[f"{foot.title()} event"] = table["event"].where(table["foot"] == foot)
+    table = table.drop(columns=["foot", "event"])
+    feet = {"left": "Left", "right": "Right"}
+    assert_known(walk_of(table, feet=feet, events={"column": "{foot} event"}))
+    table.to_csv(tmp_path / "t.csv", index=False)
+    text = suggested_map([str(tmp_path / "t.csv")])
+    assert '[events]\ncolumn = "{foot} event"' in text
+    (tmp_path / "m.toml").write_text(text)
+    (walk,) = gs.import_tables(tmp_path / "t.csv", tmp_path / "m.toml")
+    assert_known(walk)
+    table.loc[3, "Left event"] = "turn"
+    (error,) = errors_of(table, feet=feet, events={"column": "{foot} event"})
+    assert 'column Left event: found "turn"' in error
+
+
 def test_times_that_begin_anew_are_an_error_until_walks_are_told_apart() -> None:
     table = pd.concat([events_of().assign(trial=trial) for trial in (1, 2)], ignore_index=True)
     (error,) = errors_of(table)

@@ -146,6 +146,79 @@ def test_json_that_is_no_table_is_an_error(tmp_path: Path) -> None:
             gs.import_tables(path, {"feet": {"only": "left"}, "columns": {"gct": "x"}})
 
 
+def test_a_running_number_is_no_moment(tmp_path: Path) -> None:
+    table = STRIDES[["foot", "hs"]].rename(columns={"hs": "Time"})
+    for numbers in (range(1, 25), [1 + n // 2 for n in range(24)]):
+        table.assign(Contact=numbers).to_csv(tmp_path / "t.csv", index=False)
+        assert first_samples_by_suggestion(tmp_path / "t.csv") == known(11)
+    events = table.assign(Event="HS", Zeit=STRIDES["hs"]).drop(columns="Time")
+    events.insert(0, "Nr", range(1, 25))
+    events.loc[23, "Event"] = "TO"
+    events.to_csv(tmp_path / "t.csv", index=False)
+    assert 'hs = "Zeit"' in suggested_map([str(tmp_path / "t.csv")])
+
+
+def test_a_letter_in_the_name_of_one_file_is_no_foot(tmp_path: Path) -> None:
+    for name, is_foot in (("r_export", False), ("walk_right", True)):
+        RIGHT[["hs", "gct"]].to_csv(tmp_path / f"{name}.csv", index=False)
+        text = suggested_map([str(tmp_path / f"{name}.csv")])
+        assert ('by = "files"' in text) == is_foot
+        assert ("feet: no column says which foot" in text) != is_foot
+
+
+def test_a_footer_without_a_foot_hides_no_foot_column(tmp_path: Path) -> None:
+    rows = [
+        [n, "Links" if row.foot == "left" else "Rechts", row.hs, row.gct]
+        for n, row in enumerate(ROWS, 1)
+    ]
+    footer = [["Standardabw.", "", "", 0.02], ["Bereich", "", "", 0.1]]
+    names = [("Zyklus", "Seite", "Initialer Kontakt (s)", "Zyklusdauer (s)")]
+    (tmp_path / "t.csv").write_text(lines_of([*names, *rows, *footer], ";"))
+    assert first_samples_by_suggestion(tmp_path / "t.csv") == known()
+    text = suggested_map([str(tmp_path / "t.csv")])
+    assert 'column = "Seite"\nempty = true  # 1 row without a foot' in text
+    assert 'is = ["Standardabw."]' in text
+
+
+def test_headings_in_german_are_seen(tmp_path: Path) -> None:
+    parts = [
+        f"{heading};;\nNr;Auftritt (s);Dauer (s)\n"
+        + lines_of(zip(range(1, 13), foot["hs"], foot["gct"], strict=True), ";")
+        for heading, foot in (("Linker Fuß", LEFT), ("Rechter Fuß", RIGHT))
+    ]
+    (tmp_path / "t.csv").write_text("\n".join(parts), encoding="utf-8")
+    assert first_samples_by_suggestion(tmp_path / "t.csv") == known()
+
+
+def test_records_in_the_columns_of_a_parquet_file(tmp_path: Path) -> None:
+    table = pd.DataFrame(
+        {
+            foot: [
+                {"ic": hs, "stride": {"time": gct}}
+                for hs, gct in zip(part["hs"], part["gct"], strict=True)
+            ]
+            for foot, part in (("left", LEFT), ("right", RIGHT))
+        }
+    )
+    table.assign(subject="A").to_parquet(tmp_path / "t.parquet")
+    assert first_samples_by_suggestion(tmp_path / "t.parquet") == known()
+
+
+def test_merged_cells_that_name_walks_are_filled_down(tmp_path: Path) -> None:
+    parts = [
+        STRIDES[["foot", "hs", "gct"]].assign(Subject=pd.Series([name], dtype=object))
+        for name in ("P1", "P2")
+    ]
+    pd.concat(parts).to_excel(tmp_path / "t.xlsx", index=False)
+    text = suggested_map([str(tmp_path / "t.xlsx")])
+    assert 'fill_down = ["Subject"]  # their empty cells repeat the cell above' in text
+    (tmp_path / "m.toml").write_text(text)
+    walks = gs.import_tables(tmp_path / "t.xlsx", tmp_path / "m.toml")
+    assert [(walk.name, len(values_of(walk.strides)["gct"])) for walk in walks] == [
+        *(("P1", 24), ("P2", 24))
+    ]
+
+
 def test_columns_for_the_events_of_each_foot(tmp_path: Path) -> None:
     events = {"LHS": LEFT["hs"], "LTO": LEFT["lift_off"], "RHS": RIGHT["hs"]}
     table = pd.DataFrame({**events, "RTO": RIGHT["lift_off"]})

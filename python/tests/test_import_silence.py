@@ -102,6 +102,113 @@ def test_durations_in_the_row_of_the_strike_that_ends_them_are_an_error() -> Non
     assert values_of(walk.strides)["gct"][: len(known)] == known
 
 
+@pytest.mark.parametrize("scale", [1, 1000])
+def test_a_suggested_map_takes_durations_from_the_strike_that_ends_them(
+    scale: int, tmp_path: Path
+) -> None:
+    before = STRIDES.groupby("foot")[["gct", "slength"]].shift(1) * scale
+    unit = {1: "", 1000: " (ms)"}[scale]
+    table = STRIDES[["foot", "hs"]].assign(**{f"Stride time{unit}": before["gct"]})
+    table["Stride length"] = before["slength"]
+    table.to_csv(tmp_path / "t.csv", index=False)
+    text = suggested_map([str(tmp_path / "t.csv")])
+    assert 'rows = "footfalls"' in text
+    (tmp_path / "m.toml").write_text(text)
+    (walk,) = gs.import_tables(tmp_path / "t.csv", tmp_path / "m.toml")
+    known = STRIDES.groupby("foot").head(11).sort_values(["foot", "first_sample"])
+    for name in ("gct", "slength"):
+        assert values_of(walk.strides)[name] == pytest.approx(known[name].tolist())
+
+
+def test_a_suggested_map_remarks_durations_that_fit_no_strikes(tmp_path: Path) -> None:
+    for factor, is_said in ((1.0, False), (0.5, True)):
+        table = STRIDES[["foot", "hs"]].assign(stride=STRIDES["gct"] * factor)
+        table.to_csv(tmp_path / "t.csv", index=False)
+        text = suggested_map([str(tmp_path / "t.csv")])
+        assert ("fit the distance of the foot's strikes (hs) neither" in text) == is_said
+        assert "footfalls" not in text
+
+
+def test_a_suggested_map_proposes_missing_values_for_their_columns(tmp_path: Path) -> None:
+    table = STRIDES[["foot", "hs", "gct", "speed", "stance"]].copy()
+    table.loc[3, "speed"] = 0
+    table.loc[[4, 5], "stance"] = -1
+    table.to_csv(tmp_path / "t.csv", index=False)
+    text = suggested_map([str(tmp_path / "t.csv")])
+    assert 'speed = {column = "speed", missing = [0]}' in text
+    assert 'stance = {column = "stance", missing = [-1]}' in text
+    assert "\nmissing = " not in text
+    (tmp_path / "m.toml").write_text(text)
+    (walk,) = gs.import_tables(tmp_path / "t.csv", tmp_path / "m.toml")
+    assert values_of(walk.strides)["stance"].count(None) == 2
+    both = table.assign(gct=["n.d.", *table["gct"][1:]], speed=["n.d.", *table["speed"][1:]])
+    both[["gct", "speed"]].to_csv(tmp_path / "t.csv", index=False)
+    text = suggested_map([str(tmp_path / "t.csv")])
+    assert 'missing = ["n.d."]\n' in text
+    assert 'speed = {column = "speed", missing = ["n.d.", 0]}' in text
+
+
+def test_a_row_takes_the_column_of_its_foot() -> None:
+    own = STRIDES[["foot", "hs", "gct"]].copy()
+    is_left = own["foot"] == "left"
+    own["L speed"] = STRIDES["speed"].where(is_left, 9.0)
+    own["R speed"] = STRIDES["speed"].where(~is_left, 0.0)
+    speed = {"left": "L speed", "right": "R speed"}
+    walk, _ = said_of(own, columns={**MAP["columns"], "speed": speed})
+    known = STRIDES.sort_values(["foot", "first_sample"])
+    for name in ("first_sample", "gct", "speed"):
+        assert values_of(walk.strides)[name] == pytest.approx(known[name].tolist())
+    columns = {"hs": "hs", "gct": "gct", "speed": speed}
+    (error,) = errors_of(own, columns=columns, feet={"first": "left"})
+    assert "found rows that alternate, and columns for each foot" in error
+
+
+def test_a_file_of_each_foot_may_name_its_columns_by_the_foot() -> None:
+    tables = {
+        foot: STRIDES[STRIDES["foot"] == foot][["hs", "gct"]].add_prefix(f"{foot} ")
+        for foot in ("left", "right")
+    }
+    columns = {"hs": "{foot} hs", "gct": "{foot} gct"}
+    (walk,) = gs.import_tables(tables, {"feet": {"by": "files"}, "columns": columns})
+    known = STRIDES.sort_values(["foot", "first_sample"])
+    assert values_of(walk.strides)["gct"] == known["gct"].tolist()
+
+
+def test_a_suggested_map_takes_no_column_of_one_foot_for_both(tmp_path: Path) -> None:
+    table = STRIDES[["foot", "hs", "gct"]].assign(**{"Step length left": 0.6})
+    table["Step length right"] = 0.7
+    table.to_csv(tmp_path / "t.csv", index=False)
+    assert "step_length = " not in suggested_map([str(tmp_path / "t.csv")])
+
+
+@pytest.mark.parametrize("order", ["newest first", "any"])
+def test_contacts_in_no_order_are_put_into_it_on_request(order: str, tmp_path: Path) -> None:
+    newest = STRIDES[["foot", "hs"]].sort_values("hs", ascending=False)
+    table = newest if order == "newest first" else newest.sample(frac=1, random_state=3)
+    keys = {"columns": {"hs": "hs"}, "rows": "footfalls", "derive": ["gct"]}
+    assert any("sort = true puts rows in order of time" in one for one in errors_of(table, **keys))
+    walk, said = said_of(table, **keys, sort=True)
+    known = STRIDES.groupby("foot").head(11).sort_values(["foot", "first_sample"])
+    assert values_of(walk.strides)["first_sample"] == known["first_sample"].tolist()
+    assert not said
+    table.to_csv(tmp_path / "t.csv", index=False)
+    assert "sort = true  # the rows are not in order" in suggested_map([str(tmp_path / "t.csv")])
+
+
+def test_strides_that_fall_name_sort_in_their_finding() -> None:
+    _, said = said_of(STRIDES.iloc[::-1])
+    assert all("In the map: sort = true; or" in one for one in said if "time_order" in one)
+    assert any("time_order" in one for one in said)
+
+
+def test_times_in_whole_seconds_are_a_warning() -> None:
+    begin = pd.Timestamp("2026-03-04T10:00:00")
+    times = [f"{begin + pd.Timedelta(seconds=hs):%Y-%m-%dT%H:%M:%S}" for hs in STRIDES["hs"]]
+    keys = {"columns": {"hs": "hs"}, "rows": "footfalls", "derive": ["gct"], "pairs": "none"}
+    _, said = said_of(STRIDES.assign(hs=times), **keys)
+    assert any("hs: found times in whole seconds alone" in one for one in said)
+
+
 def test_strides_of_a_foot_that_overlap_are_an_error() -> None:
     table = STRIDES.copy()
     table.loc[[6, 7], "foot"] = table.loc[[7, 6], "foot"].tolist()
@@ -113,14 +220,14 @@ def test_strides_of_a_foot_that_overlap_are_an_error() -> None:
 def test_a_row_that_is_there_twice_is_an_error() -> None:
     twice = pd.concat([STRIDES, STRIDES.iloc[[4]]], ignore_index=True)
     (error,) = errors_of(twice, sort=True)
-    assert "found the same stride as in row 4, expected it once" in error
+    assert "found the same stride as in row 4, expected it once: [[skip]] lines = [24]" in error
 
 
 @pytest.mark.parametrize(
     ("row", "text"),
     [
         ("left,2.62,1,05", "4 cells, expected 3: a decimal comma in a table separated by commas?"),
-        ("left,2.62", "2 cells, expected 3; [[skip]] lines = [...] leaves rows out"),
+        ("left,2.62", "2 cells, expected 3; [[skip]] lines = [4] leaves rows out"),
     ],
 )
 def test_a_row_with_more_or_fewer_cells_than_names_is_an_error(

@@ -11,8 +11,9 @@ from conftest import values_of
 from tables_to_import import in_time_order, strides_of_both_feet
 
 import gait_statistics as gs
+from gait_statistics._import._fields import FIELDS
 from gait_statistics._import._suggest import suggested_map
-from gait_statistics._import._units import factor_to, unit_in_name
+from gait_statistics._import._units import UNITS, factor_to, fits, unit_in_name
 
 STRIDES = in_time_order(strides_of_both_feet())
 ALONE: dict[str, Any] = {"feet": {"only": "left"}, "times": "end to end"}
@@ -39,6 +40,22 @@ def test_a_unit_is_known_in_all_its_spellings(unit: str) -> None:
     for spelling in SPELLINGS[unit].split("|"):
         assert factor_to(spelling, unit) == pytest.approx(1.0), spelling
         assert unit_in_name(f"Column ({spelling})") == spelling
+
+
+@pytest.mark.parametrize(("own", "unit", "factor", "others"), UNITS)
+def test_a_unit_of_the_page_is_understood_in_each_spelling(
+    own: str, unit: str, factor: float, others: str
+) -> None:
+    for spelling in (unit, *others.split(", ")):
+        assert factor_to(spelling, own) == pytest.approx(factor, rel=1e-12), spelling
+        assert factor_to(spelling.upper(), own) == pytest.approx(factor, rel=1e-12), spelling
+
+
+@pytest.mark.parametrize(("name", "own"), [(field.name, field.unit) for field in FIELDS])
+def test_the_page_lists_a_unit_for_every_column(name: str, own: str) -> None:
+    listed = [unit for _, unit, _, _ in UNITS if factor_to(unit, own)]
+    assert listed
+    assert all(fits(name, unit) for unit in listed)
 
 
 def test_a_share_of_something_else_is_no_length() -> None:

@@ -3,6 +3,7 @@
 from __future__ import annotations
 
 import re
+from collections.abc import Sequence
 
 import numpy as np
 import pandas as pd
@@ -11,7 +12,7 @@ from numpy.typing import NDArray
 from .._errors import InputError
 from ._fields import FIELD
 from ._map import FEET, TableMap
-from ._places import Faults, Origin, counted
+from ._places import LINES, Faults, Origin, counted
 from ._rows import Rows
 
 Numbers = NDArray[np.float64]
@@ -72,6 +73,38 @@ def check_ends(frame: pd.DataFrame, rows: Rows, map_: TableMap, faults: Faults) 
         return
 
 
+def strike_of_durations(parts: Sequence[Sequence[Numbers]]) -> str:
+    """To which strike of the foot durations lead: "next", "previous" or "neither" of the two.
+
+    Args:
+        parts: the strikes and the durations (s) of a foot, row by row; falling times part walks.
+
+    Returns:
+        The strike, or an empty text where too few strides tell.
+    """
+    to_next, to_previous = [], []
+    for hs, gct in parts:
+        gaps = np.where(np.diff(hs) > 0, np.diff(hs), np.nan)
+        to_next.append((gct[:-1] - gaps)[1:])
+        to_previous.append((gct[1:] - gaps)[:-1])
+    next_, previous = (
+        np.abs(np.concatenate(found)) if found else np.array([]) for found in (to_next, to_previous)
+    )
+    there = np.isfinite(next_) & np.isfinite(previous)
+    next_, previous = next_[there], previous[there]
+    if len(next_) < _ENOUGH:
+        return ""
+    is_next, is_previous = (
+        np.mean(found <= _HUNDREDTHS) >= _NEARLY_ALL for found in (next_, previous)
+    )
+    if is_previous and not is_next and np.mean(next_) > 3 * np.mean(previous):
+        return "previous"
+    usual = np.nanmedian(np.concatenate([gct for _, gct in parts]))
+    if min(np.median(next_), np.median(previous)) > _TOLERANCE * usual:
+        return "neither"
+    return "next"
+
+
 def check_strike_of_durations(
     frame: pd.DataFrame, rows: Rows, map_: TableMap, faults: Faults
 ) -> None:
@@ -80,20 +113,9 @@ def check_strike_of_durations(
     is_open = not {"end", "last_sample"} & map_.columns.keys() and "hs" in map_.columns
     if column is None or column.row != "this" or not is_open or "gct" not in frame:
         return
-    to_next, to_previous = [], []
-    for part in _stretches(frame):
-        part = part.sort_values("hs", kind="stable")
-        hs, gct = (part[name].to_numpy(dtype=float) for name in ("hs", "gct"))
-        to_next.append((gct[:-1] - np.diff(hs))[1:])
-        to_previous.append((gct[1:] - np.diff(hs))[:-1])
-    next_, previous = (
-        np.abs(np.concatenate(found)) if found else np.array([]) for found in (to_next, to_previous)
-    )
-    there = np.isfinite(next_) & np.isfinite(previous)
-    next_, previous = next_[there], previous[there]
-    if len(next_) < _ENOUGH or np.mean(previous <= _HUNDREDTHS) < _NEARLY_ALL:
-        return
-    if np.mean(next_ <= _HUNDREDTHS) >= _NEARLY_ALL or np.mean(next_) <= 3 * np.mean(previous):
+    parts = [part.sort_values("hs", kind="stable") for part in _stretches(frame)]
+    both = [[part[name].to_numpy(dtype=float) for name in ("hs", "gct")] for part in parts]
+    if strike_of_durations(both) != "previous":
         return
     number, foot = int(frame["source"].iloc[0]), str(frame["foot"].iloc[0])
     name = rows.columns.get((number, "gct", foot), "...")
@@ -115,13 +137,15 @@ def check_overlaps(frame: pd.DataFrame, rows: Rows, rate: float, faults: Faults)
             origin: Origin = rows.sources[int(row["source"])].origin
             if (first[at], last[at]) == (first[at - 1], last[at - 1]):
                 found = f"the same stride as in {origin.rows_in_words([int(above['line'])])}"
-                expected = "it once; [[skip]] lines = [...] leaves the other row out"
+                expected = f"it once: [[skip]] lines = {LINES} leaves it out here"
             else:
                 found = f"a {row['foot']} stride from {first[at] / rate:g} s, before the foot's "
                 found += f"one from {first[at - 1] / rate:g} s has ended"
                 expected = "the strides of a foot one after the other: is the foot of a row wrong, "
-                expected += "or a duration? Correct the cells; [[skip]] lines = [...] leaves rows "
-                expected += "out; where these are several walks, walk = [...] parts them"
+                expected += "or a duration? Correct the cells; [[skip]] leaves rows out, such as "
+                expected += (
+                    f"lines = {LINES}; where these are several walks, walk = [...] parts them"
+                )
             faults.add_cell(origin, int(row["line"]), None, found, expected)
 
 
@@ -211,6 +235,22 @@ def doubts_of_step_times(frame: pd.DataFrame, rows: Rows) -> list[InputError]:
             )
             return [rows.sources[int(number)].origin.error(None, name, text)]
     return []
+
+
+def doubt_of_coarse_times(frame: pd.DataFrame, rows: Rows) -> InputError | None:
+    """A warning where the strikes are known to the second alone."""
+    if rows.units.get("hs") != "s" or len(frame) <= _ENOUGH:
+        return None
+    hs = frame["hs"].to_numpy(dtype=float)
+    if (hs % 1.0 != 0).any():
+        return None
+    number, foot = int(frame["source"].iloc[0]), str(frame["foot"].iloc[0])
+    text = (
+        "found times in whole seconds alone, expected hundredths: what is made of their distances"
+    )
+    text += ", such as durations and cadence, is as coarse as they are"
+    name = rows.columns.get((number, "hs", foot))
+    return rows.sources[number].origin.error(None, name, text)
 
 
 def doubt_of_long_strides(frame: pd.DataFrame, rows: Rows) -> InputError | None:

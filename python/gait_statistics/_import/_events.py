@@ -9,10 +9,10 @@ from typing import Any
 import numpy as np
 import pandas as pd
 
-from ._cells import Signs, is_one_of, text_of_cell
+from ._cells import Signs, is_empty, is_one_of, text_of_cell
 from ._fields import EVENT_WORDS, FOOT_WORDS, MORE_FOOT_WORDS
 from ._map import FEET, TableMap
-from ._places import FOUND, Faults, counted, shown
+from ._places import FOUND, LINES, Faults, counted, shown
 from ._sources import Source, place_of
 
 _FOOT_WORDS = {word for foot in FEET for word in (*FOOT_WORDS[foot], *MORE_FOOT_WORDS[foot])}
@@ -44,9 +44,10 @@ def _event_of(cell: Any, signs: Signs, map_: TableMap) -> str | None:
     return kind if kind and map_.get("events", kind) is None else None
 
 
-def events_of(source: Source, map_: TableMap, faults: Faults) -> list[str | None]:
-    """The event of each row; None in tables of strides."""
-    name = map_.get("events", "column")
+def events_of(source: Source, map_: TableMap, foot: str, faults: Faults) -> list[str | None]:
+    """The event of each row; None in tables of strides, and where a foot's own column is empty."""
+    name = map_.column_of_events(foot)
+    is_own = "{foot}" in map_.get("events", "column", "")
     place = place_of(source, name, faults) if name else None
     if place is None:
         return [None] * len(source.rows)
@@ -56,7 +57,7 @@ def events_of(source: Source, map_: TableMap, faults: Faults) -> list[str | None
     expected = "a strike or a lift-off of a foot: say [events] strike = ..., lift_off = ...; "
     expected += f'[[skip]] column = "{name}", is = [{FOUND}] leaves other events out'
     for cell, event, line in zip(cells, events, source.lines, strict=True):
-        if event is None:
+        if event is None and not (is_own and is_empty(cell)):
             faults.add_cell(source.origin, line, name, shown(text_of_cell(cell)), expected)
     return events
 
@@ -68,7 +69,7 @@ def has_order(frame: pd.DataFrame, sources: list[Source], faults: Faults) -> boo
     )
     for at in np.flatnonzero(frame["hs"].isna()):
         origin = sources[int(frame["source"].iloc[at])].origin
-        expected = "the time of the event; [[skip]] leaves rows out"
+        expected = f"the time of the event; [[skip]] lines = {LINES} leaves rows out"
         faults.add_cell(origin, int(frame["line"].iloc[at]), None, "a missing time", expected)
     for at in np.flatnonzero(frame["hs"] <= frame["above"]):
         row = frame.iloc[at]

@@ -35,6 +35,8 @@ _BEGINNINGS = (
     (b"[{", "JSON", "name it .json"),
     (b'{"', "JSON", "name it .jsonl if each line is a record, .json otherwise"),
 )
+# So many files of a folder are named.
+_NAMED = 8
 _SEPARATORS = {"tab": "\t", "\\t": "\t", "space": " ", " ": " "}
 
 
@@ -197,10 +199,26 @@ def _workbook_grids(path: Path, map_: TableMap, faults: Faults) -> list[Grid]:
     return grids
 
 
+def _flat(frame: Any) -> Any:
+    """A frame whose columns of records are columns of their values: "left.stride.time"."""
+    import pandas as pd
+
+    columns = [frame.iloc[:, place] for place in range(frame.shape[1])]
+    if not any(isinstance(cell, dict) for column in columns for cell in column.dropna()[:1]):
+        return frame
+    parts = []
+    for column in columns:
+        records = [cell if isinstance(cell, dict) else {} for cell in column]
+        flat = pd.json_normalize(records).set_axis(column.index).add_prefix(f"{column.name}.")
+        parts.append(flat if any(records) else column)
+    return pd.concat(parts, axis=1)
+
+
 def _frame_grid(frame: Any, origin: Origin) -> Grid:
     """A frame of pandas; names of its index become columns."""
     if any(name is not None for name in frame.index.names):
         frame = frame.reset_index()
+    frame = _flat(frame)
     columns = [
         frame.iloc[:, place].astype(object).where(frame.iloc[:, place].notna(), None).tolist()
         for place in range(frame.shape[1])
@@ -236,11 +254,30 @@ def _json_frame(path: Path) -> Any:
     raise ValueError("expected a record for each row, [{...}, {...}], or a list for each column.")
 
 
+def _folder_in_words(path: Path) -> str:
+    """What to say of a folder that is given as a table."""
+    endings = (*_TEXT[:-1], *_WORKBOOKS, *_ARROW, *_JSON)
+    names = sorted(one.name for one in path.iterdir() if one.suffix.casefold() in endings)
+    text = "found a folder, expected a table, which is a file"
+    if "foot_cycles.csv" in names:
+        return f"{text}: it is a walk folder already: gait-statistics {path}"
+    more = f", and {len(names) - _NAMED} more" if len(names) > _NAMED else ""
+    have = f": in it are {listed(map(shown, names[:_NAMED]))}{more}" if names else ": none is in it"
+    return text + have
+
+
 def _grids_of_file(path: Path, map_: TableMap, faults: Faults) -> list[Grid]:
     import pandas as pd
 
     ending = path.suffix.casefold()
     origin = Origin(path.name, ending not in (*_WORKBOOKS, *_ARROW, *_JSON), path.stem)
+    if path.is_dir():
+        faults.add(origin.error(None, None, _folder_in_words(path)))
+        return []
+    if ending == ".toml":
+        text = f"found a map, expected a table: a map stands after --map: --map {path.name}"
+        faults.add(origin.error(None, None, text))
+        return []
     try:
         other = _other_content(path, ending) if path.is_file() else ""
         if other:

@@ -110,7 +110,7 @@ def placed_by_name(source: Source, names: Sequence[tuple[int, str]]) -> dict[str
     used: set[int] = set()
     for _, _, place, field_name in scores:
         if field_name not in result and place not in used and is_numeric(source, place):
-            if field_name == "gct" and rises(source, place):
+            if is_count(source, place) or (field_name == "gct" and rises(source, place)):
                 # The number of the stride.
                 continue
             field_of_kind = _by_kind(field_name, source, place)
@@ -131,6 +131,17 @@ def rises(source: Source, place: int) -> bool:
     values = numbers_of(source, place)
     steps = [b - a for a, b in itertools.pairwise(values)]
     return len(steps) > 3 and sum(step >= 0 for step in steps) >= 0.9 * len(steps) > 0 < max(steps)
+
+
+def is_count(source: Source, place: int) -> bool:
+    """Whether a column numbers rows or strides, and may begin anew."""
+    found = (moment_of(cell, source.signs) for cell in source.cells(place) if not is_empty(cell))
+    # Times of day and dates may be whole seconds.
+    values = [moment.seconds for moment in found if moment is not None and not moment.since]
+    steps = [b - a for a, b in itertools.pairwise(values)]
+    is_by_one = all(step in (0, 1) for step in steps if step >= 0)
+    is_rare = sum(step < 0 for step in steps) <= 0.1 * len(steps)
+    return len(steps) > 2 and is_by_one and is_rare and steps.count(1) >= 0.4 * len(steps)
 
 
 def is_of_samples(source: Source, place: int) -> bool:

@@ -6,14 +6,13 @@ import copy
 import datetime
 import os
 import re
-import sys
 from collections.abc import Callable, Iterable, Mapping, Sequence
 from dataclasses import dataclass, field
 from pathlib import Path
 from typing import Any, Literal
 
 from .. import _core
-from .._errors import InputError, WalkError
+from .._errors import InputError
 from ._cells import Signs, moment_of
 from ._fields import (
     CHECKS_OF_TIMES,
@@ -29,14 +28,14 @@ from ._fields import (
     Key,
 )
 from ._places import Faults, listed, nearest, shown
+from ._toml import lines_of_keys, map_error, tables_of, value_of
 from ._units import expected_units, fits
 
-if sys.version_info >= (3, 11):
-    import tomllib
-else:
-    import tomli as tomllib
-
 MAPS = Path(__file__).with_name("maps")
+# A file that ends so is no map. Text of any other ending may be one.
+_TABLES = (".csv", ".tsv", ".xlsx", ".xlsm", ".parquet", ".pq", ".feather", ".json", ".jsonl")
+# Forms of times, which need no unit: "mm:ss", "YYYY-MM-DD", "timestamp".
+_FORM_OF_TIME = re.compile(r".*:.*|yyyy.*|dd.*|iso.*|date.*|timestamp|clock", re.IGNORECASE)
 FEET: tuple[Literal["left"], Literal["right"]] = ("left", "right")
 
 
@@ -100,9 +99,18 @@ class TableMap:
         for key, by in (("only", "only"), ("first", "rows"), ("column", "column")):
             if ("feet", key) in self.values:
                 return by
-        if any(column.names["left"] != column.names["right"] for column in self.columns.values()):
-            return "columns"
-        return ""
+        return "columns" if self.has_columns_of_feet else ""
+
+    @property
+    def has_columns_of_feet(self) -> bool:
+        """Whether a column has another name for each foot."""
+        differ = (column.names["left"] != column.names["right"] for column in self.columns.values())
+        return any(differ) or self.column_of_events("left") != self.column_of_events("right")
+
+    def column_of_events(self, foot: str) -> str:
+        """The column that says which event of a foot a row is; empty where there is none."""
+        name: str = self.get("events", "column", "")
+        return name.replace("{foot}", str(self.words_of(foot)[0]))
 
     @property
     def names(self) -> list[str]:
@@ -112,11 +120,8 @@ class TableMap:
         ]
         for key in ("walk", "breaks", "fill_down"):
             names += self.get("", key, ())
-        names += [
-            self.get(section, "column")
-            for section in ("feet", "events")
-            if self.get(section, "column")
-        ]
+        columns = (self.get("feet", "column"), *map(self.column_of_events, FEET))
+        names += [name for name in columns if name]
         names += [c["column"] for c in (*self.skip, *self.exclude) if "column" in c]
         return [name for name in dict.fromkeys(names) if not re.fullmatch(r"#\d+|\{.*\}", name)]
 
@@ -186,6 +191,13 @@ def _is_interval(value: Any) -> bool:
     return _is_span(value) if all(map(_is_number, value)) else type(value[0]) is type(value[1])
 
 
+def _is_section(value: Any) -> bool:
+    """Whether a map has it as [name] or [[name]]."""
+    return isinstance(value, dict) or (
+        bool(value) and _all(lambda one: isinstance(one, dict))(value)
+    )
+
+
 def _is_any_text(value: Any) -> bool:
     return isinstance(value, str)
 
@@ -213,6 +225,14 @@ def expected_by(key: Key) -> str:
     if "|" in key.kind:
         return "one of: " + listed(f'"{word}"' for word in key.kind.split("|"))
     return KINDS[key.kind][0]
+
+
+def _place_of_key(name: str) -> str:
+    """A key that belongs to another section, or a section, in words."""
+    if name in SECTIONS:
+        return f"the section [{name}]"
+    section = next(key.section for key in KEYS if key.name == name)
+    return f'"{name}" {f"in [{section}]" if section else "above the first [section]"}'
 
 
 class _Reader:
@@ -247,8 +267,12 @@ class _Reader:
         self, section: str, name: str, known: Iterable[str], what: str, of: str = ""
     ) -> None:
         """Says where an unknown key belongs, or which one it is like."""
-        if not section and name.casefold() in SECTIONS:
-            expected = f"[{name.casefold()}], in small letters"
+        if what == "section":
+            near = nearest(name, SECTIONS)
+            expected = f'a known one: is it "[{near}]"?' if near else "one of: "
+            expected += "" if near else listed(f"[{one}]" for one in SECTIONS)
+            if name.casefold() in SECTIONS:
+                expected = f"[{name.casefold()}], in small letters"
             self.fault(name, "", f"found an unknown section, expected {expected}")
             return
         if section == "skip" and name in {key.name for key in EXCLUDE_KEYS}:
@@ -258,14 +282,16 @@ class _Reader:
         elsewhere = [key for key in KEYS if key.name == name and key.section != section]
         known = list(known)
         near = SYNONYMS.get(name, "") if what == "column" else ""
-        near = near or nearest(name, known)
+        others = [] if what == "column" or of else [*(key.name for key in KEYS), *SECTIONS]
+        near = near or nearest(name, [*others, *known])
         text = f"found an unknown {what}, expected one of those of docs/import.md"
         if elsewhere and not elsewhere[0].section:
             text = "found it in a section, expected it above the first [section] of the map"
         elif elsewhere:
             text = f"found it here, expected it in the section [{elsewhere[0].section}]"
         elif near:
-            text = f'found an unknown {what}, expected a known one: is it "{near}"?'
+            near = f'"{near}"' if near in known else _place_of_key(near)
+            text = f"found an unknown {what}, expected a known one: is it {near}?"
         self.fault(section, of or name, f"{name}: {text}" if of else text)
 
     def keys_of(
@@ -276,7 +302,8 @@ class _Reader:
         result = {}
         for name, value in table.items():
             if name not in known:
-                self.unknown(section, name, known, "key", of)
+                is_section = not section and (_is_section(value) or name.casefold() in SECTIONS)
+                self.unknown(section, name, known, "section" if is_section else "key", of)
             else:
                 checked = self.value_of(known[name], value, section, of)
                 if checked is not None:
@@ -296,6 +323,8 @@ class _Reader:
         unit = keys.get("unit")
         if unit is not None and not fits(name, unit):
             expected = listed(expected_units(name), " or ")
+            if FIELD[name].unit in ("s", "samples") and _FORM_OF_TIME.fullmatch(unit):
+                expected = "none: times such as 1:05.3, 10:00:01 and dates are recognised without"
             self.fault("columns", name, f'found the unit "{unit}", expected {expected}')
         if names is None:
             return None
@@ -438,24 +467,6 @@ def _check_names() -> list[str]:
     return next(values for name, _, values, _ in _core.checks() if name == "check")
 
 
-def lines_of_keys(text: str) -> dict[tuple[str, str], int]:
-    """The line of each key and section of a map."""
-    lines: dict[tuple[str, str], int] = {}
-    section = ""
-    for number, line in enumerate(text.splitlines(), 1):
-        header = re.match(r"\s*\[\[?\s*([\w-]+)\s*\]", line)
-        key = re.match(r"\s*[\"']?([\w-]+)[\"']?\s*=", line)
-        if header:
-            section = header[1]
-            lines.setdefault((section, ""), number)
-            if section in ("skip", "exclude"):
-                count = sum(of == section and key.startswith("#") for of, key in lines)
-                lines[section, f"#{count}"] = number
-        elif key:
-            lines.setdefault((section, key[1]), number)
-    return lines
-
-
 def shipped_maps() -> dict[str, Path]:
     """The maps that come along, by name."""
     return {path.stem: path for path in sorted(MAPS.glob("*.toml"), key=lambda path: path.stem)}
@@ -465,6 +476,9 @@ def _text_of_map(given: str | os.PathLike[str]) -> tuple[str, str]:
     """The name and the text of a map's file."""
     name = os.fsdecode(given)
     path = Path(name)
+    if path.suffix.casefold() in _TABLES:
+        text = "found a table, expected a map, which is a TOML file; tables stand before --map: "
+        raise map_error(name, None, f"{text}gait-import {path.name} --map MAP.toml -o FOLDER")
     if not path.is_file() and name in shipped_maps():
         path = shipped_maps()[name]
     try:
@@ -477,21 +491,7 @@ def _text_of_map(given: str | os.PathLike[str]) -> tuple[str, str]:
         text = (
             f"cannot be read: {error.strerror}. --list-maps prints the maps that come along{hint}"
         )
-    raise _error(name, None, text)
-
-
-def _error(name: str, line: int | None, text: str) -> WalkError:
-    return WalkError([InputError(name, None, line, None, text)])
-
-
-def _tables_of(name: str, text: str) -> dict[str, Any]:
-    """The tables of a map's text."""
-    try:
-        return tomllib.loads(text)
-    except tomllib.TOMLDecodeError as error:
-        line = re.search(r"line (\d+)", str(error))
-        message = f"found {error}, expected TOML: name = value, texts in quotation marks"
-        raise _error(name, int(line[1]) if line else None, message) from error
+    raise map_error(name, None, text)
 
 
 def _set(tables: dict[str, Any], setting: str) -> None:
@@ -499,16 +499,12 @@ def _set(tables: dict[str, Any], setting: str) -> None:
     path, sign, value = setting.partition("=")
     names = path.strip().split(".")
     if not sign or not all(names):
-        raise _error("--set", None, f'found "{setting}", expected KEY=VALUE: sampling_rate=128')
-    try:
-        parsed: Any = tomllib.loads(f"v = {value}")["v"]
-    except tomllib.TOMLDecodeError:
-        parsed = value.strip()
+        raise map_error("--set", None, f'found "{setting}", expected KEY=VALUE: sampling_rate=128')
     for name in names[:-1]:
         tables = tables.setdefault(name, {})
         if not isinstance(tables, dict):
-            raise _error("--set", None, f'found "{setting}", expected a key of a section')
-    tables[names[-1]] = parsed
+            raise map_error("--set", None, f'found "{setting}", expected a key of a section')
+    tables[names[-1]] = value_of(value)
 
 
 def read_map(
@@ -527,7 +523,7 @@ def read_map(
         name, lines, tables = "map", {}, copy.deepcopy(dict(given))
     else:
         name, text = _text_of_map(given)
-        tables, lines = _tables_of(name, text), lines_of_keys(text)
+        tables, lines = tables_of(name, text), lines_of_keys(text)
     for setting in settings:
         _set(tables, setting)
     return _Reader(name, lines).read(tables)

@@ -12,13 +12,16 @@ from .._errors import InputError
 from .._walk import pair_feet
 from ._cells import Signs, moment_of
 from ._map import FEET, TableMap
-from ._places import Faults, counted
+from ._places import Faults, counted, listed
 from ._rows import Rows, excluded_by
 from ._strides import Strides
 
 _DAY = 86400.0
 
 Exclusion = tuple[str, str, int, str]
+
+# The keys of [[exclude]] by what they look at: cells, times, and the ends of the walk.
+_GROUPS = (("column", "lines"), ("times",), ("first", "last"))
 
 
 def _by_row_or_order(frame: pd.DataFrame, columns: list[str]) -> pd.DataFrame:
@@ -97,10 +100,18 @@ def _in_walk(moment: Any, strides: Strides) -> float:
     return after
 
 
-def doubts_of_times(walks: Sequence[Strides], map_: TableMap) -> list[InputError]:
-    """Warns of [[exclude]] times that no stride of any walk touches."""
+def doubts_of_exclusions(
+    walks: Sequence[Strides], rows: Rows, map_: TableMap, faults: Faults
+) -> list[InputError]:
+    """Warns of [[exclude]] times that no stride of any walk touches, and of what none meets."""
     result = []
     for number, condition in enumerate(map_.exclude):
+        given = [" and ".join(name for name in group if name in condition) for group in _GROUPS]
+        parts = [names for names in given if names]
+        if len(parts) > 1 and not any(_met(condition, one, rows, faults).any() for one in walks):
+            text = f"found no stride that meets all of it: {listed(parts)}. To leave out what meets"
+            text += " one of them, give each an [[exclude]] of its own"
+            result.append(map_.doubt_of_condition("exclude", number, text))
         for span in condition.get("times", ()):
             if any(_touching(span, strides).any() for strides in walks):
                 continue
@@ -130,18 +141,21 @@ def _touching(span: Any, strides: Strides) -> Any:
 
 
 def _met(condition: dict[str, Any], strides: Strides, rows: Rows, faults: Faults) -> Any:
-    """Which strides a condition of [[exclude]] names."""
+    """Which strides meet all that a condition of [[exclude]] says."""
     frame = strides.frame
-    named = excluded_by(condition, rows, faults)
-    result = np.array(
-        [place in named for place in zip(frame["source"], frame["line"], strict=True)], dtype=bool
-    )
-    for span in condition.get("times", ()):
-        result |= _touching(span, strides)
-    count = frame.groupby("foot")["index"].transform("size").to_numpy()
-    index = frame["index"].to_numpy()
-    result |= index < condition.get("first", 0)
-    result |= index >= count - condition.get("last", 0)
+    result = np.ones(len(frame), dtype=bool)
+    if {"column", "lines"} & condition.keys():
+        named = excluded_by(condition, rows, faults)
+        result &= [place in named for place in zip(frame["source"], frame["line"], strict=True)]
+    if "times" in condition:
+        touching = [_touching(span, strides) for span in condition["times"]]
+        result &= np.any(touching, axis=0)
+    if {"first", "last"} & condition.keys():
+        count = frame.groupby("foot")["index"].transform("size").to_numpy()
+        index = frame["index"].to_numpy()
+        is_first = index < condition.get("first", 0)
+        # No stride is at both ends of a walk: the two together mean either end.
+        result &= is_first | (index >= count - condition.get("last", 0))
     return result
 
 

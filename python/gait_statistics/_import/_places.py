@@ -10,8 +10,10 @@ from .._errors import InputError, WalkError
 
 _LINES_NAMED = 5
 _SHOWN = 60
-# Stands for the cells that were found, in what is expected in their place.
+# Stand for the cells that were found and for their lines, in what is expected in their place.
 FOUND = "\0"
+LINES = "\1"
+_LINES_TO_SAY = 20
 
 
 def shown(value: object) -> str:
@@ -97,7 +99,10 @@ class Faults:
             (line, first), others = found[0], [other for other, _ in found[1:]]
             kinds = list(dict.fromkeys(other for _, other in found))
             some = kinds[:_LINES_NAMED] + ["..."] * (len(kinds) > _LINES_NAMED)
-            text = f"found {first}, expected {expected.replace(FOUND, listed(some))}"
+            lines = list(dict.fromkeys([line, *(other for other, _ in found[1:])]))
+            said = lines[:_LINES_TO_SAY] + ["..."] * (len(lines) > _LINES_TO_SAY)
+            expected = expected.replace(FOUND, listed(some)).replace(LINES, f"[{listed(said)}]")
+            text = f"found {first}, expected {expected}"
             if others:
                 rows = counted(len(others), "more row")
                 text += f" (and in {rows}: {origin.rows_in_words(others)})"

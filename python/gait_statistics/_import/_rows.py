@@ -5,7 +5,7 @@ from __future__ import annotations
 import re
 from collections import Counter
 from collections.abc import Sequence
-from dataclasses import dataclass, field
+from dataclasses import dataclass, field, replace
 from typing import Any
 
 import numpy as np
@@ -29,7 +29,7 @@ from ._events import events_of
 from ._fields import FIELD, MORE_FOOT_WORDS, NEVER_ZERO, SIGNED
 from ._map import FEET, ColumnMap, TableMap
 from ._parts import column_of, is_part, parts_of
-from ._places import FOUND, Faults, listed, shown
+from ._places import FOUND, LINES, Faults, listed, shown
 from ._sources import Source, foot_of_cell, place_of
 from ._units import conversion_of, expected_units, factor_to, fits, times, unit_in_name
 
@@ -45,6 +45,7 @@ class Rows:
             that ``units`` has for it; "foot", "walk", "breaks"; and its place: "source", "line".
         columns: the user's column for each of ours and each foot, by source.
         units: the unit that each of our columns stands in, before what needs other columns.
+        missing: the lines whose cells are filled and missing by the map, by source and column.
         notes: what was done.
         doubts: what is worth a look.
     """
@@ -53,6 +54,7 @@ class Rows:
     sources: list[Source]
     columns: dict[tuple[int, str, str], str] = field(default_factory=dict)
     units: dict[str, str] = field(default_factory=dict)
+    missing: dict[tuple[int, str], set[int]] = field(default_factory=dict)
     notes: list[str] = field(default_factory=list)
     doubts: list[InputError] = field(default_factory=list)
 
@@ -228,7 +230,8 @@ class _Reader:
         if found is None:
             text = text_of_cell(cell)
             expected = f"a number; if it means missing: missing = [{FOUND}], if the row is no "
-            self.fault(line, shown(text), why_no_number(text) or expected + "stride: [[skip]]")
+            expected += f"stride: [[skip]] lines = {LINES}"
+            self.fault(line, shown(text), why_no_number(text) or expected)
             return Moment(np.nan, "")
         if _stands_for_missing(self.name, found.seconds, self.column):
             value = f"{found.seconds:g}"
@@ -351,6 +354,9 @@ def _parsed(
             continue
         values[name], unit, since[name] = _values(name, column, source, place, map_, faults)
         rows.columns[number, name, foot] = source.name_of(place)
+        nothing = np.flatnonzero(np.isnan(values[name]))
+        taken = {source.lines[at] for at in nothing if not is_empty(source.rows[at][place])}
+        rows.missing.setdefault((number, source.name_of(place)), set()).update(taken)
         before = rows.units.setdefault(name, unit)
         if before != unit:
             text = f"found {unit} for {name}, expected {before}, as in the table before it"
@@ -378,14 +384,33 @@ def _frame_of_source(
         "source": [number] * count,
         "line": source.lines,
         "place": list(range(count)),
-        "event": events_of(source, map_, faults),
     }
+    has_own_events = by == "columns" and map_.column_of_events("left") != map_.column_of_events(
+        "right"
+    )
+    if not has_own_events:
+        common["event"] = events_of(source, map_, "left", faults)
     frames = []
+    if by not in ("columns", "rows") and map_.has_columns_of_feet:
+        # Rows of one foot each, and columns of one foot each: a row has its values in its foot's.
+        for one in FEET:
+            own = [at for at, foot in enumerate(feet) if foot == one]
+            part = replace(
+                source, rows=[source.rows[n] for n in own], lines=[source.lines[n] for n in own]
+            )
+            values, since = _parsed(number, part, one, map_, rows, faults) if own else ({}, {})
+            frame = pd.DataFrame({**common, "foot": one}, index=range(count)).iloc[own]
+            frames.append(frame.assign(**values))
+            rows.frame.attrs.setdefault("since", {}).update({n: s for n, s in since.items() if s})
+        return pd.concat(frames).sort_values("place", kind="stable").reset_index(drop=True)
     for foot in FEET if by == "columns" else ("",):
         names_of = foot or "left"
         values, since = _parsed(number, source, names_of, map_, rows, faults)
         frame = pd.DataFrame({**common, **values}, index=range(count))
         frame["foot"] = foot or pd.Series(feet, dtype=object, index=range(count))
+        if has_own_events:
+            events = pd.Series(events_of(source, map_, foot, faults), dtype=object)
+            frame = frame.assign(event=events)[events.notna()]
         frame.attrs = {}
         rows.frame.attrs.setdefault("since", {}).update({n: s for n, s in since.items() if s})
         frames.append(frame)
@@ -397,7 +422,7 @@ def _frame_of_source(
 
 def _not_read(rows: Rows, map_: TableMap) -> None:
     """Notes which columns no part of the map names."""
-    special = {map_.get("feet", "column"), map_.get("events", "column")}
+    special = {map_.get("feet", "column"), *map(map_.column_of_events, FEET)}
     special |= {column_of(name) for key in ("walk", "breaks") for name in map_.get("", key, ())}
     special |= {condition.get("column") for condition in (*map_.skip, *map_.exclude)}
     seen = set()
@@ -420,6 +445,20 @@ def _not_read(rows: Rows, map_: TableMap) -> None:
             )
 
 
+def _note_missing(rows: Rows) -> None:
+    """Notes how many cells ``missing`` and ``valid`` took away, and from which columns."""
+    taken: Counter[str] = Counter()
+    there: Counter[str] = Counter()
+    for (number, name), lines in rows.missing.items():
+        taken[name] += len(lines)
+        there[name] += len(rows.sources[number].rows)
+    columns = [f"{name} ({count} of {there[name]})" for name, count in taken.items() if count]
+    if columns:
+        count = taken.total()
+        text = "cell is" if count == 1 else "cells are"
+        rows.notes.append(f"{count} {text} missing by the map: {listed(columns)}")
+
+
 def _check_feet(map_: TableMap, sources: Sequence[Source], faults: Faults) -> None:
     by = map_.feet_by
     text = ""
@@ -429,9 +468,9 @@ def _check_feet(map_: TableMap, sources: Sequence[Source], faults: Faults) -> No
     elif by == "rows" and not map_.get("feet", "first"):
         text = 'first: found none, expected the foot of each walk\'s first row: first = "left" or '
         text += '"right" (--set feet.first=left)'
-    elif by == "columns" and all(
-        column.names["left"] == column.names["right"] for column in map_.columns.values()
-    ):
+    elif by == "rows" and map_.has_columns_of_feet:
+        text = "by: found rows that alternate, and columns for each foot: expected one of them"
+    elif by == "columns" and not map_.has_columns_of_feet:
         text = "by: found no column with {foot} in its name, expected one, such as gct = "
         text += '"{foot} stride time", or gct = {left = ..., right = ...}'
     if text:
@@ -447,6 +486,20 @@ def _check_feet(map_: TableMap, sources: Sequence[Source], faults: Faults) -> No
             faults.add(map_.error("", "walk", text))
 
 
+def _check_names_of_walks(rows: Rows, map_: TableMap, faults: Faults) -> None:
+    """Finds walks that are one because files in several folders have the same name."""
+    if "{file}" not in map_.get("", "walk", ()) or rows.frame.empty:
+        return
+    parts = rows.frame[["walk", "source"]].drop_duplicates()
+    origins = [rows.sources[number].origin for number in parts["source"]]
+    keys = list(zip(parts["walk"], [(one.file, one.sheet) for one in origins], strict=True))
+    twice = next((one for one, key in zip(origins, keys, strict=True) if keys.count(key) > 1), None)
+    if twice is not None:
+        text = f'walk: found "{twice.file}" as the name of several files, expected another for each'
+        text += ' walk: rename them, or name columns that tell walks apart, walk = ["{file}", ...]'
+        faults.add(map_.error("", "walk", text))
+
+
 def read_rows(sources: list[Source], map_: TableMap, faults: Faults) -> Rows:
     """The rows of all tables."""
     _check_feet(map_, sources, faults)
@@ -460,6 +513,8 @@ def read_rows(sources: list[Source], map_: TableMap, faults: Faults) -> Rows:
     if frames:
         rows.frame = pd.concat(frames, ignore_index=True)
         rows.frame.attrs = {"since": since}
+    _check_names_of_walks(rows, map_, faults)
+    _note_missing(rows)
     _not_read(rows, map_)
     for number, condition in enumerate(map_.exclude):
         is_of_rows = bool({"column", "lines"} & condition.keys())

@@ -26,7 +26,7 @@ from ._cells import (
 )
 from ._grids import Grid, all_grids, plain
 from ._map import FEET, TableMap
-from ._places import Faults, Origin, counted, listed, nearest, shown
+from ._places import LINES, Faults, Origin, counted, listed, nearest, shown
 from ._units import unit_of
 
 # What a header may stand below, in rows.
@@ -34,7 +34,8 @@ _PREAMBLE = 200
 # Words of rows that sum a table up, in the first cells of a row.
 _TOTAL = (
     r"(mean|average|avg|mittel|mittelwert|mw|ø|⌀|x̄|moyenne|media|promedio|sd|stdev|std|"
-    r"std\.? ?(dev|abw)\.?|standard ?(deviation|error|abweichung)|stabw|stdabw|sem|cv|%cv|cv ?%|"
+    r"std\.? ?(dev|abw)\.?|standard ?(deviation|error|abweichung|abw\.?)|stabw|stdabw|sem|"
+    r"cv|%cv|cv ?%|vk|variationskoeffizient|"
     r"[eé]cart[- ]?type|desviaci[oó]n( est[aá]ndar)?|median|m[eé]diane?|mediana|min|max|minimum|"
     r"maximum|totals?|sum|summe|gesamt|count|anzahl|n)"
 )
@@ -295,7 +296,7 @@ def _check_widths(source: Source, map_: TableMap, faults: Faults) -> None:
         cells = source.uneven.get(line)
         if cells is None or all(is_empty(row[place]) for place in used):
             continue
-        more = hint if cells > width else "; [[skip]] lines = [...] leaves rows out"
+        more = hint if cells > width else f"; [[skip]] lines = {LINES} leaves rows out"
         found = f"{cells} cell" + "s" * (cells != 1)
         faults.add_cell(source.origin, line, None, found, f"{width}{more}")
 
@@ -513,21 +514,20 @@ def _with_word_on_sheets(grids: list[Grid], map_: TableMap, faults: Faults) -> l
     kept = []
     for file, found in groupby(grids, key=lambda grid: grid.origin.file):
         book = list(found)
-        if len(book) == 1:
+        if len(book) == 1 or not book[0].origin.sheet:
             kept += book
             continue
         most = [_header_at(grid, map_.names, 1)[1] for grid in book]
-        names = [
-            shown(grid.origin.sheet)
-            for grid, count in zip(book, most, strict=True)
-            if count and count == max(most)
-        ] or [shown(grid.origin.sheet) for grid in book]
+        fitting = [g for g, n in zip(book, most, strict=True) if n and n == max(most)] or book
+        names = [shown(grid.origin.sheet) for grid in fitting]
+        longest = shown(max(fitting, key=lambda grid: len(grid.rows)).origin.sheet)
         text = f"found {len(book)} sheets ({listed(shown(grid.origin.sheet) for grid in book)}), "
         text += "expected a word on which to read: "
         if len(names) == 1:
             text += f"{names[0]} alone has the map's columns: [table] sheet = {names[0]}"
         else:
-            text += f"[table] sheet = {names[0]} for one; where each is a walk, [table] sheet = "
+            text += f"[table] sheet = {longest} for one (it has the most rows); where each is a "
+            text += "walk, [table] sheet = "
             text += f'[{listed(names)}] with walk = ["{{sheet}}"]'
             if not map_.feet_by:
                 text += '; where each is a foot, [feet] by = "sheets" with left = '

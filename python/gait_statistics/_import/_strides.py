@@ -16,6 +16,7 @@ from ._doubts import (
     check_ends,
     check_overlaps,
     check_strike_of_durations,
+    doubt_of_coarse_times,
     doubt_of_durations,
     doubt_of_long_strides,
     doubts_of_step_times,
@@ -24,7 +25,7 @@ from ._events import contacts_of, has_order
 from ._fields import CONVERSIONS, DERIVATION, DERIVATIONS, FIELD
 from ._map import FEET, TableMap
 from ._parts import BLANK_ROW, changes_at, column_of, has_blank_above, is_part, restart_of, walks_in
-from ._places import Faults, Origin, counted, listed, shown
+from ._places import LINES, Faults, Origin, counted, listed, shown
 from ._rows import OTHER, Rows
 
 Numbers = NDArray[np.float64]
@@ -81,25 +82,37 @@ def _origin(rows: Rows, frame: pd.DataFrame, at: int) -> tuple[Origin, int]:
     return rows.sources[int(frame["source"].iloc[at])].origin, int(frame["line"].iloc[at])
 
 
-def _alternate(frame: pd.DataFrame, first: str, strides: Strides) -> pd.DataFrame:
+def _places_in_words(frame: pd.DataFrame, rows: Rows) -> str:
+    """The tables and the lines of some rows."""
+    lines: dict[Origin, list[int]] = {}
+    for at in range(len(frame)):
+        origin, line = _origin(rows, frame, at)
+        lines.setdefault(origin, []).append(line)
+    return listed(f"{one.name}, {one.rows_in_words(found)}" for one, found in lines.items())
+
+
+def _alternate(frame: pd.DataFrame, first: str, rows: Rows, strides: Strides) -> pd.DataFrame:
     """Gives rows feet in turn, anew after each break; a missing duration ends what is sure."""
     has_duration = ~np.isnan(_column(frame, "gct")) | ("gct" not in frame)
     stretches = list(zip(frame["source"], frame["breaks"], strict=True))
     feet: list[str] = []
     is_sure: list[bool] = []
+    without: list[int] = []
     for _, stretch in groupby(range(len(frame)), key=lambda at: stretches[at]):
         places = list(stretch)
         # The contact after one without a duration may belong to either foot. The last two of a
         # stretch have none, because no later contact closes their strides.
         unknown = [at for at in places[:-2] if not has_duration[at]]
         end = unknown[0] if unknown else places[-1]
+        without += unknown[:1]
         is_sure += [at <= end for at in places]
         feet += [first if number % 2 == 0 else OTHER[first] for number in range(len(places))]
     lost = len(frame) - sum(is_sure)
     if lost:
+        where = _places_in_words(frame.iloc[without], rows)
         strides.notes.append(
             f"{counted(lost, 'row')} left out: after a row without a stride time their foot is not "
-            "known"
+            f"known ({where})"
         )
     return frame.assign(foot=feet)[is_sure].reset_index(drop=True)
 
@@ -148,15 +161,20 @@ def _moments(frame: pd.DataFrame, rows: Rows, map_: TableMap, strides: Strides) 
         strides.derived.append("times: counted from the first one of the walk")
 
 
-def _footfalls(frame: pd.DataFrame, map_: TableMap, strides: Strides) -> pd.DataFrame:
+def _footfalls(frame: pd.DataFrame, rows: Rows, strides: Strides) -> pd.DataFrame:
     """Strides from one contact of a foot to its next."""
     frame["end"] = _shifted(frame, "hs", "next of foot")
     is_stride = frame["end"].notna() & frame["hs"].notna()
-    if "gct" in frame:
-        is_stride &= frame["gct"].notna()
     lost = int((~is_stride).sum())
     if lost:
         strides.notes.append(f"{counted(lost, 'contact')} left out: no stride begins there")
+    if "gct" in frame:
+        without = frame[is_stride & frame["gct"].isna()]
+        if len(without):
+            what = counted(len(without), "stride")
+            where = _places_in_words(without, rows)
+            strides.notes.append(f"{what} left out: without a stride time (begin: {where})")
+        is_stride &= frame["gct"].notna()
     strides.derived.append("end of a stride: the next contact of the foot")
     return frame[is_stride].reset_index(drop=True)
 
@@ -412,7 +430,7 @@ def _check_places(
         empty = [name for name in names if np.isnan(frame[name].iloc[at])]
         name = next((n for n in empty if n in map_.columns), empty[0] if empty else "hs")
         key = (int(frame["source"].iloc[at]), name, str(frame["foot"].iloc[at]))
-        expected = f"{name} of a stride; [[skip]] leaves rows out that are none"
+        expected = f"{name} of a stride; [[skip]] lines = {LINES} leaves rows out that are none"
         faults.add_cell(origin, line, rows.columns.get(key), "a missing value", expected)
     before_zero = np.flatnonzero(first < 0)
     for at in before_zero:
@@ -429,7 +447,12 @@ def _check_places(
     for at in np.flatnonzero(last < first):
         origin, line = _origin(rows, frame, at)
         found = f"a stride from {first[at] / strides.rate:g} to {(last[at] + 1) / strides.rate:g} s"
-        faults.add_cell(origin, line, None, found, "its end after its begin")
+        is_twice = last[at] == first[at] - 1
+        more = f": is it there twice? [[skip]] lines = {LINES} leaves it out"
+        if not is_twice:
+            is_footfalls = map_.get("", "rows") == "footfalls"
+            more = "; sort = true puts rows in order of time" if is_footfalls else ""
+        faults.add_cell(origin, line, None, found, f"its end after its begin{more}")
     return not len(lost) and not len(before_zero) and not len(too_late)
 
 
@@ -470,6 +493,8 @@ def _in_order(frame: pd.DataFrame, rows: Rows, map_: TableMap, faults: Faults) -
         expected = f"strides in order of time: where another walk begins, walk = [{how}] parts "
         expected += "walks, or the columns that tell them apart; where times begin anew within a "
         expected += "walk, breaks; sort = true puts strides of one walk in order"
+        if len(falls) > len(part) / 3:
+            expected = "strides in order of time: sort = true puts them in order"
         for at in falls:
             origin, line = _origin(rows, frame, int(part[at]))
             found = f"a {foot} stride that begins before the one above it"
@@ -493,9 +518,10 @@ def _with_events(
     _moments(frame, rows, map_, strides)
     is_of_events = map_.get("events", "column") is not None
     is_footfalls = is_of_events or map_.get("", "rows") == "footfalls"
+    if is_footfalls and map_.get("", "sort") and "hs" in frame:
+        # What a stride ends with is the contact that comes next in time, and not in the table.
+        frame = frame.sort_values("hs", kind="stable").reset_index(drop=True)
     if is_of_events:
-        if map_.get("", "sort"):
-            frame = frame.sort_values("hs", kind="stable").reset_index(drop=True)
         if not has_order(frame, rows.sources, faults):
             return None
         frame, notes = contacts_of(frame)
@@ -509,7 +535,7 @@ def _with_events(
         faults.add(map_.error("", "rows", text))
         return None
     if is_footfalls:
-        frame = _footfalls(frame, map_, strides)
+        frame = _footfalls(frame, rows, strides)
     if rows.units.get("gct") == "samples":
         frame["gct"] = frame["gct"] / strides.given_rate
     if map_.get("", "times") == "end to end" and "gct" in frame:
@@ -522,6 +548,7 @@ def _with_events(
     _samples(frame, rows, strides)
     doubts = [doubt_of_durations(frame, rows, map_, strides.rate)]
     strides.has_sure_ends = doubts[0] is None
+    doubts.append(doubt_of_coarse_times(frame, rows))
     if is_footfalls and "gct" not in map_.columns:
         doubts.append(doubt_of_long_strides(frame, rows))
     strides.doubts += [doubt for doubt in doubts if doubt is not None]
@@ -552,7 +579,7 @@ def strides_of(
     strides = Strides(name, key, frame)
     frame = _without_empty(frame, [column for column in FIELD if column in frame])
     if map_.feet_by == "rows":
-        frame = _alternate(frame, map_.get("feet", "first"), strides)
+        frame = _alternate(frame, map_.get("feet", "first"), rows, strides)
     with_events = _with_events(frame, rows, map_, strides, faults)
     if with_events is None or not _check_places(with_events, rows, map_, strides, faults):
         return None

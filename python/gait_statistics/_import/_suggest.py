@@ -13,6 +13,7 @@ from typing import Any
 
 import numpy as np
 import pandas as pd
+from numpy.typing import NDArray
 
 from .._errors import InputError
 from ._cells import (
@@ -26,13 +27,14 @@ from ._cells import (
     signs_of,
     text_of_cell,
 )
-from ._doubts import STEPS_ALONE, is_end_of_next
+from ._doubts import STEPS_ALONE, is_end_of_next, strike_of_durations
 from ._events import known_event
 from ._fields import FIELD, FOOT_WORDS, MORE_FOOT_WORDS, NEVER_ZERO, SIGNED
 from ._grids import Grid, all_grids, named_tables, turned
 from ._guess import (
     CODES_FOR_MISSING,
     Known,
+    is_count,
     is_numeric,
     is_of_samples,
     median_bounds,
@@ -60,8 +62,35 @@ _WALK_NAME = re.compile(
     re.IGNORECASE,
 )
 _EXCLUDE_NAME = re.compile(r"turn|wende|exclu|valid|outlier|artefact|artifact|ausschluss", re.I)
+# Rows of which so many come before the one above them are in no order.
+_UNSORTED = 0.3
+# So many rows may have no foot, such as those of means.
+_FEW_ROWS = 6
 # No recording lasts so long (s): its times count from elsewhere.
 _LONG_AGO = 1e6
+
+
+# What belongs to a whole stride, and stands where its duration does.
+_OF_STRIDES = ("gct", "slength", "speed", "cadence", "swing")
+
+
+@dataclass
+class _Column:
+    """A line of [columns]: the table's name, keys as they are written, and a remark."""
+
+    name: str
+    keys: dict[str, str] = field(default_factory=dict)
+    remark: str = ""
+
+    def add_remark(self, text: str) -> None:
+        self.remark += ("; " if self.remark else "") + text
+
+    def __str__(self) -> str:
+        text = _quoted(self.name)
+        if self.keys:
+            keys = ", ".join(f"{name} = {value}" for name, value in self.keys.items())
+            text = f"{{column = {text}, {keys}}}"
+        return text + (f"  # {self.remark}" if self.remark else "")
 
 
 @dataclass
@@ -69,9 +98,11 @@ class _Suggestion:
     """What was found out about a table.
 
     Attributes:
-        columns: the text of each column's value in the map.
+        columns: each of our columns that was placed.
         remarks: what the user is to look at.
-        places: the table's column for each of ours.
+        missing: what stands for missing in each of our columns.
+        places: the table's column for each of ours; of the left foot where each has its own.
+        walks: the table's columns that tell walks apart.
     """
 
     top: dict[str, str] = field(default_factory=dict)
@@ -79,13 +110,14 @@ class _Suggestion:
     feet: dict[str, str] = field(default_factory=dict)
     events: dict[str, str] = field(default_factory=dict)
     has_lift_offs: bool = False
-    columns: dict[str, str] = field(default_factory=dict)
+    columns: dict[str, _Column] = field(default_factory=dict)
     remarks: list[str] = field(default_factory=list)
-    skip: list[str] = field(default_factory=list)
+    skip: list[list[str]] = field(default_factory=list)
     used: set[int] = field(default_factory=set)
-    missing: list[Any] = field(default_factory=list)
+    missing: dict[str, list[Any]] = field(default_factory=dict)
     numbers: dict[str, list[float]] = field(default_factory=dict)
     places: dict[str, int] = field(default_factory=dict)
+    walks: list[int] = field(default_factory=list)
 
 
 def _quoted(value: Any) -> str:
@@ -137,11 +169,9 @@ def _reference(source: Source, place: int) -> str:
     return name if name and len(source.places(name)) == 1 else f"#{place + 1}"
 
 
-def _column_text(name: str, field_name: str, unit: str, is_said: bool, remark: str) -> str:
-    value = _quoted(name)
-    if unit != FIELD[field_name].unit and not is_said:
-        value = f'{{column = {value}, unit = "{unit}"}}'
-    return value + (f"  # {remark}" if remark else "")
+def _column(name: str, field_name: str, unit: str, is_said: bool, remark: str) -> _Column:
+    is_plain = is_said or unit == FIELD[field_name].unit
+    return _Column(name, {} if is_plain else {"unit": _quoted(unit)}, remark)
 
 
 # ---- Feet
@@ -171,7 +201,8 @@ def _foot_column(source: Source, said: _Suggestion) -> bool:
     for place, name in enumerate(source.names):
         texts = [text_of_cell(cell) for cell in source.cells(place) if not is_empty(cell)]
         words = list(dict.fromkeys(texts))
-        if not 1 <= len(words) <= 2 or len(texts) < len(source.rows):
+        without = len(source.rows) - len(texts)
+        if not 1 <= len(words) <= 2 or without > min(_FEW_ROWS, len(source.rows) / 4):
             continue
         feet = [_foot_of_word(word) for word in words]
         is_named = bool(_FOOT_NAME.search(name))
@@ -187,6 +218,9 @@ def _foot_column(source: Source, said: _Suggestion) -> bool:
         else:
             continue
         said.feet["column"] = _quoted(_reference(source, place))
+        if without:
+            remark_of_rows = f"empty = true  # {counted(without, 'row')} without a foot"
+            said.skip.append([f"column = {said.feet['column']}", remark_of_rows])
         is_plain = all(
             word.casefold() in FOOT_WORDS.get(foot, ())
             or re.search(rf"\b{foot}\b", word.casefold())
@@ -212,15 +246,31 @@ def _event_column(source: Source, said: _Suggestion) -> None:
         if "strike" not in kinds.values() or len(known) < 2:
             continue
         name = _reference(source, place)
+        if not said.feet:
+            name = _events_of_each_foot(source, place, said) or name
         said.events["column"] = _quoted(name)
         said.has_lift_offs = "lift_off" in kinds.values()
         said.used.add(place)
         others = [word for word in kinds if word not in known]
         if others:
-            said.skip = [f"column = {_quoted(name)}", f"is = {_quoted(others)}  # other events"]
+            words = f"is = {_quoted(others)}  # other events"
+            said.skip.append([f"column = {_quoted(name)}", words])
         if not said.feet:
             _feet_of_events(name, known, said)
         return
+
+
+def _events_of_each_foot(source: Source, place: int, said: _Suggestion) -> str | None:
+    """The name with {foot} of a column of events that the other foot has, too."""
+    own = _foot_token(source.names[place])
+    tokens = {at: _foot_token(name) for at, name in enumerate(source.names)}
+    both = [(at, one) for at, one in tokens.items() if one and own and one[2] == own[2]]
+    if own is None or {one[0] for _, one in both} != set(FEET):
+        return None
+    for at, (foot, word, _) in both:
+        said.feet[foot] = _quoted(word)
+        said.used.add(at)
+    return own[2]
 
 
 def _feet_of_events(name: str, words: Sequence[str], said: _Suggestion) -> None:
@@ -237,15 +287,17 @@ def _feet_of_events(name: str, words: Sequence[str], said: _Suggestion) -> None:
 
 def _times_of_events(source: Source, said: _Suggestion) -> None:
     """The column with the times of events, which may be samples."""
-    rising = [p for p in range(source.width) if p not in said.used and rises(source, p)]
+    others = [p for p in range(source.width) if p not in said.used]
+    rising = [p for p in others if rises(source, p) and not is_count(source, p)]
     if not {"hs", "first_sample"} & said.columns.keys() and rising:
-        said.columns["hs"] = _quoted(_reference(source, rising[0])) + "  # by its values: confirm"
+        said.columns["hs"] = _Column(_reference(source, rising[0]), {}, "by its values: confirm")
         said.places["hs"] = rising[0]
         said.used.add(rising[0])
     counted_as_samples = said.columns.pop("first_sample", None)
-    name = counted_as_samples or said.columns.get("hs", "")
-    if counted_as_samples or ("hs" in said.places and is_of_samples(source, said.places["hs"])):
-        said.columns["hs"] = f'{{column = {name.partition("  #")[0]}, unit = "samples"}}'
+    column = counted_as_samples or said.columns.get("hs")
+    is_of_samples_too = "hs" in said.places and is_of_samples(source, said.places["hs"])
+    if column and (counted_as_samples or is_of_samples_too):
+        said.columns["hs"] = _Column(column.name, {"unit": '"samples"'})
         said.top["# sampling_rate"] = "???   # fill in: the table counts samples"
 
 
@@ -300,6 +352,9 @@ def _feet_elsewhere(sources: Sequence[Source], said: _Suggestion) -> None:
     for by in ("sheet", "file"):
         names = [getattr(source.origin, by) for source in sources]
         tokens = [_foot_token(name) for name in names]
+        if {token[0] for token in tokens if token} != set(FEET):
+            # One foot alone: a letter may stand for anything, such as the r of "r_export".
+            tokens = [token if token and len(token[1]) > len("re") else None for token in tokens]
         if any(tokens):
             said.feet["by"] = _quoted(by + "s")
             is_sheet_each = by == "sheet" and len(sources) == len(FEET)
@@ -341,10 +396,13 @@ def _place_columns(source: Source, said: _Suggestion, pairs: dict[str, int]) -> 
     twins = {place for place, name in enumerate(source.names) if f"{name[:-2]}{{foot}}" in pairs}
     tokens |= twins if pairs else set()
     said.used |= twins
+    # Beside a column that says which foot a row is of, a column of one foot is not that of both.
+    has_other_feet = bool(pairs) or "column" in said.feet
     names = [
         (place, own.get(place, name).replace("{foot}", " "))
         for place, name in enumerate(source.names)
-        if name and place not in said.used and (place in own or not pairs or place not in tokens)
+        if name and place not in said.used
+        if place in own or not has_other_feet or place not in tokens
     ]
     placed = placed_by_name(source, names)
     known = _known(source, placed)
@@ -362,18 +420,21 @@ def _place_columns(source: Source, said: _Suggestion, pairs: dict[str, int]) -> 
         if field_name == "gct" and len(numbers) > 3 and len(set(numbers)) == 1:
             remark = (f"{remark}; " if remark else "") + "the same in all rows: is it measured?"
         name = own.get(place) or _reference(source, place)
-        said.columns[field_name] = _column_text(name, field_name, unit, is_said, remark)
+        said.columns[field_name] = _column(name, field_name, unit, is_said, remark)
         scale = factor_to(unit, "s") if field_name == "gct" else None
         said.numbers[field_name] = [v * (scale or 1.0) for v in numbers_of(source, place)]
         said.places[field_name] = place
         if field_name in ("hs", "end"):
             _say_from_the_first(source, place, unit, said)
         said.used.add(place)
+        both = {place}
         if pairs and place in own:
-            said.used |= {
+            both |= {
                 p for p in tokens if (t := _foot_token(source.names[p])) and t[2] == own[place]
             }
-        _look_for_missing(field_name, source, place, said)
+        said.used |= both
+        for one in sorted(both):
+            _look_for_missing(field_name, source, one, said)
     _times_by_value(source, said, known.stride)
 
 
@@ -405,8 +466,9 @@ def _times_by_value(source: Source, said: _Suggestion, stride: float | None) -> 
         if place not in said.used and is_numeric(source, place):
             unit = _unit_by_gaps(source, place, said, stride)
         if unit:
-            column = _column_text(_reference(source, place), "hs", unit, False, "by its values")
+            column = _column(_reference(source, place), "hs", unit, False, "by its values")
             said.columns = {"hs": column, **said.columns}
+            said.places["hs"] = place
             said.used.add(place)
             _say_from_the_first(source, place, unit, said)
             return
@@ -435,19 +497,79 @@ def _look_for_missing(field_name: str, source: Source, place: int, said: _Sugges
             return
         is_code = value in CODES_FOR_MISSING and field_name not in SIGNED
         is_code &= value != 0 or field_name in NEVER_ZERO
-        if (number is None or is_code) and value not in said.missing:
-            said.missing.append(int(value) if isinstance(value, float) else value)
+        found = said.missing.setdefault(field_name, [])
+        if (number is None or is_code) and value not in found:
+            found.append(int(value) if isinstance(value, float) else value)
+
+
+def _say_missing(said: _Suggestion) -> None:
+    """Values that stand for missing: for all columns where each has them, else for its own."""
+    found = [said.missing.get(name, []) for name in said.columns]
+    shared = [value for value in found[0] if all(value in one for one in found)] if found else []
+    if shared:
+        said.top["missing"] = _quoted(shared)
+    for name, values in said.missing.items():
+        if len(values) > len(shared):
+            said.columns[name].keys["missing"] = _quoted(values)
+
+
+def _seconds(source: Source, place: int, column: _Column, own: str) -> NDArray[np.float64]:
+    """The moments or durations of a column (s), row by row."""
+    said = said_unit(source, place)
+    unit = json.loads(column.keys["unit"]) if "unit" in column.keys else said or own
+    moments = [
+        None if is_empty(cell) else moment_of(cell, source.signs) for cell in source.cells(place)
+    ]
+    values = [np.nan if one is None else one.seconds for one in moments]
+    return np.array(values) * (factor_to(unit, "s") or np.nan)
+
+
+def _say_strike_of_durations(source: Source, said: _Suggestion) -> None:
+    """Says in which row the duration of a stride stands, where its strikes tell."""
+    is_open = {"hs", "gct"} <= said.places.keys() and not {"end", "last_sample"} & {*said.columns}
+    if not is_open or "# first" in said.feet:
+        return
+    hs, gct = (
+        _seconds(source, said.places[name], said.columns[name], FIELD[name].unit)
+        for name in ("hs", "gct")
+    )
+    feet = _feet_of_rows(source, said)
+    walks = [tuple(text_of_cell(row[place]) for place in said.walks) for row in source.rows]
+    keys = list(zip(feet, walks, strict=True))
+    rows_of = {key: [at for at, one in enumerate(keys) if one == key] for key in {*keys}}
+    found = strike_of_durations([(hs[rows], gct[rows]) for rows in rows_of.values()])
+    if found == "previous":
+        said.top["rows"] = (
+            '"footfalls"  # a stride time stands with the strike that ends its stride'
+        )
+        for name in _OF_STRIDES:
+            if name in said.columns:
+                said.columns[name].keys["row"] = '"next of foot"'
+                said.columns[name].add_remark(
+                    "as gct: confirm" if name != "gct" else "by the distances of hs"
+                )
+    if found == "neither":
+        said.remarks += textwrap.wrap(
+            "The durations of strides (gct) fit the distance of the foot's strikes (hs) neither to "
+            "the next nor to the one before: look at their units, and at what they are.",
+            90,
+        )
 
 
 def _say_walks(sources: Sequence[Source], said: _Suggestion) -> None:
     source = sources[0]
-    names = []
+    names, merged = [], []
     for place, name in enumerate(source.names):
         texts = [text_of_cell(cell) for cell in source.cells(place)]
         is_repeated = 1 < len(set(texts)) <= len(texts) / 4
         if name and place not in said.used and _WALK_NAME.search(name) and is_repeated:
             names.append(name)
+            if texts[0] and "" in texts:
+                merged.append(name)
+            said.walks.append(place)
             said.used.add(place)
+    if merged:
+        said.top["fill_down"] = _quoted(merged) + "  # their empty cells repeat the cell above"
     if names:
         said.top["walk"] = _quoted(names)
     elif len(sources) > 2 and said.feet.get("by") in ('"files"', '"sheets"'):
@@ -464,6 +586,13 @@ def _say_parts(source: Source, said: _Suggestion) -> None:
     rows = [row for row, foot in enumerate(feet) if foot == feet[0]]
     used = [source.name_of(place) for place in said.places.values()]
     lines = [source.lines[row] for row in rows]
+    if "hs" in said.places:
+        strikes = numbers_of(source, said.places["hs"])
+        if len(strikes) == len(feet):
+            steps = np.diff([strikes[row] for row in rows])
+            if np.mean(steps < 0) > _UNSORTED:
+                said.top["sort"] = "true  # the rows are not in order of time"
+                return
     found = walks_in(pd.DataFrame({"line": lines}), source, used)
     for name in ("hs", "first_sample", "end"):
         if not found and name in said.places:
@@ -478,6 +607,8 @@ def _say_parts(source: Source, said: _Suggestion) -> None:
 
 def _feet_of_rows(source: Source, said: _Suggestion) -> list[str]:
     """The word for the foot of each row; empty where no column has one."""
+    if source.headings:
+        return [source.headings.get(line, "") for line in source.lines]
     if "column" not in said.feet:
         return [""] * len(source.rows)
     place = source.places(json.loads(said.feet["column"]))[0]
@@ -513,9 +644,8 @@ def _say_rate(source: Source, said: _Suggestion) -> None:
     known = sum(gct)
     is_exclusive = _is_end_exclusive(source, said)
     if is_exclusive:
-        name = said.columns["last_sample"]
-        remark = "  # it is the foot's next first_sample"
-        said.columns["last_sample"] = f"{{column = {name}, add = -1}}{remark}"
+        said.columns["last_sample"].keys["add"] = "-1"
+        said.columns["last_sample"].add_remark("it is the foot's next first_sample")
     if not (first and len(first) == len(last) == len(gct) and known):
         said.top["# sampling_rate"] = "???   # fill in: the table counts samples"
         return
@@ -525,8 +655,8 @@ def _say_rate(source: Source, said: _Suggestion) -> None:
     add = min(rates, key=lambda way: abs(rates[way] - round(rates[way])))
     said.top["sampling_rate"] = f"{round(rates[add])}  # by samples and durations"
     if add and not is_exclusive:
-        name = said.columns["last_sample"]
-        said.columns["last_sample"] = f"{{column = {name}, add = -1}}  # the end is not counted"
+        said.columns["last_sample"].keys["add"] = "-1"
+        said.columns["last_sample"].add_remark("the end is not counted")
 
 
 def _say_others(source: Source, said: _Suggestion) -> list[str]:
@@ -620,6 +750,21 @@ def _guessed_signs(source: Source) -> Signs:
     return Signs(",")
 
 
+def _words_of_headings(grid: Grid) -> dict[tuple[str, str], Any]:
+    """The words for the feet that stand alone in a line, as a map has them."""
+    filled = ([cell for cell in row if not is_empty(cell)] for row in grid.rows)
+    alone = dict.fromkeys(text_of_cell(cells[0]) for cells in filled if len(cells) == 1)
+    words = {foot: tuple(one for one in alone if _foot_of_word(one) == foot) for foot in FEET}
+    is_plain = all(
+        one.casefold() in FOOT_WORDS[foot] or re.search(rf"\b{foot}\b", one, re.IGNORECASE)
+        for foot in FEET
+        for one in words[foot]
+    )
+    if is_plain or not all(words.values()):
+        return {}
+    return {("feet", foot): found for foot, found in words.items()}
+
+
 def _named_source(grid: Grid, said: _Suggestion, faults: Faults) -> Source | None:
     """A table with its names, without knowing any; what the map must say of it is noted."""
     if grid.names is None and len(grid.rows) < 15 and len(grid.rows[0]) > 2 * len(grid.rows):
@@ -635,11 +780,14 @@ def _named_source(grid: Grid, said: _Suggestion, faults: Faults) -> Source | Non
             values = {("table", "header"): grid.lines[at - 1], ("table", "header_rows"): 2}
             said.table["header_rows"] = "2"
     values["feet", "by"] = "headings"
+    values |= _words_of_headings(grid)
     source = source_of(grid, TableMap("", values, {}, {}, [], []), faults)
     if source is None or not source.rows:
         return None
     if set(source.headings.values()) == set(FEET):
         said.feet["by"] = _quoted("headings")
+        words = {foot: values["feet", foot] for foot in FEET if ("feet", foot) in values}
+        said.feet |= {foot: _quoted(list(found)) for foot, found in words.items()}
     found = signs_of(cell for row in source.rows for cell in row)
     dates = dates_of(cell for row in source.rows for cell in row)
     if found is None:
@@ -690,7 +838,7 @@ def _say_totals(source: Source, said: _Suggestion) -> None:
     lines = {line for line, _, _ in found}
     name = _reference(source, found[0][1])
     words = list(dict.fromkeys(text for _, _, text in found))
-    said.skip = [f"column = {_quoted(name)}", f"is = {_quoted(words)}"]
+    said.skip.append([f"column = {_quoted(name)}", f"is = {_quoted(words)}"])
     kept = [number for number, line in enumerate(source.lines) if line not in lines]
     source.rows = [source.rows[number] for number in kept]
     source.lines = [source.lines[number] for number in kept]
@@ -709,7 +857,7 @@ def suggested_map(tables: Sequence[str]) -> str:
         own = _Suggestion()
         named = _named_source(grid, own, faults) if grid.rows else None
         found += [(named, own)] if named else []
-    if not found:
+    if not found and not faults:
         faults.add(InputError("tables", None, None, None, "found no row, expected a table"))
     faults.raise_any()
     found = _with_strides(found)
@@ -734,8 +882,8 @@ def suggested_map(tables: Sequence[str]) -> str:
         _times_of_events(source, said)
     else:
         _say_rate(source, said)
-    if said.missing:
-        said.top["missing"] = _quoted(said.missing)
+        _say_strike_of_durations(source, said)
+    _say_missing(said)
     is_open = "hs" in said.columns and not {"gct", "end"} & said.columns.keys()
     if is_open and not said.events:
         said.top["rows"] = '"footfalls"  # strides go from one contact to the next of the foot'
@@ -752,12 +900,13 @@ def _as_text(source: Source, sources: Sequence[Source], said: _Suggestion) -> st
     lines = [f"# A map for {names}, suggested by its names and values. Look at each line."]
     lines += [f"# {remark}" for remark in said.remarks]
     lines += _section("", said.top) + _section("table", said.table)
-    if not said.columns:
-        said.columns["# gct"] = '"..."   # no column was recognised: docs/import.md lists them all'
-    if said.skip:
-        lines += ["", "[[skip]]", *said.skip]
+    columns = {name: str(column) for name, column in said.columns.items()}
+    if not columns:
+        columns["# gct"] = '"..."   # no column was recognised: docs/import.md lists them all'
+    for condition in said.skip:
+        lines += ["", "[[skip]]", *condition]
     lines += _section("feet", said.feet) + _section("events", said.events)
-    lines += _section("columns", said.columns)
+    lines += _section("columns", columns)
     others = _say_others(source, said)
     if said.table.get("header") == "0":
         others += _relations(source)

@@ -29,7 +29,8 @@ _WORDS = {
     "m/s": ("mps",),
     "km/h": ("kmh", "kph"),
     "mile/hour": ("mph",),
-    "minute": ("mins",),
+    "minute": ("mins", "minuten", "minutos"),
+    "inch": ("zoll",),
     "step/minute": ("spm",),
     "step": ("steps", "schritt", "schritte", "pas", "pasos", "passi"),
     "stride": ("strides", "cycles", "doppelschritte"),
@@ -37,6 +38,35 @@ _WORDS = {
     "degree/s": ("dps",),
 }
 _SPELLINGS = {word: unit for unit, words in _WORDS.items() for word in words}
+# The units as the page lists them: ours, the unit, how much of ours it is, and other spellings.
+UNITS: tuple[tuple[str, str, float, str], ...] = (
+    ("s", "s", 1.0, "sec, secs, seconds, Sekunden, secondes"),
+    ("s", "ms", 0.001, "msec, millisec, milliseconds, Millisekunden"),
+    ("s", "min", 60.0, "minutes, Minuten"),
+    ("m", "m", 1.0, "metres, meters, Meter, mètres"),
+    ("m", "cm", 0.01, "centimetres, centimeters, Zentimeter"),
+    ("m", "mm", 0.001, "millimetres, millimeters, Millimeter"),
+    ("m", "in", 0.0254, "inch, inches, Zoll"),
+    ("m", "ft", 0.3048, "foot, feet"),
+    ("m/s", "m/s", 1.0, "m/sec, m s-1, m·s⁻¹, mps, metres per second"),
+    ("m/s", "cm/s", 0.01, "cm/sec, cm./sec."),
+    ("m/s", "km/h", 1 / 3.6, "kmh, kph, km/hr"),
+    ("m/s", "mph", 0.44704, "mi/h, miles/h, miles per hour"),
+    ("m/s", "ft/s", 0.3048, "ft/sec, feet per second"),
+    ("deg", "deg", 1.0, "°, degs, degrees, Grad"),
+    ("deg", "rad", 57.29577951308232, "radians"),
+    ("deg/s", "deg/s", 1.0, "°/s, deg/sec, dps, Grad/s"),
+    ("deg/s", "rad/s", 57.29577951308232, "rad/sec, radians per second"),
+    ("%", "%", 1.0, "percent, Prozent, pct, % GC, % of stride, % of gait cycle"),
+    ("%", "1", 100.0, "fraction, ratio"),
+    ("steps/min", "steps/min", 1.0, "spm, steps per minute, Schritte/min, pas/min"),
+    ("steps/min", "steps/s", 60.0, "steps/sec, steps per second, Schritte/s"),
+    ("steps/min", "strides/min", 2.0, "strides per minute, cycles/min, Doppelschritte/min"),
+    ("steps/min", "strides/s", 120.0, "strides per second, cycles/s"),
+    ("samples", "samples", 1.0, "sample, frames, frame"),
+    ("g", "g", 1.0, "G"),
+    ("g", "m/s^2", 1 / 9.80665, "m/s2, m/s², m s-2"),
+)
 # "% of gait cycle" and "% GC": what it is a share of is the column's, and no unit.
 _SHARE = re.compile(r"(?:%|percent|prozent|pct)\s*(?:of |der |des |du |de |del )?[^\W\d_][\w .]*")
 _POWERS = str.maketrans("⁻¹²−", "-12-")
@@ -61,7 +91,11 @@ def _spelled(text: str) -> str:
         return "percent"
     # The dot of "m.s-1" stands between units, that of "sec." does not.
     plain = re.sub(r"(?<=[a-z°])[.·⋅](?=[a-z])", "*", plain)
-    plain = plain.replace(".", "").replace(" per ", "/").translate(_POWERS).replace("^", "**")
+    plain = (
+        re.sub(r" (per|pro|par|por) ", "/", plain.replace(".", ""))
+        .translate(_POWERS)
+        .replace("^", "**")
+    )
     plain = re.sub(r"(?<=[a-z])(-?\d)", r"**\1", plain)
     whole = _SPELLINGS.get(plain)
     if whole:

@@ -20,10 +20,10 @@ from .._errors import InputError, WalkError, WalkWarning
 from .._result import Finding, analyse
 from .._walk import Foot, Walk, read_walk
 from ._fields import FIELD
-from ._folders import check_target, folder_names, move_into_place, write_table
+from ._folders import check_target, folder_names, move_into_place, safe_name, write_table
 from ._grids import named_tables
 from ._map import FEET, TableMap, read_map
-from ._pairs import Exclusion, doubts_of_times, exclusions_of, pairs_of
+from ._pairs import Exclusion, doubts_of_exclusions, exclusions_of, pairs_of
 from ._places import Faults, Origin, counted, listed
 from ._rows import Rows, read_rows
 from ._sources import read_sources
@@ -131,6 +131,8 @@ def _map_of_guess(finding: Finding) -> str:
             return f'{column} = {{column = ..., unit = "{unit}"}}'
     if guess.startswith("fractions"):
         return f'{finding.column} = {{column = ..., unit = "1"}}'
+    if finding.check == "strides_in_time_order":
+        return "sort = true"
     if finding.check == "one_sample_too_many":
         return "last_sample = {column = ..., add = -1}"
     if "swapped" in guess:
@@ -298,6 +300,9 @@ def _made_walks(rows: Rows, map_: TableMap, name: str, faults: Faults) -> list[I
         strides = strides_of(names[key] if key else name, key, frame, rows, map_, faults)
         if strides is None or faults:
             continue
+        if key and names[key] != safe_name(key):
+            text = f'"{" ".join(key)}" is in the folder {names[key]}: the name of another walk '
+            strides.notes.append(text + "differs in capitals or signs alone")
         pairs = pairs_of(strides, map_, faults)
         excluded = exclusions_of(strides, pairs, rows, map_, faults)
         left_out = map_.without_checks
@@ -339,7 +344,8 @@ def import_and_check(
     name = target.name if target is not None else sources[0].origin.file or "walk"
     made = _made_walks(rows, map_, name, faults)
     faults.raise_any()
-    doubts += [*rows.doubts, *doubts_of_times([one.strides for one in made], map_)]
+    walks = [one.strides for one in made]
+    doubts += [*rows.doubts, *doubts_of_exclusions(walks, rows, map_, faults)]
     if target is not None:
         target.parent.mkdir(parents=True, exist_ok=True)
     beside = tempfile.mkdtemp(
