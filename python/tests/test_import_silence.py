@@ -217,6 +217,21 @@ def test_strides_of_a_foot_that_overlap_are_an_error() -> None:
     assert "is the foot of a row wrong" in errors[0]
 
 
+def test_strides_whose_times_are_made_up_may_overlap() -> None:
+    """As those of a map that gives both strides of a row the end of the left one."""
+    table = pd.DataFrame({"end": [2.0, 3.0, 4.0], "left": 1.0, "right": [1.0, 1.0, 1.5]})
+    map_ = {
+        "feet": {"by": "columns"},
+        "columns": {"end": "end", "gct": {"left": "left", "right": "right"}},
+        "pairs": "rows",
+    }
+    with pytest.raises(gs.WalkError, match="before the foot's one from"):
+        gs.import_tables(table, map_)
+    checks = ["strides_in_time_order", "linked_strides_overlap", "left_opens_within_right"]
+    (walk,) = gs.import_tables(table, {**map_, "without_checks": checks})
+    assert len(values_of(walk.strides)["gct"]) == 6
+
+
 def test_a_row_that_is_there_twice_is_an_error() -> None:
     twice = pd.concat([STRIDES, STRIDES.iloc[[4]]], ignore_index=True)
     (error,) = errors_of(twice, sort=True)
