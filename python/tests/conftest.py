@@ -11,6 +11,7 @@ from collections.abc import Callable
 from pathlib import Path
 from typing import Any
 
+import hypothesis
 import narwhals as nw
 import pandas as pd
 import pytest
@@ -26,6 +27,10 @@ EXACT: dict[str, Any] = {} if VERSION >= (3, 1) else {"float_precision": "round_
 
 Program = Callable[..., str]
 Count = Callable[[int], None]
+
+# Every run takes the same examples; those that are asked for in large numbers are new ones.
+hypothesis.settings.register_profile("same", derandomize="GAIT_BAD_FRAMES" not in os.environ)
+hypothesis.settings.load_profile("same")
 
 CELLS = pytest.StashKey[int]()
 

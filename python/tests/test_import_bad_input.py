@@ -8,7 +8,7 @@ import warnings
 from pathlib import Path
 from typing import Any
 
-from hypothesis import HealthCheck, given, settings
+from hypothesis import HealthCheck, example, given, settings
 from hypothesis import strategies as st
 
 import gait_statistics as gs
@@ -114,6 +114,7 @@ def texts(draw: Any) -> str:
     suppress_health_check=[HealthCheck.function_scoped_fixture, HealthCheck.too_slow],
 )
 @given(texts() | texts() | texts() | st.text(max_size=20) | st.binary(max_size=20), maps())
+@example("Side,Strike,Stride\nleft,0.10,1.05", {"feet": {"only": "left"}, "columns": {}})
 def test_any_table_and_map_make_walks_or_messages(table: str | bytes, map_: dict[str, Any]) -> None:
     with tempfile.TemporaryDirectory() as folder, warnings.catch_warnings():
         warnings.simplefilter("ignore", gs.WalkWarning)

@@ -590,7 +590,7 @@ def _say_parts(source: Source, said: _Suggestion) -> None:
         strikes = numbers_of(source, said.places["hs"])
         if len(strikes) == len(feet):
             steps = np.diff([strikes[row] for row in rows])
-            if np.mean(steps < 0) > _UNSORTED:
+            if np.sum(steps < 0) > _UNSORTED * len(steps):
                 said.top["sort"] = "true  # the rows are not in order of time"
                 return
     found = walks_in(pd.DataFrame({"line": lines}), source, used)
