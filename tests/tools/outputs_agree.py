@@ -28,7 +28,7 @@ sys.path.insert(0, str(SOURCES / "tests" / "model"))
 import model  # noqa: E402
 
 SCHEMA = json.loads((SOURCES / "docs" / "output.schema.json").read_text(encoding="utf-8"))
-WITH_SIGN = {"ta", "top", "hsp", "strike_eversion"}
+ANGLES = {row.field for row in model.CATALOGUE if row.unit in ("degree", "deg")}
 MISSING_CELLS = {"", "na", "n/a", "nan", "null"}
 STATISTICS = ("mean", "median", "std", "iqr", "min", "max", "cv", "asymmetry")
 FEWEST_FOR_OUTER_PERCENTILES = 20
@@ -66,7 +66,7 @@ def number(cell: str | None, column: str) -> float:
     if cell is None or cell.strip().lower() in MISSING_CELLS:
         return model.MISSING
     value = float(cell)
-    return math.nextafter(-1.0, 0.0) if value == -1.0 and column in WITH_SIGN else value
+    return math.nextafter(-1.0, 0.0) if value == -1.0 and column in ANGLES else value
 
 
 def foot_of(folder: pathlib.Path, name: str) -> tuple[list[dict[str, Any]], list[int]]:
