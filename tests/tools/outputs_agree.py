@@ -396,9 +396,10 @@ def check_csv_strides(compare: Comparison, rows: list[dict[str, str]], shown: Wa
             percent = float(row["asymmetry_percent"])  # the order of operations is another
         same_cell(compare, row["asymmetry_percent"], percent, f"{where}, asymmetry_percent")
         for column in list(row)[values_from:]:
-            key = next(
+            keys = [
                 k for k in (*foot["values"], "DS") if column.startswith(k.replace(" ", "_") + "_")
-            )
+            ]
+            key = max(keys, key=len)  # a key may begin as another one does
             value = of_cycle["DS"] if key == "DS" else foot["values"][key][i]
             same_cell(compare, row[column], value, f"{where}, {column}")
 
