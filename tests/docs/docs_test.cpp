@@ -170,6 +170,7 @@ TEST(Versions, AreThatOfTheHeadersInWhatIsHandedOn) {
   EXPECT_NE(readme.find("gait_statistics, version " + version + " ["), std::string::npos);
   const std::string major = version.substr(0, version.find('.'));
   EXPECT_NE(readme.find("find_package(gait_statistics " + major + " "), std::string::npos);
+  EXPECT_NE(readme.find("`libgait-statistics" + major + "`"), std::string::npos);
 }
 
 TEST(Definitions, HoldTheCatalogue) {
