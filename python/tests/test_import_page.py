@@ -18,7 +18,6 @@ from print_import_page import PAGE, with_tables
 from tables_to_import import in_time_order, strides_of_both_feet
 
 import gait_statistics as gs
-from gait_statistics._import._fields import FIELD
 from gait_statistics._import._program import main
 
 TEXT = PAGE.read_text(encoding="utf-8")
@@ -27,11 +26,6 @@ BLOCKS = re.findall(r"^```(\w+) ?([^\n]*)\n(.*?)^```", TEXT, re.MULTILINE | re.D
 
 def test_the_tables_of_the_page_are_those_of_the_reader() -> None:
     assert with_tables(TEXT) == TEXT, "run python/tests/print_import_page.py"
-
-
-def test_a_map_can_fill_every_column_of_the_strides() -> None:
-    columns = set(gs.read_walk(ROOT / "examples/walks/two_feet_turn").strides.columns)
-    assert columns - {"foot", "index"} <= set(FIELD)
 
 
 def test_the_examples_for_python_are_right() -> None:
