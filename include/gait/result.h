@@ -19,8 +19,8 @@
 
 /// One gait cycle (stride) of one foot. A value that was not measured holds gait_missing.
 ///
-/// The fields from `hs` to `impact_hor` follow one another with nothing between: producers rely on
-/// the order.
+/// The measured fields follow one another with nothing between, from `hs` up to `index`: producers
+/// rely on the order.
 struct gait_foot_cycle {
   /// Sample of the recording at which the cycle starts, from 0.
   int first_sample = 0;
@@ -120,13 +120,10 @@ struct gait_generate_statistics_settings {
   float settings_value = 0.0F;
 };
 
-// Producers fill the measured fields as one row of doubles from `hs` to `impact_hor`, which `index`
-// follows.
+// Producers fill the measured fields as one row of 27 doubles.
 static_assert(offsetof(gait_foot_cycle, first_sample) == 0);
-static_assert(offsetof(gait_foot_cycle, impact_hor) ==
-              offsetof(gait_foot_cycle, hs) + 26 * sizeof(double));
 static_assert(offsetof(gait_foot_cycle, index) ==
-              offsetof(gait_foot_cycle, impact_hor) + sizeof(double));
+              offsetof(gait_foot_cycle, hs) + 27 * sizeof(double));
 static_assert(offsetof(gait_feet_cycle, right_cycle) ==
               offsetof(gait_feet_cycle, ds) + sizeof(double));
 static_assert(offsetof(gait_feet_cycle, left_cycle) ==

@@ -199,8 +199,8 @@ class Result:
 
     >>> from gait_statistics import read_walk
     >>> result = analyse(read_walk("examples/walks/two_feet_turn"))
-    >>> result.analysed, len(result.parameters), len(result.strides), len(result.walks)
-    ('both feet', 58, 78, 1)
+    >>> result.analysed, len(result.strides), len(result.walks)
+    ('both feet', 78, 1)
     >>> result.to_html().startswith("<!DOCTYPE html>")
     True
     """

@@ -27,7 +27,8 @@ GENERATED_WALKS = int(os.environ.get("GAIT_GENERATED_WALKS", "60"))
 def is_same(cell: str, value: Any) -> bool:
     """Whether a value is the one that stands in a cell, to the bit."""
     if value is None or cell == "":
-        return cell == "" and (value is None or value == "")
+        # A frame has NaN for what is missing, so a NaN that was computed is None here, too.
+        return cell in ("", "NaN") and (value is None or value == "")
     if isinstance(value, bool):
         return cell == ("TRUE" if value else "FALSE")
     if isinstance(value, float):

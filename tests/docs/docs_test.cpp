@@ -166,8 +166,11 @@ TEST(Versions, AreThatOfTheHeadersInWhatIsHandedOn) {
   const std::string version = GAIT_STATISTICS_VERSION;
   EXPECT_NE(page("CITATION.cff").find("\nversion: " + version + "\n"), std::string::npos);
   EXPECT_EQ(page("debian/changelog").rfind("gait-statistics (" + version + "-", 0), 0U);
-  EXPECT_NE(page("README.md").find("gait_statistics, version " + version + " ["),
-            std::string::npos);
+  const std::string readme = page("README.md");
+  EXPECT_NE(readme.find("gait_statistics, version " + version + " ["), std::string::npos);
+  const std::string major = version.substr(0, version.find('.'));
+  EXPECT_NE(readme.find("find_package(gait_statistics " + major + " "), std::string::npos);
+  EXPECT_NE(readme.find("`libgait-statistics" + major + "`"), std::string::npos);
 }
 
 TEST(Definitions, HoldTheCatalogue) {

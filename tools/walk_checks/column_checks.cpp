@@ -4,7 +4,6 @@
 #include "values.h"
 
 #include <algorithm>
-#include <array>
 #include <cmath>
 #include <cstddef>
 
@@ -122,23 +121,18 @@ constexpr double above_pi = 3.2;
 
 std::vector<finding> angles_in_radians(const checked_walk& walk, const value_filter& usable,
                                        alarm /*when*/) {
-  struct angle {
-    std::string_view column;
-    double cycle::*field;
-  };
-  constexpr std::array<angle, 4> angles = {{{"ta", &cycle::ta},
-                                            {"top", &cycle::top},
-                                            {"hsp", &cycle::hsp},
-                                            {"strike_eversion", &cycle::strike_eversion}}};
   constexpr std::size_t fewest_strides = 5;
   std::vector<finding> all;
-  for (const angle& angle : angles) {
-    const usable_values is_usable = usable(angle.column);
+  for (const bounds& row : bounds_table()) {
+    if (row.dim != dimension::angle) {
+      continue;
+    }
+    const usable_values is_usable = usable(row.column);
     std::vector<double> sizes;
     for (const checked_foot& foot : walk.feet) {
       for (const cycle* stride : foot.strides) {
         if (is_usable(*stride)) {
-          sizes.push_back(std::abs(stride->*angle.field));
+          sizes.push_back(std::abs(stride->*row.field));
         }
       }
     }
@@ -146,11 +140,11 @@ std::vector<finding> angles_in_radians(const checked_walk& walk, const value_fil
       continue;
     }
     const double largest = *std::max_element(sizes.begin(), sizes.end());
-    // Somebody who walks straight on turns by less than three degrees a stride, but not by less
-    // than a tenth of a degree.
-    const bool is_small = angle.column != "ta" || median(sizes) < 0.1;
+    // Angles that are small as a rule may all lie below: somebody who walks straight on turns by
+    // less than three degrees a stride, but not by less than a tenth of a degree.
+    const bool is_small = row.typical > above_pi || median(sizes) < 0.1;
     if (largest < above_pi && is_small && largest > 0.0) {
-      all.push_back(of_the_walk(foot_cycles_table, angle.column, "strides", sizes.size(),
+      all.push_back(of_the_walk(foot_cycles_table, row.column, "strides", sizes.size(),
                                 "found no angle beyond " + number(largest) +
                                     ", expected degrees, some beyond " + number(above_pi),
                                 "radians?"));

@@ -233,10 +233,12 @@ FIELDS = (
 )
 FIELD = {field.name: field for field in FIELDS}
 
-# A -1 can be measured in these, and in moments; elsewhere it stands for missing.
+ANGLES = tuple(field.name for field in FIELDS if field.unit == "deg")
+# A -1 can be measured in these; elsewhere it stands for missing.
 SIGNED = (
-    *("ta", "top", "hsp", "strike_eversion", "step_length", "min_tc", "max_tc1", "max_tc2"),
-    *("hs", "end", "lift_off", "first_sample", "last_sample"),
+    *ANGLES,
+    *("step_length", "min_tc", "max_tc1", "max_tc2"),
+    *(field.name for field in FIELDS if field.kind != "measured"),
 )
 # What no stride has a 0 of.
 NEVER_ZERO = (

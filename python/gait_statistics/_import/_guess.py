@@ -10,7 +10,7 @@ from statistics import median
 
 from .. import _core
 from ._cells import is_empty, moment_of, units_beside
-from ._fields import FIELD, FIELDS, FOOT_WORDS, MORE_FOOT_WORDS
+from ._fields import ANGLES, FIELD, FIELDS, FOOT_WORDS, MORE_FOOT_WORDS
 from ._sources import Source
 from ._units import factor_to, fits, unit_in_name
 
@@ -241,7 +241,7 @@ def unit_for(field_name: str, source: Source, place: int, known: Known) -> tuple
     if field_name not in known.bounds or not values:
         return own, ""
     middle = median(values)
-    if field_name in ("top", "hsp", "ta", "strike_eversion"):
+    if field_name in ANGLES:
         # Both fit: an angle of 0.4 may be degrees. The largest one tells.
         possible = ["rad"] if max(map(abs, values)) < 3.2 else ["deg"]
     else:
