@@ -67,7 +67,14 @@ STAGES = {
     "walk_checks": [only("walk_checks_test"), only("report_test"), EVERYTHING],
     "walk_measures": [only("walk_measures_test"), only("parameter_measures_test"), EVERYTHING],
     "charts": [only("charts_test"), EVERYTHING],
-    "page": [only("html_report_test"), EVERYTHING],
+    "page": [
+        (
+            "gait-statistics",
+            [*CTEST, "tests/tools", "--tests-regex", r"^gait_statistics_program[.]Report$"],
+        ),
+        only("html_report_test"),
+        EVERYTHING,
+    ],
     "report": [only("report_test"), ("tests/tools/all", [*CTEST, "tests/tools"]), EVERYTHING],
     "program": [THE_PROGRAM, EVERYTHING],
 }

@@ -9,6 +9,7 @@ compared.
 import csv
 import fcntl
 import functools
+import html.parser
 import io
 import itertools
 import json
@@ -144,9 +145,44 @@ class ProgramTest(unittest.TestCase):
         return rows[0][len(description.split()) :]
 
 
+class Words(html.parser.HTMLParser):
+    """What a page says, a line for each row of a table, each text of a drawing, and each block."""
+
+    ROWS = ("h1", "h2", "h3", "h4", "p", "li", "tr", "dt", "dd", "text", "title", "summary")
+
+    def __init__(self, page):
+        super().__init__()
+        self.lines = []
+        self._is_hidden = False
+        self.feed(page)
+
+    def handle_starttag(self, tag, attributes):
+        self._is_hidden = tag in ("style", "script")
+        if tag in self.ROWS or tag == "div":
+            self.lines.append("")
+
+    def handle_data(self, data):
+        if not self._is_hidden and data.strip():
+            self.lines[-1:] = [" ".join([*self.lines[-1:], *data.split()]).strip()]
+
+    def handle_endtag(self, tag):
+        self._is_hidden = False
+        if tag in self.ROWS:
+            self.lines.append("")
+
+    def text(self):
+        return "".join(f"{line}\n" for line in self.lines if line)
+
+
 class Report(ProgramTest):
     def check_golden(self, name, *arguments):
-        report = self.output(*arguments)
+        self.check_text(name, self.output(*arguments))
+
+    def check_page(self, name, *arguments):
+        page = self.output("--format", "html", *arguments)
+        self.check_text(f"{name}_page", Words(page).text())
+
+    def check_text(self, name, report):
         golden = GOLDEN / f"gait_statistics_{name}.txt"
         if os.environ.get("GAIT_UPDATE_GOLDEN"):
             golden.write_text(report, encoding="utf-8")
@@ -171,6 +207,15 @@ class Report(ProgramTest):
 
     def test_of_the_parameters(self):
         self.check_golden("list_parameters", "--list-parameters")
+
+    def test_as_a_page_of_both_feet(self):
+        self.check_page("both_feet", BOTH_FEET)
+
+    def test_as_a_page_of_one_foot_of_two(self):
+        self.check_page("right_of_both_feet", "--foot", "right", BOTH_FEET)
+
+    def test_as_a_page_of_strides_that_were_lost(self):
+        self.check_page("two_feet_turn", EXAMPLES / "two_feet_turn")
 
     def test_puts_several_walks_one_after_the_other_and_says_once_how_to_cite_it(self):
         first, citation = self.output(BOTH_FEET).split("\nMade by ")
