@@ -258,6 +258,7 @@ def main():
     verdicts = []
     unwell = 0
     with tempfile.TemporaryDirectory(prefix="gait_mutants_") as folder:
+        pathlib.Path(folder).chmod(0o755)  # some tests run the program as somebody else
         project = Project(pathlib.Path(folder), options.jobs)
         for number, mutant in enumerate(mutants, 1):
             start = time.monotonic()
