@@ -255,8 +255,9 @@ def condition_in_words(condition: dict[str, Any]) -> str:
             tests.append(f"{name} = {', '.join(texts)}")
     if "lines" in condition:
         tests.append("lines = " + ", ".join(map(str, condition["lines"])))
+    table = f"{condition['table']}: " if "table" in condition else ""
     column = f'column "{condition["column"]}": ' if "column" in condition else ""
-    return f"{column}found no row with {' and '.join(tests)}"
+    return f"{table}{column}found no row with {' and '.join(tests)}"
 
 
 def is_one_of(cell: Any, words: Iterable[Any], signs: Signs) -> bool:

@@ -12,7 +12,7 @@ from numpy.typing import NDArray
 from .._errors import InputError
 from ._fields import FIELD
 from ._map import FEET, TableMap
-from ._places import LINES, Faults, Origin, counted
+from ._places import Faults, Origin, counted
 from ._rows import Rows
 
 Numbers = NDArray[np.float64]
@@ -137,15 +137,15 @@ def check_overlaps(frame: pd.DataFrame, rows: Rows, rate: float, faults: Faults)
             origin: Origin = rows.sources[int(row["source"])].origin
             if (first[at], last[at]) == (first[at - 1], last[at - 1]):
                 found = f"the same stride as in {origin.rows_in_words([int(above['line'])])}"
-                expected = f"it once: [[skip]] lines = {LINES} leaves it out here"
+                expected = f"it once: {origin.lines_in_map()} leaves it out here"
             else:
                 found = f"a {row['foot']} stride from {first[at] / rate:g} s, before the foot's "
                 found += f"one from {first[at - 1] / rate:g} s has ended"
                 expected = "the strides of a foot one after the other: is the foot of a row wrong, "
-                expected += "or a duration? Correct the cells; [[skip]] leaves rows out, such as "
                 expected += (
-                    f"lines = {LINES}; where these are several walks, walk = [...] parts them"
+                    f"or a duration? Correct the cells; {origin.lines_in_map()} leaves rows "
                 )
+                expected += "out; where these are several walks, walk = [...] parts them"
             faults.add_cell(origin, int(row["line"]), None, found, expected)
 
 

@@ -18,7 +18,6 @@ from ._cells import (
     duration_of,
     is_empty,
     is_one_of,
-    meets,
     moment_of,
     over_midnight,
     text_of_cell,
@@ -29,8 +28,8 @@ from ._events import events_of
 from ._fields import FIELD, MORE_FOOT_WORDS, NEVER_ZERO, SIGNED
 from ._map import FEET, ColumnMap, TableMap
 from ._parts import column_of, is_part, parts_of
-from ._places import FOUND, LINES, Faults, listed, shown
-from ._sources import Source, foot_of_cell, place_of
+from ._places import FOUND, Faults, listed, shown
+from ._sources import OF_ROWS, Source, foot_of_cell, place_of, rows_meeting
 from ._units import conversion_of, expected_units, factor_to, fits, times, unit_in_name
 
 OTHER = {"left": "right", "right": "left"}
@@ -230,7 +229,7 @@ class _Reader:
         if found is None:
             text = text_of_cell(cell)
             expected = f"a number; if it means missing: missing = [{FOUND}], if the row is no "
-            expected += f"stride: [[skip]] lines = {LINES}"
+            expected += f"stride: {self.source.origin.lines_in_map()}"
             self.fault(line, shown(text), why_no_number(text) or expected)
             return Moment(np.nan, "")
         if _stands_for_missing(self.name, found.seconds, self.column):
@@ -517,7 +516,7 @@ def read_rows(sources: list[Source], map_: TableMap, faults: Faults) -> Rows:
     _note_missing(rows)
     _not_read(rows, map_)
     for number, condition in enumerate(map_.exclude):
-        is_of_rows = bool({"column", "lines"} & condition.keys())
+        is_of_rows = bool(OF_ROWS & condition.keys())
         if is_of_rows and not faults and not excluded_by(condition, rows, faults):
             said = map_.doubt_of_condition("exclude", number, condition_in_words(condition))
             rows.doubts.append(said)
@@ -525,17 +524,9 @@ def read_rows(sources: list[Source], map_: TableMap, faults: Faults) -> Rows:
 
 
 def excluded_by(condition: dict[str, Any], rows: Rows, faults: Faults) -> set[tuple[int, int]]:
-    """The rows (source, line) that a condition of [[exclude]] names by a cell or a line."""
-    found: set[tuple[int, int]] = set()
-    if "column" not in condition and "lines" not in condition:
-        return found
-    lines = set(condition.get("lines", ()))
-    for number, source in enumerate(rows.sources):
-        place = place_of(source, condition["column"], faults) if "column" in condition else None
-        if "column" in condition and place is None:
-            continue
-        for row, line in zip(source.rows, source.lines, strict=True):
-            is_met = place is None or meets(condition, row[place], source.signs)
-            if is_met and (not lines or line in lines):
-                found.add((number, line))
-    return found
+    """The rows (source, line) that a condition of [[exclude]] names by a table, cell or line."""
+    return {
+        (number, source.lines[row])
+        for number, source in enumerate(rows.sources)
+        for row in rows_meeting(condition, source, faults)
+    }

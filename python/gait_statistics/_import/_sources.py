@@ -26,9 +26,11 @@ from ._cells import (
 )
 from ._grids import Grid, all_grids, plain
 from ._map import FEET, TableMap
-from ._places import LINES, Faults, Origin, counted, listed, nearest, shown
+from ._places import Faults, Origin, counted, listed, nearest, shown
 from ._units import unit_of
 
+# What a condition of [[skip]] or [[exclude]] says of rows.
+OF_ROWS = {"table", "column", "lines"}
 # What a header may stand below, in rows.
 _PREAMBLE = 200
 # Words of rows that sum a table up, in the first cells of a row.
@@ -296,7 +298,7 @@ def _check_widths(source: Source, map_: TableMap, faults: Faults) -> None:
         cells = source.uneven.get(line)
         if cells is None or all(is_empty(row[place]) for place in used):
             continue
-        more = hint if cells > width else f"; [[skip]] lines = {LINES} leaves rows out"
+        more = hint if cells > width else f"; {source.origin.lines_in_map()} leaves rows out"
         found = f"{cells} cell" + "s" * (cells != 1)
         faults.add_cell(source.origin, line, None, found, f"{width}{more}")
 
@@ -310,19 +312,29 @@ def _fill_down(source: Source, map_: TableMap) -> None:
                 above = row[place]
 
 
+def rows_meeting(condition: dict[str, Any], source: Source, faults: Faults) -> list[int]:
+    """The rows of a table that a condition names by the table, a cell or a line."""
+    if condition.get("table", source.origin.name) != source.origin.name:
+        return []
+    lines = set(condition.get("lines", ()))
+    place = place_of(source, condition["column"], faults) if "column" in condition else None
+    if "column" in condition and place is None:
+        return []
+    return [
+        number
+        for number, (row, line) in enumerate(zip(source.rows, source.lines, strict=True))
+        if (place is None or meets(condition, row[place], source.signs))
+        and (not lines or line in lines)
+    ]
+
+
 def _without_skipped(source: Source, map_: TableMap, met: set[int], faults: Faults) -> int:
     """Takes rows out that [[skip]] names, and says how many; notes which conditions are met."""
     dropped: set[int] = set()
     for which, condition in enumerate(map_.skip):
-        lines = set(condition.get("lines", ()))
-        place = place_of(source, condition["column"], faults) if "column" in condition else None
-        if "column" in condition and place is None:
-            continue
-        for number, row in enumerate(source.rows):
-            is_met = place is None or meets(condition, row[place], source.signs)
-            if is_met and (not lines or source.lines[number] in lines):
-                dropped.add(number)
-                met.add(which)
+        found = rows_meeting(condition, source, faults)
+        dropped.update(found)
+        met.update([which] * bool(found))
     source.rows = [row for number, row in enumerate(source.rows) if number not in dropped]
     source.lines = [line for number, line in enumerate(source.lines) if number not in dropped]
     return len(dropped)
@@ -405,7 +417,8 @@ def _find_last_means(source: Source, known: set[int], faults: Faults) -> bool:
         if places:
             names = listed((source.name_of(place) for place in places), " and ")
             lines = [line for line in source.lines[at:] if line not in known]
-            expected = f"a stride; to leave it out: [[skip]] lines = {lines}"
+            skip = source.origin.lines_in_map("skip", lines)
+            expected = f"a stride; to leave it out: {skip}"
             found = f"the means of the rows above in {names}"
             faults.add_cell(source.origin, lines[0], None, found, expected)
             return True
@@ -420,9 +433,9 @@ def _find_rows_after_count(source: Source, known: set[int], faults: Faults) -> N
             lines = source.lines[at:]
             text = text_of_cell(source.rows[at][place])
             found = shown(text) if text else "an empty cell"
-            expected = "a number as in all rows above; if the row is no stride: [[skip]] lines = "
-            name = source.name_of(place)
-            faults.add_cell(source.origin, lines[0], name, found, f"{expected}{lines}")
+            expected = "a number as in all rows above; if the row is no stride: "
+            expected += source.origin.lines_in_map("skip", lines)
+            faults.add_cell(source.origin, lines[0], source.name_of(place), found, expected)
             return
 
 
@@ -537,6 +550,24 @@ def _with_word_on_sheets(grids: list[Grid], map_: TableMap, faults: Faults) -> l
     return kept
 
 
+def _grids_of(tables: Sequence[Any], map_: TableMap, faults: Faults) -> list[Grid]:
+    """The tables to read; faults where a condition of the map is about none or several of them."""
+    grids = _with_word_on_sheets(all_grids(tables, map_, faults), map_, faults)
+    if faults:
+        return grids
+    names = [grid.origin.name for grid in grids]
+    for section, conditions in (("skip", map_.skip), ("exclude", map_.exclude)):
+        for number, name in enumerate(condition.get("table") for condition in conditions):
+            if name is None or names.count(name) == 1:
+                continue
+            expected = f"one of the tables that are read: {listed(map(shown, names))}"
+            if name in names:
+                expected = "a name that one table alone has: rename the files"
+            text = f"table: found {shown(name)}, expected {expected}"
+            faults.add(map_.doubt_of_condition(section, number, text))
+    return [replace(grid, origin=replace(grid.origin, is_alone=len(names) == 1)) for grid in grids]
+
+
 def read_sources(
     tables: Sequence[Any], map_: TableMap, faults: Faults
 ) -> tuple[list[Source], list[str], list[InputError]]:
@@ -544,7 +575,7 @@ def read_sources(
     sources = []
     notes = []
     met: set[int] = set()
-    for grid in _with_word_on_sheets(all_grids(tables, map_, faults), map_, faults):
+    for grid in _grids_of(tables, map_, faults):
         source = source_of(grid, map_, faults)
         if source is None:
             continue

@@ -25,7 +25,7 @@ from ._events import contacts_of, has_order
 from ._fields import CONVERSIONS, DERIVATION, DERIVATIONS, FIELD
 from ._map import FEET, TableMap
 from ._parts import BLANK_ROW, changes_at, column_of, has_blank_above, is_part, restart_of, walks_in
-from ._places import LINES, Faults, Origin, counted, listed, shown
+from ._places import Faults, Origin, counted, listed, shown
 from ._rows import OTHER, Rows
 
 Numbers = NDArray[np.float64]
@@ -430,7 +430,7 @@ def _check_places(
         empty = [name for name in names if np.isnan(frame[name].iloc[at])]
         name = next((n for n in empty if n in map_.columns), empty[0] if empty else "hs")
         key = (int(frame["source"].iloc[at]), name, str(frame["foot"].iloc[at]))
-        expected = f"{name} of a stride; [[skip]] lines = {LINES} leaves rows out that are none"
+        expected = f"{name} of a stride; {origin.lines_in_map()} leaves rows out that are none"
         faults.add_cell(origin, line, rows.columns.get(key), "a missing value", expected)
     before_zero = np.flatnonzero(first < 0)
     for at in before_zero:
@@ -448,7 +448,7 @@ def _check_places(
         origin, line = _origin(rows, frame, at)
         found = f"a stride from {first[at] / strides.rate:g} to {(last[at] + 1) / strides.rate:g} s"
         is_twice = last[at] == first[at] - 1
-        more = f": is it there twice? [[skip]] lines = {LINES} leaves it out"
+        more = f": is it there twice? {origin.lines_in_map()} leaves it out"
         if not is_twice:
             is_footfalls = map_.get("", "rows") == "footfalls"
             more = "; sort = true puts rows in order of time" if is_footfalls else ""
