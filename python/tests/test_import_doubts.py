@@ -205,7 +205,18 @@ ALONE = {
 
 @pytest.mark.parametrize(
     "word",
-    ["Ø", "MW", "Moyenne", "Media", "StdAbw", "Mean ± SD", "Left mean", "Écart-type", "SD right"],
+    [
+        "Ø",
+        "MW",
+        "Durchschnitt",
+        "Moyenne",
+        "Media",
+        "StdAbw",
+        "Mean ± SD",
+        "Left mean",
+        "Écart-type",
+        "SD right",
+    ],
 )
 def test_a_row_is_one_of_means_by_its_word(word: str) -> None:
     table = rows_with_means()
@@ -229,6 +240,33 @@ def test_a_last_row_is_a_stride_where_its_values_are_near_the_mean_by_chance() -
     for seed in range(20):
         table = strides_of_both_feet(12, seed).round({"speed": 2, "slength": 2, "gct": 2})
         gs.import_tables(table[table["foot"] == "left"], ALONE)
+
+
+def test_last_rows_of_means_of_each_foot_are_an_error_for_each(tmp_path: Path) -> None:
+    table = STRIDES[["foot", "gct", "speed", "slength"]].round(2)
+    means = table.groupby("foot").mean().round(2).reset_index()
+    text = pd.concat([table, means]).to_csv(index=False, float_format="%.2f")
+    (tmp_path / "t.csv").write_text(text)
+    map_ = {**ALONE, "feet": {"column": "foot"}, "pairs": "order"}
+    errors = errors_of(tmp_path / "t.csv", map_)
+    for foot, line, error in zip(("left", "right"), (26, 27), errors, strict=True):
+        assert f"t.csv:{line}: found the means of the {foot} rows above in gct" in error
+        assert error.endswith(f"to leave it out: [[skip]] lines = [{line}]")
+    gs.import_tables(tmp_path / "t.csv", {**map_, "skip": [{"lines": [26, 27]}]})
+
+
+def test_last_rows_of_few_digits_are_means_where_those_of_both_feet_are(tmp_path: Path) -> None:
+    table = STRIDES[["foot", "gct", "speed"]].round(2)
+    means = table.groupby("foot").mean().round(2).reset_index()
+    columns = {name: ALONE["columns"][name] for name in ("gct", "speed")}
+    map_ = {**ALONE, "columns": columns, "feet": {"column": "foot"}, "pairs": "order"}
+    for count in (1, 2):
+        text = pd.concat([table, means.head(count)]).to_csv(index=False, float_format="%.2f")
+        (tmp_path / "t.csv").write_text(text)
+        if count == 1:
+            gs.import_tables(tmp_path / "t.csv", map_)
+        else:
+            assert len(errors_of(tmp_path / "t.csv", map_)) == 2
 
 
 @pytest.mark.parametrize("last", ["", "all"])

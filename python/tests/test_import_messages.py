@@ -220,7 +220,7 @@ def test_a_condition_names_one_of_the_tables_that_are_read(tmp_path: Path) -> No
         assert error.endswith('read: "left.csv", "right.csv"')
     others = files_of_feet(tmp_path / "other")
     skip = [{"table": "left.csv", "lines": [4]}]
-    (error,) = errors_of([*paths, *others], {**BY_FILES, "skip": skip})
+    error, *_ = errors_of([*paths, *others], {**BY_FILES, "skip": skip})
     assert error.endswith("expected a name that one table alone has: rename the files")
 
 

@@ -29,7 +29,7 @@ from ._fields import FIELD, MORE_FOOT_WORDS, NEVER_ZERO, SIGNED
 from ._map import FEET, ColumnMap, TableMap
 from ._parts import column_of, is_part, parts_of
 from ._places import FOUND, Faults, listed, shown
-from ._sources import OF_ROWS, Source, foot_of_cell, place_of, rows_meeting
+from ._sources import OF_ROWS, Source, foot_of_cell, place_of, rows_meeting, word_of_cell
 from ._units import conversion_of, expected_units, factor_to, fits, times, unit_in_name
 
 OTHER = {"left": "right", "right": "left"}
@@ -61,13 +61,6 @@ class Rows:
 # ---- Feet and walks
 
 
-def _word_of(cell: Any, pattern: str | None) -> Any:
-    if pattern is None or is_empty(cell):
-        return cell
-    found = re.search(pattern, text_of_cell(cell))
-    return (found[found.lastindex or 0] if found else None) or None
-
-
 def _words_to_say(words: Sequence[str]) -> str:
     """What to say about two words that are not known."""
     known = {word: foot for foot in FEET for word in MORE_FOOT_WORDS[foot]}
@@ -88,7 +81,7 @@ def _feet_by_column(source: Source, map_: TableMap, faults: Faults) -> list[str 
     place = place_of(source, name, faults)
     if place is None:
         return [None] * len(source.rows)
-    cells = [_word_of(cell, map_.get("feet", "pattern")) for cell in source.cells(place)]
+    cells = [word_of_cell(cell, map_.get("feet", "pattern")) for cell in source.cells(place)]
     known = {repr(cell): cell for cell in cells}
     feet_of = {key: foot_of_cell(cell, source.signs, map_) for key, cell in known.items()}
     feet = [feet_of[repr(cell)] for cell in cells]
