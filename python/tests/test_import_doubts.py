@@ -332,6 +332,30 @@ def test_one_key_says_what_a_comma_is() -> None:
     assert error.endswith('[table] decimal = "," or thousands = ","')
 
 
+def test_one_key_says_what_a_point_is_beside_whole_numbers_below_a_thousand() -> None:
+    table = pd.DataFrame({"gct": ["105", "106", "107"], "length": ["979", "1.017", "0"]})
+    columns = {
+        "gct": {"column": "gct", "unit": "samples"},
+        "slength": {"column": "length", "unit": "mm", "missing": [0]},
+    }
+    map_ = {**ALONE, "columns": columns, "sampling_rate": 100}
+    (error,) = errors_of(table, map_)
+    assert error.startswith('table 1: column length: found numbers such as "979" and "1.017", ')
+    assert error.endswith('[table] decimal = "." or thousands = "."')
+    for key, second in (({"thousands": "."}, 1.017), ({"decimal": "."}, 0.001017)):
+        with warnings.catch_warnings():
+            warnings.simplefilter("ignore", gs.WalkWarning)
+            (walk,) = gs.import_tables(table, {**map_, "table": key})
+        assert values_of(walk.strides)["slength"][:2] == pytest.approx([0.979, second])
+
+
+def test_a_point_is_that_of_decimals_where_another_column_tells() -> None:
+    table = pd.DataFrame({"gct": ["1.05", "1.06"], "speed": ["1", "1.017"]})
+    columns = {"gct": "gct", "speed": "speed"}
+    (walk,) = gs.import_tables(table, {**ALONE, "columns": columns})
+    assert values_of(walk.strides)["speed"] == [1, 1.017]
+
+
 def table_with_moments(texts: list[str]) -> pd.DataFrame:
     return pd.DataFrame({"time": texts, "gct": [1.0, 1.5][: len(texts)]})
 

@@ -17,10 +17,12 @@ from ._cells import (
     Signs,
     condition_in_words,
     dates_of,
+    has_decimal_point,
     is_empty,
     is_one_of,
     meets,
     number_of,
+    open_points,
     signs_of,
     text_of_cell,
 )
@@ -541,6 +543,16 @@ def place_of(source: Source, name: str, faults: Faults) -> int | None:
     return None
 
 
+def _ask_for_points(source: Source, places: Sequence[int], faults: Faults) -> None:
+    """Finds columns whose points may be between thousands."""
+    for place in places:
+        pair = listed(map(shown, open_points(source.cells(place))), " and ")
+        if pair:
+            text = f"found numbers such as {pair}, expected a word on what the point is: "
+            text += '[table] decimal = "." or thousands = "."'
+            faults.add(source.origin.error(None, source.name_of(place), text))
+
+
 def _signs(source: Source, map_: TableMap, faults: Faults) -> Signs:
     """The signs of a table's numbers, those of the map first."""
     decimal, thousands = map_.get("table", "decimal"), map_.get("table", "thousands", "")
@@ -552,6 +564,8 @@ def _signs(source: Source, map_: TableMap, faults: Faults) -> Signs:
     if decimal:
         return Signs(decimal, thousands, dates)
     found = signs_of(cells)
+    if found == Signs() and not thousands and not any(map(has_decimal_point, cells)):
+        _ask_for_points(source, sorted(places), faults)
     if found is None:
         example = next(cell for cell in cells if isinstance(cell, str) and "," in cell)
         text = f'found numbers such as "{example}" alone, expected a word on what the comma is: '
