@@ -288,7 +288,8 @@ def test_a_last_row_after_the_end_of_a_running_number_is_an_error(last: str) -> 
 def test_a_zero_is_an_error_until_the_map_says_what_it_means(name: str) -> None:
     values = STRIDES[["foot", "hs", "gct"]].assign(x=[0.0, *[0.5] * (len(STRIDES) - 1)])
     (error,) = errors_of(values, map_with({**TIMES, name: "x"}))
-    assert "found 0, expected a measurement; if it means missing: missing = [0]; if" in error
+    expected = f'if it means missing: {name} = {{column = "x", missing = [0]}}; if it was'
+    assert f"found 0, expected a measurement; {expected}" in error
     assert error.endswith(f"if it was measured: {name} = {{column = ..., missing = []}}")
     for column in ({"column": "x", "missing": [0]}, {"column": "x", "missing": []}):
         map_ = map_with({**TIMES, name: {**column, "unit": "1" if name == "swing" else None}})

@@ -227,10 +227,17 @@ class _Reader:
             return Moment(np.nan, "")
         if _stands_for_missing(self.name, found.seconds, self.column):
             value = f"{found.seconds:g}"
-            expected = f"a measurement; if it means missing: missing = [{value}]; if it was "
+            expected = f"a measurement; if it means missing: {self.in_map(value)}; if it was "
             expected += f"measured: {self.name} = {{column = ..., missing = []}}"
             self.fault(line, value, expected)
         return found
+
+    def in_map(self, missing: str) -> str:
+        """The line of the map with a code for missing in this column: others may measure it."""
+        is_one = self.column.names["left"] == self.column.names["right"]
+        name = shown(self.source.name_of(self.place)) if is_one else "..."
+        unit = f', unit = "{self.column.unit}"' if self.column.unit else ""
+        return f"{self.name} = {{column = {name}{unit}, missing = [{missing}]}}"
 
     def in_unit(self, found: Moment, line: int) -> float:
         """The number in the column's unit; clocks and spans of time count seconds."""
