@@ -125,6 +125,31 @@ def test_a_column_of_times_is_not_suggested_as_samples(tmp_path: Path) -> None:
         assert values_of(walk.strides)["first_sample"] == known["first_sample"].tolist()
 
 
+def test_a_unit_at_the_end_of_a_name_is_asked_for_where_it_is_another() -> None:
+    times = {"start_ms": 1000 * STRIDES["hs"], "gct_s": STRIDES["gct"]}
+    table = STRIDES[["foot"]].assign(**times)
+    columns: dict[str, Any] = {"hs": "start_ms", "gct": "gct_s"}
+    (error,) = errors_of(table, map_with(columns))
+    assert 'column start_ms: found a name that ends in "ms", expected a word on' in error
+    assert error.endswith('hs = {column = ..., unit = "ms"}, or unit = "s"')
+    for said in ({"unit": "ms"}, {"factor": 0.001}):
+        (walk,) = gs.import_tables(
+            table, map_with({**columns, "hs": {"column": "start_ms", **said}})
+        )
+        assert values_of(walk.strides)["first_sample"][0] == 100 * STRIDES["hs"][0]
+
+
+def test_whole_numbers_are_no_coarse_seconds_where_strides_are_too_long_for_seconds() -> None:
+    table = STRIDES.assign(start=(1000 * STRIDES["hs"]).round())
+    map_ = map_with(
+        {"hs": "start"}, rows="footfalls", derive=["gct"], without_checks=["gct_median"]
+    )
+    with warnings.catch_warnings(record=True) as said:
+        warnings.simplefilter("always")
+        gs.import_tables(table, map_)
+    assert not any("whole seconds" in str(one.message) for one in said)
+
+
 # ---- Feet
 
 

@@ -11,6 +11,7 @@ from numpy.typing import NDArray
 
 from .._errors import InputError
 from ._fields import FIELD
+from ._guess import median_bounds
 from ._map import FEET, TableMap
 from ._places import Faults, Origin, counted
 from ._rows import Rows
@@ -237,12 +238,15 @@ def doubts_of_step_times(frame: pd.DataFrame, rows: Rows) -> list[InputError]:
     return []
 
 
-def doubt_of_coarse_times(frame: pd.DataFrame, rows: Rows) -> InputError | None:
+def doubt_of_coarse_times(frame: pd.DataFrame, rows: Rows, rate: float) -> InputError | None:
     """A warning where the strikes are known to the second alone."""
     if rows.units.get("hs") != "s" or len(frame) <= _ENOUGH:
         return None
     hs = frame["hs"].to_numpy(dtype=float)
-    if (hs % 1.0 != 0).any():
+    strides = frame["last_sample"] - frame["first_sample"] + 1
+    # Strides as long as these tell that the unit is another, which the data checks say.
+    is_of_seconds = float(np.median(strides)) <= rate * median_bounds()["gct"][1]
+    if (hs % 1.0 != 0).any() or not is_of_seconds:
         return None
     number, foot = int(frame["source"].iloc[0]), str(frame["foot"].iloc[0])
     text = (

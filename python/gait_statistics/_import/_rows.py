@@ -26,6 +26,7 @@ from ._cells import (
 )
 from ._events import events_of
 from ._fields import FIELD, MORE_FOOT_WORDS, NEVER_ZERO, SIGNED
+from ._guess import said_unit
 from ._map import FEET, ColumnMap, TableMap
 from ._parts import column_of, is_part, parts_of
 from ._places import FOUND, Faults, listed, shown
@@ -174,6 +175,17 @@ def _key_texts(
 # ---- Values
 
 
+def _ask_for_unit(name: str, column: ColumnMap, source: Source, place: int, faults: Faults) -> None:
+    """Finds a unit at the end of a column's name that no brackets tell from a word of it."""
+    word = said_unit(source, place)
+    if word is None or column.factor is not None or not fits(name, word):
+        return
+    if factor_to(word, FIELD[name].unit) != 1.0:
+        text = f'found a name that ends in "{word}", expected a word on whether that is the unit: '
+        text += f'{name} = {{column = ..., unit = "{word}"}}, or unit = "{FIELD[name].unit}"'
+        faults.add(source.origin.error(None, source.name_of(place), text))
+
+
 def _unit_of(
     name: str, column: ColumnMap, source: Source, place: int, faults: Faults
 ) -> tuple[str, bool]:
@@ -186,6 +198,7 @@ def _unit_of(
     said = unit_in_name(source.names[place]) or source.units.get(place)
     beside = said or next(filter(None, units_beside(source.cells(place), source.signs)), None)
     if beside is None:
+        _ask_for_unit(name, column, source, place, faults)
         return FIELD[name].unit, True
     if not fits(name, beside):
         expected = listed(expected_units(name), " or ")

@@ -548,7 +548,8 @@ def _with_events(
     _samples(frame, rows, strides)
     doubts = [doubt_of_durations(frame, rows, map_, strides.rate)]
     strides.has_sure_ends = doubts[0] is None
-    doubts.append(doubt_of_coarse_times(frame, rows))
+    if doubts[0] is None:
+        doubts.append(doubt_of_coarse_times(frame, rows, strides.rate))
     if is_footfalls and "gct" not in map_.columns:
         doubts.append(doubt_of_long_strides(frame, rows))
     strides.doubts += [doubt for doubt in doubts if doubt is not None]
