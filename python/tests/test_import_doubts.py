@@ -150,6 +150,21 @@ def test_whole_numbers_are_no_coarse_seconds_where_strides_are_too_long_for_seco
     assert not any("whole seconds" in str(one.message) for one in said)
 
 
+def test_durations_of_the_stride_before_are_an_error_in_short_passes_and_coarse_times() -> None:
+    walk = strides_of_both_feet(40)
+    ends = walk.assign(gct=walk.groupby("foot")["gct"].shift(1)).dropna(subset="gct")
+    # A pause follows each third strike of a foot.
+    passes = ends.groupby("foot").cumcount() // 3
+    coarse = (30 * ends["hs"]).round() / 30
+    for hs in (ends["hs"] + 4.0 * passes, coarse):
+        (error,) = errors_of(in_time_order(ends.assign(hs=hs)), map_with(TIMES))
+        assert "column gct: found the distance to the foot's strike before" in error
+    for hs in (walk["hs"], (10 * walk["hs"]).round() / 10):
+        with warnings.catch_warnings():
+            warnings.simplefilter("ignore", gs.WalkWarning)
+            gs.import_tables(in_time_order(walk.assign(hs=hs)), map_with(TIMES))
+
+
 # ---- Feet
 
 

@@ -25,8 +25,10 @@ _TOLERANCE = 0.05
 # Ends that equal the next begin in so many of the joined strides are not counted.
 _NEARLY_ALL = 0.9
 
-# Times and durations are given to the hundredth of a second, each rounded.
-_HUNDREDTHS = 0.0151
+# Half of what times and durations to the hundredth of a second (s) are rounded by.
+_HALF_HUNDREDTH = 0.005
+# What is left of equal decimals after a subtraction (s).
+_SAME = 1e-6
 # Strides of a foot may overlap by so many samples, or so much of a stride.
 _FEW_SAMPLES = 3
 _OVERLAP = 0.25
@@ -83,9 +85,13 @@ def strike_of_durations(parts: Sequence[Sequence[Numbers]]) -> str:
     Returns:
         The strike, or an empty text where too few strides tell.
     """
+    steps = [np.where(np.diff(hs) > 0, np.diff(hs), np.nan) for hs, _ in parts]
+    known = [gaps[np.isfinite(gaps)] for gaps in steps]
+    # Gaps that are much longer lie between two passes.
+    longest = _LONG * float(np.median(np.concatenate(known))) if any(map(len, known)) else 0.0
     to_next, to_previous = [], []
-    for hs, gct in parts:
-        gaps = np.where(np.diff(hs) > 0, np.diff(hs), np.nan)
+    for (_, gct), every in zip(parts, steps, strict=True):
+        gaps = np.where(every <= longest, every, np.nan)
         to_next.append((gct[:-1] - gaps)[1:])
         to_previous.append((gct[1:] - gaps)[:-1])
     next_, previous = (
@@ -95,10 +101,11 @@ def strike_of_durations(parts: Sequence[Sequence[Numbers]]) -> str:
     next_, previous = next_[there], previous[there]
     if len(next_) < _ENOUGH:
         return ""
-    is_next, is_previous = (
-        np.mean(found <= _HUNDREDTHS) >= _NEARLY_ALL for found in (next_, previous)
-    )
-    if is_previous and not is_next and np.mean(next_) > 3 * np.mean(previous):
+    more = int(np.sum(next_ > previous + _SAME)) - int(np.sum(previous > next_ + _SAME))
+    differ = int(np.sum(np.abs(next_ - previous) > _SAME))
+    # Times may be coarse: the medians differ, and by more strides than chance makes of that.
+    is_clear = np.median(next_) > max(_HALF_HUNDREDTH, 2 * np.median(previous))
+    if is_clear and more >= 2 * np.sqrt(differ):
         return "previous"
     usual = np.nanmedian(np.concatenate([gct for _, gct in parts]))
     if min(np.median(next_), np.median(previous)) > _TOLERANCE * usual:
