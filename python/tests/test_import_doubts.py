@@ -165,6 +165,15 @@ def test_durations_of_the_stride_before_are_an_error_in_short_passes_and_coarse_
             gs.import_tables(in_time_order(walk.assign(hs=hs)), map_with(TIMES))
 
 
+def test_overlaps_of_half_a_stride_are_errors_even_where_durations_are_in_doubt() -> None:
+    late = STRIDES.assign(gct=0.9 * STRIDES["gct"])
+    warning_of(late, map_with(TIMES))
+    late.loc[6, "gct"] = 3.0
+    errors = errors_of(late, map_with(TIMES))
+    assert any("durations do not fit the begins of strides" in error for error in errors)
+    assert any("before the foot's one from" in error for error in errors)
+
+
 # ---- Feet
 
 

@@ -32,6 +32,7 @@ _SAME = 1e-6
 # Strides of a foot may overlap by so many samples, or so much of a stride.
 _FEW_SAMPLES = 3
 _OVERLAP = 0.25
+_OVERLAP_IN_DOUBT = 0.5
 
 # A stride that is so many times as long as the median has a contact that was not found in it.
 _LONG = 1.8
@@ -134,12 +135,18 @@ def check_strike_of_durations(
     faults.add(rows.sources[number].origin.error(None, name, text))
 
 
-def check_overlaps(frame: pd.DataFrame, rows: Rows, rate: float, faults: Faults) -> None:
-    """Finds strides that begin before the foot's stride before them has ended."""
+def check_overlaps(
+    frame: pd.DataFrame, rows: Rows, rate: float, doubt: InputError | None, faults: Faults
+) -> None:
+    """Finds strides that begin before the foot's stride before them has ended.
+
+    Where durations are in doubt, only half of a stride is too much, and the doubt is said as well.
+    """
+    share = _OVERLAP if doubt is None else _OVERLAP_IN_DOUBT
     for part in _stretches(frame):
         part = part.sort_values("first_sample", kind="stable")
         first, last = (part[name].to_numpy(dtype=float) for name in ("first_sample", "last_sample"))
-        allowed = max(_FEW_SAMPLES, _OVERLAP * float(np.median(last - first + 1)))
+        allowed = max(_FEW_SAMPLES, share * float(np.median(last - first + 1)))
         for at in np.flatnonzero(last[:-1] + 1 - first[1:] > allowed) + 1:
             above, row = part.iloc[at - 1], part.iloc[at]
             origin: Origin = rows.sources[int(row["source"])].origin
@@ -155,6 +162,8 @@ def check_overlaps(frame: pd.DataFrame, rows: Rows, rate: float, faults: Faults)
                 )
                 expected += "out; where these are several walks, walk = [...] parts them"
             faults.add_cell(origin, int(row["line"]), None, found, expected)
+            if doubt is not None:
+                faults.add(doubt)
 
 
 def _reason(ratio: float, length: str, rows: Rows, rate: float) -> str:

@@ -53,7 +53,7 @@ class Strides:
         given_rate: samples per second as the table counts them.
         zero: the moment of the table (s) that is 0 s of the walk.
         since: since when the moments of the table count: "", "clock" or "date".
-        has_sure_ends: whether durations fit the begins of strides.
+        doubt_of_ends: a warning where durations do not fit the begins of strides.
         derived: what was computed, and from what.
         notes: what was left out.
         doubts: what is worth a look.
@@ -66,7 +66,7 @@ class Strides:
     given_rate: float = DEFAULT_RATE
     zero: float = 0.0
     since: str = ""
-    has_sure_ends: bool = True
+    doubt_of_ends: InputError | None = None
     derived: list[str] = field(default_factory=list)
     notes: list[str] = field(default_factory=list)
     doubts: list[InputError] = field(default_factory=list)
@@ -547,7 +547,7 @@ def _with_events(
         check_strike_of_durations(frame, rows, map_, faults)
     _samples(frame, rows, strides)
     doubts = [doubt_of_durations(frame, rows, map_, strides.rate)]
-    strides.has_sure_ends = doubts[0] is None
+    strides.doubt_of_ends = doubts[0]
     if doubts[0] is None:
         doubts.append(doubt_of_coarse_times(frame, rows, strides.rate))
     if is_footfalls and "gct" not in map_.columns:
@@ -590,7 +590,7 @@ def strides_of(
     _derive(map_, strides, faults)
     strides.frame = _in_order(strides.frame, rows, map_, faults)
     are_in_order = "strides_in_time_order" not in map_.without_checks
-    if strides.has_sure_ends and are_in_order and not faults:
-        check_overlaps(strides.frame, rows, strides.rate, faults)
+    if are_in_order and not faults:
+        check_overlaps(strides.frame, rows, strides.rate, strides.doubt_of_ends, faults)
     strides.frame["index"] = strides.frame.groupby("foot", sort=False).cumcount()
     return strides
