@@ -174,6 +174,15 @@ def test_overlaps_of_half_a_stride_are_errors_even_where_durations_are_in_doubt(
     assert any("before the foot's one from" in error for error in errors)
 
 
+def test_contacts_that_run_backwards_name_breaks_before_sort() -> None:
+    passes = pd.concat([STRIDES[["foot", "hs"]]] * 2, ignore_index=True)
+    errors = errors_of(passes, map_with({"hs": "hs"}, rows="footfalls", derive=["gct"]))
+    assert (
+        "its end after its begin; where times begin anew with each pass, breaks = [...]"
+        in (errors[0])
+    )
+
+
 # ---- Feet
 
 

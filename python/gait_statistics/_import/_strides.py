@@ -38,6 +38,11 @@ _LAST_SAMPLE = 2**31 - 1
 _JOIN = 0.02
 # Times that begin after so many seconds count from long before the recording.
 _LONG_AGO = 1e6
+# What a map says where times run backwards from one contact to the next.
+_PASSES = (
+    "; where times begin anew with each pass, breaks = [...] names the column of the pass, or "
+    "walk = [...] makes walks of them; sort = true puts the rows of one walk in order of time"
+)
 # A stride that begins so many strides before the one above it belongs to another walk.
 _FALL = 3.0
 
@@ -451,7 +456,7 @@ def _check_places(
         more = f": is it there twice? {origin.lines_in_map()} leaves it out"
         if not is_twice:
             is_footfalls = map_.get("", "rows") == "footfalls"
-            more = "; sort = true puts rows in order of time" if is_footfalls else ""
+            more = _PASSES if is_footfalls else ""
         faults.add_cell(origin, line, None, found, f"its end after its begin{more}")
     return not len(lost) and not len(before_zero) and not len(too_late)
 
