@@ -144,6 +144,11 @@ def test_a_map_and_a_table_that_are_exchanged_are_told_apart(tmp_path: Path) -> 
     )
 
 
+def test_the_ways_to_tell_feet_are_named_with_headings() -> None:
+    errors = errors_of(STRIDES, {"columns": MAP["columns"]})
+    assert '"sheets", "files" or "headings" (lines with the foot\'s word alone)' in errors[0]
+
+
 # ---- Rows
 
 

@@ -476,7 +476,8 @@ def _check_feet(map_: TableMap, sources: Sequence[Source], faults: Faults) -> No
     text = ""
     if not by:
         text = "found no word on feet, expected a section [feet] with column = ..., by = "
-        text += '"columns", "sheets" or "files", first = ... for alternating rows, or only = ...'
+        text += '"columns", "sheets", "files" or "headings" (lines with the foot\'s word alone), '
+        text += "first = ... for alternating rows, or only = ..."
     elif by == "rows" and not map_.get("feet", "first"):
         text = 'first: found none, expected the foot of each walk\'s first row: first = "left" or '
         text += '"right" (--set feet.first=left)'
