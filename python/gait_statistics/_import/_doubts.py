@@ -147,7 +147,11 @@ def check_overlaps(
         part = part.sort_values("first_sample", kind="stable")
         first, last = (part[name].to_numpy(dtype=float) for name in ("first_sample", "last_sample"))
         allowed = max(_FEW_SAMPLES, share * float(np.median(last - first + 1)))
-        for at in np.flatnonzero(last[:-1] + 1 - first[1:] > allowed) + 1:
+        overlaps = np.flatnonzero(last[:-1] + 1 - first[1:] > allowed) + 1
+        if doubt is not None and 2 * len(overlaps) >= len(part):
+            # The doubt, such as one about the unit, says what is wrong with all of them.
+            continue
+        for at in overlaps:
             above, row = part.iloc[at - 1], part.iloc[at]
             origin: Origin = rows.sources[int(row["source"])].origin
             if (first[at], last[at]) == (first[at - 1], last[at - 1]):

@@ -41,7 +41,7 @@ _LONG_AGO = 1e6
 # What a map says where times run backwards from one contact to the next.
 _PASSES = (
     "; where times begin anew with each pass, breaks = [...] names the column of the pass, or "
-    "walk = [...] makes walks of them; sort = true puts the rows of one walk in order of time"
+    "walk = [...] makes walks of them; in one walk, sort = true puts rows in order of time"
 )
 # A stride that begins so many strides before the one above it belongs to another walk.
 _FALL = 3.0
