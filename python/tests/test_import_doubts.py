@@ -125,6 +125,64 @@ def test_a_column_of_times_is_not_suggested_as_samples(tmp_path: Path) -> None:
         assert values_of(walk.strides)["first_sample"] == known["first_sample"].tolist()
 
 
+def test_a_unit_at_the_end_of_a_name_is_asked_for_where_it_is_another() -> None:
+    times = {"start_ms": 1000 * STRIDES["hs"], "gct_s": STRIDES["gct"]}
+    table = STRIDES[["foot"]].assign(**times)
+    columns: dict[str, Any] = {"hs": "start_ms", "gct": "gct_s"}
+    (error,) = errors_of(table, map_with(columns))
+    assert 'column start_ms: found a name that ends in "ms", expected a word on' in error
+    assert error.endswith('hs = {column = ..., unit = "ms"}, or unit = "s"')
+    for said in ({"unit": "ms"}, {"factor": 0.001}):
+        (walk,) = gs.import_tables(
+            table, map_with({**columns, "hs": {"column": "start_ms", **said}})
+        )
+        assert values_of(walk.strides)["first_sample"][0] == 100 * STRIDES["hs"][0]
+
+
+def test_whole_numbers_are_no_coarse_seconds_where_strides_are_too_long_for_seconds() -> None:
+    table = STRIDES.assign(start=(1000 * STRIDES["hs"]).round())
+    map_ = map_with(
+        {"hs": "start"}, rows="footfalls", derive=["gct"], without_checks=["gct_median"]
+    )
+    with warnings.catch_warnings(record=True) as said:
+        warnings.simplefilter("always")
+        gs.import_tables(table, map_)
+    assert not any("whole seconds" in str(one.message) for one in said)
+
+
+def test_durations_of_the_stride_before_are_an_error_in_short_passes_and_coarse_times() -> None:
+    walk = strides_of_both_feet(40)
+    ends = walk.assign(gct=walk.groupby("foot")["gct"].shift(1)).dropna(subset="gct")
+    # A pause follows each third strike of a foot.
+    passes = ends.groupby("foot").cumcount() // 3
+    coarse = (30 * ends["hs"]).round() / 30
+    for hs in (ends["hs"] + 4.0 * passes, coarse):
+        (error,) = errors_of(in_time_order(ends.assign(hs=hs)), map_with(TIMES))
+        assert "column gct: found the distance to the foot's strike before" in error
+    for hs in (walk["hs"], (10 * walk["hs"]).round() / 10):
+        with warnings.catch_warnings():
+            warnings.simplefilter("ignore", gs.WalkWarning)
+            gs.import_tables(in_time_order(walk.assign(hs=hs)), map_with(TIMES))
+
+
+def test_overlaps_of_half_a_stride_are_errors_even_where_durations_are_in_doubt() -> None:
+    late = STRIDES.assign(gct=0.9 * STRIDES["gct"])
+    warning_of(late, map_with(TIMES))
+    late.loc[6, "gct"] = 3.0
+    errors = errors_of(late, map_with(TIMES))
+    assert any("durations do not fit the begins of strides" in error for error in errors)
+    assert any("before the foot's one from" in error for error in errors)
+
+
+def test_contacts_that_run_backwards_name_breaks_before_sort() -> None:
+    passes = pd.concat([STRIDES[["foot", "hs"]]] * 2, ignore_index=True)
+    errors = errors_of(passes, map_with({"hs": "hs"}, rows="footfalls", derive=["gct"]))
+    assert (
+        "its end after its begin; where times begin anew with each pass, breaks = [...]"
+        in (errors[0])
+    )
+
+
 # ---- Feet
 
 
@@ -205,7 +263,18 @@ ALONE = {
 
 @pytest.mark.parametrize(
     "word",
-    ["Ø", "MW", "Moyenne", "Media", "StdAbw", "Mean ± SD", "Left mean", "Écart-type", "SD right"],
+    [
+        "Ø",
+        "MW",
+        "Durchschnitt",
+        "Moyenne",
+        "Media",
+        "StdAbw",
+        "Mean ± SD",
+        "Left mean",
+        "Écart-type",
+        "SD right",
+    ],
 )
 def test_a_row_is_one_of_means_by_its_word(word: str) -> None:
     table = rows_with_means()
@@ -231,6 +300,33 @@ def test_a_last_row_is_a_stride_where_its_values_are_near_the_mean_by_chance() -
         gs.import_tables(table[table["foot"] == "left"], ALONE)
 
 
+def test_last_rows_of_means_of_each_foot_are_an_error_for_each(tmp_path: Path) -> None:
+    table = STRIDES[["foot", "gct", "speed", "slength"]].round(2)
+    means = table.groupby("foot").mean().round(2).reset_index()
+    text = pd.concat([table, means]).to_csv(index=False, float_format="%.2f")
+    (tmp_path / "t.csv").write_text(text)
+    map_ = {**ALONE, "feet": {"column": "foot"}, "pairs": "order"}
+    errors = errors_of(tmp_path / "t.csv", map_)
+    for foot, line, error in zip(("left", "right"), (26, 27), errors, strict=True):
+        assert f"t.csv:{line}: found the means of the {foot} rows above in gct" in error
+        assert error.endswith(f"to leave it out: [[skip]] lines = [{line}]")
+    gs.import_tables(tmp_path / "t.csv", {**map_, "skip": [{"lines": [26, 27]}]})
+
+
+def test_last_rows_of_few_digits_are_means_where_those_of_both_feet_are(tmp_path: Path) -> None:
+    table = STRIDES[["foot", "gct", "speed"]].round(2)
+    means = table.groupby("foot").mean().round(2).reset_index()
+    columns = {name: ALONE["columns"][name] for name in ("gct", "speed")}
+    map_ = {**ALONE, "columns": columns, "feet": {"column": "foot"}, "pairs": "order"}
+    for count in (1, 2):
+        text = pd.concat([table, means.head(count)]).to_csv(index=False, float_format="%.2f")
+        (tmp_path / "t.csv").write_text(text)
+        if count == 1:
+            gs.import_tables(tmp_path / "t.csv", map_)
+        else:
+            assert len(errors_of(tmp_path / "t.csv", map_)) == 2
+
+
 @pytest.mark.parametrize("last", ["", "all"])
 def test_a_last_row_after_the_end_of_a_running_number_is_an_error(last: str) -> None:
     table = rows_with_means().assign(No=[str(n) for n in range(10)])
@@ -250,7 +346,8 @@ def test_a_last_row_after_the_end_of_a_running_number_is_an_error(last: str) -> 
 def test_a_zero_is_an_error_until_the_map_says_what_it_means(name: str) -> None:
     values = STRIDES[["foot", "hs", "gct"]].assign(x=[0.0, *[0.5] * (len(STRIDES) - 1)])
     (error,) = errors_of(values, map_with({**TIMES, name: "x"}))
-    assert "found 0, expected a measurement; if it means missing: missing = [0]; if" in error
+    expected = f'if it means missing: {name} = {{column = "x", missing = [0]}}; if it was'
+    assert f"found 0, expected a measurement; {expected}" in error
     assert error.endswith(f"if it was measured: {name} = {{column = ..., missing = []}}")
     for column in ({"column": "x", "missing": [0]}, {"column": "x", "missing": []}):
         map_ = map_with({**TIMES, name: {**column, "unit": "1" if name == "swing" else None}})
@@ -292,6 +389,30 @@ def test_one_key_says_what_a_comma_is() -> None:
         assert values_of(walk.strides)["gct"] == [1.05, 1.06]
     (error,) = errors_of(table, {**ALONE, "columns": {"gct": "gct"}})
     assert error.endswith('[table] decimal = "," or thousands = ","')
+
+
+def test_one_key_says_what_a_point_is_beside_whole_numbers_below_a_thousand() -> None:
+    table = pd.DataFrame({"gct": ["105", "106", "107"], "length": ["979", "1.017", "0"]})
+    columns = {
+        "gct": {"column": "gct", "unit": "samples"},
+        "slength": {"column": "length", "unit": "mm", "missing": [0]},
+    }
+    map_ = {**ALONE, "columns": columns, "sampling_rate": 100}
+    (error,) = errors_of(table, map_)
+    assert error.startswith('table 1: column length: found numbers such as "979" and "1.017", ')
+    assert error.endswith('[table] decimal = "." or thousands = "."')
+    for key, second in (({"thousands": "."}, 1.017), ({"decimal": "."}, 0.001017)):
+        with warnings.catch_warnings():
+            warnings.simplefilter("ignore", gs.WalkWarning)
+            (walk,) = gs.import_tables(table, {**map_, "table": key})
+        assert values_of(walk.strides)["slength"][:2] == pytest.approx([0.979, second])
+
+
+def test_a_point_is_that_of_decimals_where_another_column_tells() -> None:
+    table = pd.DataFrame({"gct": ["1.05", "1.06"], "speed": ["1", "1.017"]})
+    columns = {"gct": "gct", "speed": "speed"}
+    (walk,) = gs.import_tables(table, {**ALONE, "columns": columns})
+    assert values_of(walk.strides)["speed"] == [1, 1.017]
 
 
 def table_with_moments(texts: list[str]) -> pd.DataFrame:

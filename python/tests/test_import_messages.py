@@ -7,6 +7,7 @@ from typing import Any
 
 import pandas as pd
 import pytest
+from conftest import values_of
 from tables_to_import import in_time_order, strides_of_both_feet
 
 import gait_statistics as gs
@@ -143,6 +144,11 @@ def test_a_map_and_a_table_that_are_exchanged_are_told_apart(tmp_path: Path) -> 
     )
 
 
+def test_the_ways_to_tell_feet_are_named_with_headings() -> None:
+    errors = errors_of(STRIDES, {"columns": MAP["columns"]})
+    assert '"sheets", "files" or "headings" (lines with the foot\'s word alone)' in errors[0]
+
+
 # ---- Rows
 
 
@@ -172,6 +178,67 @@ def test_rows_without_a_stride_time_are_named_where_they_end_what_is_known() -> 
     table.loc[22:, "gct"] = 1.05
     notes = notes_of(table, rows="footfalls")
     assert "1 stride left out: without a stride time (begin: table 1, row 6)" in notes
+
+
+def files_of_feet(folder: Path) -> list[Path]:
+    """A file for each foot; line 4 of the left one has a word in place of a time."""
+    folder.mkdir(exist_ok=True)
+    paths = []
+    for foot in ("left", "right"):
+        table = STRIDES[STRIDES["foot"] == foot].astype({"gct": object}).reset_index(drop=True)
+        if foot == "left":
+            table.loc[2, "gct"] = "n.d."
+        paths.append(folder / f"{foot}.csv")
+        table[["hs", "gct"]].to_csv(paths[-1], index=False)
+    return paths
+
+
+BY_FILES: dict[str, Any] = {**MAP, "feet": {"by": "files"}}
+
+
+def test_lines_of_one_table_of_several_are_left_out_in_it_alone(tmp_path: Path) -> None:
+    paths = files_of_feet(tmp_path)
+    (error,) = errors_of(paths, BY_FILES)
+    assert error.endswith('if the row is no stride: [[skip]] table = "left.csv", lines = [4]')
+    skip = {"table": "left.csv", "lines": [4]}
+    (walk,) = gs.import_tables(paths, {**BY_FILES, "skip": [skip]})
+    right = STRIDES[STRIDES["foot"] == "right"]
+    begins = values_of(walk.strides)["first_sample"]
+    assert begins[-len(right) :] == (100 * right["hs"]).round().tolist()
+    assert len(begins) == len(STRIDES) - 1
+
+
+def test_strides_of_one_table_of_several_are_excluded_in_it_alone(tmp_path: Path) -> None:
+    paths = files_of_feet(tmp_path)
+    skip = [{"table": "left.csv", "lines": [4]}]
+    exclude = [{"table": "right.csv", "lines": [4]}]
+    gs.import_tables(paths, {**BY_FILES, "skip": skip, "exclude": exclude}, tmp_path / "walk")
+    rows = (tmp_path / "walk/exclusions.csv").read_text().splitlines()
+    assert [row for row in rows if row.startswith(("left", "right"))] == ["right,excluded_1,2,"]
+
+
+def test_a_condition_names_one_of_the_tables_that_are_read(tmp_path: Path) -> None:
+    paths = files_of_feet(tmp_path)
+    for section in ("skip", "exclude"):
+        error, *_ = errors_of(paths, {**BY_FILES, section: [{"table": "a.csv", "lines": [4]}]})
+        assert f'[[{section}]] table: found "a.csv", expected one of the tables that are' in error
+        assert error.endswith('read: "left.csv", "right.csv"')
+    others = files_of_feet(tmp_path / "other")
+    skip = [{"table": "left.csv", "lines": [4]}]
+    error, *_ = errors_of([*paths, *others], {**BY_FILES, "skip": skip})
+    assert error.endswith("expected a name that one table alone has: rename the files")
+
+
+def test_a_sheet_is_named_in_conditions_as_messages_name_it(tmp_path: Path) -> None:
+    with pd.ExcelWriter(tmp_path / "b.xlsx") as book:
+        for path in files_of_feet(tmp_path):
+            pd.read_csv(path).to_excel(book, sheet_name=path.stem, index=False)
+    map_ = {**MAP, "feet": {"by": "sheets"}}
+    (error,) = errors_of(tmp_path / "b.xlsx", map_)
+    assert error.endswith('[[skip]] table = "b.xlsx, sheet left", lines = [4]')
+    skip = [{"table": "b.xlsx, sheet left", "lines": [4]}]
+    (walk,) = gs.import_tables(tmp_path / "b.xlsx", {**map_, "skip": skip})
+    assert len(values_of(walk.strides)["first_sample"]) == len(STRIDES) - 1
 
 
 def test_the_longest_of_several_sheets_is_the_example(tmp_path: Path) -> None:

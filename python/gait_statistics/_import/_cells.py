@@ -22,6 +22,9 @@ _COMMA = re.compile(r"[-+]?\d+,\d+(?:[eE][-+]?\d+)?")
 _GROUPED = re.compile(r"[-+]?\d{1,3}(?P<sign>[ '])\d{3}(?:(?P=sign)\d{3})*(?:[.,]\d*)?")
 _GROUPED_COMMA = re.compile(r"[-+]?\d{1,3}(?:,\d{3})+")
 _GROUPED_POINT = re.compile(r"[-+]?\d{1,3}(?:\.\d{3})+")
+# What "1.017" may be beside "979": more than a thousand of something.
+_ABOVE_THOUSAND = re.compile(r"[1-9]\d{0,2}\.\d{3}")
+_BELOW_THOUSAND = re.compile(r"[1-9]\d{0,2}")
 _DAY = 86400.0
 # Signs that look alike: a minus, blanks of other widths, and an apostrophe.
 _ALIKE = str.maketrans("\u2212\u00a0\u202f\u2009\u2019", "-   '")
@@ -82,6 +85,28 @@ def signs_of(cells: Iterable[Any]) -> Signs | None:
     if points and all(_GROUPED_POINT.fullmatch(text) for text in points):
         return Signs(",", ".")
     return Signs(",", "") if not points else Signs()
+
+
+def has_decimal_point(cell: Any) -> bool:
+    """Whether a cell is a text of a number whose point cannot be between thousands."""
+    text = _without_unit(cell) if isinstance(cell, str) else ""
+    return re.fullmatch(r"[-+]?\d*\.\d+", text) is not None and not _ABOVE_THOUSAND.fullmatch(
+        text.lstrip("-+")
+    )
+
+
+def open_points(cells: Iterable[Any]) -> list[str]:
+    """Two texts of a column, such as "979" and "1.017", whose point may be between thousands.
+
+    Empty where there is another form of a number. Zeros and negative numbers tell nothing: they
+    may stand for what is missing.
+    """
+    texts = [_without_unit(cell) for cell in cells if isinstance(cell, str) and not is_empty(cell)]
+    texts = [text for text in texts if not re.match(r"-|0$", text)]
+    below = [text for text in texts if _BELOW_THOUSAND.fullmatch(text)]
+    above = [text for text in texts if _ABOVE_THOUSAND.fullmatch(text)]
+    is_open = below and above and len(below) + len(above) == len(texts)
+    return [below[0], above[0]] if is_open else []
 
 
 def dates_of(cells: Iterable[Any]) -> str:
@@ -255,8 +280,9 @@ def condition_in_words(condition: dict[str, Any]) -> str:
             tests.append(f"{name} = {', '.join(texts)}")
     if "lines" in condition:
         tests.append("lines = " + ", ".join(map(str, condition["lines"])))
+    table = f"{condition['table']}: " if "table" in condition else ""
     column = f'column "{condition["column"]}": ' if "column" in condition else ""
-    return f"{column}found no row with {' and '.join(tests)}"
+    return f"{table}{column}found no row with {' and '.join(tests)}"
 
 
 def is_one_of(cell: Any, words: Iterable[Any], signs: Signs) -> bool:

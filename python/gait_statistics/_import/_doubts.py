@@ -11,8 +11,9 @@ from numpy.typing import NDArray
 
 from .._errors import InputError
 from ._fields import FIELD
+from ._guess import median_bounds
 from ._map import FEET, TableMap
-from ._places import LINES, Faults, Origin, counted
+from ._places import Faults, Origin, counted
 from ._rows import Rows
 
 Numbers = NDArray[np.float64]
@@ -24,11 +25,14 @@ _TOLERANCE = 0.05
 # Ends that equal the next begin in so many of the joined strides are not counted.
 _NEARLY_ALL = 0.9
 
-# Times and durations are given to the hundredth of a second, each rounded.
-_HUNDREDTHS = 0.0151
+# Half of what times and durations to the hundredth of a second (s) are rounded by.
+_HALF_HUNDREDTH = 0.005
+# What is left of equal decimals after a subtraction (s).
+_SAME = 1e-6
 # Strides of a foot may overlap by so many samples, or so much of a stride.
 _FEW_SAMPLES = 3
 _OVERLAP = 0.25
+_OVERLAP_IN_DOUBT = 0.5
 
 # A stride that is so many times as long as the median has a contact that was not found in it.
 _LONG = 1.8
@@ -82,9 +86,13 @@ def strike_of_durations(parts: Sequence[Sequence[Numbers]]) -> str:
     Returns:
         The strike, or an empty text where too few strides tell.
     """
+    steps = [np.where(np.diff(hs) > 0, np.diff(hs), np.nan) for hs, _ in parts]
+    known = [gaps[np.isfinite(gaps)] for gaps in steps]
+    # Gaps that are much longer lie between two passes.
+    longest = _LONG * float(np.median(np.concatenate(known))) if any(map(len, known)) else 0.0
     to_next, to_previous = [], []
-    for hs, gct in parts:
-        gaps = np.where(np.diff(hs) > 0, np.diff(hs), np.nan)
+    for (_, gct), every in zip(parts, steps, strict=True):
+        gaps = np.where(every <= longest, every, np.nan)
         to_next.append((gct[:-1] - gaps)[1:])
         to_previous.append((gct[1:] - gaps)[:-1])
     next_, previous = (
@@ -94,10 +102,11 @@ def strike_of_durations(parts: Sequence[Sequence[Numbers]]) -> str:
     next_, previous = next_[there], previous[there]
     if len(next_) < _ENOUGH:
         return ""
-    is_next, is_previous = (
-        np.mean(found <= _HUNDREDTHS) >= _NEARLY_ALL for found in (next_, previous)
-    )
-    if is_previous and not is_next and np.mean(next_) > 3 * np.mean(previous):
+    more = int(np.sum(next_ > previous + _SAME)) - int(np.sum(previous > next_ + _SAME))
+    differ = int(np.sum(np.abs(next_ - previous) > _SAME))
+    # Times may be coarse: the medians differ, and by more strides than chance makes of that.
+    is_clear = np.median(next_) > max(_HALF_HUNDREDTH, 2 * np.median(previous))
+    if is_clear and more >= 2 * np.sqrt(differ):
         return "previous"
     usual = np.nanmedian(np.concatenate([gct for _, gct in parts]))
     if min(np.median(next_), np.median(previous)) > _TOLERANCE * usual:
@@ -126,27 +135,39 @@ def check_strike_of_durations(
     faults.add(rows.sources[number].origin.error(None, name, text))
 
 
-def check_overlaps(frame: pd.DataFrame, rows: Rows, rate: float, faults: Faults) -> None:
-    """Finds strides that begin before the foot's stride before them has ended."""
+def check_overlaps(
+    frame: pd.DataFrame, rows: Rows, rate: float, doubt: InputError | None, faults: Faults
+) -> None:
+    """Finds strides that begin before the foot's stride before them has ended.
+
+    Where durations are in doubt, only half of a stride is too much, and the doubt is said as well.
+    """
+    share = _OVERLAP if doubt is None else _OVERLAP_IN_DOUBT
     for part in _stretches(frame):
         part = part.sort_values("first_sample", kind="stable")
         first, last = (part[name].to_numpy(dtype=float) for name in ("first_sample", "last_sample"))
-        allowed = max(_FEW_SAMPLES, _OVERLAP * float(np.median(last - first + 1)))
-        for at in np.flatnonzero(last[:-1] + 1 - first[1:] > allowed) + 1:
+        allowed = max(_FEW_SAMPLES, share * float(np.median(last - first + 1)))
+        overlaps = np.flatnonzero(last[:-1] + 1 - first[1:] > allowed) + 1
+        if doubt is not None and 2 * len(overlaps) >= len(part):
+            # The doubt, such as one about the unit, says what is wrong with all of them.
+            continue
+        for at in overlaps:
             above, row = part.iloc[at - 1], part.iloc[at]
             origin: Origin = rows.sources[int(row["source"])].origin
             if (first[at], last[at]) == (first[at - 1], last[at - 1]):
                 found = f"the same stride as in {origin.rows_in_words([int(above['line'])])}"
-                expected = f"it once: [[skip]] lines = {LINES} leaves it out here"
+                expected = f"it once: {origin.lines_in_map()} leaves it out here"
             else:
                 found = f"a {row['foot']} stride from {first[at] / rate:g} s, before the foot's "
                 found += f"one from {first[at - 1] / rate:g} s has ended"
                 expected = "the strides of a foot one after the other: is the foot of a row wrong, "
-                expected += "or a duration? Correct the cells; [[skip]] leaves rows out, such as "
                 expected += (
-                    f"lines = {LINES}; where these are several walks, walk = [...] parts them"
+                    f"or a duration? Correct the cells; {origin.lines_in_map()} leaves rows "
                 )
+                expected += "out; where these are several walks, walk = [...] parts them"
             faults.add_cell(origin, int(row["line"]), None, found, expected)
+            if doubt is not None:
+                faults.add(doubt)
 
 
 def _reason(ratio: float, length: str, rows: Rows, rate: float) -> str:
@@ -237,12 +258,15 @@ def doubts_of_step_times(frame: pd.DataFrame, rows: Rows) -> list[InputError]:
     return []
 
 
-def doubt_of_coarse_times(frame: pd.DataFrame, rows: Rows) -> InputError | None:
+def doubt_of_coarse_times(frame: pd.DataFrame, rows: Rows, rate: float) -> InputError | None:
     """A warning where the strikes are known to the second alone."""
     if rows.units.get("hs") != "s" or len(frame) <= _ENOUGH:
         return None
     hs = frame["hs"].to_numpy(dtype=float)
-    if (hs % 1.0 != 0).any():
+    strides = frame["last_sample"] - frame["first_sample"] + 1
+    # Strides as long as these tell that the unit is another, which the data checks say.
+    is_of_seconds = float(np.median(strides)) <= rate * median_bounds()["gct"][1]
+    if (hs % 1.0 != 0).any() or not is_of_seconds:
         return None
     number, foot = int(frame["source"].iloc[0]), str(frame["foot"].iloc[0])
     text = (

@@ -12,7 +12,7 @@ import pandas as pd
 from ._cells import Signs, is_empty, is_one_of, text_of_cell
 from ._fields import EVENT_WORDS, FOOT_WORDS, MORE_FOOT_WORDS
 from ._map import FEET, TableMap
-from ._places import FOUND, LINES, Faults, counted, shown
+from ._places import FOUND, Faults, counted, shown
 from ._sources import Source, place_of
 
 _FOOT_WORDS = {word for foot in FEET for word in (*FOOT_WORDS[foot], *MORE_FOOT_WORDS[foot])}
@@ -69,7 +69,7 @@ def has_order(frame: pd.DataFrame, sources: list[Source], faults: Faults) -> boo
     )
     for at in np.flatnonzero(frame["hs"].isna()):
         origin = sources[int(frame["source"].iloc[at])].origin
-        expected = f"the time of the event; [[skip]] lines = {LINES} leaves rows out"
+        expected = f"the time of the event; {origin.lines_in_map()} leaves rows out"
         faults.add_cell(origin, int(frame["line"].iloc[at]), None, "a missing time", expected)
     for at in np.flatnonzero(frame["hs"] <= frame["above"]):
         row = frame.iloc[at]

@@ -585,6 +585,14 @@ CONDITION_KEYS = (
     Key("", "empty", "truth", "the cell is empty (false: is not)", "true"),
     Key("", "number", "truth", "the cell is a number (false: is none)", "false"),
     Key("", "lines", "wholes", "rows by their number in the table", "[3, 17]"),
+    Key(
+        "",
+        "table",
+        "text",
+        "of several tables or sheets, the one whose rows are meant, by the name that messages have "
+        "for it; all of them otherwise",
+        '"left.csv"',
+    ),
 )
 EXCLUDE_KEYS = (
     *CONDITION_KEYS,

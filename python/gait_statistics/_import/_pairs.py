@@ -14,6 +14,7 @@ from ._cells import Signs, moment_of
 from ._map import FEET, TableMap
 from ._places import Faults, counted, listed
 from ._rows import Rows, excluded_by
+from ._sources import OF_ROWS
 from ._strides import Strides
 
 _DAY = 86400.0
@@ -21,7 +22,7 @@ _DAY = 86400.0
 Exclusion = tuple[str, str, int, str]
 
 # The keys of [[exclude]] by what they look at: cells, times, and the ends of the walk.
-_GROUPS = (("column", "lines"), ("times",), ("first", "last"))
+_GROUPS = (("table", "column", "lines"), ("times",), ("first", "last"))
 
 
 def _by_row_or_order(frame: pd.DataFrame, columns: list[str]) -> pd.DataFrame:
@@ -144,7 +145,7 @@ def _met(condition: dict[str, Any], strides: Strides, rows: Rows, faults: Faults
     """Which strides meet all that a condition of [[exclude]] says."""
     frame = strides.frame
     result = np.ones(len(frame), dtype=bool)
-    if {"column", "lines"} & condition.keys():
+    if OF_ROWS & condition.keys():
         named = excluded_by(condition, rows, faults)
         result &= [place in named for place in zip(frame["source"], frame["line"], strict=True)]
     if "times" in condition:

@@ -3,6 +3,7 @@
 from __future__ import annotations
 
 import difflib
+import json
 from collections.abc import Iterable, Sequence
 from dataclasses import dataclass, field
 
@@ -49,17 +50,24 @@ class Origin:
         is_text: whether it has lines, as a text file has, in place of rows.
         file: the file's name without its ending.
         sheet: the sheet's name, empty where there is none.
+        is_alone: whether no other table is read with it.
     """
 
     name: str
     is_text: bool
     file: str
     sheet: str = ""
+    is_alone: bool = True
 
     def error(self, line: int | None, column: str | None, text: str) -> InputError:
         """Something that is wrong in it."""
         row, line = (None, line) if self.is_text else (line, None)
         return InputError(self.name, row, line, column, text)
+
+    def lines_in_map(self, section: str = "skip", lines: Sequence[int] = ()) -> str:
+        """What to write into the map about lines of this table; the fault's own without any."""
+        table = "" if self.is_alone else f"table = {json.dumps(self.name, ensure_ascii=False)}, "
+        return f"[[{section}]] {table}lines = {list(lines) or LINES}"
 
     def rows_in_words(self, lines: Sequence[int]) -> str:
         """ "line 3" or "rows 3, 4, 5, ..."."""

@@ -18,7 +18,6 @@ from ._cells import (
     duration_of,
     is_empty,
     is_one_of,
-    meets,
     moment_of,
     over_midnight,
     text_of_cell,
@@ -27,10 +26,11 @@ from ._cells import (
 )
 from ._events import events_of
 from ._fields import FIELD, MORE_FOOT_WORDS, NEVER_ZERO, SIGNED
+from ._guess import said_unit
 from ._map import FEET, ColumnMap, TableMap
 from ._parts import column_of, is_part, parts_of
-from ._places import FOUND, LINES, Faults, listed, shown
-from ._sources import Source, foot_of_cell, place_of
+from ._places import FOUND, Faults, listed, shown
+from ._sources import OF_ROWS, Source, foot_of_cell, place_of, rows_meeting, word_of_cell
 from ._units import conversion_of, expected_units, factor_to, fits, times, unit_in_name
 
 OTHER = {"left": "right", "right": "left"}
@@ -62,13 +62,6 @@ class Rows:
 # ---- Feet and walks
 
 
-def _word_of(cell: Any, pattern: str | None) -> Any:
-    if pattern is None or is_empty(cell):
-        return cell
-    found = re.search(pattern, text_of_cell(cell))
-    return (found[found.lastindex or 0] if found else None) or None
-
-
 def _words_to_say(words: Sequence[str]) -> str:
     """What to say about two words that are not known."""
     known = {word: foot for foot in FEET for word in MORE_FOOT_WORDS[foot]}
@@ -89,7 +82,7 @@ def _feet_by_column(source: Source, map_: TableMap, faults: Faults) -> list[str 
     place = place_of(source, name, faults)
     if place is None:
         return [None] * len(source.rows)
-    cells = [_word_of(cell, map_.get("feet", "pattern")) for cell in source.cells(place)]
+    cells = [word_of_cell(cell, map_.get("feet", "pattern")) for cell in source.cells(place)]
     known = {repr(cell): cell for cell in cells}
     feet_of = {key: foot_of_cell(cell, source.signs, map_) for key, cell in known.items()}
     feet = [feet_of[repr(cell)] for cell in cells]
@@ -182,6 +175,17 @@ def _key_texts(
 # ---- Values
 
 
+def _ask_for_unit(name: str, column: ColumnMap, source: Source, place: int, faults: Faults) -> None:
+    """Finds a unit at the end of a column's name that no brackets tell from a word of it."""
+    word = said_unit(source, place)
+    if word is None or column.factor is not None or not fits(name, word):
+        return
+    if factor_to(word, FIELD[name].unit) != 1.0:
+        text = f'found a name that ends in "{word}", expected a word on whether that is the unit: '
+        text += f'{name} = {{column = ..., unit = "{word}"}}, or unit = "{FIELD[name].unit}"'
+        faults.add(source.origin.error(None, source.name_of(place), text))
+
+
 def _unit_of(
     name: str, column: ColumnMap, source: Source, place: int, faults: Faults
 ) -> tuple[str, bool]:
@@ -194,6 +198,7 @@ def _unit_of(
     said = unit_in_name(source.names[place]) or source.units.get(place)
     beside = said or next(filter(None, units_beside(source.cells(place), source.signs)), None)
     if beside is None:
+        _ask_for_unit(name, column, source, place, faults)
         return FIELD[name].unit, True
     if not fits(name, beside):
         expected = listed(expected_units(name), " or ")
@@ -230,15 +235,22 @@ class _Reader:
         if found is None:
             text = text_of_cell(cell)
             expected = f"a number; if it means missing: missing = [{FOUND}], if the row is no "
-            expected += f"stride: [[skip]] lines = {LINES}"
+            expected += f"stride: {self.source.origin.lines_in_map()}"
             self.fault(line, shown(text), why_no_number(text) or expected)
             return Moment(np.nan, "")
         if _stands_for_missing(self.name, found.seconds, self.column):
             value = f"{found.seconds:g}"
-            expected = f"a measurement; if it means missing: missing = [{value}]; if it was "
+            expected = f"a measurement; if it means missing: {self.in_map(value)}; if it was "
             expected += f"measured: {self.name} = {{column = ..., missing = []}}"
             self.fault(line, value, expected)
         return found
+
+    def in_map(self, missing: str) -> str:
+        """The line of the map with a code for missing in this column: others may measure it."""
+        is_one = self.column.names["left"] == self.column.names["right"]
+        name = shown(self.source.name_of(self.place)) if is_one else "..."
+        unit = f', unit = "{self.column.unit}"' if self.column.unit else ""
+        return f"{self.name} = {{column = {name}{unit}, missing = [{missing}]}}"
 
     def in_unit(self, found: Moment, line: int) -> float:
         """The number in the column's unit; clocks and spans of time count seconds."""
@@ -464,7 +476,8 @@ def _check_feet(map_: TableMap, sources: Sequence[Source], faults: Faults) -> No
     text = ""
     if not by:
         text = "found no word on feet, expected a section [feet] with column = ..., by = "
-        text += '"columns", "sheets" or "files", first = ... for alternating rows, or only = ...'
+        text += '"columns", "sheets", "files" or "headings" (lines with the foot\'s word alone), '
+        text += "first = ... for alternating rows, or only = ..."
     elif by == "rows" and not map_.get("feet", "first"):
         text = 'first: found none, expected the foot of each walk\'s first row: first = "left" or '
         text += '"right" (--set feet.first=left)'
@@ -517,7 +530,7 @@ def read_rows(sources: list[Source], map_: TableMap, faults: Faults) -> Rows:
     _note_missing(rows)
     _not_read(rows, map_)
     for number, condition in enumerate(map_.exclude):
-        is_of_rows = bool({"column", "lines"} & condition.keys())
+        is_of_rows = bool(OF_ROWS & condition.keys())
         if is_of_rows and not faults and not excluded_by(condition, rows, faults):
             said = map_.doubt_of_condition("exclude", number, condition_in_words(condition))
             rows.doubts.append(said)
@@ -525,17 +538,9 @@ def read_rows(sources: list[Source], map_: TableMap, faults: Faults) -> Rows:
 
 
 def excluded_by(condition: dict[str, Any], rows: Rows, faults: Faults) -> set[tuple[int, int]]:
-    """The rows (source, line) that a condition of [[exclude]] names by a cell or a line."""
-    found: set[tuple[int, int]] = set()
-    if "column" not in condition and "lines" not in condition:
-        return found
-    lines = set(condition.get("lines", ()))
-    for number, source in enumerate(rows.sources):
-        place = place_of(source, condition["column"], faults) if "column" in condition else None
-        if "column" in condition and place is None:
-            continue
-        for row, line in zip(source.rows, source.lines, strict=True):
-            is_met = place is None or meets(condition, row[place], source.signs)
-            if is_met and (not lines or line in lines):
-                found.add((number, line))
-    return found
+    """The rows (source, line) that a condition of [[exclude]] names by a table, cell or line."""
+    return {
+        (number, source.lines[row])
+        for number, source in enumerate(rows.sources)
+        for row in rows_meeting(condition, source, faults)
+    }

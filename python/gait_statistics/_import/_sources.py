@@ -17,23 +17,27 @@ from ._cells import (
     Signs,
     condition_in_words,
     dates_of,
+    has_decimal_point,
     is_empty,
     is_one_of,
     meets,
     number_of,
+    open_points,
     signs_of,
     text_of_cell,
 )
 from ._grids import Grid, all_grids, plain
 from ._map import FEET, TableMap
-from ._places import LINES, Faults, Origin, counted, listed, nearest, shown
+from ._places import Faults, Origin, counted, listed, nearest, shown
 from ._units import unit_of
 
+# What a condition of [[skip]] or [[exclude]] says of rows.
+OF_ROWS = {"table", "column", "lines"}
 # What a header may stand below, in rows.
 _PREAMBLE = 200
 # Words of rows that sum a table up, in the first cells of a row.
 _TOTAL = (
-    r"(mean|average|avg|mittel|mittelwert|mw|ø|⌀|x̄|moyenne|media|promedio|sd|stdev|std|"
+    r"(mean|average|avg|mittel|mittelwert|durchschnitt|mw|ø|⌀|x̄|moyenne|media|promedio|sd|stdev|std|"
     r"std\.? ?(dev|abw)\.?|standard ?(deviation|error|abweichung|abw\.?)|stabw|stdabw|sem|"
     r"cv|%cv|cv ?%|vk|variationskoeffizient|"
     r"[eé]cart[- ]?type|desviaci[oó]n( est[aá]ndar)?|median|m[eé]diane?|mediana|min|max|minimum|"
@@ -48,6 +52,8 @@ _TOTALS = re.compile(
 # a stride has the mean's values.
 _LAST_ROWS = 6
 _BY_CHANCE = 1e-4
+# The same for the last rows of both feet, which are looked at once.
+_BOTH_BY_CHANCE = 1e-3
 # Means of tables with more rows than these are not looked for without a word: it takes too long.
 _MANY_ROWS = 3_000
 
@@ -192,6 +198,14 @@ def _has_number(row: Sequence[Any], signs: Signs | None = None) -> bool:
     return any(not is_empty(cell) and number_of(cell, signs) is not None for cell in row)
 
 
+def word_of_cell(cell: Any, pattern: str | None) -> Any:
+    """The part of a cell that is the word for the foot; None where the pattern does not fit."""
+    if pattern is None or is_empty(cell):
+        return cell
+    found = re.search(pattern, text_of_cell(cell))
+    return (found[found.lastindex or 0] if found else None) or None
+
+
 def foot_of_cell(cell: Any, signs: Signs, map_: TableMap) -> str | None:
     """The foot that a cell names: one of the map's words, or "left" as in "Left foot"."""
     feet = [foot for foot in FEET if is_one_of(cell, map_.words_of(foot), signs)]
@@ -296,7 +310,7 @@ def _check_widths(source: Source, map_: TableMap, faults: Faults) -> None:
         cells = source.uneven.get(line)
         if cells is None or all(is_empty(row[place]) for place in used):
             continue
-        more = hint if cells > width else f"; [[skip]] lines = {LINES} leaves rows out"
+        more = hint if cells > width else f"; {source.origin.lines_in_map()} leaves rows out"
         found = f"{cells} cell" + "s" * (cells != 1)
         faults.add_cell(source.origin, line, None, found, f"{width}{more}")
 
@@ -310,19 +324,29 @@ def _fill_down(source: Source, map_: TableMap) -> None:
                 above = row[place]
 
 
+def rows_meeting(condition: dict[str, Any], source: Source, faults: Faults) -> list[int]:
+    """The rows of a table that a condition names by the table, a cell or a line."""
+    if condition.get("table", source.origin.name) != source.origin.name:
+        return []
+    lines = set(condition.get("lines", ()))
+    place = place_of(source, condition["column"], faults) if "column" in condition else None
+    if "column" in condition and place is None:
+        return []
+    return [
+        number
+        for number, (row, line) in enumerate(zip(source.rows, source.lines, strict=True))
+        if (place is None or meets(condition, row[place], source.signs))
+        and (not lines or line in lines)
+    ]
+
+
 def _without_skipped(source: Source, map_: TableMap, met: set[int], faults: Faults) -> int:
     """Takes rows out that [[skip]] names, and says how many; notes which conditions are met."""
     dropped: set[int] = set()
     for which, condition in enumerate(map_.skip):
-        lines = set(condition.get("lines", ()))
-        place = place_of(source, condition["column"], faults) if "column" in condition else None
-        if "column" in condition and place is None:
-            continue
-        for number, row in enumerate(source.rows):
-            is_met = place is None or meets(condition, row[place], source.signs)
-            if is_met and (not lines or source.lines[number] in lines):
-                dropped.add(number)
-                met.add(which)
+        found = rows_meeting(condition, source, faults)
+        dropped.update(found)
+        met.update([which] * bool(found))
     source.rows = [row for number, row in enumerate(source.rows) if number not in dropped]
     source.lines = [line for number, line in enumerate(source.lines) if number not in dropped]
     return len(dropped)
@@ -367,49 +391,96 @@ def _is_same(one: NDArray[np.float64], two: NDArray[np.float64]) -> bool:
     return there.sum() > 2 and bool(abs(np.corrcoef(one[there], two[there])[0, 1]) > 0.98)
 
 
-def _means_in(source: Source, columns: Sequence[NDArray[np.float64]], at: int) -> list[int]:
-    """The columns in which a row has the mean of those above it; empty where that is chance."""
+def _means_in(
+    source: Source, columns: Sequence[NDArray[np.float64]], above: Sequence[int], at: int
+) -> tuple[list[int], float]:
+    """The columns in which a row has the mean of those above it, and how likely that is by chance.
+
+    One column alone tells nothing.
+    """
     chance = 1.0
     places: list[int] = []
     for place, column in enumerate(columns):
         cell = source.rows[at][place]
-        here, values = _printed(cell, source.signs), column[:at]
+        here, values = _printed(cell, source.signs), column[above]
         values = values[np.isfinite(values)]
         if here is None or len(values) < _LAST_ROWS or abs(here[0] - values.mean()) > 0.5001:
             continue
         decimals = here[1]
         if decimals == 0 or not isinstance(cell, str):
             # A number has no trailing zeros: those of the rows above tell.
-            above = [
-                _printed(row[place], source.signs) for row in source.rows[max(0, at - 20) : at]
-            ]
-            decimals = max(decimals, *(one[1] for one in above if one is not None), 0)
+            last = [_printed(source.rows[row][place], source.signs) for row in above[-20:]]
+            decimals = max(decimals, *(one[1] for one in last if one is not None), 0)
         spread, step = float(values.std(ddof=1)), 10.0**-decimals
         if spread > 0 and abs(values.mean() - here[0]) <= 0.5001 * step:
             # What another column tells already, as stance does of swing, is no more chance.
-            is_told = any(_is_same(column[:at], columns[one][:at]) for one in places)
+            is_told = any(_is_same(column[above], columns[one][above]) for one in places)
             places.append(place)
             chance *= 1.0 if is_told else min(1.0, step / (2 * spread))
-    return places if len(places) > 1 and chance < _BY_CHANCE else []
+    return (places, chance) if len(places) > 1 else ([], 1.0)
 
 
-def _find_last_means(source: Source, known: set[int], faults: Faults) -> bool:
-    """Last rows that hold the means of the table and have no word that says so."""
-    count = len(source.rows)
-    if count > _MANY_ROWS:
+def _rows_of_feet(source: Source, map_: TableMap) -> dict[str, list[int]]:
+    """The rows of each foot, where a column or a heading says which it is."""
+    feet: list[str | None] = [None] * len(source.rows)
+    places = source.places(map_.get("feet", "column", ""))
+    if map_.feet_by == "headings":
+        feet = [source.headings.get(line) for line in source.lines]
+    elif map_.feet_by == "column" and len(places) == 1:
+        words = [
+            word_of_cell(cell, map_.get("feet", "pattern")) for cell in source.cells(places[0])
+        ]
+        feet = [foot_of_cell(word, source.signs, map_) for word in words]
+    return {one: [row for row, foot in enumerate(feet) if foot == one] for one in FEET}
+
+
+def _last_means(
+    source: Source, columns: Sequence[NDArray[np.float64]], rows: Sequence[int], known: set[int]
+) -> tuple[int, list[int]]:
+    """The first of the last of some rows that holds means, and in which columns; none: no row."""
+    for number in range(max(_LAST_ROWS, len(rows) - _LAST_ROWS), len(rows)):
+        if source.lines[rows[number]] not in known:
+            places, chance = _means_in(source, columns, rows[:number], rows[number])
+            if chance < _BY_CHANCE:
+                return number, places
+    return len(rows), []
+
+
+def _means_of_both(
+    source: Source, columns: Sequence[NDArray[np.float64]], feet: dict[str, list[int]]
+) -> dict[str, tuple[int, list[int]]]:
+    """The last row of each foot, where both hold means: one alone may be chance, and both not."""
+    result = {}
+    both = 1.0
+    for foot, rows in feet.items():
+        places, chance = _means_in(source, columns, rows[:-1], rows[-1]) if rows else ([], 1.0)
+        result[foot] = len(rows) - 1, places
+        both *= chance
+    return result if all(places for _, places in result.values()) and both < _BOTH_BY_CHANCE else {}
+
+
+def _find_last_means(source: Source, map_: TableMap, known: set[int], faults: Faults) -> bool:
+    """Last rows, of the table or of a foot, that hold means and have no word that says so."""
+    if len(source.rows) > _MANY_ROWS:
         return False
     columns = [_numbers(source, place) for place in range(source.width)]
-    for at in range(max(_LAST_ROWS, count - _LAST_ROWS), count):
-        is_known = source.lines[at] in known
-        places = [] if is_known else _means_in(source, columns, at)
-        if places:
+    feet = _rows_of_feet(source, map_)
+    groups = {"": [*range(len(source.rows))], **feet}
+    begins = {foot: _last_means(source, columns, rows, known) for foot, rows in groups.items()}
+    if not any(places for _, places in begins.values()) and not known:
+        begins = _means_of_both(source, columns, feet)
+    found: set[int] = set()
+    for foot, (number, places) in begins.items():
+        lines = [source.lines[row] for row in groups[foot][number:]]
+        lines = [line for line in lines if line not in known | found]
+        if places and lines:
+            found |= set(lines)
             names = listed((source.name_of(place) for place in places), " and ")
-            lines = [line for line in source.lines[at:] if line not in known]
-            expected = f"a stride; to leave it out: [[skip]] lines = {lines}"
-            found = f"the means of the rows above in {names}"
-            faults.add_cell(source.origin, lines[0], None, found, expected)
-            return True
-    return False
+            whose = f"{foot} rows" if foot else "rows"
+            what = f"the means of the {whose} above in {names}"
+            expected = f"a stride; to leave it out: {source.origin.lines_in_map('skip', lines)}"
+            faults.add_cell(source.origin, lines[0], None, what, expected)
+    return bool(found)
 
 
 def _find_rows_after_count(source: Source, known: set[int], faults: Faults) -> None:
@@ -420,9 +491,9 @@ def _find_rows_after_count(source: Source, known: set[int], faults: Faults) -> N
             lines = source.lines[at:]
             text = text_of_cell(source.rows[at][place])
             found = shown(text) if text else "an empty cell"
-            expected = "a number as in all rows above; if the row is no stride: [[skip]] lines = "
-            name = source.name_of(place)
-            faults.add_cell(source.origin, lines[0], name, found, f"{expected}{lines}")
+            expected = "a number as in all rows above; if the row is no stride: "
+            expected += source.origin.lines_in_map("skip", lines)
+            faults.add_cell(source.origin, lines[0], source.name_of(place), found, expected)
             return
 
 
@@ -442,11 +513,11 @@ def _end_of_count(source: Source, place: int) -> int:
     return end if is_count and is_few else len(values)
 
 
-def _find_totals(source: Source, faults: Faults) -> None:
+def _find_totals(source: Source, map_: TableMap, faults: Faults) -> None:
     """Rows that sum the table up would count as strides."""
     found = totals_of(source)
     known = {line for line, _, _ in found}
-    if not _find_last_means(source, known, faults):
+    if not _find_last_means(source, map_, known, faults):
         _find_rows_after_count(source, known, faults)
     for line, place, text in found:
         name = source.name_of(place)
@@ -472,6 +543,16 @@ def place_of(source: Source, name: str, faults: Faults) -> int | None:
     return None
 
 
+def _ask_for_points(source: Source, places: Sequence[int], faults: Faults) -> None:
+    """Finds columns whose points may be between thousands."""
+    for place in places:
+        pair = listed(map(shown, open_points(source.cells(place))), " and ")
+        if pair:
+            text = f"found numbers such as {pair}, expected a word on what the point is: "
+            text += '[table] decimal = "." or thousands = "."'
+            faults.add(source.origin.error(None, source.name_of(place), text))
+
+
 def _signs(source: Source, map_: TableMap, faults: Faults) -> Signs:
     """The signs of a table's numbers, those of the map first."""
     decimal, thousands = map_.get("table", "decimal"), map_.get("table", "thousands", "")
@@ -483,6 +564,8 @@ def _signs(source: Source, map_: TableMap, faults: Faults) -> Signs:
     if decimal:
         return Signs(decimal, thousands, dates)
     found = signs_of(cells)
+    if found == Signs() and not thousands and not any(map(has_decimal_point, cells)):
+        _ask_for_points(source, sorted(places), faults)
     if found is None:
         example = next(cell for cell in cells if isinstance(cell, str) and "," in cell)
         text = f'found numbers such as "{example}" alone, expected a word on what the comma is: '
@@ -537,6 +620,24 @@ def _with_word_on_sheets(grids: list[Grid], map_: TableMap, faults: Faults) -> l
     return kept
 
 
+def _grids_of(tables: Sequence[Any], map_: TableMap, faults: Faults) -> list[Grid]:
+    """The tables to read; faults where a condition of the map is about none or several of them."""
+    grids = _with_word_on_sheets(all_grids(tables, map_, faults), map_, faults)
+    if faults:
+        return grids
+    names = [grid.origin.name for grid in grids]
+    for section, conditions in (("skip", map_.skip), ("exclude", map_.exclude)):
+        for number, name in enumerate(condition.get("table") for condition in conditions):
+            if name is None or names.count(name) == 1:
+                continue
+            expected = f"one of the tables that are read: {listed(map(shown, names))}"
+            if name in names:
+                expected = "a name that one table alone has: rename the files"
+            text = f"table: found {shown(name)}, expected {expected}"
+            faults.add(map_.doubt_of_condition(section, number, text))
+    return [replace(grid, origin=replace(grid.origin, is_alone=len(names) == 1)) for grid in grids]
+
+
 def read_sources(
     tables: Sequence[Any], map_: TableMap, faults: Faults
 ) -> tuple[list[Source], list[str], list[InputError]]:
@@ -544,7 +645,7 @@ def read_sources(
     sources = []
     notes = []
     met: set[int] = set()
-    for grid in _with_word_on_sheets(all_grids(tables, map_, faults), map_, faults):
+    for grid in _grids_of(tables, map_, faults):
         source = source_of(grid, map_, faults)
         if source is None:
             continue
@@ -554,7 +655,7 @@ def read_sources(
         if skipped:
             notes.append(f"{grid.origin.name}: {counted(skipped, 'row')} left out by [[skip]]")
         _check_widths(source, map_, faults)
-        _find_totals(source, faults)
+        _find_totals(source, map_, faults)
         if not source.rows:
             text = "found no row below the names, expected a row for each stride"
             faults.add(source.origin.error(None, None, text))

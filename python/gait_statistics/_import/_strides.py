@@ -25,7 +25,7 @@ from ._events import contacts_of, has_order
 from ._fields import CONVERSIONS, DERIVATION, DERIVATIONS, FIELD
 from ._map import FEET, TableMap
 from ._parts import BLANK_ROW, changes_at, column_of, has_blank_above, is_part, restart_of, walks_in
-from ._places import LINES, Faults, Origin, counted, listed, shown
+from ._places import Faults, Origin, counted, listed, shown
 from ._rows import OTHER, Rows
 
 Numbers = NDArray[np.float64]
@@ -38,6 +38,11 @@ _LAST_SAMPLE = 2**31 - 1
 _JOIN = 0.02
 # Times that begin after so many seconds count from long before the recording.
 _LONG_AGO = 1e6
+# What a map says where times run backwards from one contact to the next.
+_PASSES = (
+    "; where times begin anew with each pass, breaks = [...] names the column of the pass, or "
+    "walk = [...] makes walks of them; in one walk, sort = true puts rows in order of time"
+)
 # A stride that begins so many strides before the one above it belongs to another walk.
 _FALL = 3.0
 
@@ -53,7 +58,7 @@ class Strides:
         given_rate: samples per second as the table counts them.
         zero: the moment of the table (s) that is 0 s of the walk.
         since: since when the moments of the table count: "", "clock" or "date".
-        has_sure_ends: whether durations fit the begins of strides.
+        doubt_of_ends: a warning where durations do not fit the begins of strides.
         derived: what was computed, and from what.
         notes: what was left out.
         doubts: what is worth a look.
@@ -66,7 +71,7 @@ class Strides:
     given_rate: float = DEFAULT_RATE
     zero: float = 0.0
     since: str = ""
-    has_sure_ends: bool = True
+    doubt_of_ends: InputError | None = None
     derived: list[str] = field(default_factory=list)
     notes: list[str] = field(default_factory=list)
     doubts: list[InputError] = field(default_factory=list)
@@ -430,7 +435,7 @@ def _check_places(
         empty = [name for name in names if np.isnan(frame[name].iloc[at])]
         name = next((n for n in empty if n in map_.columns), empty[0] if empty else "hs")
         key = (int(frame["source"].iloc[at]), name, str(frame["foot"].iloc[at]))
-        expected = f"{name} of a stride; [[skip]] lines = {LINES} leaves rows out that are none"
+        expected = f"{name} of a stride; {origin.lines_in_map()} leaves rows out that are none"
         faults.add_cell(origin, line, rows.columns.get(key), "a missing value", expected)
     before_zero = np.flatnonzero(first < 0)
     for at in before_zero:
@@ -448,10 +453,10 @@ def _check_places(
         origin, line = _origin(rows, frame, at)
         found = f"a stride from {first[at] / strides.rate:g} to {(last[at] + 1) / strides.rate:g} s"
         is_twice = last[at] == first[at] - 1
-        more = f": is it there twice? [[skip]] lines = {LINES} leaves it out"
+        more = f": is it there twice? {origin.lines_in_map()} leaves it out"
         if not is_twice:
             is_footfalls = map_.get("", "rows") == "footfalls"
-            more = "; sort = true puts rows in order of time" if is_footfalls else ""
+            more = _PASSES if is_footfalls else ""
         faults.add_cell(origin, line, None, found, f"its end after its begin{more}")
     return not len(lost) and not len(before_zero) and not len(too_late)
 
@@ -547,8 +552,9 @@ def _with_events(
         check_strike_of_durations(frame, rows, map_, faults)
     _samples(frame, rows, strides)
     doubts = [doubt_of_durations(frame, rows, map_, strides.rate)]
-    strides.has_sure_ends = doubts[0] is None
-    doubts.append(doubt_of_coarse_times(frame, rows))
+    strides.doubt_of_ends = doubts[0]
+    if doubts[0] is None:
+        doubts.append(doubt_of_coarse_times(frame, rows, strides.rate))
     if is_footfalls and "gct" not in map_.columns:
         doubts.append(doubt_of_long_strides(frame, rows))
     strides.doubts += [doubt for doubt in doubts if doubt is not None]
@@ -589,7 +595,7 @@ def strides_of(
     _derive(map_, strides, faults)
     strides.frame = _in_order(strides.frame, rows, map_, faults)
     are_in_order = "strides_in_time_order" not in map_.without_checks
-    if strides.has_sure_ends and are_in_order and not faults:
-        check_overlaps(strides.frame, rows, strides.rate, faults)
+    if are_in_order and not faults:
+        check_overlaps(strides.frame, rows, strides.rate, strides.doubt_of_ends, faults)
     strides.frame["index"] = strides.frame.groupby("foot", sort=False).cumcount()
     return strides

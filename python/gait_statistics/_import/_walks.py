@@ -153,8 +153,8 @@ def _finding_in_words(finding: Finding, words: _Words) -> InputError:
     text += f": {finding.guess}" if finding.guess else "."
     mend = _map_of_guess(finding)
     if not mend and lines:
-        some = lines[1][:_LINES_NAMED]
-        mend = f"correct the cells, or leave strides out: [[exclude]] lines = {some}"
+        some = origin.lines_in_map("exclude", lines[1][:_LINES_NAMED])
+        mend = f"correct the cells, or leave strides out: {some}"
     ours = finding.column if column is None or column != finding.column else ""
     said = f"{ours} (derived)" if column is None else column
     text += f" Usually: {finding.usual_cause}. In the map: "
