@@ -146,9 +146,13 @@ class ProgramTest(unittest.TestCase):
 
 
 class Words(html.parser.HTMLParser):
-    """What a page says, a line for each row of a table, each text of a drawing, and each block."""
+    """What a page says, a line for each row of a table, each text of a drawing, and each block.
 
-    ROWS = ("h1", "h2", "h3", "h4", "p", "li", "tr", "dt", "dd", "text", "title", "summary")
+    Headings have their level before them, and what is only shown on demand its text in brackets.
+    """
+
+    HEADINGS = {f"h{level}": "#" * level for level in range(1, 7)}
+    ROWS = (*HEADINGS, "p", "li", "tr", "dt", "dd", "text", "title", "summary")
 
     def __init__(self, page):
         super().__init__()
@@ -159,7 +163,9 @@ class Words(html.parser.HTMLParser):
     def handle_starttag(self, tag, attributes):
         self._is_hidden = tag in ("style", "script")
         if tag in self.ROWS or tag == "div":
-            self.lines.append("")
+            self.lines.append(self.HEADINGS.get(tag, ""))
+        if title := dict(attributes).get("title"):
+            self.lines[-1:] = [" ".join([*self.lines[-1:], f"[{title}]"]).strip()]
 
     def handle_data(self, data):
         if not self._is_hidden and data.strip():
@@ -181,6 +187,11 @@ class Report(ProgramTest):
     def check_page(self, name, *arguments):
         page = self.output("--format", "html", *arguments)
         self.check_text(f"{name}_page", Words(page).text())
+
+    def check_drawings(self, name, *arguments):
+        page = self.output("--format", "html", *arguments)
+        drawings = re.findall("<svg.*?</svg>", page, re.DOTALL)
+        self.check_text(f"{name}_drawings", "\n".join(drawings).replace("><", ">\n<") + "\n")
 
     def check_text(self, name, report):
         golden = GOLDEN / f"gait_statistics_{name}.txt"
@@ -210,6 +221,13 @@ class Report(ProgramTest):
 
     def test_as_a_page_of_both_feet(self):
         self.check_page("both_feet", BOTH_FEET)
+
+    def test_in_drawings_of_both_feet(self):
+        self.check_drawings("both_feet", BOTH_FEET)
+
+    def test_as_an_index_of_walks(self):
+        self.output("-o", f"{self.folder}/", BOTH_FEET, LEFT_FOOT)
+        self.check_text("index", Words((self.folder / "index.html").read_text()).text())
 
     def test_as_a_page_of_one_foot_of_two(self):
         self.check_page("right_of_both_feet", "--foot", "right", BOTH_FEET)
