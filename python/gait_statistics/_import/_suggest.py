@@ -2,6 +2,7 @@
 
 from __future__ import annotations
 
+import datetime
 import itertools
 import json
 import re
@@ -66,6 +67,12 @@ _EXCLUDE_NAME = re.compile(r"turn|wende|exclu|valid|outlier|artefact|artifact|au
 _UNSORTED = 0.3
 # So many rows may have no foot, such as those of means.
 _FEW_ROWS = 6
+# A number is no measurement where it is so many times the largest of the others.
+_FAR = 3.0
+# Dates as texts of a table, and what Excel makes of 1.11: "01. Nov", "Nov 11".
+_DATE = re.compile(
+    r"\d{1,4}[-./]\d\d?[-./]\d{1,4}\b|\d\d?[-.] ?[^\W\d_]{3}\b|[^\W\d_]{3}[- ]\d\d\b"
+)
 # No recording lasts so long (s): its times count from elsewhere.
 _LONG_AGO = 1e6
 
@@ -118,6 +125,9 @@ class _Suggestion:
     numbers: dict[str, list[float]] = field(default_factory=dict)
     places: dict[str, int] = field(default_factory=dict)
     walks: list[int] = field(default_factory=list)
+
+    def add_remark(self, text: str) -> None:
+        self.remarks += textwrap.wrap(text, 90, break_on_hyphens=False)
 
 
 def _quoted(value: Any) -> str:
@@ -482,24 +492,62 @@ def _say_from_the_first(source: Source, place: int, unit: str, said: _Suggestion
         said.top["times"] = '"from the first"'
 
 
+def _why_unread(cell: Any) -> str | None:
+    """Why a cell that is no number may hold a measured value; None: it is a word for missing."""
+    text = text_of_cell(cell)
+    if isinstance(cell, datetime.date) or _DATE.match(text):
+        return "is a date: Excel turned decimals into dates"
+    if re.fullmatch(r"\W*\d+([.,]\d+)?\W*", text):
+        return "has a mark beside its number"
+    # Excel writes a division by zero as #DIV/0!.
+    return "has a digit" if re.search(r"\d", text) and text[0] != "#" else None
+
+
+def _say_unread(source: Source, place: int, said: _Suggestion) -> None:
+    """Remarks values that cannot be read, and so are not to be taken for missing."""
+    found = [
+        (line, text_of_cell(cell), why)
+        for line, cell in zip(source.lines, source.cells(place), strict=True)
+        if not is_empty(cell) and number_of(cell, source.signs) is None
+        if (why := _why_unread(cell))
+    ]
+    if not found:
+        return
+    line, text, why = found[0]
+    cells = counted(len(found), "cell")
+    remark = f"{source.name_of(place)}: {_quoted(text)} {why} ({cells}, the first one in line "
+    said.add_remark(f"{remark}{line}). Not read as numbers, and not missing: correct the cells.")
+
+
+def _is_code(value: float, field_name: str, numbers: Sequence[float]) -> bool:
+    """Whether a number of a column stands for what was not measured."""
+    if value not in CODES_FOR_MISSING or field_name in SIGNED:
+        return False
+    if value == 0:
+        return field_name in NEVER_ZERO
+    # Strides of 976 to 1040 ms may well have a 999 among them.
+    largest = max((abs(one) for one in numbers if one not in CODES_FOR_MISSING), default=0.0)
+    return value < 0 or value > _FAR * largest
+
+
 def _look_for_missing(field_name: str, source: Source, place: int, said: _Suggestion) -> None:
     """Values and words that can only stand for what was not measured."""
     if FIELD[field_name].kind != "measured":
         return
+    _say_unread(source, place, said)
+    numbers = numbers_of(source, place)
     for cell in source.cells(place):
         if is_empty(cell):
             continue
         number = number_of(cell, source.signs)
-        value: Any = text_of_cell(cell) if number is None else number[0]
-        if number is None and re.fullmatch(r"\W*\d+([.,]\d+)?\W*", value):
-            remark = f"{source.name_of(place)}: {_quoted(value)} has a mark beside its number: "
-            said.remarks.append(remark + "correct such cells, which are not missing")
-            return
-        is_code = value in CODES_FOR_MISSING and field_name not in SIGNED
-        is_code &= value != 0 or field_name in NEVER_ZERO
+        if number is None:
+            is_missing = not _why_unread(cell)
+        else:
+            is_missing = _is_code(number[0], field_name, numbers)
+        value = text_of_cell(cell) if number is None else int(number[0])
         found = said.missing.setdefault(field_name, [])
-        if (number is None or is_code) and value not in found:
-            found.append(int(value) if isinstance(value, float) else value)
+        if is_missing and value not in found:
+            found.append(value)
 
 
 def _say_missing(said: _Suggestion) -> None:
@@ -549,10 +597,9 @@ def _say_strike_of_durations(source: Source, said: _Suggestion) -> None:
                     "as gct: confirm" if name != "gct" else "by the distances of hs"
                 )
     if found == "neither":
-        said.remarks += textwrap.wrap(
+        said.add_remark(
             "The durations of strides (gct) fit the distance of the foot's strikes (hs) neither to "
-            "the next nor to the one before: look at their units, and at what they are.",
-            90,
+            "the next nor to the one before: look at their units, and at what they are."
         )
 
 
@@ -888,7 +935,7 @@ def suggested_map(tables: Sequence[str]) -> str:
     if is_open and not said.events:
         said.top["rows"] = '"footfalls"  # strides go from one contact to the next of the foot'
     if "step_time" in said.columns and not _STRIDES & said.columns.keys():
-        said.remarks += textwrap.wrap(STEPS_ALONE, 90)
+        said.add_remark(STEPS_ALONE)
     derived = _derivable(said)
     if derived:
         said.top["derive"] = _quoted(derived)

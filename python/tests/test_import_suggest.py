@@ -1,0 +1,66 @@
+"""A suggested map asks about what it cannot tell, and takes no column for another quantity."""
+
+from __future__ import annotations
+
+from datetime import datetime
+from pathlib import Path
+
+import pandas as pd
+import pytest
+from tables_to_import import in_time_order, strides_of_both_feet
+
+from gait_statistics._import._suggest import suggested_map
+
+STRIDES = in_time_order(strides_of_both_feet())
+PLAIN = STRIDES[["foot", "hs", "gct"]]
+
+
+def suggested(folder: Path, table: pd.DataFrame) -> str:
+    """The map for a table, its remarks in one line; both stand in the folder."""
+    table.to_csv(folder / "t.csv", index=False)
+    text = suggested_map([str(folder / "t.csv")])
+    (folder / "m.toml").write_text(text)
+    return joined(text)
+
+
+def joined(text: str) -> str:
+    return text.replace("\n# ", " ")
+
+
+# ---- What stands for missing
+
+
+@pytest.mark.parametrize(
+    ("cell", "why"),
+    [
+        ("1.20 x", '"1.20 x" has a digit (2 cells, the first one in line 5)'),
+        ("*1.20", '"*1.20" has a mark beside its number (2 cells, the first one in line 5)'),
+        ("01. Nov", '"01. Nov" is a date: Excel turned decimals into dates (2 cells, the first'),
+    ],
+)
+def test_values_that_cannot_be_read_are_not_missing(cell: str, why: str, tmp_path: Path) -> None:
+    speed = STRIDES["speed"].astype(object)
+    speed[[3, 7]] = cell
+    speed[9] = "n.d."
+    text = suggested(tmp_path, PLAIN.assign(speed=speed))
+    assert f" speed: {why}" in text
+    assert 'speed = {column = "speed", missing = ["n.d."]}' in text
+
+
+def test_dates_of_a_workbook_are_not_missing(tmp_path: Path) -> None:
+    speed = STRIDES["speed"].astype(object)
+    speed[4] = datetime(2024, 11, 1)
+    PLAIN.assign(speed=speed).to_excel(tmp_path / "t.xlsx", index=False)
+    text = suggested_map([str(tmp_path / "t.xlsx")])
+    assert "Excel turned decimals into dates (1 cell, the first one in line 6)" in joined(text)
+    assert "missing =" not in text
+
+
+@pytest.mark.parametrize(("usual", "is_code"), [(1000, False), (330, True)])
+def test_a_999_is_missing_where_it_lies_far_from_the_others(
+    usual: int, is_code: bool, tmp_path: Path
+) -> None:
+    times = (STRIDES["gct"] / STRIDES["gct"].max() * usual).round()
+    times[5] = 999
+    text = suggested(tmp_path, PLAIN.assign(**{"Contact time (ms)": times}))
+    assert ('"Contact time (ms)", missing = [999]' in text) == is_code
