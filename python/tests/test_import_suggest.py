@@ -2,6 +2,7 @@
 
 from __future__ import annotations
 
+import re
 from datetime import datetime
 from pathlib import Path
 
@@ -25,6 +26,12 @@ def suggested(folder: Path, table: pd.DataFrame) -> str:
 
 def joined(text: str) -> str:
     return text.replace("\n# ", " ")
+
+
+def column_for(field: str, text: str) -> str | None:
+    """The table's column that a map has for one of ours."""
+    found = re.search(rf'^{field} = (?:{{column = )?"([^"]*)"', text, re.MULTILINE)
+    return found[1] if found else None
 
 
 # ---- What stands for missing
@@ -64,3 +71,48 @@ def test_a_999_is_missing_where_it_lies_far_from_the_others(
     times[5] = 999
     text = suggested(tmp_path, PLAIN.assign(**{"Contact time (ms)": times}))
     assert ('"Contact time (ms)", missing = [999]' in text) == is_code
+
+
+# ---- Names
+
+
+@pytest.mark.parametrize(
+    ("field", "wrong", "right"),
+    [
+        ("speed", "Max. velocity", "Stride velocity"),
+        ("speed", "Velocity SD", "Velocity mean"),
+        ("ds", "Initial double support (%)", "Double support (%)"),
+        ("stance", "Step distance", "Stance"),
+        ("stance", "Single stance (%)", "Stance (%)"),
+        ("lift_off", "Terminal lift off time", "Lift off time"),
+    ],
+)
+def test_a_column_of_another_quantity_is_not_placed(
+    field: str, wrong: str, right: str, tmp_path: Path
+) -> None:
+    table = PLAIN.assign(**{wrong: STRIDES["speed"]})
+    text = suggested(tmp_path, table)
+    assert column_for(field, text) is None
+    assert f'  "{wrong}": numbers' in text
+    text = suggested(tmp_path, table.assign(**{right: STRIDES["speed"]}))
+    assert column_for(field, text) == right
+
+
+@pytest.mark.parametrize(
+    ("field", "name"),
+    [
+        ("hs", "Initial contact (s)"),
+        ("peakswing", "Peak angular velocity (deg/s)"),
+        ("max_hc", "Maximum heel clearance"),
+        ("min_tc", "Minimum toe clearance"),
+        ("cadence", "cadence_steps_min"),
+        ("swing", "SwingPhase"),
+        ("hs", "HeelStrike"),
+        ("speed", "Ganggeschwindigkeit"),
+    ],
+)
+def test_a_word_that_belongs_to_the_quantity_places_its_column(
+    field: str, name: str, tmp_path: Path
+) -> None:
+    table = STRIDES[["foot", "gct"]].assign(**{name: STRIDES["hs"]})
+    assert column_for(field, suggested(tmp_path, table)) == name
