@@ -116,3 +116,46 @@ def test_a_word_that_belongs_to_the_quantity_places_its_column(
 ) -> None:
     table = STRIDES[["foot", "gct"]].assign(**{name: STRIDES["hs"]})
     assert column_for(field, suggested(tmp_path, table)) == name
+
+
+# ---- Feet and walks
+
+
+@pytest.mark.parametrize(
+    ("affected", "code"),
+    [
+        (["right"] * 20 + ["left"] * 4, {"left": "L", "right": "R"}),
+        (["right"] * 24, {"left": 1, "right": 2}),
+    ],
+)
+def test_a_side_of_the_person_is_not_the_foot_of_rows(
+    affected: list[str], code: dict[str, str | int], tmp_path: Path
+) -> None:
+    table = pd.DataFrame({"Affected side": affected, "Foot": STRIDES["foot"].map(code)})
+    text = suggested(tmp_path, table.join(STRIDES[["hs", "gct"]]))
+    assert '[feet]\ncolumn = "Foot"' in text
+
+
+def test_a_side_of_the_person_does_not_hide_columns_for_each_foot(tmp_path: Path) -> None:
+    table = pd.DataFrame({"Affected side": ["right"] * 12})
+    for foot in ("left", "right"):
+        own = STRIDES[STRIDES["foot"] == foot]
+        table[[f"{foot} strike", f"{foot} stride time"]] = own[["hs", "gct"]].to_numpy()
+    text = suggested(tmp_path, table)
+    assert 'gct = "{foot} stride time"' in text
+    assert '"Affected side"' not in text.split("# Not placed")[0]
+
+
+def test_a_constant_foot_is_asked_about(tmp_path: Path) -> None:
+    text = suggested(tmp_path, STRIDES[STRIDES["foot"] == "left"][["foot", "hs", "gct"]])
+    assert ' feet: "foot" is "left" in every row. Are all rows of that foot, or' in text
+    assert '[feet]\ncolumn = "foot"' in text
+
+
+def test_a_number_of_strides_tells_no_walks_apart(tmp_path: Path) -> None:
+    number = STRIDES.groupby("foot").cumcount() + 1
+    parts = [
+        PLAIN.assign(**{"Stride ID": number, "Subject": name})[number <= 6]
+        for name in ("S1", "S2", "S3")
+    ]
+    assert 'walk = ["Subject"]' in suggested(tmp_path, pd.concat(parts))

@@ -46,7 +46,7 @@ from ._guess import (
     unit_for,
 )
 from ._map import FEET, TableMap
-from ._parts import BLANK_ROW, falls_in, has_blank_above, restart_of, walks_in
+from ._parts import BLANK_ROW, counts_anew, falls_in, has_blank_above, restart_of, walks_in
 from ._places import Faults, counted, listed
 from ._rows import OTHER
 from ._sources import Source, source_of, totals_of, units_beneath
@@ -207,42 +207,64 @@ def _feet_in_name(name: str, words: Sequence[str]) -> dict[str, str]:
     return {}
 
 
-def _foot_column(source: Source, said: _Suggestion) -> bool:
-    for place, name in enumerate(source.names):
-        texts = [text_of_cell(cell) for cell in source.cells(place) if not is_empty(cell)]
-        words = list(dict.fromkeys(texts))
-        without = len(source.rows) - len(texts)
-        if not 1 <= len(words) <= 2 or without > min(_FEW_ROWS, len(source.rows) / 4):
-            continue
-        feet = [_foot_of_word(word) for word in words]
-        is_named = bool(_FOOT_NAME.search(name))
-        if all(feet) and len(set(feet)) == len(words):
-            pairs = {foot: word for foot, word in zip(feet, words, strict=True) if foot}
-            remark = ""
-        elif is_named and len(words) == 2:
-            pairs = _feet_in_name(name, words)
-            remark = "  # by the column's name"
-            if not pairs:
-                pairs = dict(zip(("# left", "# right"), sorted(words), strict=True))
-                remark = "  # or the other way round: decide, and take the first # away"
-        else:
-            continue
-        said.feet["column"] = _quoted(_reference(source, place))
-        if without:
-            remark_of_rows = f"empty = true  # {counted(without, 'row')} without a foot"
-            said.skip.append([f"column = {said.feet['column']}", remark_of_rows])
-        is_plain = all(
-            word.casefold() in FOOT_WORDS.get(foot, ())
-            or re.search(rf"\b{foot}\b", word.casefold())
-            for foot, word in pairs.items()
+def _words_of_feet(
+    source: Source, sources: Sequence[Source], place: int
+) -> tuple[dict[str, str], str] | None:
+    """The word of a column for each foot, and a remark; None where it does not say the foot."""
+    name = source.names[place]
+    alike = [one for one in sources if one.names == source.names]
+    texts = [text_of_cell(cell) for one in alike for cell in one.cells(place)]
+    words = list(dict.fromkeys(filter(None, texts)))
+    without = texts.count("")
+    if not 1 <= len(words) <= 2 or without > min(_FEW_ROWS, len(texts) / 4):
+        return None
+    feet = [_foot_of_word(word) for word in words]
+    if all(feet) and len(set(feet)) == len(words):
+        return {foot: word for foot, word in zip(feet, words, strict=True) if foot}, ""
+    if not _FOOT_NAME.search(name) or len(words) < 2:
+        return None
+    pairs = _feet_in_name(name, words)
+    if pairs:
+        return pairs, "  # by the column's name"
+    pairs = dict(zip(("# left", "# right"), sorted(words), strict=True))
+    return pairs, "  # or the other way round: decide, and take the first # away"
+
+
+def _changes(source: Source, place: int) -> int:
+    return sum(a != b for a, b in itertools.pairwise(map(text_of_cell, source.cells(place))))
+
+
+def _foot_column(sources: Sequence[Source], said: _Suggestion, count: int) -> bool:
+    """Finds the column that says which foot a row is of, with words for so many feet."""
+    source = sources[0]
+    found = {place: _words_of_feet(source, sources, place) for place in range(source.width)}
+    known = {place: one for place, one in found.items() if one and len(one[0]) == count}
+    if not known:
+        return False
+    # Words come before codes. The foot changes more often than a side of the person.
+    place = min(known, key=lambda one: ("# left" in known[one][0], -_changes(source, one)))
+    pairs, remark = known[place]
+    said.feet["column"] = _quoted(_reference(source, place))
+    without = sum(map(is_empty, source.cells(place)))
+    if without:
+        remark_of_rows = f"empty = true  # {counted(without, 'row')} without a foot"
+        said.skip.append([f"column = {said.feet['column']}", remark_of_rows])
+    is_plain = all(
+        word.casefold() in FOOT_WORDS.get(foot, ()) or re.search(rf"\b{foot}\b", word.casefold())
+        for foot, word in pairs.items()
+    )
+    if not is_plain:
+        for foot, word in pairs.items():
+            is_code = re.fullmatch(r"-?\d+", word)
+            said.feet[foot] = (word if is_code else _quoted(word)) + remark
+    if count == 1:
+        (word,) = pairs.values()
+        said.add_remark(
+            f"feet: {said.feet['column']} is {_quoted(word)} in every row. Are all rows of that "
+            "foot, or is it a side of the person? Then say [feet] first or only instead."
         )
-        if not is_plain:
-            for foot, word in pairs.items():
-                is_code = re.fullmatch(r"-?\d+", word)
-                said.feet[foot] = (word if is_code else _quoted(word)) + remark
-        said.used.add(place)
-        return True
-    return False
+    said.used.add(place)
+    return True
 
 
 def _event_column(source: Source, said: _Suggestion) -> None:
@@ -605,11 +627,13 @@ def _say_strike_of_durations(source: Source, said: _Suggestion) -> None:
 
 def _say_walks(sources: Sequence[Source], said: _Suggestion) -> None:
     source = sources[0]
+    rows = _rows_of_a_foot(source, said)
     names, merged = [], []
     for place, name in enumerate(source.names):
         texts = [text_of_cell(cell) for cell in source.cells(place)]
         is_repeated = 1 < len(set(texts)) <= len(texts) / 4
-        if name and place not in said.used and _WALK_NAME.search(name) and is_repeated:
+        is_free = place not in said.used and not counts_anew(source, place, rows)
+        if name and is_free and _WALK_NAME.search(name) and is_repeated:
             names.append(name)
             if texts[0] and "" in texts:
                 merged.append(name)
@@ -630,7 +654,7 @@ def _say_parts(source: Source, said: _Suggestion) -> None:
     if "walk" in said.top or not said.places or source.headings:
         return
     feet = _feet_of_rows(source, said)
-    rows = [row for row, foot in enumerate(feet) if foot == feet[0]]
+    rows = _rows_of_a_foot(source, said)
     used = [source.name_of(place) for place in said.places.values()]
     lines = [source.lines[row] for row in rows]
     if "hs" in said.places:
@@ -660,6 +684,12 @@ def _feet_of_rows(source: Source, said: _Suggestion) -> list[str]:
         return [""] * len(source.rows)
     place = source.places(json.loads(said.feet["column"]))[0]
     return [text_of_cell(cell) for cell in source.cells(place)]
+
+
+def _rows_of_a_foot(source: Source, said: _Suggestion) -> list[int]:
+    """The rows of the first row's foot; all where no column has one."""
+    feet = _feet_of_rows(source, said)
+    return [row for row, foot in enumerate(feet) if foot == feet[0]]
 
 
 def _is_end_exclusive(source: Source, said: _Suggestion) -> bool:
@@ -916,11 +946,12 @@ def suggested_map(tables: Sequence[str]) -> str:
         source.names = [f"#{place + 1}" for place in range(source.width)]
     _say_totals(source, said)
     pairs: dict[str, int] = {}
-    has_feet = bool(said.feet) or _foot_column(source, said)
+    has_feet = bool(said.feet) or _foot_column(sources, said, len(FEET))
     _event_column(source, said)
     if not has_feet and not said.feet:
         pairs = _foot_columns(source, said)
-        if not pairs:
+        # Feet of several tables may be told by their names.
+        if not pairs and (len(sources) > 1 or not _foot_column(sources, said, 1)):
             _feet_elsewhere(sources, said)
     _place_columns(source, said, pairs)
     _say_walks(sources, said)
