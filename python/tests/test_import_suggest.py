@@ -143,7 +143,7 @@ def test_a_side_of_the_person_does_not_hide_columns_for_each_foot(tmp_path: Path
         table[[f"{foot} strike", f"{foot} stride time"]] = own[["hs", "gct"]].to_numpy()
     text = suggested(tmp_path, table)
     assert 'gct = "{foot} stride time"' in text
-    assert '"Affected side"' not in text.split("# Not placed")[0]
+    assert '"Affected side"' not in text.split("Not placed")[0]
 
 
 def test_a_constant_foot_is_asked_about(tmp_path: Path) -> None:
@@ -159,3 +159,17 @@ def test_a_number_of_strides_tells_no_walks_apart(tmp_path: Path) -> None:
         for name in ("S1", "S2", "S3")
     ]
     assert 'walk = ["Subject"]' in suggested(tmp_path, pd.concat(parts))
+
+
+@pytest.mark.parametrize(
+    ("name", "walk"),
+    [("Pass", "Pass"), ("Bahn", "Bahn"), (None, "{restart of hs}")],
+)
+def test_passes_whose_times_begin_anew_are_not_sorted(
+    name: str | None, walk: str, tmp_path: Path
+) -> None:
+    short = STRIDES[["foot", "hs"]].head(8 if name == "Pass" else 4)
+    passes = [short.assign(**{name: number} if name else {}) for number in range(1, 6)]
+    text = suggested(tmp_path, pd.concat(passes))
+    assert f'walk = ["{walk}"]' in text
+    assert "sort" not in text

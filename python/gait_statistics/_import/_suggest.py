@@ -59,7 +59,7 @@ _FOOT_NAME = re.compile(
 _FOOT_WORDS = {foot: (*FOOT_WORDS[foot], *MORE_FOOT_WORDS[foot]) for foot in FEET}
 _WALK_NAME = re.compile(
     r"subject|patient|participant|proband|person|trial|visit|session|walk|bout|recording|"
-    r"condition|versuch|durchgang|\bid\b|wb_id",
+    r"condition|versuch|durchgang|durchlauf|\b(pass|run|lap|lauf)(\b|_)|\bid\b|wb_id",
     re.IGNORECASE,
 )
 _EXCLUDE_NAME = re.compile(r"turn|wende|exclu|valid|outlier|artefact|artifact|ausschluss", re.I)
@@ -657,14 +657,17 @@ def _say_parts(source: Source, said: _Suggestion) -> None:
     rows = _rows_of_a_foot(source, said)
     used = [source.name_of(place) for place in said.places.values()]
     lines = [source.lines[row] for row in rows]
+    found = None
     if "hs" in said.places:
         strikes = numbers_of(source, said.places["hs"])
-        if len(strikes) == len(feet):
-            steps = np.diff([strikes[row] for row in rows])
-            if np.sum(steps < 0) > _UNSORTED * len(steps):
+        own = np.array([strikes[row] for row in rows] if len(strikes) == len(feet) else [])
+        if np.sum(np.diff(own) < 0) > _UNSORTED * len(own):
+            found = _name_of_passes(source, rows, own, used)
+            if not found and not _begins_low(own):
                 said.top["sort"] = "true  # the rows are not in order of time"
                 return
-    found = walks_in(pd.DataFrame({"line": lines}), source, used)
+            found = found or restart_of(_reference(source, said.places["hs"]))
+    found = found or walks_in(pd.DataFrame({"line": lines}), source, used)
     for name in ("hs", "first_sample", "end"):
         if not found and name in said.places:
             falls = falls_in(source, said.places[name], rows)
@@ -674,6 +677,27 @@ def _say_parts(source: Source, said: _Suggestion) -> None:
                 found = restart_of(_reference(source, said.places[name]))
     if found:
         said.top["walk"] = _quoted([found]) + "  # is each part a walk?"
+
+
+def _name_of_passes(
+    source: Source, rows: Sequence[int], times: NDArray[np.float64], used: Sequence[str]
+) -> str | None:
+    """A column that changes in those rows of a foot in which its times fall."""
+    falls = [row for row, step in zip(rows[1:], np.diff(times), strict=True) if step < 0]
+    for place in range(source.width):
+        texts = [text_of_cell(source.rows[row][place]) for row in rows]
+        changes = [row for row, (a, b) in zip(rows[1:], itertools.pairwise(texts)) if a != b]
+        # Where all times fall, each column that counts changes with them.
+        is_rare = len(changes) < len(rows) - 1
+        if changes == falls and is_rare and source.name_of(place) not in used:
+            return _reference(source, place)
+    return None
+
+
+def _begins_low(times: NDArray[np.float64]) -> bool:
+    """Whether times fall back to nearly the same start again and again."""
+    begins = times[np.flatnonzero(np.diff(times) < 0) + 1]
+    return bool(begins.max() < (times.min() + times.max()) / 2)
 
 
 def _feet_of_rows(source: Source, said: _Suggestion) -> list[str]:
