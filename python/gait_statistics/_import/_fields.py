@@ -174,6 +174,8 @@ FIELDS = (
         "stride velocity",
         words=(
             *("velocity", "speed", "geschwindigkeit", "tempo", "vitesse", "velocidad", "velocità"),
+            *("ganggeschwindigkeit", "gehgeschwindigkeit", "schrittgeschwindigkeit"),
+            "doppelschrittgeschwindigkeit",
         ),
     ),
     Field(

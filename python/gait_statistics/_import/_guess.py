@@ -4,7 +4,7 @@ from __future__ import annotations
 
 import itertools
 import re
-from collections.abc import Sequence
+from collections.abc import Iterable, Sequence
 from dataclasses import dataclass
 from statistics import median
 
@@ -39,6 +39,10 @@ _FEET = {
 }
 # Words that say that a column holds times.
 _TIME_WORDS = ("time", "timestamp", "zeit", "uhrzeit", "clock", "seconds", "milliseconds")
+# Words with which a name is that of another quantity: "Max. velocity" is no velocity of strides.
+_OTHER_QUANTITY = re.compile(
+    r"max(im\w*)?|min(im\w*)?|peak|initial|terminal|single|simple|double|sd|std|stdev|cv"
+)
 # How near to 100 % the medians of swing and stance are together.
 _WHOLE = 3.0
 # What is not measured, as numbers.
@@ -72,26 +76,43 @@ def plain_words(name: str) -> str:
     return " ".join(re.sub(r"[\W_]+", " ", spaced.casefold()).split())
 
 
+def _other_quantities(words: Iterable[str]) -> set[str]:
+    """What words say of a quantity that makes it another one; those of one meaning are one."""
+    found = (_OTHER_QUANTITY.fullmatch(word) for word in words)
+    return {"max" if one[0] == "peak" else one[0][:3] for one in found if one}
+
+
+def _has_group(group: str, words: str, compact: str, begins: Sequence[int]) -> bool:
+    """Whether a group of words is in a name, each from the beginning of one of its words."""
+    parts = group.split()
+    if len(parts) > 1:
+        return all(f" {part}" in words for part in parts)
+    if len(group) < 5:
+        return f" {group} " in words
+    # "heelstrike" is "Heel strike", too; but the end of "distance" is no "stance".
+    return any(compact.startswith(group, begin) for begin in begins)
+
+
 def _score(field_name: str, name: str) -> int:
     """How well a column's name fits a field: the letters of the words that are in it."""
-    words = f" {plain_words(name)} "
-    compact = words.replace(" ", "")
-    alone = [
-        word for word in plain_words(re.sub(r"[\[(].*", "", name)).split() if word not in _FEET
-    ]
+    words = plain_words(name)
+    begins = [0, *itertools.accumulate(map(len, words.split()))]
+    without_unit = plain_words(re.sub(r"[\[(].*", "", name)).split()
+    alone = [word for word in without_unit if word not in _FEET]
+    own = FIELD[field_name]
+    others = _other_quantities(without_unit) - _other_quantities(
+        # The "min" of "steps/min" is a unit.
+        plain_words(f"{own.name} {own.meaning} {own.unit}").split()
+    )
     best = 0
-    for group in (*FIELD[field_name].words, field_name.replace("_", " ")):
+    for group in (*own.words, field_name.replace("_", " ")):
         parts = group.removeprefix("=").split()
         is_there = (
             alone == parts
             if group[0] == "="
-            else (
-                all(f" {part}" in words for part in parts)
-                if len(parts) > 1
-                else (f" {group} " in words if len(group) < 5 else group in compact)
-            )
+            else _has_group(group, f" {words} ", words.replace(" ", ""), begins)
         )
-        if is_there:
+        if is_there and others <= _other_quantities(parts):
             best = max(best, sum(map(len, parts)))
     return best
 

@@ -63,7 +63,7 @@ def parts_of(source: Source, name: str, groups: Sequence[Any], faults: Faults) -
     return result
 
 
-def _counts(source: Source, place: int, rows: Sequence[int]) -> bool:
+def counts_anew(source: Source, place: int, rows: Sequence[int]) -> bool:
     """Whether a column counts some rows, and begins at its first number again."""
     values = [_value(source, place, row) for row in rows]
     numbers = [value for value in values if value is not None]
@@ -118,6 +118,6 @@ def walks_in(frame: pd.DataFrame, source: Source, used: Sequence[str]) -> str | 
     row_of = {line: row for row, line in enumerate(source.lines)}
     rows = [row_of[line] for line in frame["line"] if line in row_of]
     for place in range(source.width):
-        if source.name_of(place) not in used and len(rows) > 1 and _counts(source, place, rows):
+        if source.name_of(place) not in used and len(rows) > 1 and counts_anew(source, place, rows):
             return restart_of(source.name_of(place))
     return None

@@ -2,6 +2,7 @@
 
 from __future__ import annotations
 
+import datetime
 import itertools
 import json
 import re
@@ -45,7 +46,7 @@ from ._guess import (
     unit_for,
 )
 from ._map import FEET, TableMap
-from ._parts import BLANK_ROW, falls_in, has_blank_above, restart_of, walks_in
+from ._parts import BLANK_ROW, counts_anew, falls_in, has_blank_above, restart_of, walks_in
 from ._places import Faults, counted, listed
 from ._rows import OTHER
 from ._sources import Source, source_of, totals_of, units_beneath
@@ -58,7 +59,7 @@ _FOOT_NAME = re.compile(
 _FOOT_WORDS = {foot: (*FOOT_WORDS[foot], *MORE_FOOT_WORDS[foot]) for foot in FEET}
 _WALK_NAME = re.compile(
     r"subject|patient|participant|proband|person|trial|visit|session|walk|bout|recording|"
-    r"condition|versuch|durchgang|\bid\b|wb_id",
+    r"condition|versuch|durchgang|durchlauf|\b(pass|run|lap|lauf)(\b|_)|\bid\b|wb_id",
     re.IGNORECASE,
 )
 _EXCLUDE_NAME = re.compile(r"turn|wende|exclu|valid|outlier|artefact|artifact|ausschluss", re.I)
@@ -66,6 +67,12 @@ _EXCLUDE_NAME = re.compile(r"turn|wende|exclu|valid|outlier|artefact|artifact|au
 _UNSORTED = 0.3
 # So many rows may have no foot, such as those of means.
 _FEW_ROWS = 6
+# A number is no measurement where it is so many times the largest of the others.
+_FAR = 3.0
+# Dates as texts of a table, and what Excel makes of 1.11: "01. Nov", "Nov 11".
+_DATE = re.compile(
+    r"\d{1,4}[-./]\d\d?[-./]\d{1,4}\b|\d\d?[-.] ?[^\W\d_]{3}\b|[^\W\d_]{3}[- ]\d\d\b"
+)
 # No recording lasts so long (s): its times count from elsewhere.
 _LONG_AGO = 1e6
 
@@ -118,6 +125,9 @@ class _Suggestion:
     numbers: dict[str, list[float]] = field(default_factory=dict)
     places: dict[str, int] = field(default_factory=dict)
     walks: list[int] = field(default_factory=list)
+
+    def add_remark(self, text: str) -> None:
+        self.remarks += textwrap.wrap(text, 90, break_on_hyphens=False)
 
 
 def _quoted(value: Any) -> str:
@@ -197,42 +207,64 @@ def _feet_in_name(name: str, words: Sequence[str]) -> dict[str, str]:
     return {}
 
 
-def _foot_column(source: Source, said: _Suggestion) -> bool:
-    for place, name in enumerate(source.names):
-        texts = [text_of_cell(cell) for cell in source.cells(place) if not is_empty(cell)]
-        words = list(dict.fromkeys(texts))
-        without = len(source.rows) - len(texts)
-        if not 1 <= len(words) <= 2 or without > min(_FEW_ROWS, len(source.rows) / 4):
-            continue
-        feet = [_foot_of_word(word) for word in words]
-        is_named = bool(_FOOT_NAME.search(name))
-        if all(feet) and len(set(feet)) == len(words):
-            pairs = {foot: word for foot, word in zip(feet, words, strict=True) if foot}
-            remark = ""
-        elif is_named and len(words) == 2:
-            pairs = _feet_in_name(name, words)
-            remark = "  # by the column's name"
-            if not pairs:
-                pairs = dict(zip(("# left", "# right"), sorted(words), strict=True))
-                remark = "  # or the other way round: decide, and take the first # away"
-        else:
-            continue
-        said.feet["column"] = _quoted(_reference(source, place))
-        if without:
-            remark_of_rows = f"empty = true  # {counted(without, 'row')} without a foot"
-            said.skip.append([f"column = {said.feet['column']}", remark_of_rows])
-        is_plain = all(
-            word.casefold() in FOOT_WORDS.get(foot, ())
-            or re.search(rf"\b{foot}\b", word.casefold())
-            for foot, word in pairs.items()
+def _words_of_feet(
+    source: Source, sources: Sequence[Source], place: int
+) -> tuple[dict[str, str], str] | None:
+    """The word of a column for each foot, and a remark; None where it does not say the foot."""
+    name = source.names[place]
+    alike = [one for one in sources if one.names == source.names]
+    texts = [text_of_cell(cell) for one in alike for cell in one.cells(place)]
+    words = list(dict.fromkeys(filter(None, texts)))
+    without = texts.count("")
+    if not 1 <= len(words) <= 2 or without > min(_FEW_ROWS, len(texts) / 4):
+        return None
+    feet = [_foot_of_word(word) for word in words]
+    if all(feet) and len(set(feet)) == len(words):
+        return {foot: word for foot, word in zip(feet, words, strict=True) if foot}, ""
+    if not _FOOT_NAME.search(name) or len(words) < 2:
+        return None
+    pairs = _feet_in_name(name, words)
+    if pairs:
+        return pairs, "  # by the column's name"
+    pairs = dict(zip(("# left", "# right"), sorted(words), strict=True))
+    return pairs, "  # or the other way round: decide, and take the first # away"
+
+
+def _changes(source: Source, place: int) -> int:
+    return sum(a != b for a, b in itertools.pairwise(map(text_of_cell, source.cells(place))))
+
+
+def _foot_column(sources: Sequence[Source], said: _Suggestion, count: int) -> bool:
+    """Finds the column that says which foot a row is of, with words for so many feet."""
+    source = sources[0]
+    found = {place: _words_of_feet(source, sources, place) for place in range(source.width)}
+    known = {place: one for place, one in found.items() if one and len(one[0]) == count}
+    if not known:
+        return False
+    # Words come before codes. The foot changes more often than a side of the person.
+    place = min(known, key=lambda one: ("# left" in known[one][0], -_changes(source, one)))
+    pairs, remark = known[place]
+    said.feet["column"] = _quoted(_reference(source, place))
+    without = sum(map(is_empty, source.cells(place)))
+    if without:
+        remark_of_rows = f"empty = true  # {counted(without, 'row')} without a foot"
+        said.skip.append([f"column = {said.feet['column']}", remark_of_rows])
+    is_plain = all(
+        word.casefold() in FOOT_WORDS.get(foot, ()) or re.search(rf"\b{foot}\b", word.casefold())
+        for foot, word in pairs.items()
+    )
+    if not is_plain:
+        for foot, word in pairs.items():
+            is_code = re.fullmatch(r"-?\d+", word)
+            said.feet[foot] = (word if is_code else _quoted(word)) + remark
+    if count == 1:
+        (word,) = pairs.values()
+        said.add_remark(
+            f"feet: {said.feet['column']} is {_quoted(word)} in every row. Are all rows of that "
+            "foot, or is it a side of the person? Then say [feet] first or only instead."
         )
-        if not is_plain:
-            for foot, word in pairs.items():
-                is_code = re.fullmatch(r"-?\d+", word)
-                said.feet[foot] = (word if is_code else _quoted(word)) + remark
-        said.used.add(place)
-        return True
-    return False
+    said.used.add(place)
+    return True
 
 
 def _event_column(source: Source, said: _Suggestion) -> None:
@@ -482,24 +514,62 @@ def _say_from_the_first(source: Source, place: int, unit: str, said: _Suggestion
         said.top["times"] = '"from the first"'
 
 
+def _why_unread(cell: Any) -> str | None:
+    """Why a cell that is no number may hold a measured value; None: it is a word for missing."""
+    text = text_of_cell(cell)
+    if isinstance(cell, datetime.date) or _DATE.match(text):
+        return "is a date: Excel turned decimals into dates"
+    if re.fullmatch(r"\W*\d+([.,]\d+)?\W*", text):
+        return "has a mark beside its number"
+    # Excel writes a division by zero as #DIV/0!.
+    return "has a digit" if re.search(r"\d", text) and text[0] != "#" else None
+
+
+def _say_unread(source: Source, place: int, said: _Suggestion) -> None:
+    """Remarks values that cannot be read, and so are not to be taken for missing."""
+    found = [
+        (line, text_of_cell(cell), why)
+        for line, cell in zip(source.lines, source.cells(place), strict=True)
+        if not is_empty(cell) and number_of(cell, source.signs) is None
+        if (why := _why_unread(cell))
+    ]
+    if not found:
+        return
+    line, text, why = found[0]
+    cells = counted(len(found), "cell")
+    remark = f"{source.name_of(place)}: {_quoted(text)} {why} ({cells}, the first one in line "
+    said.add_remark(f"{remark}{line}). Not read as numbers, and not missing: correct the cells.")
+
+
+def _is_code(value: float, field_name: str, numbers: Sequence[float]) -> bool:
+    """Whether a number of a column stands for what was not measured."""
+    if value not in CODES_FOR_MISSING or field_name in SIGNED:
+        return False
+    if value == 0:
+        return field_name in NEVER_ZERO
+    # Strides of 976 to 1040 ms may well have a 999 among them.
+    largest = max((abs(one) for one in numbers if one not in CODES_FOR_MISSING), default=0.0)
+    return value < 0 or value > _FAR * largest
+
+
 def _look_for_missing(field_name: str, source: Source, place: int, said: _Suggestion) -> None:
     """Values and words that can only stand for what was not measured."""
     if FIELD[field_name].kind != "measured":
         return
+    _say_unread(source, place, said)
+    numbers = numbers_of(source, place)
     for cell in source.cells(place):
         if is_empty(cell):
             continue
         number = number_of(cell, source.signs)
-        value: Any = text_of_cell(cell) if number is None else number[0]
-        if number is None and re.fullmatch(r"\W*\d+([.,]\d+)?\W*", value):
-            remark = f"{source.name_of(place)}: {_quoted(value)} has a mark beside its number: "
-            said.remarks.append(remark + "correct such cells, which are not missing")
-            return
-        is_code = value in CODES_FOR_MISSING and field_name not in SIGNED
-        is_code &= value != 0 or field_name in NEVER_ZERO
+        if number is None:
+            is_missing = not _why_unread(cell)
+        else:
+            is_missing = _is_code(number[0], field_name, numbers)
+        value = text_of_cell(cell) if number is None else int(number[0])
         found = said.missing.setdefault(field_name, [])
-        if (number is None or is_code) and value not in found:
-            found.append(int(value) if isinstance(value, float) else value)
+        if is_missing and value not in found:
+            found.append(value)
 
 
 def _say_missing(said: _Suggestion) -> None:
@@ -549,20 +619,21 @@ def _say_strike_of_durations(source: Source, said: _Suggestion) -> None:
                     "as gct: confirm" if name != "gct" else "by the distances of hs"
                 )
     if found == "neither":
-        said.remarks += textwrap.wrap(
+        said.add_remark(
             "The durations of strides (gct) fit the distance of the foot's strikes (hs) neither to "
-            "the next nor to the one before: look at their units, and at what they are.",
-            90,
+            "the next nor to the one before: look at their units, and at what they are."
         )
 
 
 def _say_walks(sources: Sequence[Source], said: _Suggestion) -> None:
     source = sources[0]
+    rows = _rows_of_a_foot(source, said)
     names, merged = [], []
     for place, name in enumerate(source.names):
         texts = [text_of_cell(cell) for cell in source.cells(place)]
         is_repeated = 1 < len(set(texts)) <= len(texts) / 4
-        if name and place not in said.used and _WALK_NAME.search(name) and is_repeated:
+        is_free = place not in said.used and not counts_anew(source, place, rows)
+        if name and is_free and _WALK_NAME.search(name) and is_repeated:
             names.append(name)
             if texts[0] and "" in texts:
                 merged.append(name)
@@ -583,17 +654,20 @@ def _say_parts(source: Source, said: _Suggestion) -> None:
     if "walk" in said.top or not said.places or source.headings:
         return
     feet = _feet_of_rows(source, said)
-    rows = [row for row, foot in enumerate(feet) if foot == feet[0]]
+    rows = _rows_of_a_foot(source, said)
     used = [source.name_of(place) for place in said.places.values()]
     lines = [source.lines[row] for row in rows]
+    found = None
     if "hs" in said.places:
         strikes = numbers_of(source, said.places["hs"])
-        if len(strikes) == len(feet):
-            steps = np.diff([strikes[row] for row in rows])
-            if np.sum(steps < 0) > _UNSORTED * len(steps):
+        own = np.array([strikes[row] for row in rows] if len(strikes) == len(feet) else [])
+        if np.sum(np.diff(own) < 0) > _UNSORTED * len(own):
+            found = _name_of_passes(source, rows, own, used)
+            if not found and not _begins_low(own):
                 said.top["sort"] = "true  # the rows are not in order of time"
                 return
-    found = walks_in(pd.DataFrame({"line": lines}), source, used)
+            found = found or restart_of(_reference(source, said.places["hs"]))
+    found = found or walks_in(pd.DataFrame({"line": lines}), source, used)
     for name in ("hs", "first_sample", "end"):
         if not found and name in said.places:
             falls = falls_in(source, said.places[name], rows)
@@ -605,6 +679,27 @@ def _say_parts(source: Source, said: _Suggestion) -> None:
         said.top["walk"] = _quoted([found]) + "  # is each part a walk?"
 
 
+def _name_of_passes(
+    source: Source, rows: Sequence[int], times: NDArray[np.float64], used: Sequence[str]
+) -> str | None:
+    """A column that changes in those rows of a foot in which its times fall."""
+    falls = [row for row, step in zip(rows[1:], np.diff(times), strict=True) if step < 0]
+    for place in range(source.width):
+        texts = [text_of_cell(source.rows[row][place]) for row in rows]
+        changes = [row for row, (a, b) in zip(rows[1:], itertools.pairwise(texts)) if a != b]
+        # Where all times fall, each column that counts changes with them.
+        is_rare = len(changes) < len(rows) - 1
+        if changes == falls and is_rare and source.name_of(place) not in used:
+            return _reference(source, place)
+    return None
+
+
+def _begins_low(times: NDArray[np.float64]) -> bool:
+    """Whether times fall back to nearly the same start again and again."""
+    begins = times[np.flatnonzero(np.diff(times) < 0) + 1]
+    return bool(begins.max() < (times.min() + times.max()) / 2)
+
+
 def _feet_of_rows(source: Source, said: _Suggestion) -> list[str]:
     """The word for the foot of each row; empty where no column has one."""
     if source.headings:
@@ -613,6 +708,12 @@ def _feet_of_rows(source: Source, said: _Suggestion) -> list[str]:
         return [""] * len(source.rows)
     place = source.places(json.loads(said.feet["column"]))[0]
     return [text_of_cell(cell) for cell in source.cells(place)]
+
+
+def _rows_of_a_foot(source: Source, said: _Suggestion) -> list[int]:
+    """The rows of the first row's foot; all where no column has one."""
+    feet = _feet_of_rows(source, said)
+    return [row for row, foot in enumerate(feet) if foot == feet[0]]
 
 
 def _is_end_exclusive(source: Source, said: _Suggestion) -> bool:
@@ -869,11 +970,12 @@ def suggested_map(tables: Sequence[str]) -> str:
         source.names = [f"#{place + 1}" for place in range(source.width)]
     _say_totals(source, said)
     pairs: dict[str, int] = {}
-    has_feet = bool(said.feet) or _foot_column(source, said)
+    has_feet = bool(said.feet) or _foot_column(sources, said, len(FEET))
     _event_column(source, said)
     if not has_feet and not said.feet:
         pairs = _foot_columns(source, said)
-        if not pairs:
+        # Feet of several tables may be told by their names.
+        if not pairs and (len(sources) > 1 or not _foot_column(sources, said, 1)):
             _feet_elsewhere(sources, said)
     _place_columns(source, said, pairs)
     _say_walks(sources, said)
@@ -888,7 +990,7 @@ def suggested_map(tables: Sequence[str]) -> str:
     if is_open and not said.events:
         said.top["rows"] = '"footfalls"  # strides go from one contact to the next of the foot'
     if "step_time" in said.columns and not _STRIDES & said.columns.keys():
-        said.remarks += textwrap.wrap(STEPS_ALONE, 90)
+        said.add_remark(STEPS_ALONE)
     derived = _derivable(said)
     if derived:
         said.top["derive"] = _quoted(derived)
