@@ -173,3 +173,10 @@ def test_passes_whose_times_begin_anew_are_not_sorted(
     text = suggested(tmp_path, pd.concat(passes))
     assert f'walk = ["{walk}"]' in text
     assert "sort" not in text
+
+
+def test_names_are_found_above_a_single_column_of_numbers(tmp_path: Path) -> None:
+    strikes = STRIDES[["foot", "hs"]].assign(subject="S1", event="heel strike")
+    offs = strikes.assign(hs=strikes["hs"] + 0.66, event="toe off")
+    table = pd.concat([strikes, offs]).sort_values("hs")
+    assert '[events]\ncolumn = "event"' in suggested(tmp_path, table)

@@ -146,6 +146,14 @@ def _is_number(cell: Any) -> bool:
     return signs is None or moment_of(cell, replace(signs, dates="day first")) is not None
 
 
+def _is_above_numbers(grid: Grid) -> bool:
+    """Whether the first row has a text of its own in each column, one of them above numbers."""
+    first, *below = grid.rows
+    words = {text_of_cell(cell) for cell in first if not is_empty(cell) and not _is_number(cell)}
+    columns = ([row[place] for row in below] for place in range(len(first)))
+    return len(words) == len(first) and any(below and all(map(_is_number, one)) for one in columns)
+
+
 def _header_line(grid: Grid) -> int:
     """The line of the names; 0 where there are none."""
     widths = [sum(not is_empty(cell) for cell in row) for row in grid.rows]
@@ -167,7 +175,8 @@ def _header_line(grid: Grid) -> int:
         # A summary above the table has names, too, but fewer.
         if has_numbers and len(filled) > most and not is_of_units:
             best, most = grid.lines[number], len(filled)
-    return best
+    # A table of words, such as one of events, may have a single column of numbers.
+    return best or (grid.lines[0] if _is_above_numbers(grid) else 0)
 
 
 # ---- Columns
