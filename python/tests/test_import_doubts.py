@@ -316,7 +316,7 @@ def test_last_rows_of_means_of_each_foot_are_an_error_for_each(tmp_path: Path) -
 def test_last_rows_of_few_digits_are_means_where_those_of_both_feet_are(tmp_path: Path) -> None:
     table = STRIDES[["foot", "gct", "speed"]].round(2)
     means = table.groupby("foot").mean().round(2).reset_index()
-    columns = {name: ALONE["columns"][name] for name in ("gct", "speed")}
+    columns = {"gct": "gct", "speed": "speed"}
     map_ = {**ALONE, "columns": columns, "feet": {"column": "foot"}, "pairs": "order"}
     for count in (1, 2):
         text = pd.concat([table, means.head(count)]).to_csv(index=False, float_format="%.2f")

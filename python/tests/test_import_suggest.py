@@ -6,6 +6,7 @@ import re
 from datetime import datetime
 from pathlib import Path
 
+import numpy as np
 import pandas as pd
 import pytest
 from tables_to_import import in_time_order, strides_of_both_feet
@@ -153,12 +154,11 @@ def test_a_constant_foot_is_asked_about(tmp_path: Path) -> None:
 
 
 def test_a_number_of_strides_tells_no_walks_apart(tmp_path: Path) -> None:
-    number = STRIDES.groupby("foot").cumcount() + 1
-    parts = [
-        PLAIN.assign(**{"Stride ID": number, "Subject": name})[number <= 6]
-        for name in ("S1", "S2", "S3")
-    ]
-    assert 'walk = ["Subject"]' in suggested(tmp_path, pd.concat(parts))
+    one = PLAIN.head(12)
+    table = pd.concat([one] * 3)
+    table["Subject"] = np.repeat(["S1", "S2", "S3"], len(one))
+    table["Stride ID"] = table.groupby(["Subject", "foot"]).cumcount() + 1
+    assert 'walk = ["Subject"]' in suggested(tmp_path, table)
 
 
 @pytest.mark.parametrize(
@@ -169,8 +169,10 @@ def test_passes_whose_times_begin_anew_are_not_sorted(
     name: str | None, walk: str, tmp_path: Path
 ) -> None:
     short = STRIDES[["foot", "hs"]].head(8 if name == "Pass" else 4)
-    passes = [short.assign(**{name: number} if name else {}) for number in range(1, 6)]
-    text = suggested(tmp_path, pd.concat(passes))
+    table = pd.concat([short] * 5)
+    if name:
+        table[name] = np.repeat(range(1, 6), len(short))
+    text = suggested(tmp_path, table)
     assert f'walk = ["{walk}"]' in text
     assert "sort" not in text
 
