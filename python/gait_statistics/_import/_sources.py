@@ -37,9 +37,9 @@ OF_ROWS = {"table", "column", "lines"}
 _PREAMBLE = 200
 # Words of rows that sum a table up, in the first cells of a row.
 _TOTAL = (
-    r"(mean|average|avg|mittel|mittelwert|durchschnitt|mw|ø|⌀|x̄|moyenne|media|promedio|sd|stdev|std|"
-    r"std\.? ?(dev|abw)\.?|standard ?(deviation|error|abweichung|abw\.?)|stabw|stdabw|sem|"
-    r"cv|%cv|cv ?%|vk|variationskoeffizient|"
+    r"(mean|average|avg|mittel|mittelwert|durchschnitt|mw|ø|⌀|x̄|moyenne|media|promedio|"
+    r"sd|stdev|std|std\.? ?(dev|abw)\.?|standard ?(deviation|error|abweichung|abw\.?)|"
+    r"stabw|stdabw|sem|cv|%cv|cv ?%|vk|variationskoeffizient|"
     r"[eé]cart[- ]?type|desviaci[oó]n( est[aá]ndar)?|median|m[eé]diane?|mediana|min|max|minimum|"
     r"maximum|totals?|sum|summe|gesamt|count|anzahl|n)"
 )
