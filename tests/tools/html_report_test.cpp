@@ -17,6 +17,7 @@
 
 #include <cstddef>
 #include <iterator>
+#include <optional>
 #include <regex>
 #include <set>
 #include <string>
@@ -261,8 +262,25 @@ TEST(HtmlPage, LetsNoTextOutOfItsPlace) {
 TEST(HtmlPage, ShowsTextThatIsNotUtf8) {
   gait_walk::walk walk = modelled();
   walk.name = "walk \xff\x01\xef\xbf\xbe";
-  EXPECT_THAT(page_of(statistics_of(std::move(walk))),
-              HasSubstr("Walk walk \xef\xbf\xbd?\xef\xbf\xbd<"));
+  const std::string page = page_of(statistics_of(std::move(walk)));
+  EXPECT_THAT(page, HasSubstr("Walk walk \xef\xbf\xbd?\xef\xbf\xbd<"));
+  EXPECT_THAT(held_json(page), HasSubstr(R"(\ufffe)"));
+  EXPECT_THAT(page, Not(HasSubstr("\xef\xbf\xbe")));
+}
+
+TEST(TimeLine, NamesAReasonOnceOverStridesThatFollowOneAnother) {
+  gait_walk::walk walk = modelled(20);
+  // The left stride between the two right ones is left out by itself.
+  const auto left_alone = static_cast<int>(walk.feet.size());
+  walk.feet.push_back({1.0, 25.0, std::nullopt, std::exchange(walk.feet[8].left_index, {})});
+  walk.exclusions = {{analysed_cycles::feet, {}, 8, "pain"},
+                     {analysed_cycles::feet, {}, 9, "pain"},
+                     {analysed_cycles::feet, {}, left_alone, "cough"}};
+  const walk_statistics statistics = statistics_of(std::move(walk));
+  const std::string drawn = gait_report::draw_time_line(gait_report::shown_walk(statistics));
+  const std::size_t first = drawn.find(">pain</text>");
+  EXPECT_NE(first, std::string::npos);
+  EXPECT_EQ(drawn.find(">pain</text>", first + 1), std::string::npos);
 }
 
 TEST(HtmlPage, SaysHowFewValuesATileRestsOn) {
