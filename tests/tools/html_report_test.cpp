@@ -306,6 +306,8 @@ TEST(HtmlPage, OfSeveralWalksListsEachByItsNumber) {
   for (const char* id : {"walk-1", "walk-8"}) {
     EXPECT_THAT(page, HasSubstr("<li><a href=\"#" + std::string(id) + "\">"));
     EXPECT_THAT(page, HasSubstr("<article class=\"walk\" id=\"" + std::string(id) + "\""));
+    // The title of the page is the only heading of the first level.
+    EXPECT_THAT(page, HasSubstr("<h2 class=\"largest\" id=\"" + std::string(id) + "-name\">"));
   }
 }
 
