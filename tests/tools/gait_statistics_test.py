@@ -1008,6 +1008,7 @@ class ExitCode(ProgramTest):
             ["--output", "a", "--output", "b"],
             ["--output", "a.xlsx"],
             ["--ignore-column"],
+            ["--max-strides", "0"],
             ["--jobs", "0"],
             ["--jobs", "2000"],
             ["--jobs", "all"],
