@@ -227,7 +227,8 @@ class Report(ProgramTest):
 
     def test_as_an_index_of_walks(self):
         self.output("-o", f"{self.folder}/", BOTH_FEET, LEFT_FOOT)
-        self.check_text("index", Words((self.folder / "index.html").read_text()).text())
+        page = (self.folder / "index.html").read_text(encoding="utf-8")
+        self.check_text("index", Words(page).text())
 
     def test_as_a_page_of_one_foot_of_two(self):
         self.check_page("right_of_both_feet", "--foot", "right", BOTH_FEET)
